@@ -1,0 +1,14 @@
+# The compiler's advice, and the sanitizers of a run, for every target of ours.
+option(RAVELYN_WARNINGS_AS_ERRORS "Stop the build at a warning" OFF)
+
+add_library(ravelyn_warnings INTERFACE)
+target_compile_options(ravelyn_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast
+  -Woverloaded-virtual -Wnon-virtual-dtor
+  $<$<BOOL:${RAVELYN_WARNINGS_AS_ERRORS}>:-Werror>)
+
+if(RAVELYN_SANITIZE)
+  target_compile_options(ravelyn_warnings INTERFACE
+    -fsanitize=${RAVELYN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(ravelyn_warnings INTERFACE -fsanitize=${RAVELYN_SANITIZE})
+endif()
