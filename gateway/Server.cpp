@@ -1,0 +1,133 @@
+#include "gateway/Server.h"
+
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <system_error>
+#include <thread>
+
+namespace gateway {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+bool IsPassing(int error) {
+  return error == EAGAIN || error == EWOULDBLOCK || error == EINTR || error == ECONNABORTED ||
+         error == EPROTO || error == EPERM;
+}
+
+/// Out of descriptors or memory: there may be some again when a client has left.
+bool IsShortage(int error) {
+  return error == EMFILE || error == ENFILE || error == ENOBUFS || error == ENOMEM;
+}
+
+/// Answers go out in one or two pieces; the second shall not wait for the client's system to confirm the
+/// first.
+void SendAtOnce(int socket) {
+  const int on = 1;
+  ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+}
+
+}  // namespace
+
+struct Server::Client {
+  explicit Client(Descriptor connected) : socket(std::move(connected)) {}
+
+  Descriptor socket;
+  std::atomic<bool> done = false;
+  std::thread thread;
+};
+
+Server::Server(const CaptionLibrary& library, const Limits& limits)
+    : answers_(library), limits_(limits), ended_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
+  if (!ended_) throw std::system_error(errno, std::system_category(), "can't make an event counter");
+}
+
+Server::~Server() { DismissAll(); }
+
+void Server::Serve(int listener, int stop) {
+  for (;;) {
+    const int accepting = clients_.size() < limits_.connections ? listener : -1;
+    std::array<pollfd, 3> waiting{{{stop, POLLIN, 0}, {ended_.Number(), POLLIN, 0}, {accepting, POLLIN, 0}}};
+    if (::poll(waiting.data(), waiting.size(), -1) < 0) {
+      if (errno == EINTR) continue;
+      throw std::system_error(errno, std::system_category(), "can't wait for connections");
+    }
+    if (waiting[0].revents != 0) break;
+    if (waiting[1].revents != 0) Reap();
+    if (waiting[2].revents != 0) Accept(listener);
+  }
+  DismissAll();
+}
+
+void Server::Accept(int listener) {
+  Descriptor socket(::accept4(listener, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
+  if (socket) return Start(std::move(socket));
+  if (IsPassing(errno)) return;
+  if (!IsShortage(errno)) {
+    const int error = errno;
+    DismissAll();
+    throw std::system_error(error, std::system_category(), "can't accept connections");
+  }
+  AwaitAnEnd(100);
+}
+
+void Server::Start(Descriptor socket) {
+  SendAtOnce(socket.Number());
+  Client& client = clients_.emplace_back(std::move(socket));
+  try {
+    client.thread = std::thread([this, &client] { Run(client); });
+  } catch (const std::system_error&) {  // no more threads: this client finds the connection closed
+    clients_.pop_back();
+  }
+}
+
+void Server::Run(Client& client) {
+  try {
+    Connection connection(client.socket.Number(), limits_);
+    answers_.Serve(connection);
+  } catch (const std::exception&) {  // out of memory: the connection ends, the server goes on
+  }
+  client.done = true;
+  ::eventfd_write(ended_.Number(), 1);
+}
+
+/// Sockets are closed here, when their threads are gone, so that a number is never used for two clients.
+void Server::Reap() {
+  eventfd_t count = 0;
+  ::eventfd_read(ended_.Number(), &count);
+  clients_.remove_if([](Client& client) {
+    if (client.done) client.thread.join();
+    return client.done.load();
+  });
+}
+
+void Server::ShutDown(int direction) {
+  for (const Client& client : clients_) ::shutdown(client.socket.Number(), direction);
+}
+
+void Server::DismissAll() {
+  ShutDown(SHUT_RD);
+  const auto deadline = Clock::now() + limits_.farewell;
+  while (!clients_.empty() && Clock::now() < deadline) {
+    AwaitAnEnd(50);
+    Reap();
+  }
+  ShutDown(SHUT_RDWR);
+  for (Client& client : clients_) client.thread.join();
+  clients_.clear();
+}
+
+void Server::AwaitAnEnd(int milliseconds) {
+  pollfd waiting{ended_.Number(), POLLIN, 0};
+  ::poll(&waiting, 1, milliseconds);
+}
+
+}  // namespace gateway

@@ -1,0 +1,55 @@
+#include "gateway/language_name.h"
+
+#include <unicode/uloc.h>
+#include <unicode/unistr.h>
+
+#include <algorithm>
+#include <array>
+
+namespace gateway {
+namespace {
+
+/// The name by which the tables know the language, "" if they don't.
+std::string LocaleOf(std::string tag) {
+  std::replace(tag.begin(), tag.end(), '_', '-');
+  std::array<char, ULOC_FULLNAME_CAPACITY> locale{};
+  int32_t understood = 0;
+  UErrorCode status = U_ZERO_ERROR;
+  uloc_forLanguageTag(tag.c_str(), locale.data(), static_cast<int32_t>(locale.size()), &understood, &status);
+  const bool whole = status == U_ZERO_ERROR && static_cast<size_t>(understood) == tag.size();
+  return whole ? locale.data() : "";
+}
+
+using NameReader = int32_t (*)(const char*, const char*, UChar*, int32_t, UErrorCode*);
+
+/// "" if the tables have no such name; the warning tells a name from a code that was handed back.
+std::string Read(NameReader read, const std::string& locale, const char* inLanguage) {
+  std::array<UChar, 256> name{};
+  UErrorCode status = U_ZERO_ERROR;
+  const int32_t length =
+      read(locale.c_str(), inLanguage, name.data(), static_cast<int32_t>(name.size()), &status);
+  if (U_FAILURE(status) || status == U_USING_DEFAULT_WARNING || length >= static_cast<int32_t>(name.size()))
+    return "";
+  std::string utf8;
+  icu::UnicodeString(name.data(), length).toUTF8String(utf8);
+  return utf8;
+}
+
+std::string NameIn(std::string_view language, const std::string& locale, const char* inLanguage) {
+  const bool known = !locale.empty() && !Read(uloc_getDisplayLanguage, locale, "en").empty();
+  const std::string name = known ? Read(uloc_getDisplayName, locale, inLanguage) : "";
+  return name.empty() ? std::string(language) : name;
+}
+
+}  // namespace
+
+std::string EnglishName(std::string_view language) {
+  return NameIn(language, LocaleOf(std::string(language)), "en");
+}
+
+std::string OwnName(std::string_view language) {
+  const std::string locale = LocaleOf(std::string(language));
+  return NameIn(language, locale, locale.c_str());
+}
+
+}  // namespace gateway

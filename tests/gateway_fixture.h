@@ -1,0 +1,141 @@
+#pragma once
+// A gateway that serves folders within the test's own process, and a client that sends it raw bytes.
+
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+
+#include <array>
+#include <charconv>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "gateway/CaptionLibrary.h"
+#include "gateway/Server.h"
+#include "gateway/listener.h"
+
+namespace gateway_test {
+
+using gateway::Descriptor;
+
+inline std::string ReadWhole(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// Removed with all that is in it.
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "gateway-XXXXXX").string();
+    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
+    path_ = name;
+  }
+  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
+
+  std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+  std::string Path() const { return path_.string(); }
+  void Write(const std::string& name, std::string_view bytes) const {
+    std::ofstream(path_ / name, std::ios::binary) << bytes;
+  }
+
+ private:
+  std::filesystem::path path_;
+};
+
+struct Reply {
+  std::string head;  ///< with the blank line
+  std::string body;
+
+  std::string Status() const { return head.substr(0, head.find("\r\n")); }
+  bool Has(const std::string& line) const { return head.find("\r\n" + line + "\r\n") != std::string::npos; }
+};
+
+inline Descriptor ConnectTo(uint16_t port) {
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(port);
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  Descriptor client(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  const auto* generic = static_cast<const sockaddr*>(static_cast<const void*>(&address));
+  EXPECT_EQ(::connect(client.Number(), generic, sizeof address), 0);
+  return client;
+}
+
+/// False once the other side takes nothing more.
+inline bool SendAll(const Descriptor& client, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = ::send(client.Number(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    if (count <= 0) return false;
+    bytes.remove_prefix(static_cast<size_t>(count));
+  }
+  return true;
+}
+
+/// What comes until the other side closes, or keeps silent for half a minute.
+inline Reply ReadReply(const Descriptor& client) {
+  std::string all;
+  std::array<char, 65536> bytes;
+  pollfd waiting{client.Number(), POLLIN, 0};
+  while (::poll(&waiting, 1, 30'000) > 0) {
+    const ssize_t count = ::recv(client.Number(), bytes.data(), bytes.size(), 0);
+    if (count <= 0) break;
+    all.append(bytes.data(), static_cast<size_t>(count));
+  }
+  const size_t end = std::min(all.find("\r\n\r\n"), all.size());
+  return {all.substr(0, end + 4), all.substr(std::min(end + 4, all.size()))};
+}
+
+inline uint16_t PortIn(const std::string& address) {
+  uint16_t port = 0;
+  const char* digits = address.data() + address.rfind(':') + 1;
+  std::from_chars(digits, address.data() + address.size(), port);
+  return port;
+}
+
+inline std::string GetRequest(const std::string& target) {
+  return "GET " + target + " HTTP/1.0\r\nHost: here\r\n\r\n";
+}
+
+class RunningGateway {
+ public:
+  explicit RunningGateway(std::vector<std::string> folders, const gateway::Limits& limits = {})
+      : library_(std::move(folders)), server_(library_, limits) {
+    thread_ = std::thread([this] { server_.Serve(listener_.Number(), stop_.Number()); });
+  }
+  ~RunningGateway() { Stop(); }
+
+  void Stop() {
+    ::eventfd_write(stop_.Number(), 1);
+    if (thread_.joinable()) thread_.join();
+  }
+
+  uint16_t Port() const { return PortIn(gateway::AddressOf(listener_)); }
+
+  Reply Ask(std::string_view bytes) const {
+    const Descriptor client = ConnectTo(Port());
+    SendAll(client, bytes);
+    return ReadReply(client);
+  }
+  Reply List(const std::string& code) const { return Ask(GetRequest("/timedtext?type=list&v=" + code)); }
+  Reply Captions(const std::string& code, const std::string& language) const {
+    return Ask(GetRequest("/api/timedtext?&v=" + code + "&lang=" + language));
+  }
+
+ private:
+  gateway::CaptionLibrary library_;
+  gateway::Server server_;
+  Descriptor listener_ = gateway::ListenOnLoopback(0);
+  Descriptor stop_{::eventfd(0, EFD_CLOEXEC)};
+  std::thread thread_;
+};
+
+}  // namespace gateway_test

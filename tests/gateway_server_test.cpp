@@ -1,0 +1,276 @@
+// How the gateway behaves towards many, slow and hostile clients, and as a process.
+
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+
+#include <chrono>
+#include <map>
+
+#include "gateway_fixture.h"
+
+extern char** environ;
+
+namespace {
+
+using namespace gateway_test;
+using namespace std::chrono_literals;
+using gateway::Limits;
+
+TEST(GatewayServer, RefusesWhatItDoesNotServe) {
+  const std::string notFound = "HTTP/1.1 404 Not Found", bad = "HTTP/1.1 400 Bad Request";
+  const std::string tooLarge = "HTTP/1.1 431 Request Header Fields Too Large";
+  const std::string notAllowed = "HTTP/1.1 405 Method Not Allowed";
+  const std::pair<std::string, std::string> cases[] = {
+      {GetRequest("/"), notFound},
+      {GetRequest("/etc/passwd"), notFound},
+      {GetRequest("/../../etc/passwd"), notFound},
+      {GetRequest("/api/timedtext"), notFound},
+      {GetRequest("/timedtext?type=track&v=abc"), notFound},
+      {"POST /timedtext?type=list&v=abc HTTP/1.0\r\nContent-Length: 3\r\n\r\nabc", notAllowed},
+      {"DELETE /api/timedtext?&v=abc&lang=en HTTP/1.1\r\n\r\n", notAllowed},
+      {"BREW /timedtext?type=list&v=abc HTTP/1.1\r\n\r\n", bad},
+      {"GET /timedtext?type=list&v=abc\r\n\r\n", bad},
+      {"GET /timedtext?type=list&v=abc HTTP/9.9\r\n\r\n", bad},
+      {"GET  HTTP/1.0\r\n\r\n", bad},
+      {"\r\n\r\n", bad},
+      {std::string("GET /a\0b HTTP/1.0\r\n\r\n", 21), bad},
+      {"GET / HTTP/1.0\r\nX: \x1b[2J\r\n\r\n", bad},
+      {"GET /" + std::string(20'000, 'a') + " HTTP/1.0\r\n\r\n", tooLarge},
+      {"GET / HTTP/1.0\r\nX: " + std::string(10 << 20, 'a') + "\r\n\r\n", tooLarge},
+      {std::string(100'000, '\r'), tooLarge},
+  };
+  const TemporaryFolder folder;
+  folder.Write("t [abc].en.srv1", "words");
+  const RunningGateway server({folder.Path()});
+  for (const auto& [request, status] : cases) {
+    const Reply reply = server.Ask(request);
+    EXPECT_EQ(reply.Status(), status) << request.substr(0, 60);
+    EXPECT_TRUE(reply.Has("Content-Length: 0")) << request.substr(0, 60);
+    EXPECT_EQ(reply.body, "");
+  }
+}
+
+TEST(GatewayServer, AnswersAHeadThatIsCutAnywhereWithNothing) {
+  const TemporaryFolder folder;
+  const RunningGateway server({folder.Path()});
+  const std::string request = GetRequest("/timedtext?type=list&v=abc");
+  for (size_t length = 0; length < request.size(); ++length) {
+    const Descriptor client = ConnectTo(server.Port());
+    SendAll(client, request.substr(0, length));
+    ::shutdown(client.Number(), SHUT_WR);
+    EXPECT_EQ(ReadReply(client).head, "") << length;
+  }
+  for (size_t length = 0; length <= request.size(); ++length)
+    SendAll(ConnectTo(server.Port()), request.substr(0, length));
+  EXPECT_EQ(server.List("abc").Status(), "HTTP/1.1 200 OK");
+}
+
+TEST(GatewayServer, ServesManyAtOnceWithoutMixingThem) {
+  constexpr int kClients = 100;
+  const TemporaryFolder folder;
+  const auto bytesOf = [](int i) {
+    return std::string(100'000 + static_cast<size_t>(i), static_cast<char>(i));
+  };
+  for (int i = 0; i < kClients; ++i) folder.Write("t [c" + std::to_string(i) + "].en.srv1", bytesOf(i));
+  for (const size_t places : {1u, 7u, 256u}) {
+    Limits limits;
+    limits.connections = places;
+    const RunningGateway server({folder.Path()}, limits);
+    std::vector<Descriptor> clients;
+    for (int i = 0; i < kClients; ++i) clients.push_back(ConnectTo(server.Port()));
+    for (size_t i = kClients; i-- > 0;)
+      SendAll(clients[i], GetRequest("/api/timedtext?&v=c" + std::to_string(i) + "&lang=en"));
+    for (int i = 0; i < kClients; ++i)
+      EXPECT_TRUE(ReadReply(clients[static_cast<size_t>(i)]).body == bytesOf(i)) << i << " of " << places;
+  }
+}
+
+TEST(GatewayServer, LetsSlowClientsGo) {
+  Limits limits;
+  limits.head = 200ms;
+  limits.answer = 200ms;
+  limits.linger = 50ms;
+  limits.connections = 4;
+  const TemporaryFolder folder;
+  folder.Write("t [abc].en.srv1", "words");
+  folder.Write("t [abc].de.srv1", std::string(32 << 20, 'x'));
+  const RunningGateway server({folder.Path()}, limits);
+  std::vector<Descriptor> slow;
+  for (int i = 0; i < 20; ++i) {
+    slow.push_back(ConnectTo(server.Port()));
+    SendAll(slow.back(), i % 2 == 0 ? "GET /timed" : GetRequest("/api/timedtext?&v=abc&lang=de"));
+  }
+  std::thread dripping([&server] {
+    const Descriptor client = ConnectTo(server.Port());
+    pollfd closed{client.Number(), POLLIN, 0};
+    while (SendAll(client, "x") && ::poll(&closed, 1, 10) == 0) {
+    }
+  });
+  EXPECT_EQ(server.Captions("abc", "en").body, "words");
+  dripping.join();
+  EXPECT_EQ(ReadReply(slow[0]).head, "");
+  EXPECT_LT(ReadReply(slow[1]).body.size(), size_t{32 << 20}) << "cut off while it didn't read";
+}
+
+TEST(GatewayServer, StopsWhileClientsHang) {
+  const TemporaryFolder folder;
+  folder.Write("t [abc].en.srv1", std::string(32 << 20, 'x'));
+  Limits limits;
+  limits.farewell = 5s;
+  RunningGateway server({folder.Path()}, limits);
+  const Descriptor idle = ConnectTo(server.Port()), reading = ConnectTo(server.Port());
+  SendAll(idle, "GET /");
+  SendAll(reading, GetRequest("/api/timedtext?&v=abc&lang=en"));
+  char first = 0;
+  ASSERT_EQ(::recv(reading.Number(), &first, 1, 0), 1);
+  std::thread stopping([&server] { server.Stop(); });
+  EXPECT_EQ(ReadReply(idle).head, "");
+  EXPECT_EQ(ReadReply(reading).body.size(), size_t{32 << 20}) << "an answer under way is ended whole";
+  stopping.join();
+
+  limits.farewell = 0ms;
+  RunningGateway brusque({folder.Path()}, limits);
+  const Descriptor stalled = ConnectTo(brusque.Port());
+  SendAll(stalled, GetRequest("/api/timedtext?&v=abc&lang=en"));
+  ASSERT_EQ(::recv(stalled.Number(), &first, 1, 0), 1);
+  const auto start = std::chrono::steady_clock::now();
+  brusque.Stop();
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
+}
+
+/// The gateway as a process of its own, its output read by the test.
+class Process {
+ public:
+  /// The words of `script` run in a shell, "$@" being the gateway and `arguments`; `handed` becomes
+  /// descriptor 3.
+  Process(const std::string& script, std::vector<std::string> arguments, int handed = -1) {
+    int out[2];
+    EXPECT_EQ(::pipe2(out, O_CLOEXEC), 0);
+    output_ = Descriptor(out[0]);
+    const Descriptor writing(out[1]);
+    std::vector<std::string> words = {"sh", "-c", script, "sh", RAVELYN_GATEWAY_PATH};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> argv;
+    for (auto& word : words) argv.push_back(word.data());
+    argv.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, writing.Number(), 1);
+    posix_spawn_file_actions_adddup2(&actions, writing.Number(), 2);
+    if (handed >= 0) posix_spawn_file_actions_adddup2(&actions, handed, 3);
+    EXPECT_EQ(::posix_spawn(&pid_, "/bin/sh", &actions, nullptr, argv.data(), environ), 0);
+    posix_spawn_file_actions_destroy(&actions);
+  }
+  explicit Process(std::vector<std::string> arguments) : Process("exec \"$@\"", std::move(arguments)) {}
+  ~Process() {
+    if (pid_ > 0) End(SIGKILL);
+  }
+
+  std::string ReadLine() {
+    std::string line;
+    for (char c = 0; ::read(output_.Number(), &c, 1) == 1 && c != '\n';) line += c;
+    return line;
+  }
+  std::string ReadAll() {
+    std::string all;
+    for (char c = 0; ::read(output_.Number(), &c, 1) == 1;) all += c;
+    return all;
+  }
+  /// The exit status, or -1 if something else ended it. With `signal` 0 it is only waited for.
+  int End(int signal = 0) {
+    int status = 0;
+    if (signal != 0) ::kill(pid_, signal);
+    ::waitpid(std::exchange(pid_, -1), &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+ private:
+  pid_t pid_ = -1;
+  Descriptor output_;
+};
+
+TEST(GatewayProcess, TellsWhatItServesAndEndsOnASignal) {
+  const TemporaryFolder folder;
+  folder.Write("t [abc].en.srv1", "words");
+  folder.Write("u [abc].de.srv1", "Worte");
+  folder.Write("odd.srv1", "");
+  for (const int signal : {SIGTERM, SIGINT}) {
+    Process process({"--folder", folder.Path(), "--port=0"});
+    const std::string line = process.ReadLine();
+    const std::string address = line.substr(0, line.find("/ "));
+    EXPECT_EQ(line, "ravelyn-gateway: http://127.0.0.1:" + std::to_string(PortIn(address)) +
+                        "/ serves 1 video with 2 tracks from " + folder.Path() +
+                        "; 1 caption file left out, see --help");
+    const Descriptor hanging = ConnectTo(PortIn(address));
+    const Descriptor client = ConnectTo(PortIn(address));
+    SendAll(client, GetRequest("/api/timedtext?&v=abc&lang=de"));
+    EXPECT_EQ(ReadReply(client).body, "Worte");
+    EXPECT_EQ(process.End(signal), 0);
+  }
+}
+
+TEST(GatewayProcess, RefusesBadOptions) {
+  const std::pair<std::vector<std::string>, std::string> cases[] = {
+      {{}, "there is no --folder to serve"},
+      {{"--port", "0"}, "there is no --folder to serve"},
+      {{"--folder"}, "--folder wants a value"},
+      {{"--folder", ""}, "--folder wants the path of a folder"},
+      {{"--folder", "/tmp", "--port", "65536"}, "--port wants a number from 0 to 65535, not \"65536\""},
+      {{"--folder", "/tmp", "--port=-1"}, "--port wants a number from 0 to 65535, not \"-1\""},
+      {{"--folder", "/tmp", "--port", "80x"}, "--port wants a number from 0 to 65535, not \"80x\""},
+      {{"--folder", "/tmp", "--port", ""}, "--port wants a number from 0 to 65535, not \"\""},
+      {{"--folder", "/tmp", "more"}, "unknown option \"more\""},
+      {{"--help=x"}, "unknown option \"--help=x\""},
+  };
+  for (const auto& [arguments, message] : cases) {
+    Process process(arguments);
+    EXPECT_EQ(process.ReadLine(), "ravelyn-gateway: " + message);
+    EXPECT_EQ(process.ReadLine(), "Usage: ravelyn-gateway --folder DIR [--folder DIR ...] [--port N]");
+    EXPECT_EQ(process.End(), 2) << message;
+  }
+  for (const char* option : {"--help", "--version"}) {
+    Process process({option});
+    EXPECT_NE(process.ReadAll().find("ravelyn-gateway "), std::string::npos);
+    EXPECT_EQ(process.End(), 0) << option;
+  }
+}
+
+TEST(GatewayProcess, TellsMissingFoldersAndATakenPort) {
+  Process missing({"--folder", "/nowhere/at all", "--port", "0"});
+  const std::string lines = missing.ReadLine() + "\n" + missing.ReadLine();
+  EXPECT_NE(lines.find("can't read the folder /nowhere/at all"), std::string::npos) << lines;
+  EXPECT_NE(lines.find("serves 0 videos with 0 tracks"), std::string::npos) << lines;
+  EXPECT_EQ(missing.End(SIGTERM), 0);
+
+  const Descriptor taken = gateway::ListenOnLoopback(0);
+  const std::string port = std::to_string(PortIn(gateway::AddressOf(taken)));
+  Process second({"--folder", "/tmp", "--port", port});
+  EXPECT_EQ(second.ReadLine(),
+            "ravelyn-gateway: can't listen at 127.0.0.1, port " + port + ": Address already in use");
+  EXPECT_EQ(second.End(), 1);
+}
+
+TEST(GatewayProcess, ServesASocketThatItIsHanded) {
+  const Descriptor listener = gateway::ListenOnLoopback(0);
+  const uint16_t port = PortIn(gateway::AddressOf(listener));
+  const std::string handOver = "LISTEN_FDS=1 LISTEN_PID=$$ exec \"$@\"";
+  const std::vector<std::string> arguments = {"--folder", RAVELYN_SAMPLES_DIR};
+  for (int time = 0; time < 2; ++time) {
+    const Descriptor early = ConnectTo(port);  // comes before there is anybody to serve it
+    Process process(handOver, arguments, listener.Number());
+    EXPECT_NE(process.ReadLine().find(":" + std::to_string(port) + "/ serves 3 videos"), std::string::npos);
+    SendAll(early, GetRequest("/timedtext?type=list&v=hB7rV2kQx0w"));
+    EXPECT_EQ(ReadReply(early).Status(), "HTTP/1.1 200 OK");
+    EXPECT_EQ(process.End(SIGTERM), 0) << "and the socket lives on for the next";
+  }
+  Process noSocket(handOver, arguments, Descriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC)).Number());
+  EXPECT_EQ(noSocket.ReadLine(), "ravelyn-gateway: was handed a descriptor that is no listening socket");
+  EXPECT_EQ(noSocket.End(), 1);
+  Process others("LISTEN_FDS=1 LISTEN_PID=1 exec \"$@\"", {"--folder", RAVELYN_SAMPLES_DIR, "--port", "0"});
+  EXPECT_EQ(others.ReadLine().find(":" + std::to_string(port)), std::string::npos)
+      << "meant for another process";
+}
+
+}  // namespace

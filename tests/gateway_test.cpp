@@ -1,0 +1,309 @@
+// What the gateway serves: names, documents, bytes.
+
+#include <sys/stat.h>
+
+#include <map>
+
+#include "gateway/caption_name.h"
+#include "gateway/language_name.h"
+#include "gateway/request_target.h"
+#include "gateway/track_list.h"
+#include "gateway_fixture.h"
+
+namespace {
+
+using namespace gateway_test;
+using gateway::CaptionRequest;
+using Lines = std::vector<std::string>;
+
+const std::string kHeader = "<?xml version=\"1.0\" encoding=\"utf-8\" ?><transcript_list docid=";
+
+Lines Split(const std::string& text, const std::string& delimiter) {
+  Lines parts;
+  size_t at = 0;
+  for (size_t found; (found = text.find(delimiter, at)) != std::string::npos; at = found + delimiter.size())
+    parts.push_back(text.substr(at, found - at));
+  parts.push_back(text.substr(at));
+  return parts;
+}
+
+std::string Replaced(const std::string& text, const std::string& find, const std::string& by) {
+  const Lines parts = Split(text, find);
+  std::string out = parts[0];
+  for (size_t i = 1; i < parts.size(); ++i) out += by + parts[i];
+  return out;
+}
+
+/// Cuts a list document by fixed texts, as the program does, into "code=name".
+Lines CutTracks(const std::string& document) {
+  Lines tracks;
+  const Lines parts = Split(Replaced(Replaced(document, "\">", "\">:::"), "\"/>", "\"/>:::"), ":::");
+  for (size_t i = 1; i + 1 < parts.size(); ++i) {
+    const std::string code = Split(Split(parts[i], "lang_code=\"").at(1), "\"").at(0);
+    const std::string name = Split(parts[i], "lang_translated=\"").at(1);
+    tracks.push_back(code + "=" + Replaced(Replaced(name, "\"/>", ""), "\" lang_default=\"true", ""));
+  }
+  return tracks;
+}
+
+TEST(GatewayNames, AreReadFromTheRight) {
+  const std::map<std::string, Lines> names = {
+      {"A walk [hB7rV2kQx0w].en.srv1", {"A walk", "hB7rV2kQx0w", "en"}},
+      {"Vol. 2 [a reading] [Qn3_tW8-yLc].pt-BR.srv1", {"Vol. 2 [a reading]", "Qn3_tW8-yLc", "pt-BR"}},
+      {"x [a].en [b].de.srv1", {"x [a].en", "b", "de"}},
+      {"  [a].zh_Hant.srv1", {" ", "a", "zh_Hant"}},
+      {"\xff\n\" [a.b~c].en.srv1", {"\xff\n\"", "a.b~c", "en"}},
+  };
+  for (const auto& [fileName, expected] : names) {
+    const auto name = gateway::ParseCaptionName(fileName);
+    ASSERT_TRUE(name) << fileName;
+    EXPECT_EQ((Lines{name->title, name->code, name->language}), expected) << fileName;
+  }
+  for (const char* odd : {"",
+                          ".srv1",
+                          "x [a].en.SRV1",
+                          "x [a].en.srv1~",
+                          "x [a].en.srv2",
+                          "x [a]en.srv1",
+                          "x [a].srv1",
+                          "x [a]..srv1",
+                          "x[a].en.srv1",
+                          " [a].en.srv1",
+                          "[a].en.srv1",
+                          "x [].en.srv1",
+                          "x [a b].en.srv1",
+                          "x [a&b].en.srv1",
+                          "x [a\"].en.srv1",
+                          "x [a].e n.srv1",
+                          "x [a].en\".srv1",
+                          "x [a].e:::n.srv1",
+                          "x [a].\xc3\xa9.srv1",
+                          "x a].en.srv1",
+                          "x [a.en.srv1"})
+    EXPECT_FALSE(gateway::ParseCaptionName(odd)) << odd;
+}
+
+TEST(GatewayTargets, AreReadWithEveryTail) {
+  using enum CaptionRequest::Kind;
+  struct Case {
+    std::string target;
+    CaptionRequest::Kind kind;
+    std::string code, language;
+  };
+  const Case cases[] = {
+      {"/timedtext?type=list&v=abc", TrackList, "abc", ""},
+      {"/timedtext?type=list&v=", TrackList, "", ""},
+      {"/timedtext?type=list&v=abc&t=30&type=x", TrackList, "abc", ""},
+      {"/timedtext?type=list&v=abc%26t=30", TrackList, "abc", ""},
+      {"/timedtext?type=list&v=abc%3Fsi%3Dx", TrackList, "abc", ""},
+      {"/timedtext?type=list&v=abc ", TrackList, "abc", ""},
+      {"/timedtext?type=list&v=%61b%6", TrackList, "ab%6", ""},
+      {"http://127.0.0.1:1/timedtext?type=list&v=abc", TrackList, "abc", ""},
+      {"/api/timedtext?&v=abc&lang=pt-BR", TimedText, "abc", "pt-BR"},
+      {"/api/timedtext?&v=abc?si=x&lang=en", TimedText, "abc", "en"},
+      {"/api/timedtext?&v=abc#t=1&lang=en", TimedText, "abc", "en"},
+      {"/api/timedtext?&v=abc&list=PL&lang=de&v=x&lang=en", TimedText, "abc", "en"},
+      {"/api/timedtext?&v=abc&lang=", TimedText, "abc", ""},
+      {"/api/timedtext", TimedText, "", ""},
+      {"/timedtext?v=abc", Unknown, "abc", ""},
+      {"/timedtext/?type=list&v=abc", Unknown, "abc", ""},
+      {"/x?u=http://h/timedtext?type=list&v=abc", Unknown, "abc", ""},
+      {"timedtext?type=list&v=abc", Unknown, "abc", ""},
+      {"http://127.0.0.1", Unknown, "", ""},
+      {"", Unknown, "", ""},
+  };
+  for (const auto& [target, kind, code, language] : cases) {
+    const CaptionRequest request = gateway::ReadTarget(target);
+    EXPECT_EQ(request.kind, kind) << target;
+    EXPECT_EQ(request.code, code) << target;
+    EXPECT_EQ(request.language, language) << target;
+  }
+}
+
+TEST(GatewayTrackList, HasTheBytesThatItsReadersCutBy) {
+  EXPECT_EQ(gateway::TrackListDocument("abc", {}), kHeader + "\"abc\"></transcript_list>");
+  EXPECT_EQ(
+      gateway::TrackListDocument("abc", {"de", "en", "pt-BR"}),
+      kHeader +
+          "\"abc\"><track id=\"0\" name=\"\" lang_code=\"en\" lang_original=\"English\" "
+          "lang_translated=\"English\" lang_default=\"true\"/>"
+          "<track id=\"1\" name=\"\" lang_code=\"de\" lang_original=\"Deutsch\" lang_translated=\"German\"/>"
+          "<track id=\"2\" name=\"\" lang_code=\"pt-BR\" lang_original=\"portugu\xc3\xaas (Brasil)\" "
+          "lang_translated=\"Portuguese (Brazil)\"/></transcript_list>");
+  for (const char* hostile : {"\"><track id=\"", "\"/>", ":::", "a&b", "<", "\xff", "a b"})
+    EXPECT_EQ(gateway::TrackListDocument(hostile, {}), kHeader + "\"\"></transcript_list>") << hostile;
+}
+
+TEST(GatewayTrackList, KeepsEveryTrackInOrder) {
+  const std::pair<Lines, Lines> cases[] = {
+      {{}, {}},
+      {{"de"}, {"de=German"}},
+      {{"es", "de", "fr"}, {"fr=French", "de=German", "es=Spanish"}},
+      {{"de", "en", "en-GB"}, {"en=English", "en-GB=English (United Kingdom)", "de=German"}},
+      {{"de", "en-US", "en-GB", "ar"},
+       {"en-GB=English (United Kingdom)", "ar=Arabic", "en-US=English (United States)", "de=German"}},
+      {{"enm", "de"}, {"de=German", "enm=Middle English"}},
+      {{"qqq", "zz-ZZ", "pt_BR", "toolongtobetrue"},
+       {"pt_BR=Portuguese (Brazil)", "qqq=qqq", "toolongtobetrue=toolongtobetrue", "zz-ZZ=zz-ZZ"}},
+  };
+  for (const auto& [languages, expected] : cases) {
+    const std::string document = gateway::TrackListDocument("abc", languages);
+    EXPECT_EQ(CutTracks(document), expected);
+    EXPECT_EQ(Split(document, "lang_default=\"true\"/>").size() - 1, languages.empty() ? 0u : 1u);
+  }
+  EXPECT_EQ(gateway::OwnName("ja"), "\xe6\x97\xa5\xe6\x9c\xac\xe8\xaa\x9e");
+}
+
+TEST(GatewayServing, SendsFilesByteForByte) {
+  std::string everyByte;
+  for (int i = 0; i < 3 << 20; ++i) everyByte += static_cast<char>(i * 7 >> 3);
+  const TemporaryFolder folder;
+  const RunningGateway server({folder.Path()});
+  for (const std::string& bytes : {everyByte, std::string(), std::string("\0\r\n\r\n", 5)}) {
+    folder.Write("Any title. [abc].en.srv1", bytes);
+    const Reply reply = server.Captions("abc", "en");
+    EXPECT_EQ(reply.Status(), "HTTP/1.1 200 OK");
+    EXPECT_TRUE(reply.Has("Content-Type: text/xml; charset=utf-8"));
+    EXPECT_TRUE(reply.Has("Content-Length: " + std::to_string(bytes.size())));
+    EXPECT_TRUE(reply.body == bytes) << bytes.size() << " bytes";
+    const Reply head = server.Ask("HEAD /api/timedtext?&v=abc&lang=en HTTP/1.1\r\nHost: x\r\n\r\n");
+    EXPECT_EQ(head.head, reply.head);
+    EXPECT_EQ(head.body, "");
+  }
+  const Reply plain = server.Ask(
+      "GET /api/timedtext?&v=abc&lang=en HTTP/1.1\r\nAccept-Encoding: gzip, br\r\nRange: bytes=1-2\r\n"
+      "If-None-Match: *\r\nExpect: 100-continue\r\nConnection: keep-alive\r\n\r\n");
+  EXPECT_EQ(plain.body, std::string("\0\r\n\r\n", 5)) << "headers change nothing";
+}
+
+TEST(GatewayServing, FindsACodeWithATailByBothRequests) {
+  const TemporaryFolder folder;
+  folder.Write("t [aB-_1].en.srv1", "words");
+  const RunningGateway server({folder.Path()});
+  for (const char* code : {"aB-_1", "aB-_1&t=30", "aB-_1?si=x", "aB-_1#t", "aB-_1%26t=30", "aB-_1&lang=de",
+                           "aB-_1 ", "aB-_1?x=a b", "aB-_1?a?b?c#d#e"}) {
+    EXPECT_EQ(CutTracks(server.List(code).body), Lines{"en=English"}) << code;
+    EXPECT_EQ(server.Captions(code, "en").body, "words") << code;
+  }
+  EXPECT_EQ(server.Ask("GET http://x:1/api/timedtext?&v=aB-_1&lang=en HTTP/1.0\n\n").body, "words");
+  for (const char* code :
+       {"", "ab-_1", "aB-_", "aB-_11", "unknown", "%00", "aB-_1%00", "..", "aB-_1/../aB-_1"}) {
+    EXPECT_EQ(server.List(code).Status(), "HTTP/1.1 200 OK") << code;
+    EXPECT_EQ(CutTracks(server.List(code).body), Lines{}) << code;
+    EXPECT_EQ(server.Captions(code, "en").Status(), "HTTP/1.1 404 Not Found") << code;
+  }
+}
+
+TEST(GatewayServing, ReachesNothingButItsFiles) {
+  const TemporaryFolder outside;
+  outside.Write("secret [abc].fr.srv1", "secret");
+  const TemporaryFolder folder;
+  folder.Write("t [abc].en.srv1", "words");
+  folder.Write("t [abc].txt", "no caption");
+  folder.Write("t [abc].it.srv1", "");
+  std::filesystem::resize_file(folder / "t [abc].it.srv1", gateway::kLargestCaptionFile + 1);
+  folder.Write("t [abc].es.srv1", "");
+  std::filesystem::resize_file(folder / "t [abc].es.srv1", gateway::kLargestCaptionFile);
+  std::filesystem::create_symlink(outside / "secret [abc].fr.srv1", folder / "t [abc].fr.srv1");
+  std::filesystem::create_symlink(outside / "nothing", folder / "t [abc].ru.srv1");
+  std::filesystem::create_directory(folder / "t [abc].de.srv1");
+  ASSERT_EQ(::mkfifo((folder / "t [abc].ja.srv1").c_str(), 0600), 0);
+
+  const RunningGateway server({folder.Path()});
+  EXPECT_EQ(CutTracks(server.List("abc").body), (Lines{"en=English", "es=Spanish"}));
+  EXPECT_EQ(server.Captions("abc", "es").body.size(), gateway::kLargestCaptionFile);
+  for (const std::string language :
+       {"fr", "ru", "de", "ja", "it", "EN", "en.srv1", "", "../en", "en%00", "xx", "en]", "%2e%2e%2fen"}) {
+    const Reply reply = server.Captions("abc", language);
+    EXPECT_EQ(reply.Status(), "HTTP/1.1 404 Not Found") << language;
+    EXPECT_TRUE(reply.Has("Content-Length: 0"));
+    EXPECT_EQ(reply.body, "") << language;
+  }
+  const gateway::CaptionLibrary library({folder.Path()});
+  EXPECT_EQ(library.TakeStock().tracks, 2u);
+  EXPECT_EQ(library.TakeStock().leftOut, 5u);
+}
+
+TEST(GatewayServing, ReadsTheFoldersAnew) {
+  const TemporaryFolder parent;
+  const RunningGateway server({(parent / "later").string()});
+  EXPECT_EQ(CutTracks(server.List("abc").body), Lines{});
+  std::filesystem::create_directory(parent / "later");
+  parent.Write("later/t [abc].en.srv1", "one");
+  EXPECT_EQ(server.Captions("abc", "en").body, "one");
+  parent.Write("later/t [abc].en.srv1", "another");
+  parent.Write("later/t [abc].de.srv1", "deutsch");
+  EXPECT_EQ(server.Captions("abc", "en").body, "another");
+  EXPECT_EQ(CutTracks(server.List("abc").body), (Lines{"en=English", "de=German"}));
+  std::filesystem::remove_all(parent / "later");
+  EXPECT_EQ(server.Captions("abc", "en").Status(), "HTTP/1.1 404 Not Found");
+}
+
+TEST(GatewayServing, PrefersTheEarlierFolderAndName) {
+  const TemporaryFolder first, second;
+  first.Write("b [abc].en.srv1", "first b");
+  first.Write("a [abc].en.srv1", "first a");
+  second.Write("a [abc].en.srv1", "second");
+  second.Write("a [abc].de.srv1", "zweiter");
+  second.Write("a [xyz].de.srv1", "xyz");
+  std::filesystem::create_symlink("b [abc].en.srv1", first / "a [abc].de.srv1");
+  const RunningGateway server({first.Path(), second.Path()});
+  EXPECT_EQ(CutTracks(server.List("abc").body), (Lines{"en=English", "de=German"}));
+  EXPECT_EQ(server.Captions("abc", "en").body, "first a");
+  EXPECT_EQ(server.Captions("abc", "de").body, "zweiter") << "what can't be served hides nothing";
+  const auto stock = gateway::CaptionLibrary({first.Path(), second.Path()}).TakeStock();
+  EXPECT_EQ(std::to_string(stock.videos) + " " + std::to_string(stock.tracks), "2 3");
+}
+
+/// The count of cues of a document in the one form that the program cuts by; -1 in any other.
+int CountCues(std::string_view rest) {
+  const auto skip = [&rest](std::string_view text) {
+    const bool there = rest.starts_with(text);
+    if (there) rest.remove_prefix(text.size());
+    return there;
+  };
+  const auto take = [&rest](std::string_view end) {
+    const std::string_view taken = rest.substr(0, rest.find(end));
+    rest.remove_prefix(taken.size());
+    return taken;
+  };
+  if (!skip("<?xml version=\"1.0\" encoding=\"utf-8\" ?><transcript>")) return -1;
+  int cues = 0;
+  double last = -1;
+  for (; skip("<text start=\""); ++cues) {
+    const std::string start(take("\""));
+    const bool numbers =
+        start.find_first_not_of("0123456789.") == std::string::npos && std::stod(start) > last;
+    if (!numbers || !skip("\" dur=\"") || take("\"").empty() || !skip("\">")) return -1;
+    const std::string words(take("<"));
+    if (Split(words, "&").size() != Split(words, "&amp;").size() ||
+        words.find_first_of("'\">") < words.size())
+      return -1;
+    if (!skip("</text>")) return -1;
+    last = std::stod(start);
+  }
+  return rest == "</transcript>" ? cues : -1;
+}
+
+TEST(GatewaySamples, AreWellFormedAndServedWhole) {
+  const std::map<std::string, std::map<std::string, int>> expected = {
+      {"hB7rV2kQx0w",
+       {{"en", 32}, {"ar", 32}, {"fr", 32}, {"de", 32}, {"hi", 32}, {"ja", 32}, {"pt-BR", 32}, {"es", 32}}},
+      {"Qn3_tW8-yLc", {{"en", 30}, {"de", 30}, {"ru", 30}}},
+      {"d5JmX-1uPzA", {{"en", 2006}, {"fr", 326}}},
+  };
+  const RunningGateway server({RAVELYN_SAMPLES_DIR});
+  size_t tracks = 0;
+  for (const auto& [code, languages] : expected) {
+    EXPECT_EQ(CutTracks(server.List(code).body).size(), languages.size()) << code;
+    for (const auto& [language, cues] : languages) {
+      ++tracks;
+      EXPECT_EQ(CountCues(server.Captions(code, language).body), cues) << code << ' ' << language;
+    }
+  }
+  EXPECT_EQ(gateway::CaptionLibrary({RAVELYN_SAMPLES_DIR}).TakeStock().tracks, tracks);
+  EXPECT_GT(Split(server.Captions("hB7rV2kQx0w", "en").body, "Orchestra").size(), 4u);
+  EXPECT_GT(Split(server.Captions("hB7rV2kQx0w", "de").body, "Orchester").size(), 4u);
+}
+
+}  // namespace
