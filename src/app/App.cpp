@@ -1,0 +1,29 @@
+#include "app/App.h"
+
+#include "app/FileTypes1.h"
+#include "app/MainMenuBar.h"
+#include "app/Window1.h"
+#include "app/aboutWin.h"
+
+App::App(Platform& host, Endpoints where) : Application(host), endpoints(std::move(where)) {
+  FileTypes1::SetUp();
+  SetMenuBar(MainMenuBar());
+  AddMenuHandler("FileNewWindow", [this] { return _FileNewWindow_Action(); });
+  AddMenuHandler("FileAboutRavelyn", [this] { return _FileAboutRavelyn_Action(); });
+  AddMenuHandler("FileHelp", [this] { return _FileHelp_Action(); });
+}
+
+bool App::_FileNewWindow_Action() {
+  Window1::Get().Show();
+  return false;
+}
+
+bool App::_FileAboutRavelyn_Action() {
+  aboutWin::Get().Show();
+  return false;
+}
+
+bool App::_FileHelp_Action() {
+  ShowURL("http://" + endpoints.ProductPage + "#help");
+  return false;
+}

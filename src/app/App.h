@@ -1,0 +1,51 @@
+// The application object and all run state that outlives a command.
+//
+// Option flags are the strings "true" and "false". The commands decide by the controls of Window1;
+// the option strings are the copy that the preferences keep.
+#pragma once
+
+#include <string>
+
+#include "app/Endpoints.h"
+#include "runtime/Application.h"
+#include "runtime/Text.h"
+
+class App : public Application {
+ public:
+  // Sets up the file types and the menu bar. One App at a time; the next may follow when it is gone.
+  explicit App(Platform& host, Endpoints endpoints = {});
+  // NilObjectException if there is none.
+  static App& Get() { return static_cast<App&>(Application::Current()); }
+
+  const Endpoints endpoints;
+
+  std::string vidCode;                     // of the last accepted link, with any tail behind it
+  std::string checkedDL = "true";          // "Text", "SRT" or "VTT"; "true" while none was chosen
+  std::string openDL = "true";             // open each file after saving
+  std::string paragraphChecked = "false";  // text transcript in paragraph form
+  std::string timecodeChecked = "false";   // line-by-line text with timecode
+  std::string linebyline = "false";        // text transcript line by line
+  std::string searchCount = "0";           // word search hits, in decimal digits
+
+  // Part of the run state since the first version; no command fills or reads them.
+  StringArray timingArray;
+  StringArray textArray;
+  StringArray txtSizeArray;
+  StringArray secondsArray;
+  double movieDuration = 0;
+
+  // Set once the preferences were loaded: before that there is nothing worth saving.
+  bool preferencesLoaded = false;
+
+ protected:
+  void Event_Open() override;
+  void Event_Close() override;
+
+ private:
+  bool _FileNewWindow_Action();
+  bool _FileAboutRavelyn_Action();
+  bool _FileHelp_Action();
+};
+
+// Drawn at the size of the screen's own pixels from the start.
+inline constexpr bool kSupportsHiDPI = true;

@@ -1,0 +1,26 @@
+// The file types of the save dialogs.
+#pragma once
+
+#include <string>
+#include <vector>
+
+struct FileType {
+  std::string Name;
+  std::string Extensions;  // each with its dot, ";" between them
+  std::string MacType;
+  std::string MacCreator;
+  std::string MimeType;
+  std::string ConformsTo;
+  std::string UTI;
+  bool Imported = false;
+
+  // As a save dialog is given it.
+  operator const std::string&() const { return Name; }
+};
+
+namespace FileTypes1 {
+// Builds the set; later calls change nothing. The others call it where nobody has.
+void SetUp();
+const std::vector<FileType>& All();
+const FileType& Text();
+}  // namespace FileTypes1

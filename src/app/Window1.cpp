@@ -1,0 +1,128 @@
+// The main form's own handlers: the options, which keep each other and the strings of App in step,
+// the connection test, and the menu items that act differently while the form is in front.
+
+#include "app/Window1.h"
+
+#include "app/App.h"
+#include "app/aboutWin.h"
+#include "runtime/Shell.h"
+
+void Window1::ShowTextFormBracket(bool shown) {
+  for (Line* line : {&Line1, &Line2, &Line3, &Line9}) line->SetVisible(shown);
+}
+
+void Window1::ShowTimecodeBracket(bool shown) {
+  for (Line* line : {&Line10, &Line11}) line->SetVisible(shown);
+}
+
+// A box that goes off leaves its string and no text form chosen, so that Download asks for one.
+void Window1::paragraphBox_Action() {
+  if (!paragraphBox.Value()) return;
+  lineBox.SetValue(false);
+  timecodeBox.SetValue(false);
+  TextBox.SetValue(true);
+  timecodeBox.SetEnabled(false);
+  ShowTimecodeBracket(false);
+  PushButton1.SetCaption("Download Transcript(s)");
+  App& app = App::Get();
+  app.paragraphChecked = "true";
+  app.linebyline = "false";
+  app.timecodeChecked = "false";
+}
+
+void Window1::lineBox_Action() {
+  App& app = App::Get();
+  if (!lineBox.Value()) {
+    app.linebyline = "false";
+    app.timecodeChecked = "false";
+    return;
+  }
+  paragraphBox.SetValue(false);
+  timecodeBox.SetEnabled(true);
+  ShowTimecodeBracket(true);
+  app.linebyline = "true";
+  app.paragraphChecked = "false";
+}
+
+void Window1::timecodeBox_Action() { App::Get().timecodeChecked = timecodeBox.Value() ? "true" : "false"; }
+
+void Window1::openBox_Action() { App::Get().openDL = openBox.Value() ? "true" : "false"; }
+
+void Window1::TextBox_Action() {
+  for (CheckBox* box : {&paragraphBox, &lineBox, &timecodeBox}) box->SetEnabled(true);
+  ShowTextFormBracket(true);
+  ShowTimecodeBracket(true);
+  SRTBox.SetValue(false);
+  PushButton1.SetCaption("Download Text Transcript(s)");
+  App::Get().checkedDL = "Text";
+}
+
+void Window1::SRTBox_Action() {
+  TextBox.SetValue(false);
+  for (CheckBox* box : {&paragraphBox, &timecodeBox, &lineBox}) box->SetValue(false);
+  for (CheckBox* box : {&paragraphBox, &timecodeBox, &lineBox}) box->SetEnabled(false);
+  ShowTextFormBracket(false);
+  ShowTimecodeBracket(false);
+  PushButton1.SetCaption("Download SRT File(s)");
+  App& app = App::Get();
+  app.checkedDL = "SRT";
+  app.paragraphChecked = app.timecodeChecked = app.linebyline = "false";
+}
+
+void Window1::WebVTTBox_Action() {
+  TextBox.SetValue(false);
+  paragraphBox.SetValue(false);
+  timecodeBox.SetValue(false);
+  for (CheckBox* box : {&paragraphBox, &timecodeBox, &lineBox}) box->SetEnabled(false);
+  lineBox.SetValue(false);
+  ShowTextFormBracket(false);
+  ShowTimecodeBracket(false);
+  SRTBox.SetValue(false);
+  PushButton1.SetCaption("Download Text Transcript(s)");
+  App& app = App::Get();
+  app.checkedDL = "VTT";
+  app.paragraphChecked = app.timecodeChecked = app.linebyline = "false";
+}
+
+bool Window1::Canvas1_MouseDown(int, int) {
+  aboutWin::Get().Show();
+  return false;
+}
+
+// The ConnectivityProbe: one echo request, and a warning if it fails. The form is live meanwhile.
+void Window1::Event_Open() {
+  Shell probe;
+  probe.Mode = 2;
+  probe.TimeOut = -1;
+  probe.Execute("ping -n -q -W 5 -c 1 " + App::Get().endpoints.ProbeAddress);
+  do {
+    App::Get().DoEvents(25);
+    RuntimeBackgroundTask();
+  } while (probe.IsRunning());
+  if (probe.ErrorCode() != 0) {
+    MsgBox(
+        "Ravelyn cannot work without an Internet connection. Please check your connection prior to "
+        "continuing.");
+  }
+}
+
+void Window1::AddMenuHandlers() {
+  AddMenuHandler("FileAboutRavelyn", [this] { return _FileAboutRavelyn_Action(); });
+  AddMenuHandler("FileNewWindow", [this] { return _FileNewWindow_Action(); });
+  AddMenuHandler("FileHelp", [this] { return _FileHelp_Action(); });
+}
+
+bool Window1::_FileAboutRavelyn_Action() {
+  aboutWin::Get().Show();
+  return false;
+}
+
+bool Window1::_FileNewWindow_Action() {
+  Window1::Get().Show();
+  return false;
+}
+
+bool Window1::_FileHelp_Action() {
+  ShowURL("http://" + App::Get().endpoints.ProductPage);
+  return false;
+}

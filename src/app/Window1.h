@@ -1,0 +1,85 @@
+// The main form: paste a link and search, choose languages, choose a file type and its options,
+// download, or search the words. Its controls stand in construction order.
+//
+// The option handlers are defined here. Each command is defined in the folder of its own: Search in
+// tracks/, Download and the writers in timedtext/, the word search in wordsearch/.
+#pragma once
+
+#include "runtime/Buttons.h"
+#include "runtime/Listbox.h"
+#include "runtime/TextControls.h"
+#include "runtime/Window.h"
+
+class Window1 : public Window {
+ public:
+  Window1();
+  // Made hidden at the first call, and anew after it was closed. Its Open, with the probe, is raised
+  // when the handler that made it has returned.
+  static Window1& Get() { return GetOrMake<Window1>("Window1", Opening::AfterHandler); }
+
+  PushButton PushButton1{*this};
+  Label Label1{*this}, Label2{*this};
+  TextField TextField1{*this};  // the link
+  PushButton PushButton2{*this};
+  Listbox XMLList{*this, {.columns = 1}};  // scratch of Search
+  TextArea TextArea1{*this};               // scratch of all commands
+  // The caption tracks: language name, language code. The only store of them.
+  Listbox Listbox1{*this,
+                   {.columns = 2,
+                    .columnWidths = "250",
+                    .gridHorizontal = 2,
+                    .gridVertical = 3,
+                    .severalSelectable = true}};
+  CheckBox paragraphBox{*this};
+  Label Label3{*this};
+  CheckBox lineBox{*this};
+  Label Label4{*this}, Label6{*this};
+  CheckBox timecodeBox{*this};
+  Canvas Canvas1{*this};
+  CheckBox openBox{*this};
+  RadioButton TextBox{*this}, SRTBox{*this};
+  Listbox listBox2{*this, {.columns = 4}};  // in no command's use
+  TextField searchField{*this};             // the term
+  PushButton PushButton3{*this};
+  Label Label7{*this};
+  RadioButton WebVTTBox{*this};
+  Line Line1{*this}, Line2{*this}, Line3{*this}, Line4{*this}, Line5{*this}, Line6{*this}, Line7{*this},
+      Line8{*this}, Line9{*this}, Line10{*this}, Line11{*this};
+
+  bool urlLoaded = false;  // part of the form since the first version; in nobody's use
+
+  void PushButton1_Action();  // Download
+  void PushButton2_Action();  // Search
+  void paragraphBox_Action();
+  void lineBox_Action();
+  void timecodeBox_Action();
+  bool Canvas1_MouseDown(int x, int y);
+  void openBox_Action();
+  void TextBox_Action();
+  void SRTBox_Action();
+  void PushButton3_Action();  // Word Search
+  void WebVTTBox_Action();
+  void AddMenuHandlers();
+
+  // Each does one row of Listbox1, from 0, tells the person of a failure, and reports nothing.
+  void getTranscriptions(std::int64_t row);
+  void DoSRT(std::int64_t row);
+  void DoVTT(std::int64_t row);
+  // False where the term itself can't be searched for, so that no other row is worth a try.
+  bool DoWordSearch(std::int64_t row);
+
+  std::string SecsToTimecode(double seconds) const;
+  std::string returnTimecodeSRT(double seconds) const;
+  std::string timecodeToSecs(const std::string& timecode) const;
+
+ protected:
+  void Event_Open() override;
+
+ private:
+  bool _FileAboutRavelyn_Action();
+  bool _FileNewWindow_Action();
+  bool _FileHelp_Action();
+  void BindActions();
+  void ShowTextFormBracket(bool shown);
+  void ShowTimecodeBracket(bool shown);
+};

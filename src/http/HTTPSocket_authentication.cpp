@@ -1,0 +1,118 @@
+// Basic and Digest authentication (RFC 2617): a challenge is answered with a name and a password
+// that the user of the class gives, and the request is sent again.
+
+#include "http/HTTPSocket.h"
+#include "runtime/Application.h"
+#include "runtime/Digest.h"
+#include "runtime/Numbers.h"
+#include "runtime/Random.h"
+#include "runtime/Text.h"
+
+namespace {
+
+// The parameters of a challenge, one item each and without blanks around it, in the form
+// name="value": a value that came without quotation marks gets them.
+StringArray CutChallenge(std::string_view text) {
+  StringArray items;
+  std::string item;
+  bool quoted = false;
+  const auto finish = [&] {
+    item = Trim(item);
+    const std::size_t equals = item.find('=');
+    if (equals != std::string::npos) {
+      const std::string name = Trim(std::string_view(item).substr(0, equals));
+      const std::string value = Trim(std::string_view(item).substr(equals + 1));
+      const bool hasMarks = value.size() >= 2 && value.front() == '"' && value.back() == '"';
+      items.push_back(name + "=" + (hasMarks ? value : "\"" + value + "\""));
+    }
+    item.clear();
+  };
+  for (const char c : text) {
+    if (c == '"') quoted = !quoted;
+    if (c == ',' && !quoted) {
+      finish();
+    } else {
+      item += c;
+    }
+  }
+  finish();
+  return items;
+}
+
+std::string Quoted(const std::string& text) { return "\"" + text + "\""; }
+
+}  // namespace
+
+bool HTTPSocket::_SetAuthentication(const std::string& kind) {
+  const std::string challenge = _pageHeaders->Value(kind + "-Authenticate");
+  const std::string scheme = Left(challenge, InStr(0, challenge, " ") - 1);
+  Dictionary params = _ParseAuthenticationParams(Mid(challenge, Len(scheme) + 2));
+  params.SetValue("method", _httpAction);
+  params.SetValue("uri", _processingURL);
+  if (params.HasKey("nonce")) {
+    _lastServerNonce = ToString(params.Value("nonce"));
+  } else {
+    params.SetValue("nonce", _lastServerNonce);
+  }
+  const Credentials& ask = kind == "Proxy" ? ProxyAuthenticationRequired : AuthenticationRequired;
+  std::string name, password;
+  if (!ask || !ask(ToString(params.Lookup("realm", "")), *_pageHeaders, name, password)) return false;
+  const std::string data = _CreateAuthenticationData(scheme, name, password, params);
+  if (data.empty()) return false;
+  (kind == "Proxy" ? _proxyAuthenticationKey : _authenticationKey) = data;
+  return true;
+}
+
+Dictionary HTTPSocket::_ParseAuthenticationParams(const std::string& text) const {
+  Dictionary params;
+  for (const std::string& item : CutChallenge(text)) {
+    const std::string name = Left(item, InStr(0, item, "=") - 1);
+    params.SetValue(name, Mid(item, Len(name) + 3, Len(item) - 3 - Len(name)));
+    RuntimeBackgroundTask();
+  }
+  return params;
+}
+
+std::string HTTPSocket::_CreateAuthenticationData(const std::string& scheme, const std::string& name,
+                                                  const std::string& password, const Dictionary& params) {
+  if (scheme == "Basic") return "Basic " + EncodeBase64(name + ":" + password, 0);
+  if (scheme != "Digest") return "";
+  const auto param = [&](const char* key, const char* fallback) {
+    return ToString(params.Lookup(key, fallback));
+  };
+  const std::string nonce = param("nonce", "");
+  if (!_Nonces) _Nonces.emplace();
+  const std::int64_t count = std::get<std::int64_t>(_Nonces->Lookup(nonce, std::int64_t{0})) + 1;
+  _Nonces->SetValue(nonce, count);
+  const std::string nc = Format(static_cast<double>(count), "00000000");
+  const std::string cnonce = _CreateNonce();
+  const std::string realm = param("realm", "");
+  const std::string uri = param("uri", "/");
+  const std::string ha1 = _EncodeHex(MD5(name + ":" + realm + ":" + password));
+  const std::string ha2 = _EncodeHex(MD5(param("method", "GET") + ":" + uri));
+  const std::string response = _EncodeHex(MD5(ha1 + ":" + nonce + ":" + nc + ":" + cnonce + ":auth:" + ha2));
+  return "Digest username=" + Quoted(name) + ", realm=" + Quoted(realm) + ", nonce=" + Quoted(nonce) +
+         ", uri=" + Quoted(uri) + ", qop=auth, nc=" + nc + ", cnonce=" + Quoted(cnonce) +
+         ", response=" + Quoted(response) + ", " +
+         (params.HasKey("opaque") ? "opaque=" + Quoted(param("opaque", "")) : "");
+}
+
+std::string HTTPSocket::_CreateNonce() {
+  static Random random;
+  std::string nonce;
+  for (int i = 0; i < 25; ++i) {
+    const std::int64_t r = random.InRange(0, 61);
+    nonce += Chr(r + (r <= 9 ? 48 : r <= 35 ? 55 : 61));
+    RuntimeBackgroundTask();
+  }
+  return nonce;
+}
+
+std::string HTTPSocket::_EncodeHex(const std::string& bytes) {
+  std::string out;
+  for (const char c : bytes) {
+    out += Right("00" + Hex(static_cast<unsigned char>(c)), 2);
+    RuntimeBackgroundTask();
+  }
+  return Lowercase(out);
+}

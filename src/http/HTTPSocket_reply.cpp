@@ -1,0 +1,117 @@
+// The reply: a state machine over incoming bytes, whose only state is whether the headers are there.
+
+#include "http/HTTPSocket.h"
+#include "runtime/Numbers.h"
+#include "runtime/Text.h"
+#include "runtime/exceptions.h"
+
+void HTTPSocket::Event_Connected() {
+  _connectionValid = true;
+  _ResetVariables();
+  if (!synchronous && Connected) Connected();
+  if (_httpAction.empty()) _httpAction = "GET";
+  _SendRequest(_httpAction);
+}
+
+void HTTPSocket::Event_DataAvailable() { _HandleNewData(); }
+
+void HTTPSocket::Event_Error() {
+  const bool wasValid = _connectionValid;
+  _connectionValid = false;
+  if (!wasValid) {
+    SetError(LastErrorCode());
+  } else if (!Lookahead().empty()) {
+    _HandleNewData();
+  } else {
+    _ProcessPage();
+  }
+}
+
+void HTTPSocket::_HandleNewData() {
+  if (threadProtection) return;
+  struct Protection {
+    bool& held;
+    explicit Protection(bool& flag) : held(flag) { held = true; }
+    ~Protection() { held = false; }
+  } protection(threadProtection);
+
+  if (_pageHeaders) return _ProcessData(Read(_contentlength));
+
+  if (!_headerEnd.FindIn(Lookahead())) {
+    if (Lookahead().size() > kLargestHeaders) Close(), Purge(), Refuse(kErrorReplyTooLarge);
+    return;
+  }
+  const std::size_t length = _headerEnd.Position();
+  _ParseHeaders(length == 0 ? "" : Read(static_cast<std::int64_t>(length)));
+  const char* kind = _httpStatusCode == 401 ? "WWW" : _httpStatusCode == 407 ? "Proxy" : nullptr;
+  if (kind && _SetAuthentication(kind)) return _DoConnect(_processingURL, _httpAction, _downloadFile);
+  if (!synchronous && HeadersReceived) HeadersReceived(*_pageHeaders, _httpStatusCode);
+  Read(Len(_headerEnd.Eol()) * 2);
+  if (_pageHeaders->_HasHeader("content-length")) {
+    _contentlength = ToInteger(CDbl(_pageHeaders->Value("content-length")));
+  }
+  _ProcessData(_contentlength != 0 ? Read(_contentlength) : ReadAll());
+}
+
+void HTTPSocket::_ParseHeaders(const std::string& text) {
+  const std::string eol = InternetHeaders::_DetermineEOLCharacter(text);
+  _pageHeaders = std::make_shared<InternetHeaders>();
+  _httpStatusCode = static_cast<int>(ToInteger(Val(NthField(NthField(text, eol, 1), " ", 2))));
+  _pageHeaders->_ParseHeaders(text);
+  if (_pageHeaders->NameCount("Content-length") >= 1) {
+    _totalLength = ToInteger(Val(_pageHeaders->Value("Content-length")));
+  }
+}
+
+// The limit is on what stands in memory; a file may grow as the disk allows.
+bool HTTPSocket::KeepsWithinLimits() {
+  if (_downloadStream || _currentLength <= kLargestBody) return true;
+  Close();
+  Purge();
+  _pageBuffer->Bytes() = std::string();
+  _currentLength = 0;
+  Refuse(kErrorReplyTooLarge);
+  return false;
+}
+
+void HTTPSocket::_ProcessData(const std::string& data) {
+  if (_httpAction == "HEAD") return;
+  _currentLength += LenB(data);
+  _contentlength -= LenB(data);
+  if (!KeepsWithinLimits()) return;
+  try {
+    (_downloadStream ? _downloadStream : _pageBufferStream)->Write(data);
+  } catch (const IOException&) {
+    // The disk is full, say: nothing more can be kept of this download.
+    Close();
+    _KillDownloadStream();
+    return SetError(kErrorDownloadFile);
+  }
+  if (!synchronous && ReceiveProgress) ReceiveProgress(_currentLength, _totalLength, data);
+  if ((_httpStatusCode == 401 || _httpStatusCode == 407) && !IsConnected()) return _ProcessPage();
+  if (_totalLength >= 1 && _totalLength <= _currentLength) {
+    Close();
+    _ProcessPage();
+  }
+}
+
+void HTTPSocket::_ProcessPage() {
+  if (_pageComplete) return;
+  _pageComplete = true;
+  const FolderItemPtr file = _downloadFile;
+  _KillDownloadStream();
+  if (_httpAction == "HEAD" || synchronous) return;
+  if (file) {
+    if (DownloadComplete) DownloadComplete(_processingURL, _httpStatusCode, _pageHeaders, file);
+  } else if (PageReceived) {
+    PageReceived(_processingURL, _httpStatusCode, _pageHeaders, PageText());
+  }
+}
+
+// Hands the body over instead of copying it; the buffer is empty until the next request.
+std::string HTTPSocket::PageText() {
+  if (_currentLength < 1) return "";
+  std::string text;
+  text.swap(_pageBuffer->Bytes());
+  return text;
+}

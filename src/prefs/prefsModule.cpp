@@ -1,0 +1,78 @@
+#include "prefs/prefsModule.h"
+
+#include "app/App.h"
+#include "app/Window1.h"
+#include "runtime/Streams.h"
+#include "runtime/exceptions.h"
+
+namespace {
+
+constexpr char kFileName[] = "com.tarnvale.ravelyn.user.prefs";
+
+FolderItemPtr PrefsFile() {
+  const FolderItemPtr folder = SpecialFolder::Preferences();
+  return folder ? folder->Child(kFileName) : nullptr;
+}
+
+void ApplyFormat(Window1& form, const std::string& format) {
+  if (format.empty()) {
+    for (RadioButton* button : {&form.SRTBox, &form.WebVTTBox, &form.TextBox}) button->SetValue(false);
+  } else if (format == "SRT") {
+    form.SRTBox.SetValue(true);
+  } else if (format == "VTT") {
+    form.WebVTTBox.SetValue(true);
+  } else if (format == "Text") {
+    form.TextBox.SetValue(true);
+  }
+}
+
+void ApplyOpening(Window1& form, const std::string& open) {
+  if (open.empty() || open == "true") {
+    form.openBox.SetValue(true);
+  } else if (open == "false") {
+    form.openBox.SetValue(false);
+  } else {
+    MsgBox("I could read preferences. Error code 1.");
+  }
+}
+
+}  // namespace
+
+void prefsModule::savePrefs() {
+  const App& app = App::Get();
+  if (!app.preferencesLoaded) return;
+  const FolderItemPtr file = PrefsFile();
+  if (!file) return;
+  const auto out = file->CreateTextFile();
+  if (!out) return;
+  try {
+    for (const std::string* value :
+         {&app.checkedDL, &app.openDL, &app.paragraphChecked, &app.timecodeChecked, &app.linebyline}) {
+      out->WriteLine(*value);
+    }
+    out->Close();
+  } catch (const IOException&) {
+    // The old file stands, and at quit there is nobody left to tell.
+  }
+}
+
+void prefsModule::getPrefs() {
+  App& app = App::Get();
+  app.preferencesLoaded = true;
+  const FolderItemPtr file = PrefsFile();
+  if (!file || !file->Exists()) return;
+  const auto in = file->OpenAsTextFile();
+  if (!in) return MsgBox("I could not read preferences. Error code 2.");
+  Window1& form = Window1::Get();
+  app.checkedDL = in->ReadLine();
+  ApplyFormat(form, app.checkedDL);
+  app.openDL = in->ReadLine();
+  ApplyOpening(form, app.openDL);
+  app.paragraphChecked = in->ReadLine();
+  app.timecodeChecked = in->ReadLine();
+  app.linebyline = in->ReadLine();
+  // Each box's handler writes the strings of the others: the first that is on wins.
+  form.paragraphBox.SetValue(app.paragraphChecked == "true");
+  form.timecodeBox.SetValue(app.timecodeChecked == "true");
+  form.lineBox.SetValue(app.linebyline == "true");
+}

@@ -1,0 +1,185 @@
+#include "runtime/Application.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "runtime/Control.h"
+#include "runtime/Numbers.h"
+#include "runtime/Window.h"
+#include "runtime/exceptions.h"
+
+namespace {
+
+Application* current = nullptr;
+
+std::int64_t SteadyTicks() {
+  const auto now = std::chrono::steady_clock::now().time_since_epoch();
+  return std::chrono::duration_cast<std::chrono::duration<std::int64_t, std::ratio<1, 60>>>(now).count();
+}
+
+}  // namespace
+
+std::int64_t Platform::Ticks() { return SteadyTicks(); }
+Platform* Platform::Current() { return current ? &current->Host() : nullptr; }
+
+std::int64_t Ticks() { return current ? current->Host().Ticks() : SteadyTicks(); }
+void MsgBox(const std::string& text) { Application::Current().Host().MessageBox(text); }
+void ShowURL(const std::string& address) { Application::Current().Host().ShowURL(address); }
+
+void RuntimeBackgroundTask() {
+  if (!current) return;
+  current->Host().Yield();
+  current->CheckEnded();
+}
+
+Application::Application(Platform& host) : host_(host) { current = this; }
+
+Application::~Application() {
+  if (current == this) current = nullptr;
+}
+
+Application& Application::Current() {
+  if (!current) throw NilObjectException("There is no application.");
+  return *current;
+}
+
+Application* Application::CurrentOrNil() { return current; }
+
+void Application::Start() {
+  Dispatch(nullptr, [this] { Event_Open(); });
+}
+
+void Application::Stop() {
+  if (stopped_) return;
+  stopped_ = true;
+  Quit();
+  Dispatch(nullptr, [this] { Event_Close(); });
+  posted_.clear();
+  active_ = nullptr;
+  focus_ = nullptr;
+  windows_.clear();
+}
+
+void Application::Quit() {
+  quitting_ = true;
+  for (Frame& frame : frames_) frame.ended = true;
+}
+
+void Application::Dispatch(Window* owner, const Handler& handler) {
+  frames_.push_back({owner, false});
+  try {
+    handler();
+  } catch (const HandlerEnded&) {
+  } catch (const RuntimeException& e) {
+    host_.MessageBox(e.Kind() + ": " + e.what());
+  } catch (const std::out_of_range&) {
+    host_.MessageBox("OutOfBoundsException: An index was outside its array.");
+  } catch (const std::bad_alloc&) {
+    host_.MessageBox("OutOfMemoryException: There is not enough memory for this.");
+  } catch (const std::exception& e) {
+    host_.MessageBox(std::string("Exception: ") + e.what());
+  }
+  frames_.pop_back();
+  RunPosted();
+  if (frames_.empty()) closed_.clear();
+}
+
+void Application::Post(Window* owner, Handler handler) {
+  posted_.push_back({owner, std::move(handler)});
+  if (frames_.empty()) RunPosted();
+}
+
+void Application::RunPosted() {
+  while (!posted_.empty() && !quitting_) {
+    const Posted next = std::move(posted_.front());
+    posted_.erase(posted_.begin());
+    Dispatch(next.owner, next.handler);
+  }
+}
+
+void Application::Command(const std::string& what, const Handler& handler) {
+  if (commandRunning_) return;
+  struct Running {
+    Application& app;
+    Running(Application& a, const std::string& w) : app(a) {
+      app.commandRunning_ = true;
+      app.host_.CommandRunning(w);
+    }
+    ~Running() {
+      app.commandRunning_ = false;
+      app.host_.CommandRunning("");
+    }
+  } running(*this, what);
+  handler();
+}
+
+void Application::CheckEnded() const {
+  if (!frames_.empty() && frames_.back().ended) throw HandlerEnded{};
+}
+
+Window* Application::FindWindow(const std::string& name) const {
+  for (const auto& window : windows_) {
+    if (window->Name() == name) return window.get();
+  }
+  return nullptr;
+}
+
+Window& Application::AddWindow(std::unique_ptr<Window> window) {
+  windows_.push_back(std::move(window));
+  return *windows_.back();
+}
+
+void Application::CloseWindow(Window& window) {
+  const auto at = std::find_if(windows_.begin(), windows_.end(), [&](auto& w) { return w.get() == &window; });
+  if (at == windows_.end()) return;
+  closed_.push_back(std::move(*at));
+  windows_.erase(at);
+  for (Frame& frame : frames_) frame.ended |= frame.owner == &window;
+  std::erase_if(posted_, [&](const Posted& posted) { return posted.owner == &window; });
+  if (focus_ && &focus_->Owner() == &window) focus_ = nullptr;
+  if (active_ == &window) active_ = nullptr;
+  host_.WindowClosed(window);
+  if (frames_.empty()) closed_.clear();
+}
+
+void Application::Activate(Window& window) { active_ = &window; }
+
+void Application::EnableMenuItems() {
+  if (!menuBar_) return;
+  const bool inText = focus_ && focus_->Kind() == ControlKind::TextField;
+  for (Menu& menu : menuBar_->Menus) {
+    for (MenuItem& item : menu.Items) {
+      if (!item.AutoEnable) continue;
+      item.Enabled = item.Quits || (item.Edits && inText) || MenuHandlerOf(item.Name, nullptr);
+    }
+  }
+}
+
+const std::function<bool()>* Application::MenuHandlerOf(const std::string& item, Window** owner) const {
+  if (owner) *owner = nullptr;
+  if (active_) {
+    if (const auto own = active_->OwnMenuHandlers().find(item); own != active_->OwnMenuHandlers().end()) {
+      if (owner) *owner = active_;
+      return &own->second;
+    }
+  }
+  const auto general = menuHandlers_.find(item);
+  return general == menuHandlers_.end() ? nullptr : &general->second;
+}
+
+bool Application::ChooseMenuItem(const std::string& name) {
+  MenuItem* item = menuBar_ ? menuBar_->Find(name) : nullptr;
+  if (!item) return false;
+  EnableMenuItems();
+  if (!item->Enabled || !item->Visible) return true;
+  if (item->Quits) {
+    Quit();
+  } else if (item->Edits) {
+    host_.Edit(*item->Edits);
+  } else {
+    Window* owner = nullptr;
+    const std::function<bool()> handler = *MenuHandlerOf(name, &owner);
+    Dispatch(owner, [&] { handler(); });
+  }
+  return true;
+}

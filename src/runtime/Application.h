@@ -1,0 +1,115 @@
+// The application object's base: the open windows, the dispatch of events, commands, the menu.
+//
+// Every event runs in a frame of its own, on one stack. A handler that waits yields, and yields
+// deliver further events, so frames nest. A frame belongs to a window or, with nullptr, to the
+// application. When its window closes, or the application quits, the frame is ended: its next
+// yield throws HandlerEnded, which unwinds the handler and is caught by the dispatch alone.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "runtime/Menu.h"
+#include "runtime/Platform.h"
+
+class Control;
+class Window;
+
+// Not an exception of the runtime on purpose: nothing between the yield and the dispatch may
+// take it for a failure that can be handled.
+struct HandlerEnded {};
+
+class Application {
+ public:
+  using Handler = std::function<void()>;
+
+  explicit Application(Platform& host);
+  virtual ~Application();
+  Application(const Application&) = delete;
+  Application& operator=(const Application&) = delete;
+
+  // The one application; NilObjectException if there is none.
+  static Application& Current();
+  static Application* CurrentOrNil();
+  Platform& Host() { return host_; }
+
+  // Raises Open; and ends the handlers that still run, raises Close and closes all windows.
+  // Stop is for the outermost level, when no handler is on the stack; it acts once.
+  void Start();
+  void Stop();
+  // The person quits: every running handler is ended, and the host calls Stop when it has control.
+  void Quit();
+  bool IsQuitting() const { return quitting_; }
+
+  // Runs one event's handler. An exception that it lets out ends it and is shown with its kind
+  // and words. Windows that were closed are destroyed when no handler is left on the stack.
+  void Dispatch(Window* owner, const Handler& handler);
+  // Runs handler as an event when the handler on top of the stack has returned.
+  void Post(Window* owner, Handler handler);
+  // Runs a command unless one is running already; then it is ignored. what is for the person.
+  void Command(const std::string& what, const Handler& handler);
+  bool IsCommandRunning() const { return commandRunning_; }
+  // Lets events run; waits for them at most so many milliseconds, -1 for not at all.
+  void DoEvents(int milliseconds) { host_.ProcessEvents(milliseconds); }
+  // Throws HandlerEnded if the handler on top of the stack was ended.
+  void CheckEnded() const;
+
+  const std::vector<std::unique_ptr<Window>>& Windows() const { return windows_; }
+  Window* FindWindow(const std::string& name) const;
+  Window& AddWindow(std::unique_ptr<Window> window);
+  // The window goes from the list at once and is destroyed later (see Dispatch).
+  void CloseWindow(Window& window);
+  // The window shown or activated last that is still open and visible; nullptr if there is none.
+  Window* ActiveWindow() const { return active_; }
+  void Activate(Window& window);
+  Control* FocusedControl() const { return focus_; }
+  // Moves the focus without telling the host, which moved it itself.
+  void NoteFocus(Control* control) { focus_ = control; }
+
+  void SetMenuBar(MenuBar& bar) { menuBar_ = &bar; }
+  MenuBar* CurrentMenuBar() const { return menuBar_; }
+  void AddMenuHandler(const std::string& item, std::function<bool()> handler) {
+    menuHandlers_[item] = std::move(handler);
+  }
+  // Sets Enabled of every item that enables itself: one that quits, one with a handler, and the
+  // Edit items while a text field has the focus.
+  void EnableMenuItems();
+  // The person chooses an item; false if the bar has none of that name. One handler runs: that of
+  // the active window if it has one, else that of the application.
+  bool ChooseMenuItem(const std::string& item);
+
+ protected:
+  virtual void Event_Open() {}
+  virtual void Event_Close() {}
+
+ private:
+  struct Frame {
+    Window* owner;
+    bool ended;
+  };
+  struct Posted {
+    Window* owner;
+    Handler handler;
+  };
+  void RunPosted();
+  const std::function<bool()>* MenuHandlerOf(const std::string& item, Window** owner) const;
+
+  Platform& host_;
+  std::vector<std::unique_ptr<Window>> windows_;
+  std::vector<std::unique_ptr<Window>> closed_;
+  std::vector<Frame> frames_;
+  std::vector<Posted> posted_;
+  MenuHandlers menuHandlers_;
+  MenuBar* menuBar_ = nullptr;
+  Window* active_ = nullptr;
+  Control* focus_ = nullptr;
+  bool commandRunning_ = false;
+  bool quitting_ = false;
+  bool stopped_ = false;
+};
+
+// The cooperative yield. Long loops call it once in each pass: events are delivered from inside
+// it, and a handler that was ended in the meantime is unwound from here.
+void RuntimeBackgroundTask();

@@ -1,0 +1,43 @@
+// A map from a key to a value, both a String or an Integer. String keys are compared without
+// regard to the case of ASCII letters. Key(index) goes in order of insertion; a write to an
+// existing key keeps its place and its spelling.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <variant>
+#include <vector>
+
+using Variant = std::variant<std::string, std::int64_t>;
+// The value as a String: an Integer in decimal digits.
+std::string ToString(const Variant& value);
+
+class Dictionary {
+ public:
+  Dictionary() = default;
+  explicit Dictionary(const std::vector<std::pair<Variant, Variant>>& pairs);
+
+  std::int64_t Count() const { return static_cast<std::int64_t>(places_.size()); }
+  bool HasKey(const Variant& key) const { return places_.contains(Folded(key)); }
+  // From 0. OutOfBoundsException for an index that is not there.
+  const Variant& Key(std::int64_t index) const;
+  // OutOfBoundsException for a key that is not there; Lookup gives fallback instead.
+  const Variant& Value(const Variant& key) const;
+  Variant Lookup(const Variant& key, const Variant& fallback) const;
+  void SetValue(const Variant& key, Variant value);
+  // A key that is not there is no error.
+  void Remove(const Variant& key);
+  void Clear();
+
+ private:
+  using Entry = std::optional<std::pair<Variant, Variant>>;
+  static std::string Folded(const Variant& key);
+  void Compact() const;
+
+  // Removing leaves a gap, which the next look-up by index closes.
+  mutable std::vector<Entry> entries_;
+  mutable std::unordered_map<std::string, std::size_t> places_;
+};

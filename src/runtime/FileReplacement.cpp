@@ -1,0 +1,135 @@
+#include "runtime/FileReplacement.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <random>
+
+#include "runtime/exceptions.h"
+
+namespace {
+
+constexpr int kMostLinks = 40;
+
+std::string FolderOf(const std::string& path) {
+  const std::size_t slash = path.find_last_of('/');
+  if (slash == std::string::npos) return ".";
+  return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+std::string NameOf(const std::string& path) { return path.substr(path.find_last_of('/') + 1); }
+
+// Follows the links that path itself ends in, also to a place where nothing stands yet.
+std::string WithoutLinks(std::string path) {
+  for (int i = 0; i < kMostLinks; ++i) {
+    char target[PATH_MAX];
+    const ssize_t length = ::readlink(path.c_str(), target, sizeof target);
+    if (length < 0) return path;
+    const std::string next(target, static_cast<std::size_t>(length));
+    path = next.starts_with('/') ? next : FolderOf(path) + "/" + next;
+  }
+  throw IOException(ELOOP);
+}
+
+std::string FreshName() {
+  static constexpr char kLetters[] = "abcdefghijklmnopqrstuvwxyz0123456789";
+  std::random_device random;
+  std::string name = ".ravelyn-";
+  for (int i = 0; i < 12; ++i) name += kLetters[random() % (sizeof kLetters - 1)];
+  return name;
+}
+
+}  // namespace
+
+void WriteAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) throw IOException(errno);
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+FileReplacement::FileReplacement(const std::string& path) : target_(WithoutLinks(path)) {
+  if (target_.find('\0') != std::string::npos || NameOf(target_).empty()) throw IOException(EINVAL);
+  targetExists_ = ::lstat(target_.c_str(), &old_) == 0;
+  if (!targetExists_ && errno != ENOENT) throw IOException(errno);
+  if (targetExists_ && S_ISDIR(old_.st_mode)) throw IOException(EISDIR);
+  folder_ = ::open(FolderOf(target_).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+  if (folder_ < 0) throw IOException(errno);
+  const bool plain = !targetExists_ || S_ISREG(old_.st_mode);
+  if (plain && targetExists_ && ::faccessat(folder_, NameOf(target_).c_str(), W_OK, AT_EACCESS) != 0) {
+    throw IOException(errno);  // a file that the person has locked stays as it is
+  }
+  if (!plain || !OpenBeside()) OpenInPlace();
+}
+
+FileReplacement::~FileReplacement() {
+  if (descriptor_ >= 0) ::close(descriptor_);
+  if (!beside_.empty()) ::unlinkat(folder_, beside_.c_str(), 0);
+  if (folder_ >= 0) ::close(folder_);
+}
+
+bool FileReplacement::OpenBeside() {
+  beside_ = FreshName();
+  descriptor_ =
+      ::openat(folder_, beside_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
+  const int error = errno;
+  if (descriptor_ >= 0 && TakeModeAndOwner()) return true;
+  if (descriptor_ >= 0) ::unlinkat(folder_, beside_.c_str(), 0), ::close(descriptor_);
+  descriptor_ = -1;
+  beside_.clear();
+  if (!targetExists_) throw IOException(error);
+  return false;
+}
+
+bool FileReplacement::TakeModeAndOwner() {
+  if (!targetExists_) return true;
+  struct stat made;
+  if (::fstat(descriptor_, &made) != 0) return false;
+  const bool sameOwner = made.st_uid == old_.st_uid && made.st_gid == old_.st_gid;
+  if (!sameOwner && ::fchown(descriptor_, old_.st_uid, old_.st_gid) != 0) return false;
+  return ::fchmod(descriptor_, old_.st_mode & 07777) == 0;
+}
+
+void FileReplacement::OpenInPlace() {
+  // O_NONBLOCK: a pipe that nobody reads is an error, not a wait.
+  descriptor_ = ::openat(folder_, NameOf(target_).c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+  if (descriptor_ < 0) throw IOException(errno);
+}
+
+void FileReplacement::Write(std::string_view bytes) {
+  if (beside_.empty()) {
+    inPlace_.append(bytes);
+  } else {
+    WriteAll(descriptor_, bytes);
+  }
+}
+
+void FileReplacement::Commit() {
+  if (beside_.empty()) return CommitInPlace();
+  // The bytes reach the disk before the name does, so that a power cut leaves one whole file.
+  if (::fsync(descriptor_) != 0 && errno != EINVAL) throw IOException(errno);
+  const int closed = ::close(descriptor_);
+  descriptor_ = -1;
+  if (closed != 0) throw IOException(errno);
+  if (::renameat(folder_, beside_.c_str(), folder_, NameOf(target_).c_str()) != 0) throw IOException(errno);
+  beside_.clear();
+}
+
+void FileReplacement::CommitInPlace() {
+  // Room is reserved first: a full disk is told while the old bytes still stand.
+  const auto size = static_cast<off_t>(inPlace_.size());
+  if (S_ISREG(old_.st_mode) && size > old_.st_size) {
+    if (const int error = ::posix_fallocate(descriptor_, 0, size); error != 0 && error != EOPNOTSUPP) {
+      [[maybe_unused]] const int back = ::ftruncate(descriptor_, old_.st_size);
+      throw IOException(error);
+    }
+  }
+  ::fcntl(descriptor_, F_SETFL, 0);
+  WriteAll(descriptor_, inPlace_);
+  if (S_ISREG(old_.st_mode) && ::ftruncate(descriptor_, size) != 0) throw IOException(errno);
+}

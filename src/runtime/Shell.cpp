@@ -1,0 +1,83 @@
+#include "runtime/Shell.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+
+extern char** environ;
+
+namespace {
+
+// Starts /bin/sh -c command in a process group of its own, without input or output; -1 on failure.
+pid_t Spawn(const std::string& command) {
+  posix_spawn_file_actions_t files;
+  posix_spawnattr_t attributes;
+  posix_spawn_file_actions_init(&files);
+  posix_spawnattr_init(&attributes);
+  for (const int descriptor : {0, 1, 2}) {
+    posix_spawn_file_actions_addopen(&files, descriptor, "/dev/null", descriptor ? O_WRONLY : O_RDONLY, 0);
+  }
+  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
+  posix_spawnattr_setpgroup(&attributes, 0);
+  std::string shell = "sh", dash = "-c", text = command;
+  char* arguments[] = {shell.data(), dash.data(), text.data(), nullptr};
+  pid_t process = -1;
+  if (posix_spawn(&process, "/bin/sh", &files, &attributes, arguments, environ) != 0) process = -1;
+  posix_spawnattr_destroy(&attributes);
+  posix_spawn_file_actions_destroy(&files);
+  return process;
+}
+
+// Waits in the kernel until the process has ended or the time is over.
+bool EndsWithin(pid_t process, int milliseconds) {
+  const int descriptor = static_cast<int>(::syscall(SYS_pidfd_open, process, 0));
+  if (descriptor < 0) return true;
+  pollfd waiting{descriptor, POLLIN, 0};
+  const int ready = ::poll(&waiting, 1, milliseconds);
+  ::close(descriptor);
+  return ready != 0;
+}
+
+}  // namespace
+
+Shell::~Shell() { Close(); }
+
+void Shell::Execute(const std::string& command) {
+  Close();
+  process_ = Spawn(command);
+  errorCode_ = process_ < 0 ? 127 : 0;
+  if (process_ < 0 || Mode == 2) return;
+  if (EndsWithin(process_, TimeOut)) {
+    Collect(0);
+  } else {
+    Close();
+  }
+}
+
+bool Shell::IsRunning() {
+  if (process_ >= 0) Collect(WNOHANG);
+  return process_ >= 0;
+}
+
+void Shell::Close() {
+  if (process_ < 0) return;
+  ::kill(-process_, SIGKILL);
+  Collect(0);
+}
+
+void Shell::Collect(int options) {
+  int status = 0;
+  pid_t ended;
+  do {
+    ended = ::waitpid(process_, &status, options);
+  } while (ended < 0 && errno == EINTR);
+  if (ended == 0) return;
+  errorCode_ = ended < 0 ? 127 : WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  process_ = -1;
+}

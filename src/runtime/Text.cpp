@@ -1,0 +1,161 @@
+#include "runtime/Text.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace {
+
+constexpr std::string_view kWhite = " \t\n\v\f\r";
+
+char LowerByte(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+char UpperByte(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+std::size_t Clamped(std::int64_t count, std::size_t most) {
+  return count <= 0 ? 0 : std::min(static_cast<std::size_t>(count), most);
+}
+
+}  // namespace
+
+std::string RuntimeAddString(std::string a, std::string_view b) { return std::move(a.append(b)); }
+
+std::int64_t RuntimeStringCompare(std::string_view a, std::string_view b) { return a.compare(b); }
+
+std::string Replace(std::string source, std::string_view find, std::string_view replacement) {
+  const std::size_t at = find.empty() ? std::string::npos : source.find(find);
+  if (at != std::string::npos) source.replace(at, find.size(), replacement);
+  return source;
+}
+
+std::string ReplaceAll(std::string source, std::string_view find, std::string_view replacement) {
+  std::size_t at = find.empty() ? std::string::npos : source.find(find);
+  if (at == std::string::npos) return source;
+  std::string out;
+  out.reserve(source.size());
+  std::size_t from = 0;
+  for (; at != std::string::npos; at = source.find(find, from)) {
+    out.append(source, from, at - from).append(replacement);
+    from = at + find.size();
+  }
+  return std::move(out.append(source, from));
+}
+
+std::string ReplaceLineEndings(std::string source, std::string_view lineEnding) {
+  std::size_t at = source.find_first_of("\r\n");
+  if (at == std::string::npos) return source;
+  std::string out;
+  out.reserve(source.size());
+  std::size_t from = 0;
+  for (; at != std::string::npos; at = source.find_first_of("\r\n", from)) {
+    out.append(source, from, at - from).append(lineEnding);
+    from = at + (source.compare(at, 2, "\r\n") == 0 ? 2 : 1);
+  }
+  return std::move(out.append(source, from));
+}
+
+StringArray Split(std::string_view source, std::string_view delimiter) {
+  StringArray pieces;
+  std::size_t from = 0;
+  std::size_t at = delimiter.empty() ? std::string_view::npos : source.find(delimiter);
+  for (; at != std::string_view::npos; at = source.find(delimiter, from)) {
+    pieces.emplace_back(source.substr(from, at - from));
+    from = at + delimiter.size();
+  }
+  pieces.emplace_back(source.substr(from));
+  return pieces;
+}
+
+StringArray CreateArray(std::int64_t upperBound) {
+  return StringArray(static_cast<std::size_t>(std::max<std::int64_t>(upperBound + 1, 0)));
+}
+
+std::string Chr(std::int64_t code) {
+  if (code < 0 || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF)) return "";
+  if (code < 0x80) return ChrB(code);
+  if (code < 0x800) return ChrB(0xC0 | code >> 6) + ChrB(0x80 | (code & 0x3F));
+  const std::string tail = ChrB(0x80 | (code >> 6 & 0x3F)) + ChrB(0x80 | (code & 0x3F));
+  if (code < 0x10000) return ChrB(0xE0 | code >> 12) + tail;
+  return ChrB(0xF0 | code >> 18) + ChrB(0x80 | (code >> 12 & 0x3F)) + tail;
+}
+
+std::string ChrB(std::int64_t value) { return std::string(1, static_cast<char>(value & 0xFF)); }
+
+std::int64_t Asc(std::string_view text) {
+  if (text.empty()) return 0;
+  const auto byte = [&](std::size_t i) {
+    return static_cast<std::int64_t>(static_cast<unsigned char>(text[i]));
+  };
+  const std::int64_t first = byte(0);
+  const std::size_t more = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : first >= 0xC2 ? 1 : 0;
+  if (more == 0 || more >= text.size()) return first;
+  std::int64_t code = first & (0x3F >> more);
+  for (std::size_t i = 1; i <= more; ++i) {
+    if ((byte(i) & 0xC0) != 0x80) return first;
+    code = code << 6 | (byte(i) & 0x3F);
+  }
+  return code;
+}
+
+std::string Hex(std::int64_t value) {
+  char digits[16];
+  const auto end = std::to_chars(digits, digits + sizeof digits, static_cast<std::uint64_t>(value), 16).ptr;
+  return Uppercase({digits, static_cast<std::size_t>(end - digits)});
+}
+
+std::string DefineEncoding(std::string source, TextEncoding) { return source; }
+
+std::int64_t InStr(std::int64_t start, std::string_view source, std::string_view find) {
+  const std::size_t from = Clamped(start - 1, source.size());
+  const auto at = std::search(source.begin() + static_cast<std::ptrdiff_t>(from), source.end(), find.begin(),
+                              find.end(), [](char a, char b) { return LowerByte(a) == LowerByte(b); });
+  if (find.empty() || at == source.end()) return 0;
+  return at - source.begin() + 1;
+}
+
+std::string Mid(std::string_view text, std::int64_t start) { return Mid(text, start, LenB(text)); }
+
+std::string Mid(std::string_view text, std::int64_t start, std::int64_t length) {
+  const std::size_t from = Clamped(start - 1, text.size());
+  return std::string(text.substr(from, Clamped(length, text.size())));
+}
+
+std::string Left(std::string_view text, std::int64_t count) {
+  return std::string(text.substr(0, Clamped(count, text.size())));
+}
+
+std::string Right(std::string_view text, std::int64_t count) {
+  return std::string(text.substr(text.size() - Clamped(count, text.size())));
+}
+
+std::string NthField(std::string_view text, std::string_view delimiter, std::int64_t n) {
+  if (n < 1) return "";
+  if (delimiter.empty()) return n == 1 ? std::string(text) : "";
+  std::size_t from = 0;
+  for (; n > 1; --n) {
+    const std::size_t at = text.find(delimiter, from);
+    if (at == std::string_view::npos) return "";
+    from = at + delimiter.size();
+  }
+  return std::string(text.substr(from, text.find(delimiter, from) - from));
+}
+
+std::string Trim(std::string_view text) {
+  const std::size_t last = text.find_last_not_of(kWhite);
+  return last == std::string_view::npos ? "" : LTrim(text.substr(0, last + 1));
+}
+
+std::string LTrim(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(kWhite);
+  return first == std::string_view::npos ? "" : std::string(text.substr(first));
+}
+
+std::string Lowercase(std::string_view text) {
+  std::string out(text);
+  std::transform(out.begin(), out.end(), out.begin(), LowerByte);
+  return out;
+}
+
+std::string Uppercase(std::string_view text) {
+  std::string out(text);
+  std::transform(out.begin(), out.end(), out.begin(), UpperByte);
+  return out;
+}

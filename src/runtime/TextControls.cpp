@@ -1,0 +1,59 @@
+#include "runtime/TextControls.h"
+
+#include <algorithm>
+
+#include "runtime/Application.h"
+#include "runtime/Window.h"
+
+namespace {
+
+std::string OneLine(std::string text) {
+  std::erase_if(text, [](char c) { return c == '\r' || c == '\n' || c == '\0'; });
+  return text;
+}
+
+}  // namespace
+
+void TextField::SetText(const std::string& text) {
+  Set(text_, OneLine(text));
+  SelStart = text_.size();
+  SelLength = 0;
+}
+
+void TextField::PersonTypes(const std::string& text) {
+  if (!TakesPerson()) return;
+  Owner().Owner().NoteFocus(this);
+  undo_ = text_;
+  SetText(text);
+}
+
+void TextField::PersonEdits(EditAction action, std::string& clipboard) {
+  if (!TakesPerson()) return;
+  const std::string selected = text_.substr(SelStart, SelLength);
+  const bool takesSelection = action == EditAction::Cut || action == EditAction::Copy;
+  if (takesSelection && !selected.empty()) clipboard = selected;
+  if (action == EditAction::Cut || action == EditAction::Clear) PutOverSelection("");
+  if (action == EditAction::Paste) PutOverSelection(clipboard);
+  if (action == EditAction::Undo) PersonTypes(std::string(undo_));
+  if (action == EditAction::SelectAll) SelStart = 0, SelLength = text_.size();
+}
+
+void TextField::PutOverSelection(const std::string& text) {
+  const std::string put = OneLine(text);
+  const std::size_t caret = SelStart + put.size();
+  PersonTypes(std::string(text_).replace(SelStart, SelLength, put));
+  SelStart = std::min(caret, text_.size());
+}
+
+void TextArea::AppendText(const std::string& text) {
+  if (text.empty()) return;
+  text_ += text;
+  Changed();
+}
+
+std::string TextArea::Take() {
+  std::string taken;
+  taken.swap(text_);
+  if (!taken.empty()) Changed();
+  return taken;
+}

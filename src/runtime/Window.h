@@ -1,0 +1,98 @@
+// A window as data: its frame, its controls in construction order, and the events it handles.
+// A host draws it from this record and reports what the person does to it.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "runtime/Control.h"
+#include "runtime/Menu.h"
+
+class Application;
+
+// What never changes after construction. Sizes are points.
+struct WindowFrame {
+  std::string title;
+  int width = 0;
+  int height = 0;
+  int minWidth = 64, minHeight = 64;
+  int maxWidth = 32000, maxHeight = 32000;
+  bool closeButton = true;
+  bool minimizeButton = true;
+  bool maximizeButton = false;
+  bool fullScreenButton = false;
+  bool resizable = true;
+  bool liveResize = true;
+  bool visible = false;  // shown as soon as it is made
+};
+
+class Window {
+ public:
+  Window(Application& app, std::string name, WindowFrame frame);
+  virtual ~Window();
+  Window(const Window&) = delete;
+  Window& operator=(const Window&) = delete;
+
+  const std::string& Name() const { return name_; }
+  const WindowFrame& Frame() const { return frame_; }
+  Application& Owner() const { return app_; }
+  int Width() const { return width_; }
+  int Height() const { return height_; }
+  bool Visible() const { return visible_; }
+  const std::vector<Control*>& Controls() const { return controls_; }
+  // nullptr if there is none of that name.
+  Control* FindControl(const std::string& name) const;
+
+  // Makes the window visible or brings it forward, and the active one.
+  void Show();
+  void Close();
+  // What a person does; a size outside the least and greatest is brought inside. Resizing is
+  // raised for a size that differs.
+  void PersonActivates();
+  void PersonCloses() { Close(); }
+  void PersonResizes(int width, int height);
+
+  const MenuHandlers& OwnMenuHandlers() const { return menuHandlers_; }
+
+  // Set by the one view of this window: a control's values have changed.
+  std::function<void(Control&)> OnChange;
+
+ protected:
+  virtual void Event_Open() {}
+  virtual void Event_Resizing() {}
+  void AddMenuHandler(const std::string& item, std::function<bool()> handler) {
+    menuHandlers_[item] = std::move(handler);
+  }
+  void Place(std::initializer_list<Placement> rows);
+
+  // The window of this class, made and registered at the first call. Its Open is raised at once,
+  // or, for one that opens later, when the handler that made it has returned.
+  enum class Opening { AtOnce, AfterHandler };
+  template <typename W>
+  static W& GetOrMake(const char* name, Opening opening);
+
+ private:
+  friend class Control;
+  static Window* Find(const std::string& name);
+  static Window& Register(std::unique_ptr<Window> window, Opening opening);
+
+  Application& app_;
+  std::string name_;
+  WindowFrame frame_;
+  int width_;
+  int height_;
+  bool visible_ = false;
+  std::vector<Control*> controls_;
+  MenuHandlers menuHandlers_;
+};
+
+template <typename W>
+W& Window::GetOrMake(const char* name, Opening opening) {
+  if (Window* open = Find(name)) return static_cast<W&>(*open);
+  return static_cast<W&>(Register(std::make_unique<W>(), opening));
+}

@@ -1,0 +1,25 @@
+#include "timedtext/save.h"
+
+#include "runtime/Platform.h"
+#include "runtime/exceptions.h"
+
+namespace {
+
+bool TellFailure(const FolderItem& file, int error) {
+  MsgBox("\"" + file.Name() + "\" could not be saved: " + ErrorWords(error) + ".");
+  return false;
+}
+
+}  // namespace
+
+bool SaveFile(const FolderItemPtr& file, const std::function<void(TextOutputStream&)>& write) {
+  const auto stream = file->CreateTextFile();
+  if (!stream) return TellFailure(*file, file->LastErrorCode());
+  try {
+    write(*stream);
+    stream->Close();
+    return true;
+  } catch (const IOException& e) {
+    return TellFailure(*file, e.ErrorNumber());
+  }
+}

@@ -1,0 +1,10 @@
+// What all savers of files share.
+#pragma once
+
+#include <functional>
+
+#include "runtime/Streams.h"
+
+// Creates file, lets write fill it and closes it; true if it stands. A failure is told to the person
+// with the file's name and the reason, and what stood there before is untouched.
+bool SaveFile(const FolderItemPtr& file, const std::function<void(TextOutputStream&)>& write);

@@ -1,0 +1,165 @@
+#include "Session.h"
+
+#include <algorithm>
+#include <istream>
+#include <stdexcept>
+
+#include "app/Window1.h"
+#include "runtime/Numbers.h"
+#include "wordsearch/SearchWin.h"
+
+namespace {
+
+// An action that can't be done; the words are the "error" event's text.
+struct CannotDo : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+// The word in front of the first blank; rest becomes what stands behind that blank.
+std::string TakeWord(std::string& rest) {
+  const std::string word = NthField(rest, " ", 1);
+  rest = Mid(rest, Len(word) + 2);
+  return word;
+}
+
+std::int64_t TakeNumber(std::string& rest) {
+  const std::string word = TakeWord(rest);
+  const std::int64_t number = ToInteger(Val(word));
+  if (word.empty() || Str(number) != word) throw CannotDo("\"" + word + "\" is no number");
+  return number;
+}
+
+std::vector<std::int64_t> TakeNumbers(std::string rest) {
+  std::vector<std::int64_t> numbers;
+  while (!Trim(rest).empty()) {
+    rest = Trim(rest);
+    numbers.push_back(TakeNumber(rest));
+  }
+  return numbers;
+}
+
+Control& ControlOf(const Window& window, const std::string& name) {
+  Control* control = window.FindControl(name);
+  if (!control) throw CannotDo(window.Name() + " has no control " + name);
+  return *control;
+}
+
+void CheckRow(const Listbox& list, std::int64_t row) {
+  if (row < 0 || row >= list.ListCount()) throw CannotDo(list.Name() + " has no row " + Str(row));
+}
+
+}  // namespace
+
+Session::Session(Endpoints endpoints, std::string prefsFolder, std::ostream& out)
+    : endpoints_(std::move(endpoints)), printer_(out), platform_(printer_, std::move(prefsFolder)) {}
+
+Session::~Session() = default;
+
+void Session::Run(std::istream& in) {
+  std::string line;
+  for (std::int64_t number = 1; std::getline(in, line); ++number) {
+    if (line.ends_with('\r')) line.pop_back();
+    if (Trim(line).empty() || line.starts_with('#')) continue;
+    try {
+      Act(line);
+      printer_.Done(line);
+    } catch (const CannotDo& e) {
+      hadErrors_ = true;
+      printer_.Error(number, e.what());
+    }
+  }
+}
+
+void Session::Act(const std::string& line) {
+  std::string rest = line;
+  const std::string word = TakeWord(rest);
+  if (word == "open") return Open();
+  if (!app_) throw CannotDo("nothing is open yet");
+  if (stopped_) throw CannotDo("the program has quit");
+  if (word == "quit") return Quit();
+  if (word == "type") return Type(rest);
+  if (word == "click") return Click(rest);
+  if (word == "select") return Select(rest);
+  if (word == "save") return platform_.QueueSave(rest);
+  if (word == "cancel") return platform_.QueueSave(std::nullopt);
+  if (word == "cell") return Cell(rest);
+  if (word == "menu") return Choose(rest);
+  if (word == "activate") return Activate(rest);
+  if (word == "close") return CloseWindow(rest);
+  if (word == "resize") return Resize(rest);
+  if (word == "dump") return Dump();
+  throw CannotDo("unknown action \"" + word + "\"");
+}
+
+void Session::Open() {
+  if (app_) throw CannotDo("the program was opened before");
+  app_ = std::make_unique<App>(platform_, endpoints_);
+  app_->Start();
+}
+
+void Session::Quit() {
+  stopped_ = true;
+  app_->Stop();
+}
+
+Window& Session::OpenWindow(const std::string& name) const {
+  Window* window = app_->FindWindow(name);
+  if (!window) throw CannotDo("no window " + name + " is open");
+  return *window;
+}
+
+void Session::Type(const std::string& text) {
+  std::string rest = text;
+  Control& control = ControlOf(OpenWindow("Window1"), TakeWord(rest));
+  if (control.Kind() != ControlKind::TextField) throw CannotDo(control.Name() + " is no text field");
+  static_cast<TextField&>(control).PersonTypes(rest);
+}
+
+void Session::Click(const std::string& target) {
+  const std::string second = NthField(target, ".", 2);
+  Control& control = second.empty() ? ControlOf(OpenWindow("Window1"), target)
+                                    : ControlOf(OpenWindow(NthField(target, ".", 1)), second);
+  control.Owner().PersonActivates();
+  if (!control.PersonClicks()) throw CannotDo(control.Name() + " takes no clicks");
+  if (app_ && app_->IsQuitting()) Quit();
+}
+
+void Session::Select(const std::string& rows) {
+  auto& list = static_cast<Listbox&>(ControlOf(OpenWindow("Window1"), "Listbox1"));
+  const auto numbers = TakeNumbers(rows);
+  for (const std::int64_t row : numbers) CheckRow(list, row);
+  list.PersonSelects(numbers);
+}
+
+void Session::Cell(const std::string& text) {
+  auto& list = static_cast<Listbox&>(ControlOf(OpenWindow(SearchWin::kName), "resultsList"));
+  const auto numbers = TakeNumbers(text);
+  if (numbers.size() != 2) throw CannotDo("cell takes a row and a column");
+  CheckRow(list, numbers[0]);
+  if (numbers[1] < 0 || numbers[1] >= list.Columns().columns)
+    throw CannotDo("there is no column " + Str(numbers[1]));
+  list.Owner().PersonActivates();
+  list.PersonClicksCell(numbers[0], numbers[1]);
+}
+
+void Session::Choose(const std::string& item) {
+  if (!app_->ChooseMenuItem(item)) throw CannotDo("there is no menu item " + item);
+  if (app_->IsQuitting()) Quit();
+}
+
+void Session::Activate(const std::string& window) { OpenWindow(window).PersonActivates(); }
+
+void Session::CloseWindow(const std::string& window) { OpenWindow(window).PersonCloses(); }
+
+void Session::Resize(const std::string& text) {
+  std::string rest = text;
+  Window& window = OpenWindow(TakeWord(rest));
+  const auto numbers = TakeNumbers(rest);
+  if (numbers.size() != 2) throw CannotDo("resize takes a width and a height");
+  const auto size = [](std::int64_t points) {
+    return static_cast<int>(std::min<std::int64_t>(std::max<std::int64_t>(points, 0), 100000));
+  };
+  window.PersonResizes(size(numbers[0]), size(numbers[1]));
+}
+
+void Session::Dump() { printer_.State(*app_); }

@@ -1,0 +1,45 @@
+#include "SessionPlatform.h"
+
+#include <chrono>
+#include <thread>
+
+#include "runtime/Application.h"
+#include "runtime/TextControls.h"
+#include "runtime/Window.h"
+
+void SessionPlatform::MessageBox(const std::string& text) { printer_.Message(text); }
+
+std::optional<std::string> SessionPlatform::AskSavePath(const std::string& filter, const std::string& name) {
+  std::optional<std::string> path;
+  if (!saves_.empty()) {
+    path = saves_.front();
+    saves_.pop_front();
+  }
+  PrintLine(
+      out_,
+      {{"event", "save"}, {"filter", filter}, {"name", name}, {"path", path ? Json(*path) : Json(nullptr)}});
+  return path;
+}
+
+void SessionPlatform::ShowURL(const std::string& address) { printer_.Browse(address); }
+
+void SessionPlatform::Launch(const std::string& path) { printer_.Launch(path); }
+
+// Nothing but time can come to a session while it waits.
+void SessionPlatform::ProcessEvents(int milliseconds) {
+  if (milliseconds > 0) std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}
+
+void SessionPlatform::WindowShown(Window& window) { printer_.Show(window.Name()); }
+
+void SessionPlatform::WindowClosed(Window& window) { printer_.Close(window.Name()); }
+
+void SessionPlatform::ControlFocused(Control& control) {
+  printer_.Focus(control.Owner().Name() + "." + control.Name());
+}
+
+void SessionPlatform::Edit(EditAction action) {
+  Control* focus = Application::Current().FocusedControl();
+  if (focus && focus->Kind() == ControlKind::TextField)
+    static_cast<TextField*>(focus)->PersonEdits(action, clipboard_);
+}

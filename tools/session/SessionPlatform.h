@@ -1,0 +1,37 @@
+// The host of a session: prints what a person would notice, and answers the save dialogs from a queue.
+#pragma once
+
+#include <deque>
+#include <optional>
+#include <string>
+
+#include "Printer.h"
+#include "runtime/Platform.h"
+
+class SessionPlatform : public Platform {
+ public:
+  SessionPlatform(std::ostream& out, std::string prefsFolder)
+      : out_(out), prefsFolder_(std::move(prefsFolder)) {}
+
+  // The answer to the next save dialog; nullopt cancels it. With nothing queued a dialog is cancelled.
+  void QueueSave(std::optional<std::string> path) { saves_.push_back(std::move(path)); }
+
+  void MessageBox(const std::string& text) override;
+  std::optional<std::string> AskSavePath(const std::string& filter, const std::string& name) override;
+  void ShowURL(const std::string& address) override;
+  void Launch(const std::string& path) override;
+  std::string PreferencesFolder() override { return prefsFolder_; }
+  void ProcessEvents(int milliseconds) override;
+  void Yield() override {}
+  void WindowShown(Window& window) override;
+  void WindowClosed(Window& window) override;
+  void ControlFocused(Control& control) override;
+  void Edit(EditAction action) override;
+  void CommandRunning(const std::string&) override {}
+
+ private:
+  Printer& printer_;
+  std::string prefsFolder_;
+  std::deque<std::optional<std::string>> saves_;
+  std::string clipboard_;
+};
