@@ -104,8 +104,9 @@ void Server::Reap() {
   eventfd_t count = 0;
   ::eventfd_read(ended_.Number(), &count);
   clients_.remove_if([](Client& client) {
-    if (client.done) client.thread.join();
-    return client.done.load();
+    if (!client.done) return false;  // asked once: it may change at any moment
+    client.thread.join();
+    return true;
   });
 }
 

@@ -118,7 +118,7 @@ TEST(GatewayServer, StopsWhileClientsHang) {
   const TemporaryFolder folder;
   folder.Write("t [abc].en.srv1", std::string(32 << 20, 'x'));
   Limits limits;
-  limits.farewell = 5s;
+  limits.farewell = 20s;
   RunningGateway server({folder.Path()}, limits);
   const Descriptor idle = ConnectTo(server.Port()), reading = ConnectTo(server.Port());
   SendAll(idle, "GET /");
