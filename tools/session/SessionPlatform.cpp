@@ -15,9 +15,7 @@ std::optional<std::string> SessionPlatform::AskSavePath(const std::string& filte
     path = saves_.front();
     saves_.pop_front();
   }
-  PrintLine(
-      out_,
-      {{"event", "save"}, {"filter", filter}, {"name", name}, {"path", path ? Json(*path) : Json(nullptr)}});
+  printer_.Save(filter, name, path);
   return path;
 }
 

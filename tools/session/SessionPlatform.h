@@ -10,8 +10,8 @@
 
 class SessionPlatform : public Platform {
  public:
-  SessionPlatform(std::ostream& out, std::string prefsFolder)
-      : out_(out), prefsFolder_(std::move(prefsFolder)) {}
+  SessionPlatform(Printer& printer, std::string prefsFolder)
+      : printer_(printer), prefsFolder_(std::move(prefsFolder)) {}
 
   // The answer to the next save dialog; nullopt cancels it. With nothing queued a dialog is cancelled.
   void QueueSave(std::optional<std::string> path) { saves_.push_back(std::move(path)); }

@@ -1,0 +1,28 @@
+#include "support/FakePlatform.h"
+
+#include "runtime/TextControls.h"
+
+std::optional<std::string> FakePlatform::AskSavePath(const std::string& filter, const std::string& name) {
+  calls.push_back("save: " + filter + " " + name);
+  if (onSaveDialog) onSaveDialog();
+  if (saves.empty()) return std::nullopt;
+  auto answer = saves.front();
+  saves.pop_front();
+  return answer;
+}
+
+void FakePlatform::Yield() {
+  ++yields;
+  ticks += ticksEachYield;
+  // A person's deed that yields in its turn does not happen twice.
+  if (auto deed = std::exchange(onYield, nullptr)) {
+    deed();
+    if (!onYield) onYield = std::move(deed);
+  }
+}
+
+void FakePlatform::Edit(EditAction action) {
+  Control* focus = Application::Current().FocusedControl();
+  if (focus && focus->Kind() == ControlKind::TextField)
+    static_cast<TextField*>(focus)->PersonEdits(action, clipboard);
+}

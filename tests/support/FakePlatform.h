@@ -1,0 +1,42 @@
+// A host without a screen that keeps what it was asked for, in order, and whose answers and failures
+// are data.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "runtime/Application.h"
+#include "runtime/Control.h"
+#include "runtime/Platform.h"
+#include "runtime/Window.h"
+
+class FakePlatform : public Platform {
+ public:
+  // One line a call, such as "message: Hello", "save: TEXT search_results.txt", "show: Window1".
+  std::vector<std::string> calls;
+  std::deque<std::optional<std::string>> saves;  // answers to the next save dialogs; then all are cancelled
+  std::string prefsFolder;
+  std::int64_t ticks = 0;  // moved by hand, and by ticksEachYield
+  std::int64_t ticksEachYield = 0;
+  std::int64_t yields = 0;
+  std::function<void()> onYield;  // what a person does meanwhile
+  std::function<void()> onSaveDialog;
+  std::string clipboard;
+
+  void MessageBox(const std::string& text) override { calls.push_back("message: " + text); }
+  std::optional<std::string> AskSavePath(const std::string& filter, const std::string& name) override;
+  void ShowURL(const std::string& address) override { calls.push_back("browse: " + address); }
+  void Launch(const std::string& path) override { calls.push_back("launch: " + path); }
+  std::string PreferencesFolder() override { return prefsFolder; }
+  void ProcessEvents(int) override {}
+  void Yield() override;
+  void WindowShown(Window& window) override { calls.push_back("show: " + window.Name()); }
+  void WindowClosed(Window& window) override { calls.push_back("close: " + window.Name()); }
+  void ControlFocused(Control& control) override { calls.push_back("focus: " + control.Name()); }
+  void Edit(EditAction action) override;
+  void CommandRunning(const std::string&) override {}
+  std::int64_t Ticks() override { return ticks; }
+};

@@ -1,0 +1,109 @@
+#include "support/LoopbackServer.h"
+
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+namespace {
+
+bool Ready(int descriptor, int milliseconds) {
+  pollfd waiting{descriptor, POLLIN, 0};
+  return ::poll(&waiting, 1, milliseconds) > 0;
+}
+
+std::size_t AnnouncedLength(const std::string& headers) {
+  const std::size_t at = headers.find("Content-length: ");
+  return at == std::string::npos ? 0 : std::stoul(headers.substr(at + 16));
+}
+
+std::string ReadRequest(int connection, const std::atomic<bool>& stop) {
+  std::string request;
+  char bytes[4096];
+  while (!stop) {
+    const std::size_t end = request.find("\r\n\r\n");
+    if (end != std::string::npos && request.size() >= end + 4 + AnnouncedLength(request)) break;
+    if (!Ready(connection, 20)) continue;
+    const ssize_t got = ::recv(connection, bytes, sizeof bytes, 0);
+    if (got <= 0) break;
+    request.append(bytes, static_cast<std::size_t>(got));
+  }
+  return request;
+}
+
+}  // namespace
+
+std::string Page(const std::string& body) {
+  return "HTTP/1.0 200 OK\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+}
+
+std::string OpenPage(const std::string& body) { return "HTTP/1.0 200 OK\r\n\r\n" + body; }
+
+LoopbackServer::LoopbackServer() {
+  listener_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t size = sizeof address;
+  ::bind(listener_, reinterpret_cast<sockaddr*>(&address), size);
+  ::listen(listener_, 64);
+  ::getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &size);
+  port_ = ntohs(address.sin_port);
+  thread_ = std::thread([this] { Serve(); });
+}
+
+LoopbackServer::~LoopbackServer() {
+  stop_ = true;
+  thread_.join();
+  for (const int connection : stalled_) ::close(connection);
+  ::close(listener_);
+}
+
+void LoopbackServer::Answer(Reply reply) {
+  const std::lock_guard lock(mutex_);
+  replies_.push_back(std::move(reply));
+}
+
+std::vector<std::string> LoopbackServer::Requests() {
+  const std::lock_guard lock(mutex_);
+  return requests_;
+}
+
+void LoopbackServer::Serve() {
+  while (!stop_) {
+    if (!Ready(listener_, 20)) continue;
+    const int connection = ::accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
+    if (connection >= 0) Handle(connection);
+  }
+}
+
+void LoopbackServer::Handle(int connection) {
+  Reply reply;
+  {
+    const std::lock_guard lock(mutex_);
+    if (!replies_.empty()) reply = replies_.front();
+    if (replies_.size() > 1) replies_.pop_front();
+  }
+  const int on = 1;
+  ::setsockopt(connection, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+  if (!reply.beforeRequest) {
+    std::string request = ReadRequest(connection, stop_);
+    const std::lock_guard lock(mutex_);
+    requests_.push_back(std::move(request));
+  }
+  const std::size_t piece = reply.piece ? reply.piece : std::max<std::size_t>(reply.bytes.size(), 1);
+  for (std::size_t at = 0; at < reply.bytes.size() && !stop_; at += piece) {
+    if (::send(connection, reply.bytes.data() + at, std::min(piece, reply.bytes.size() - at), MSG_NOSIGNAL) <
+        0)
+      break;
+  }
+  if (reply.end == Reply::End::Stall) return stalled_.push_back(connection);
+  if (reply.end == Reply::End::Reset) {
+    const linger now{1, 0};
+    ::setsockopt(connection, SOL_SOCKET, SO_LINGER, &now, sizeof now);
+  }
+  ::close(connection);
+}

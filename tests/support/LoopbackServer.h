@@ -1,0 +1,51 @@
+// A server on 127.0.0.1 that misbehaves on order. It answers one connection after the other from a
+// script and keeps what it was sent.
+#pragma once
+
+#include <atomic>
+#include <deque>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+// What happens on one connection, once the request's headers (and the announced content) are in.
+struct Reply {
+  std::string bytes;
+  enum class End { Close, Reset, Stall } end = End::Close;
+  std::size_t piece = 0;       // bytes a write, 0 for all at once
+  bool beforeRequest = false;  // answer without waiting for the request
+};
+
+// "HTTP/1.0 200 OK", a Content-Length and the body.
+std::string Page(const std::string& body);
+// The same without a length, ended by the close.
+std::string OpenPage(const std::string& body);
+
+class LoopbackServer {
+ public:
+  LoopbackServer();
+  ~LoopbackServer();
+  LoopbackServer(const LoopbackServer&) = delete;
+  LoopbackServer& operator=(const LoopbackServer&) = delete;
+
+  int Port() const { return port_; }
+  std::string Host() const { return "127.0.0.1:" + std::to_string(port_); }
+  // The next connection gets the next reply; with none left the last one is repeated.
+  void Answer(Reply reply);
+  void Answer(const std::string& bytes) { Answer(Reply{bytes}); }
+  // All requests so far, byte for byte.
+  std::vector<std::string> Requests();
+
+ private:
+  void Serve();
+  void Handle(int connection);
+  int listener_ = -1;
+  int port_ = 0;
+  std::mutex mutex_;
+  std::deque<Reply> replies_;
+  std::vector<std::string> requests_;
+  std::vector<int> stalled_;
+  std::atomic<bool> stop_{false};
+  std::thread thread_;
+};
