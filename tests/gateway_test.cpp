@@ -241,8 +241,8 @@ TEST(GatewayServing, ReadsTheFoldersAnew) {
 
 TEST(GatewayServing, PrefersTheEarlierFolderAndName) {
   const TemporaryFolder first, second;
-  first.Write("b [abc].en.srv1", "first b");
-  first.Write("a [abc].en.srv1", "first a");
+  for (const char* title : {"m", "z", "b", "a", "y", "c"})
+    first.Write(std::string(title) + " [abc].en.srv1", std::string("first ") + title);
   second.Write("a [abc].en.srv1", "second");
   second.Write("a [abc].de.srv1", "zweiter");
   second.Write("a [xyz].de.srv1", "xyz");
