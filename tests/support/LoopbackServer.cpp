@@ -67,6 +67,11 @@ void LoopbackServer::Answer(Reply reply) {
   replies_.push_back(std::move(reply));
 }
 
+void LoopbackServer::AnswerAt(const std::string& path, Reply reply) {
+  const std::lock_guard lock(mutex_);
+  pages_[path] = std::move(reply);
+}
+
 std::vector<std::string> LoopbackServer::Requests() {
   const std::lock_guard lock(mutex_);
   return requests_;
@@ -80,20 +85,26 @@ void LoopbackServer::Serve() {
   }
 }
 
+Reply LoopbackServer::NextInScript() {
+  const std::lock_guard lock(mutex_);
+  const Reply reply = replies_.empty() ? Reply{} : replies_.front();
+  if (replies_.size() > 1) replies_.pop_front();
+  return reply;
+}
+
+void LoopbackServer::TakeRequest(const std::string& request, Reply& reply) {
+  const std::lock_guard lock(mutex_);
+  const std::size_t path = std::min(request.find(' '), request.size() - 1) + 1;
+  const auto page = pages_.find(request.substr(path, request.find(" HTTP/", path) - path));
+  if (page != pages_.end()) reply = page->second;
+  requests_.push_back(request);
+}
+
 void LoopbackServer::Handle(int connection) {
-  Reply reply;
-  {
-    const std::lock_guard lock(mutex_);
-    if (!replies_.empty()) reply = replies_.front();
-    if (replies_.size() > 1) replies_.pop_front();
-  }
+  Reply reply = NextInScript();
   const int on = 1;
   ::setsockopt(connection, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
-  if (!reply.beforeRequest) {
-    std::string request = ReadRequest(connection, stop_);
-    const std::lock_guard lock(mutex_);
-    requests_.push_back(std::move(request));
-  }
+  if (!reply.beforeRequest) TakeRequest(ReadRequest(connection, stop_), reply);
   const std::size_t piece = reply.piece ? reply.piece : std::max<std::size_t>(reply.bytes.size(), 1);
   for (std::size_t at = 0; at < reply.bytes.size() && !stop_; at += piece) {
     if (::send(connection, reply.bytes.data() + at, std::min(piece, reply.bytes.size() - at), MSG_NOSIGNAL) <

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <deque>
+#include <map>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -34,16 +35,21 @@ class LoopbackServer {
   // The next connection gets the next reply; with none left the last one is repeated.
   void Answer(Reply reply);
   void Answer(const std::string& bytes) { Answer(Reply{bytes}); }
+  // From now on every request for this path, with its query, gets this reply in place of the script's.
+  void AnswerAt(const std::string& path, Reply reply);
   // All requests so far, byte for byte.
   std::vector<std::string> Requests();
 
  private:
   void Serve();
   void Handle(int connection);
+  Reply NextInScript();
+  void TakeRequest(const std::string& request, Reply& reply);
   int listener_ = -1;
   int port_ = 0;
   std::mutex mutex_;
   std::deque<Reply> replies_;
+  std::map<std::string, Reply> pages_;
   std::vector<std::string> requests_;
   std::vector<int> stalled_;
   std::atomic<bool> stop_{false};
