@@ -9,12 +9,14 @@ constexpr std::uint32_t kGrey = 0x6F7573;
 }
 
 Window1::Window1()
-    : Window(App::Get(), "Window1", {.title = "Ravelyn for YouTube", .width = 562, .height = 479}) {
+    : Window(App::Get(), "Window1",
+             {.title = "Ravelyn for YouTube", .width = 562, .height = 479, .menuBar = true}) {
   const std::string example = "example: " + App::Get().endpoints.WatchPage(App::Get().endpoints.SampleCode);
   const Look heading{.fontSize = 14};
   const Look hint{.fontSize = 11, .color = kGrey, .selectable = true};
-  const Look dflt{.defaultButton = true};
-  const Look scratch{.multiline = true, .spellCheck = true};
+  const Look dflt{.defaultButton = true, .startsCommand = true};
+  const Look scratch{.multiline = true, .spellCheck = true, .spoken = "Document of the last command"};
+  const Look picture{.spoken = "Ravelyn"};
   const Look grey{.color = kGrey};
   Place({
       // control      name             L    T    W    H   tab  caption or text
@@ -32,7 +34,7 @@ Window1::Window1()
       {Label4, "Label4", 30, 71, 401, 20, 16, example, hint},
       {Label6, "Label6", 322, 22, 178, 20, 18, "(requires internet connection)", hint},
       {timecodeBox, "timecodeBox", 362, 251, 135, 20, 10, "Include Timecode"},
-      {Canvas1, "Canvas1", 368, 279, 100, 100, 19, Ravelyn100},
+      {Canvas1, "Canvas1", 368, 279, 100, 100, 19, Ravelyn100, picture},
       {openBox, "openBox", 332, 406, 199, 20, 20, "Open File(s) After Saving"},
       {TextBox, "TextBox", 319, 182, 199, 20, 23, "Text Transcript"},
       {SRTBox, "SRTBox", 319, 135, 100, 20, 24, "SRT File"},

@@ -27,7 +27,7 @@ aboutWin::aboutWin()
   const Look purpose{.fontSize = 18, .italic = true, .color = 0x943533, .align = Align::Center};
   Place({
       // control     name            L    T    W    H   tab  picture, text or caption
-      {Canvas1, "Canvas1", 70, 0, 353, 268, -1, Ravelyn250},
+      {Canvas1, "Canvas1", 70, 0, 353, 268, -1, Ravelyn250, {.spoken = "Ravelyn"}},
       {Label2, "Label2", 85, 237, 225, 41, -1, "Ravelyn", name},
       {Label3, "Label3", 127, 265, 141, 32, -1, "for YouTube", purpose},
       {Label4, "Label4", 276, 272, 100, 20, -1, std::string("version ") + kVersion},

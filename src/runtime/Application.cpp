@@ -20,6 +20,10 @@ std::int64_t SteadyTicks() {
 }  // namespace
 
 std::int64_t Platform::Ticks() { return SteadyTicks(); }
+bool Platform::CanEdit(EditAction) {
+  const Control* focus = current ? current->FocusedControl() : nullptr;
+  return focus && focus->Kind() == ControlKind::TextField;
+}
 Platform* Platform::Current() { return current ? &current->Host() : nullptr; }
 
 std::int64_t Ticks() { return current ? current->Host().Ticks() : SteadyTicks(); }
@@ -146,11 +150,11 @@ void Application::Activate(Window& window) { active_ = &window; }
 
 void Application::EnableMenuItems() {
   if (!menuBar_) return;
-  const bool inText = focus_ && focus_->Kind() == ControlKind::TextField;
   for (Menu& menu : menuBar_->Menus) {
     for (MenuItem& item : menu.Items) {
       if (!item.AutoEnable) continue;
-      item.Enabled = item.Quits || (item.Edits && inText) || MenuHandlerOf(item.Name, nullptr);
+      item.Enabled =
+          item.Quits || (item.Edits && host_.CanEdit(*item.Edits)) || MenuHandlerOf(item.Name, nullptr);
     }
   }
 }

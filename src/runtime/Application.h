@@ -74,7 +74,7 @@ class Application {
     menuHandlers_[item] = std::move(handler);
   }
   // Sets Enabled of every item that enables itself: one that quits, one with a handler, and the
-  // Edit items while a text field has the focus.
+  // Edit items that the host has something for.
   void EnableMenuItems();
   // The person chooses an item; false if the bar has none of that name. One handler runs: that of
   // the active window if it has one, else that of the application.

@@ -33,8 +33,11 @@ struct Look {
   Align align = Align::Left;
   bool selectable = false;     // a label whose text can be selected
   bool multiline = false;      // a label of several lines
-  bool defaultButton = false;  // a push button that Return presses
+  bool defaultButton = false;  // Return presses it: in the text field before it in the tab order,
+                               // and, for the first of a window, wherever no field has its own
+  bool startsCommand = false;  // a button that is of no use while a command runs
   bool spellCheck = false;
+  std::string spoken = {};  // what a screen reader calls a control without caption and label
 };
 
 class Control;

@@ -39,8 +39,10 @@ class Platform {
   virtual void WindowClosed(Window& window) = 0;
   // The code has put the focus on this control.
   virtual void ControlFocused(Control& control) = 0;
-  // The person chose an item of the Edit menu.
+  // The person chose an item of the Edit menu; and whether there is anything for it to act on. A
+  // host without a screen allows it while a text field has the focus.
   virtual void Edit(EditAction action) = 0;
+  virtual bool CanEdit(EditAction action);
   // A command has started, or, with "", has ended. what is a short phrase for the person.
   virtual void CommandRunning(const std::string& what) = 0;
 

@@ -29,6 +29,7 @@ struct WindowFrame {
   bool resizable = true;
   bool liveResize = true;
   bool visible = false;  // shown as soon as it is made
+  bool menuBar = false;  // the menu bar stands here where a platform has none for all windows
 };
 
 class Window {

@@ -31,7 +31,7 @@ SearchWin::SearchWin()
        "Click on each entry to view that part of the video.",
        {.color = 0x6F7573}},
       {closeBtn, "closeBtn", 364, 351, 88, 20, 1, "Close"},
-      {saveBtn, "saveBtn", 464, 351, 116, 20, 2, "Save as File"},
+      {saveBtn, "saveBtn", 464, 351, 116, 20, 2, "Save as File", {.startsCommand = true}},
   });
   resultsList.CellClick = [this](std::int64_t row, std::int64_t column, int x, int y) {
     return resultsList_CellClick(row, column, x, y);
