@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <istream>
+#include <iterator>
 #include <stdexcept>
 
 #include "app/Window1.h"
@@ -44,6 +45,12 @@ Control& ControlOf(const Window& window, const std::string& name) {
   return *control;
 }
 
+bool TakesClicks(const Control& control) {
+  constexpr ControlKind kClicked[] = {ControlKind::PushButton, ControlKind::BevelButton,
+                                      ControlKind::CheckBox, ControlKind::RadioButton, ControlKind::Canvas};
+  return std::find(std::begin(kClicked), std::end(kClicked), control.Kind()) != std::end(kClicked);
+}
+
 void CheckRow(const Listbox& list, std::int64_t row) {
   if (row < 0 || row >= list.ListCount()) throw CannotDo(list.Name() + " has no row " + Str(row));
 }
@@ -80,7 +87,7 @@ void Session::Act(const std::string& line) {
   if (word == "type") return Type(rest);
   if (word == "click") return Click(rest);
   if (word == "select") return Select(rest);
-  if (word == "save") return platform_.QueueSave(rest);
+  if (word == "save") return QueueSave(rest);
   if (word == "cancel") return platform_.QueueSave(std::nullopt);
   if (word == "cell") return Cell(rest);
   if (word == "menu") return Choose(rest);
@@ -115,13 +122,16 @@ void Session::Type(const std::string& text) {
   static_cast<TextField&>(control).PersonTypes(rest);
 }
 
+// A click brings its window to the front, but one that does nothing does not.
 void Session::Click(const std::string& target) {
-  const std::string second = NthField(target, ".", 2);
-  Control& control = second.empty() ? ControlOf(OpenWindow("Window1"), target)
-                                    : ControlOf(OpenWindow(NthField(target, ".", 1)), second);
+  const std::size_t dot = target.find('.');
+  const bool named = dot != std::string::npos;
+  Control& control = ControlOf(OpenWindow(named ? target.substr(0, dot) : "Window1"),
+                               named ? target.substr(dot + 1) : target);
+  if (!TakesClicks(control)) throw CannotDo(control.Name() + " takes no clicks");
+  if (!control.Enabled() || !control.Visible()) return;
   control.Owner().PersonActivates();
-  if (!control.PersonClicks()) throw CannotDo(control.Name() + " takes no clicks");
-  if (app_ && app_->IsQuitting()) Quit();
+  control.PersonClicks();
 }
 
 void Session::Select(const std::string& rows) {
@@ -129,6 +139,11 @@ void Session::Select(const std::string& rows) {
   const auto numbers = TakeNumbers(rows);
   for (const std::int64_t row : numbers) CheckRow(list, row);
   list.PersonSelects(numbers);
+}
+
+void Session::QueueSave(const std::string& path) {
+  if (path.empty()) throw CannotDo("save takes a path");
+  platform_.QueueSave(path);
 }
 
 void Session::Cell(const std::string& text) {

@@ -28,6 +28,7 @@ class Session {
   void Type(const std::string& rest);
   void Click(const std::string& target);
   void Select(const std::string& rows);
+  void QueueSave(const std::string& path);
   void Cell(const std::string& rest);
   void Choose(const std::string& item);
   void Activate(const std::string& window);
