@@ -1,0 +1,164 @@
+// The preferences from one session to the next.
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "prefs/prefsModule.h"
+#include "support/Program.h"
+#include "support/SessionDriver.h"
+
+namespace {
+
+const char kName[] = "com.tarnvale.ravelyn.user.prefs";
+const std::string kBadOpening = Message("I could read preferences. Error code 1.");
+
+// The chosen type, the four boxes (with "-" for a disabled one), and the strings behind them.
+std::string StateOf(SessionDriver& driver) {
+  const auto state = driver.State();
+  const auto& controls = state["windows"]["Window1"]["controls"];
+  std::string text;
+  for (const char* type : {"TextBox", "SRTBox", "WebVTTBox"})
+    if (controls[type]["value"] == true) text += std::string(type) + " ";
+  for (const char* box : {"openBox", "paragraphBox", "timecodeBox", "lineBox"})
+    text += std::string(controls[box]["value"] == true ? "1" : "0") +
+            (controls[box]["enabled"] == true ? "" : "-");
+  text += " |";
+  for (const char* value : {"checkedDL", "openDL", "paragraphChecked", "timecodeChecked", "linebyline"})
+    text += " " + state["app"][value].get<std::string>();
+  return text;
+}
+
+}  // namespace
+
+TEST(Preferences, ApplyTheirLinesInOrder) {
+  const struct {
+    std::string file, state;
+    bool told = false;
+  } rows[] = {
+      {"true\ntrue\nfalse\nfalse\nfalse\n", "10-0-0- | true true false false false"},
+      {"SRT\ntrue\nfalse\nfalse\nfalse\n", "SRTBox 10-0-0- | SRT true false false false"},
+      {"VTT\nfalse\nfalse\nfalse\nfalse\n", "WebVTTBox 00-0-0- | VTT false false false false"},
+      {"Text\nfalse\nfalse\ntrue\ntrue\n", "TextBox 0011 | Text false false true true"},
+      {"Text\ntrue\ntrue\nfalse\nfalse\n", "TextBox 110-0 | Text true true false false"},
+      {"Text\ntrue\ntrue\ntrue\nfalse\n", "TextBox 110-0 | Text true true false false"},
+      {"Text\ntrue\ntrue\ntrue\ntrue\n", "TextBox 110-0 | Text true true false false"},
+      {"SRT\ntrue\ntrue\nfalse\nfalse\n", "TextBox 110-0 | Text true true false false"},
+      {"SRT\ntrue\nfalse\ntrue\nfalse\n", "SRTBox 10-1-0- | SRT true false true false"},
+      {"VTT\ntrue\nfalse\ntrue\ntrue\n", "WebVTTBox 10-11- | VTT true false true true"},
+      {"true\ntrue\ntrue\nfalse\nfalse\n", "TextBox 110-0 | Text true true false false"},
+      {"VTT\ntrue\n", "WebVTTBox 10-0-0- | VTT true   "},
+      {"Text\nfalse", "TextBox 0000 | Text false   "},
+      {"", "10-0-0- |     "},
+      {"\n\n\n\n\n", "10-0-0- |     "},
+      {"Text\n\nfalse\nfalse\nfalse\n", "TextBox 1000 | Text  false false false"},
+      {"SRT\nTRUE\nfalse\nfalse\nfalse\n", "SRTBox 10-0-0- | SRT TRUE false false false", true},
+      {"srt\nfalse\nTrue\n yes\ntrue \n", "00-0-0- | srt false True  yes true "},
+      {"Text\r\nfalse\r\nfalse\r\ntrue\r\ntrue\r\n", "TextBox 0011 | Text false false true true"},
+      {"Text\rfalse\rfalse\rtrue\rtrue", "TextBox 0011 | Text false false true true"},
+      {"SRT\ntrue\nfalse\nfalse\nfalse\ntrue\nmore", "SRTBox 10-0-0- | SRT true false false false"},
+  };
+  for (const auto& row : rows) {
+    SessionDriver driver;
+    WriteFile(driver.prefs / kName, row.file);
+    EXPECT_EQ(driver.Run("open"),
+              row.told ? (Lines{Shown("Window1"), kBadOpening}) : Lines{Shown("Window1")});
+    EXPECT_EQ(StateOf(driver), row.state) << row.file;
+  }
+}
+
+TEST(Preferences, GoFromOneSessionToTheNext) {
+  SessionDriver driver;
+  const std::pair<const char*, const char*> rows[] = {
+      {"", "true\ntrue\nfalse\nfalse\nfalse\n"},
+      {"click TextBox\nclick lineBox\nclick timecodeBox\nclick openBox", "Text\nfalse\nfalse\ntrue\ntrue\n"},
+      {"", "Text\nfalse\nfalse\ntrue\ntrue\n"},
+      {"click lineBox", "Text\nfalse\nfalse\nfalse\nfalse\n"},
+      {"click paragraphBox", "Text\nfalse\ntrue\nfalse\nfalse\n"},
+      {"click paragraphBox", "Text\nfalse\ntrue\nfalse\nfalse\n"},  // going off leaves its string
+      {"click WebVTTBox\nclick openBox", "VTT\ntrue\nfalse\nfalse\nfalse\n"},
+  };
+  for (const auto& [actions, file] : rows) {
+    EXPECT_EQ(driver.Run("open"), Lines{Shown("Window1")});
+    driver.Run(std::string(actions) + "\nquit");
+    EXPECT_EQ(ReadFile(driver.prefs / kName), file) << actions;
+    driver.End();
+  }
+  EXPECT_EQ(driver.prefs.Count(), 1u);  // nothing lies beside it
+  driver.Run("open\nclick SRTBox");
+  driver.End();  // without a quit nothing is saved
+  EXPECT_EQ(ReadFile(driver.prefs / kName), rows[6].second);
+}
+
+TEST(Preferences, KeepABadOpeningUntilThePersonChooses) {
+  SessionDriver driver;
+  WriteFile(driver.prefs / kName, "what\nmaybe\nx\ny\nz\n");
+  for (int start = 0; start < 2; ++start) {
+    EXPECT_EQ(driver.Run("open\nquit"), (Lines{Shown("Window1"), kBadOpening}));
+    EXPECT_EQ(ReadFile(driver.prefs / kName), "what\nmaybe\nx\ny\nz\n");
+    driver.End();
+  }
+  driver.Run("open\nclick openBox\nclick SRTBox\nquit");
+  EXPECT_EQ(ReadFile(driver.prefs / kName), "SRT\nfalse\nfalse\nfalse\nfalse\n");
+}
+
+TEST(Preferences, StartTheProgramWhateverStandsInTheirPlace) {
+  const std::string unread = Message("I could not read preferences. Error code 2.");
+  {
+    SessionDriver driver;
+    std::filesystem::create_directory(driver.prefs / kName);
+    EXPECT_EQ(driver.Run("open\nclick SRTBox\nquit"), (Lines{Shown("Window1"), unread}));
+    EXPECT_TRUE(std::filesystem::is_directory(driver.prefs / kName));
+    EXPECT_EQ(driver.prefs.Count(), 1u);
+  }
+  {
+    SessionDriver driver;
+    ::mkfifo((driver.prefs / kName).c_str(), 0600);
+    EXPECT_EQ(driver.Run("open"), (Lines{Shown("Window1"), unread}));
+    EXPECT_EQ(StateOf(driver), "10-0-0- | true true false false false");
+  }
+  {
+    SessionDriver driver;
+    const std::string binary("\0\xFF\n\x80\n", 5);
+    WriteFile(driver.prefs / kName, binary);
+    EXPECT_EQ(driver.Run("open"), (Lines{Shown("Window1"), kBadOpening}));
+  }
+  {
+    SessionDriver driver;
+    WriteFile(driver.prefs / kName, "SRT\n");
+    ASSERT_EQ(::truncate((driver.prefs / kName).c_str(), std::int64_t{1} << 30), 0);  // a gigabyte of NULs
+    EXPECT_EQ(driver.Run("open"), (Lines{Shown("Window1"), kBadOpening}));
+    EXPECT_EQ(driver.State()["windows"]["Window1"]["controls"]["SRTBox"]["value"], true);
+  }
+  {
+    SessionDriver driver;
+    std::filesystem::remove(driver.prefs.Path());  // the folder is gone
+    EXPECT_EQ(driver.Run("open\nclick SRTBox\nquit"), Lines{Shown("Window1")});
+  }
+}
+
+TEST(Preferences, ReplaceTheFileThatALinkLeadsTo) {
+  SessionDriver driver;
+  const std::string real = driver.folder / "real";
+  WriteFile(real, "Text\nfalse\nfalse\nfalse\nfalse\n");
+  ::chmod(real.c_str(), 0640);
+  std::filesystem::create_symlink(real, driver.prefs / kName);
+  driver.Run("open\nclick SRTBox\nquit");
+  EXPECT_TRUE(std::filesystem::is_symlink(driver.prefs / kName));
+  EXPECT_EQ(ReadFile(real), "SRT\nfalse\nfalse\nfalse\nfalse\n");
+  struct stat found;
+  ::stat(real.c_str(), &found);
+  EXPECT_EQ(found.st_mode & 0777, 0640u);
+}
+
+TEST(Preferences, AreNotSavedBeforeTheyWereLoaded) {
+  FakePlatform host;
+  TemporaryFolder prefs;
+  host.prefsFolder = prefs.Path();
+  App app(host);
+  prefsModule::savePrefs();
+  EXPECT_EQ(prefs.Count(), 0u);
+  app.Stop();
+  EXPECT_EQ(prefs.Count(), 0u);
+}
