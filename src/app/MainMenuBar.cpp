@@ -2,7 +2,7 @@
 
 namespace {
 
-Menu FileMenu() {
+Menu MakeFileMenu() {
   return {"FileMenu",
           "&File",
           {
@@ -13,7 +13,7 @@ Menu FileMenu() {
           }};
 }
 
-Menu EditMenu() {
+Menu MakeEditMenu() {
   return {"EditMenu",
           "&Edit",
           {
@@ -31,17 +31,21 @@ Menu EditMenu() {
 }  // namespace
 
 MenuBar& MainMenuBar() {
-  static MenuBar bar{{FileMenu(), EditMenu()}};
+  static MenuBar bar{{MakeFileMenu(), MakeEditMenu()}};
   return bar;
 }
 
+Menu& FileMenu() { return MainMenuBar().Menus.front(); }
+Menu& EditMenu() { return MainMenuBar().Menus.back(); }
 MenuItem& FileQuit() { return *MainMenuBar().Find("FileQuit"); }
 MenuItem& FileNewWindow() { return *MainMenuBar().Find("FileNewWindow"); }
 MenuItem& FileAboutRavelyn() { return *MainMenuBar().Find("FileAboutRavelyn"); }
 MenuItem& FileHelp() { return *MainMenuBar().Find("FileHelp"); }
 MenuItem& EditUndo() { return *MainMenuBar().Find("EditUndo"); }
+MenuItem& EditSeparator1() { return EditMenu().Items.at(1); }
 MenuItem& EditCut() { return *MainMenuBar().Find("EditCut"); }
 MenuItem& EditCopy() { return *MainMenuBar().Find("EditCopy"); }
 MenuItem& EditPaste() { return *MainMenuBar().Find("EditPaste"); }
 MenuItem& EditClear() { return *MainMenuBar().Find("EditClear"); }
+MenuItem& EditSeparator2() { return EditMenu().Items.at(6); }
 MenuItem& EditSelectAll() { return *MainMenuBar().Find("EditSelectAll"); }

@@ -1,17 +1,21 @@
-// The one menu bar of the program, and an accessor for each of its items.
+// The one menu bar of the program, and an accessor for each menu and item.
 #pragma once
 
 #include "runtime/Menu.h"
 
 MenuBar& MainMenuBar();
 
+Menu& FileMenu();
+Menu& EditMenu();
 MenuItem& FileQuit();
 MenuItem& FileNewWindow();
 MenuItem& FileAboutRavelyn();
 MenuItem& FileHelp();
 MenuItem& EditUndo();
+MenuItem& EditSeparator1();
 MenuItem& EditCut();
 MenuItem& EditCopy();
 MenuItem& EditPaste();
 MenuItem& EditClear();
+MenuItem& EditSeparator2();
 MenuItem& EditSelectAll();

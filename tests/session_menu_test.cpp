@@ -1,0 +1,85 @@
+// The menus, and which window answers them.
+
+#include "app/MainMenuBar.h"
+#include "support/SessionDriver.h"
+
+namespace {
+
+const std::string kPage = "http://www.tarnvale.com/ravelyn";
+
+std::string Active(SessionDriver& driver) { return driver.State()["active"].dump(); }
+
+}  // namespace
+
+TEST(Menu, HelpOpensThePageOfTheActiveWindow) {
+  SessionDriver driver;
+  EXPECT_EQ(driver.Run("open\nmenu FileHelp"), (Lines{Shown("Window1"), Browsed(kPage)}));
+  EXPECT_EQ(driver.Run("menu FileAboutRavelyn\nmenu FileHelp"),
+            (Lines{Shown("aboutWin"), Browsed(kPage + "#help")}));
+  EXPECT_EQ(driver.Run("activate Window1\nmenu FileHelp"), Lines{Browsed(kPage)});
+  EXPECT_EQ(driver.Run("activate aboutWin\nmenu FileNewWindow\nmenu FileHelp"),
+            (Lines{Shown("Window1"), Browsed(kPage)}));
+  EXPECT_EQ(driver.Run("close Window1\nclose aboutWin\nmenu FileHelp"),
+            (Lines{Closed("Window1"), Closed("aboutWin"), Browsed(kPage + "#help")}));
+  EXPECT_EQ(Active(driver), "null");
+}
+
+TEST(Menu, MakesOneWindowOfEachKindAndAnewAfterItWasClosed) {
+  SessionDriver driver;
+  driver.Run("open\ntype TextField1 x\nclick SRTBox");
+  EXPECT_EQ(driver.Run("menu FileAboutRavelyn\nmenu FileAboutRavelyn\nclick Canvas1"),
+            (Lines{Shown("aboutWin"), Shown("aboutWin"), Shown("aboutWin")}));
+  EXPECT_EQ(driver.State()["windows"].size(), 2u);
+  EXPECT_EQ(driver.Run("resize aboutWin 500 500\nclick aboutWin.BevelButton1"), Lines{Closed("aboutWin")});
+  EXPECT_EQ(driver.Run("menu FileAboutRavelyn"), Lines{Shown("aboutWin")});
+  EXPECT_EQ(driver.State()["windows"]["aboutWin"]["width"], 396);
+  EXPECT_EQ(driver.Run("menu FileNewWindow"), Lines{Shown("Window1")});
+  EXPECT_EQ(driver.State()["windows"]["Window1"]["controls"]["TextField1"]["text"], "x");
+  // A new form starts from its layout; what was chosen stays with the program.
+  EXPECT_EQ(driver.Run("close Window1\nmenu FileNewWindow"), (Lines{Closed("Window1"), Shown("Window1")}));
+  const auto state = driver.State();
+  EXPECT_EQ(state["windows"]["Window1"]["controls"]["TextField1"]["text"], "");
+  EXPECT_EQ(state["windows"]["Window1"]["controls"]["SRTBox"]["value"], false);
+  EXPECT_EQ(state["app"]["checkedDL"], "SRT");
+}
+
+TEST(Menu, QuitSavesAndEndsTheProgram) {
+  SessionDriver driver;
+  EXPECT_EQ(driver.Run("open\nclick Canvas1\nclick SRTBox\nmenu FileQuit\nmenu FileHelp"),
+            (Lines{Shown("Window1"), Shown("aboutWin"), Refused(5, "the program has quit")}));
+  EXPECT_EQ(ReadFile(driver.prefs / "com.tarnvale.ravelyn.user.prefs"), "SRT\ntrue\nfalse\nfalse\nfalse\n");
+}
+
+TEST(Menu, EditActsOnTheFocusedTextField) {
+  SessionDriver driver;
+  driver.Run("open");
+  const std::pair<const char*, const char*> rows[] = {
+      {"menu EditPaste", ""},  // nothing has the focus
+      {"type searchField word", "word"},
+      {"menu EditSelectAll\nmenu EditCopy\nmenu EditPaste", "word"},
+      {"menu EditPaste", "wordword"},
+      {"menu EditUndo", "word"},
+      {"menu EditSelectAll\nmenu EditCut", ""},
+      {"menu EditPaste\nmenu EditPaste\nmenu EditPaste", "wordwordword"},
+      {"menu EditSelectAll\nmenu EditClear", ""},
+      {"menu EditUndo", "wordwordword"},
+      {"type TextField1 link\nmenu EditSelectAll\nmenu EditCut", "wordwordword"},
+      {"type searchField\nmenu EditPaste", "link"},
+  };
+  for (const auto& [actions, text] : rows) {
+    EXPECT_EQ(driver.Run(actions), Lines{});
+    EXPECT_EQ(driver.State()["windows"]["Window1"]["controls"]["searchField"]["text"], text) << actions;
+  }
+}
+
+TEST(Menu, HasAnAccessorForEachItem) {
+  Lines names;
+  for (const MenuItem* item :
+       {&FileQuit(), &FileNewWindow(), &FileAboutRavelyn(), &FileHelp(), &EditUndo(), &EditSeparator1(),
+        &EditCut(), &EditCopy(), &EditPaste(), &EditClear(), &EditSeparator2(), &EditSelectAll()})
+    names.push_back(item->Name);
+  Lines expected;
+  for (const Menu* menu : {&FileMenu(), &EditMenu()})
+    for (const MenuItem& item : menu->Items) expected.push_back(item.Name);
+  EXPECT_EQ(names, expected);
+}
