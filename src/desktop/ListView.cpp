@@ -1,0 +1,199 @@
+#include "desktop/ListView.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QHelpEvent>
+#include <QItemSelectionModel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QToolTip>
+#include <algorithm>
+
+#include "desktop/control_views.h"
+#include "desktop/shown_text.h"
+
+namespace {
+
+constexpr int kThinSolid = 2;   // of ListLook::gridHorizontal
+constexpr int kThickSolid = 3;  // of ListLook::gridVertical
+constexpr int kRowMargin = 6;
+
+// Widths such as "100,*": points, and "*" or nothing, here as 0, for an equal share of the rest.
+std::vector<int> toldWidths(const ListLook& look) {
+  std::vector<int> widths;
+  const QStringList told = QString::fromStdString(look.columnWidths).split(QChar(u','));
+  for (int column = 0; column < look.columns; ++column)
+    widths.push_back(column < told.size() ? told[column].toInt() : 0);
+  return widths;
+}
+
+std::vector<bool> rowsOf(const QItemSelection& selection, std::int64_t count) {
+  std::vector<bool> rows(static_cast<std::size_t>(count));
+  for (const QItemSelectionRange& range : selection) {
+    for (int row = range.top(); row <= range.bottom() && row < count; ++row)
+      rows[static_cast<std::size_t>(row)] = true;
+  }
+  return rows;
+}
+
+}  // namespace
+
+ListView::ListView(Listbox& record, QWidget& content)
+    : QTableView(&content), record_(&record), model_(record) {
+  setModel(&model_);
+  setUp();
+  takeFont(*this, record.LookOf());
+  connect(this, &QTableView::clicked, this, [this](const QModelIndex& cell) { clickCell(cell, released_); });
+}
+
+void ListView::setUp() {
+  setSelectionBehavior(SelectRows);
+  setSelectionMode(record_->Columns().severalSelectable ? ExtendedSelection : SingleSelection);
+  setEditTriggers(NoEditTriggers);
+  setTabKeyNavigation(false);
+  setShowGrid(false);
+  setWordWrap(false);
+  setCornerButtonEnabled(false);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setVerticalScrollMode(ScrollPerPixel);
+  horizontalHeader()->hide();
+  horizontalHeader()->setMinimumSectionSize(0);
+  horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  verticalHeader()->hide();
+  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowMargin);
+}
+
+void ListView::forget() {
+  record_ = nullptr;
+  model_.forget();
+}
+
+void ListView::catchUp() {
+  const QScopedValueRollback busy(catchingUp_, true);
+  if (model_.catchUp()) showSelection();
+}
+
+void ListView::showSelection() {
+  const std::int64_t rows = record_->ListCount();
+  const std::vector<bool> seen = rowsOf(selectionModel()->selection(), rows);
+  QItemSelection wanted;
+  bool differs = false;
+  for (int row = 0, from = 0; row < rows; ++row) {
+    const bool selected = record_->Selected(row);
+    differs |= selected != seen[static_cast<std::size_t>(row)];
+    if (!selected) from = row + 1;
+    const bool ends = selected && (row + 1 == rows || !record_->Selected(row + 1));
+    if (ends) wanted.select(model_.index(from, 0), model_.index(row, record_->Columns().columns - 1));
+  }
+  if (differs) selectionModel()->select(wanted, QItemSelectionModel::ClearAndSelect);
+}
+
+void ListView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
+  QTableView::selectionChanged(selected, deselected);
+  if (!record_ || catchingUp_) return;
+  const std::vector<bool> seen = rowsOf(selectionModel()->selection(), record_->ListCount());
+  std::vector<std::int64_t> rows;
+  for (std::size_t row = 0; row < seen.size(); ++row) {
+    if (seen[row]) rows.push_back(static_cast<std::int64_t>(row));
+  }
+  record_->PersonSelects(rows);
+}
+
+bool ListView::clickCell(const QModelIndex& cell, QPoint at) {
+  if (!record_ || !record_->CellClick || !cell.isValid() || cell.row() >= record_->ListCount()) return false;
+  record_->PersonClicksCell(cell.row(), cell.column(), at.x(), at.y());
+  return true;
+}
+
+void ListView::mouseReleaseEvent(QMouseEvent* event) {
+  released_ = event->pos();
+  QTableView::mouseReleaseEvent(event);
+}
+
+void ListView::keyPressEvent(QKeyEvent* event) {
+  const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (isReturn && clickCell(currentIndex(), visualRect(currentIndex()).center())) return event->accept();
+  if (isReturn) return event->ignore();
+  if (event->matches(QKeySequence::Copy)) return copySelection();
+  QTableView::keyPressEvent(event);
+}
+
+void ListView::copySelection() const {
+  QStringList lines;
+  for (int row = 0; record_ && row < record_->ListCount(); ++row) {
+    if (!record_->Selected(row)) continue;
+    QStringList cells;
+    for (int column = 0; column < record_->Columns().columns; ++column)
+      cells << QString::fromStdString(record_->Cell(row, column));
+    lines << cells.join(QChar(u'\t'));
+  }
+  if (!lines.isEmpty()) QGuiApplication::clipboard()->setText(lines.join(QChar(u'\n')));
+}
+
+// A column that would run out of sight ends at the edge, so that its texts end in "…" there; one
+// that would begin out of sight is not drawn.
+void ListView::layOutColumns() {
+  if (!record_) return;
+  const std::vector<int> told = toldWidths(record_->Columns());
+  const int shares = static_cast<int>(std::count(told.begin(), told.end(), 0));
+  int rest = viewport()->width();
+  for (const int width : told) rest -= width;
+  int left = 0;
+  for (int column = 0; column < static_cast<int>(told.size()); ++column) {
+    const int own = told[static_cast<std::size_t>(column)];
+    const int wanted = own > 0 ? own : std::max(rest, 0) / std::max(shares, 1);
+    const int width = std::min(wanted, viewport()->width() - left);
+    setColumnHidden(column, width <= 0);
+    if (width > 0) setColumnWidth(column, width);
+    left += wanted;
+  }
+}
+
+void ListView::resizeEvent(QResizeEvent* event) {
+  QTableView::resizeEvent(event);
+  layOutColumns();
+}
+
+void ListView::paintEvent(QPaintEvent* event) {
+  QTableView::paintEvent(event);
+  if (record_) drawGrid();
+}
+
+void ListView::drawGrid() const {
+  QPainter painter(viewport());
+  QColor line = palette().color(QPalette::Text);
+  line.setAlphaF(0.18F);
+  const ListLook& look = record_->Columns();
+  const QRect area = viewport()->rect();
+  if (look.gridHorizontal == kThinSolid) {
+    const int last = rowAt(area.bottom());
+    const int end = last < 0 ? model_.rowCount() - 1 : last;
+    for (int row = std::max(rowAt(0), 0); row <= end; ++row)
+      painter.fillRect(area.left(), rowViewportPosition(row) + rowHeight(row) - 1, area.width(), 1, line);
+  }
+  if (look.gridVertical != kThickSolid) return;
+  for (int column = 0; column < look.columns; ++column) {
+    const int right = columnViewportPosition(column) + columnWidth(column);
+    if (!isColumnHidden(column) && right < area.right())
+      painter.fillRect(right - 2, area.top(), 2, area.height(), line);
+  }
+}
+
+// A cell that is cut shows its whole text.
+bool ListView::viewportEvent(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QTableView::viewportEvent(event);
+  const auto* help = static_cast<QHelpEvent*>(event);
+  const QModelIndex cell = indexAt(help->pos());
+  const QString text = cell.data().toString();
+  const bool isCut = fontMetrics().horizontalAdvance(text) + kRowMargin > visualRect(cell).width();
+  QToolTip::showText(help->globalPos(), isCut ? plainToolTip(text) : QString(), this);
+  return true;
+}
+
+ControlView listboxView(Listbox& record, QWidget& content) {
+  auto* list = new ListView(record, content);
+  return {list, [list] { list->catchUp(); }, {}, [list] { list->forget(); }};
+}

@@ -1,0 +1,40 @@
+// A Listbox on the screen: its columns, grid lines and selection, drawn from its rows.
+#pragma once
+
+#include <QTableView>
+
+#include "desktop/ListModel.h"
+#include "runtime/Listbox.h"
+
+class ListView : public QTableView {
+ public:
+  ListView(Listbox& record, QWidget& content);
+
+  // Brings rows and selection in line with the record; reports nothing.
+  void catchUp();
+  void forget();
+  // The selected rows, a line each, their cells with a tab between them.
+  void copySelection() const;
+  bool severalSelectable() const { return selectionMode() == ExtendedSelection; }
+
+ protected:
+  void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  bool viewportEvent(QEvent* event) override;
+
+ private:
+  void setUp();
+  void layOutColumns();
+  void showSelection();
+  void drawGrid() const;
+  // Acts if a click in this list does anything beyond selecting; false if not.
+  bool clickCell(const QModelIndex& cell, QPoint at);
+
+  Listbox* record_;
+  ListModel model_;
+  QPoint released_;
+  bool catchingUp_ = false;
+};

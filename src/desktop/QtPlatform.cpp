@@ -1,0 +1,194 @@
+#include "desktop/QtPlatform.h"
+
+#include <time.h>
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QTimer>
+#include <QUrl>
+#include <algorithm>
+
+#include "desktop/WindowView.h"
+#include "desktop/dialogs.h"
+#include "desktop/edit_actions.h"
+#include "desktop/preferences_folder.h"
+#include "desktop/shown_text.h"
+#include "runtime/Application.h"
+
+namespace {
+
+constexpr std::chrono::milliseconds kFrame{16};
+constexpr int kLongestLook = 10;  // milliseconds for what has come in, in one look
+
+// A clock that costs a few nanoseconds; a step of it may be 4 ms.
+std::chrono::milliseconds cheapNow() {
+#ifdef CLOCK_MONOTONIC_COARSE
+  timespec now{};
+  ::clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+  return std::chrono::milliseconds(std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1'000'000);
+#else
+  return std::chrono::duration_cast<std::chrono::milliseconds>(
+      std::chrono::steady_clock::now().time_since_epoch());
+#endif
+}
+
+bool isQuitting() {
+  const Application* app = Application::CurrentOrNil();
+  return app && app->IsQuitting();
+}
+
+QString documentsFolder() {
+  const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+  return QFileInfo(documents).isDir() ? documents : QDir::homePath();
+}
+
+bool isWebAddress(const QUrl& url) {
+  const bool web = url.scheme() == u"http" || url.scheme() == u"https";
+  return url.isValid() && web && !url.host().isEmpty();
+}
+
+}  // namespace
+
+QtPlatform::QtPlatform() {
+  QObject::connect(qApp, &QApplication::focusChanged, &guard_,
+                   [this](QWidget*, QWidget* now) { noteFocus(now); });
+}
+
+QtPlatform::~QtPlatform() { dropViews(); }
+
+WindowView* QtPlatform::viewOf(const Window& window) const {
+  const auto at = views_.find(&window);
+  return at == views_.end() ? nullptr : at->second;
+}
+
+void QtPlatform::dropViews() {
+  for (const auto& [window, view] : views_) delete view;
+  views_.clear();
+}
+
+void QtPlatform::WindowShown(Window& window) {
+  WindowView*& view = views_[&window];
+  if (!view) {
+    view = new WindowView(window, [this](const std::string& item) { choose(item); });
+    view->showRunning(running_);
+  }
+  view->bringForward();
+}
+
+// The view may be at work on the very click that closes it, so it goes later.
+void QtPlatform::WindowClosed(Window& window) {
+  if (const auto at = views_.find(&window); at != views_.end()) {
+    WindowView* view = at->second;
+    views_.erase(at);
+    view->forget();
+    dismissDialogsOf(view);
+    view->hide();
+    view->deleteLater();
+  }
+  Application& app = window.Owner();
+  const auto& open = app.Windows();
+  if (std::none_of(open.begin(), open.end(), [](const auto& w) { return w->Visible(); })) app.Quit();
+  quitIfAsked();
+}
+
+void QtPlatform::ControlFocused(Control& control) {
+  if (WindowView* view = viewOf(control.Owner())) view->focus(control);
+}
+
+void QtPlatform::noteFocus(QWidget* now) {
+  const auto* view = now ? dynamic_cast<WindowView*>(now->window()) : nullptr;
+  Control* control = view ? view->controlOf(now) : nullptr;
+  if (!control) return;
+  focus_ = now;
+  control->Owner().Owner().NoteFocus(control);
+}
+
+void QtPlatform::Edit(EditAction action) { edit(focus_, action); }
+
+bool QtPlatform::CanEdit(EditAction action) { return canEdit(focus_, action); }
+
+void QtPlatform::choose(const std::string& item) {
+  Application::Current().ChooseMenuItem(item);
+  quitIfAsked();
+}
+
+// A dialog belongs to the function that runs it, so it must not go with its parent.
+void QtPlatform::dismissDialogsOf(const QWidget* parent) {
+  const std::vector<QDialog*> open = dialogs_;
+  for (QDialog* dialog : open) {
+    if (parent && dialog->parentWidget() != parent) continue;
+    dialog->reject();
+    dialog->setParent(nullptr);
+  }
+}
+
+void QtPlatform::quitIfAsked() {
+  if (!isQuitting()) return;
+  dismissDialogsOf(nullptr);
+  leaveLoop();
+}
+
+void QtPlatform::leaveLoop() { QCoreApplication::exit(0); }
+
+void QtPlatform::CommandRunning(const std::string& what) {
+  running_ = shownText(what);
+  for (const auto& [window, view] : views_) view->showRunning(running_);
+}
+
+void QtPlatform::ProcessEvents(int milliseconds) {
+  if (milliseconds <= 0) return QCoreApplication::processEvents(QEventLoop::AllEvents, kLongestLook);
+  QTimer wake;
+  wake.setSingleShot(true);
+  wake.start(milliseconds);
+  QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+void QtPlatform::Yield() {
+  if (cheapNow() - lastLook_ < kFrame) return;
+  ProcessEvents(-1);
+  lastLook_ = cheapNow();
+}
+
+QWidget* QtPlatform::parentForDialog() const {
+  const Window* active = Application::Current().ActiveWindow();
+  return active ? viewOf(*active) : nullptr;
+}
+
+int QtPlatform::run(QDialog& dialog) {
+  if (isQuitting()) return QDialog::Rejected;
+  dialogs_.push_back(&dialog);
+  const int result = dialog.exec();
+  std::erase(dialogs_, &dialog);
+  return result;
+}
+
+void QtPlatform::MessageBox(const std::string& text) { run(*makeMessage(text, parentForDialog())); }
+
+std::optional<std::string> QtPlatform::AskSavePath(const std::string& filter, const std::string& name) {
+  if (saveFolder_.isEmpty()) saveFolder_ = documentsFolder();
+  const auto dialog = makeSaveDialog(filter, name, saveFolder_, parentForDialog());
+  if (run(*dialog) != QDialog::Accepted || dialog->selectedFiles().isEmpty()) return std::nullopt;
+  const QString path = dialog->selectedFiles().constFirst();
+  saveFolder_ = QFileInfo(path).absolutePath();
+  return QFile::encodeName(path).toStdString();
+}
+
+void QtPlatform::ShowURL(const std::string& address) {
+  const QUrl url(QString::fromStdString(address), QUrl::TolerantMode);
+  if (isWebAddress(url) && open(url)) return;
+  run(*makeCannotOpen(QObject::tr("No program could open this address:"), address, parentForDialog()));
+}
+
+void QtPlatform::Launch(const std::string& path) {
+  if (open(QUrl::fromLocalFile(QFile::decodeName(path.c_str())))) return;
+  run(*makeCannotOpen(QObject::tr("No program could open this file:"), path, parentForDialog()));
+}
+
+bool QtPlatform::open(const QUrl& url) { return QDesktopServices::openUrl(url); }
+
+std::string QtPlatform::PreferencesFolder() { return preferencesFolder(); }

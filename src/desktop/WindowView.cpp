@@ -1,0 +1,274 @@
+#include "desktop/WindowView.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPushButton>
+#include <algorithm>
+#include <utility>
+
+#include "desktop/Content.h"
+#include "desktop/pictures.h"
+#include "desktop/shown_text.h"
+#include "desktop/spoken_names.h"
+#include "runtime/Application.h"
+
+namespace {
+
+constexpr int kFrame = 16;  // milliseconds
+constexpr int kStatusHeight = 18;
+constexpr int kStatusMargin = 20;
+constexpr int kStatusFont = 11;
+
+Qt::WindowFlags flagsOf(const WindowFrame& frame) {
+  Qt::WindowFlags flags =
+      Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
+  flags.setFlag(Qt::WindowCloseButtonHint, frame.closeButton);
+  flags.setFlag(Qt::WindowMinimizeButtonHint, frame.minimizeButton);
+  flags.setFlag(Qt::WindowMaximizeButtonHint, frame.maximizeButton);
+  flags.setFlag(Qt::WindowFullscreenButtonHint, frame.fullScreenButton);
+  return flags;
+}
+
+bool isReturn(const QKeyEvent& event) {
+  const bool plain = !(event.modifiers() & ~Qt::KeypadModifier);
+  return plain && (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter);
+}
+
+}  // namespace
+
+WindowView::WindowView(Window& record, const ChooseItem& choose)
+    : record_(&record), content_(new Content(record, *this)), status_(new QLabel(content_)) {
+  setUpMenu(choose);
+  for (Control* control : record.Controls()) addControl(*control);
+  setUpFrame();
+  setUpFocus();
+  frame_.setSingleShot(true);
+  frame_.setInterval(kFrame);
+  connect(&frame_, &QTimer::timeout, this, [this] { flush(); });
+  record.OnChange = [this](Control& control) { markDirty(control); };
+  flush();
+}
+
+WindowView::~WindowView() { forget(); }
+
+void WindowView::setUpFrame() {
+  const WindowFrame& frame = record_->Frame();
+  setWindowFlags(flagsOf(frame));
+  setWindowTitle(shownText(frame.title));
+  setWindowIcon(programIcon());
+  status_->setTextFormat(Qt::PlainText);
+  takeFont(*status_, {.fontSize = kStatusFont});
+  status_->hide();
+  ensurePolished();
+  const int above = bar_ && !bar_->isNativeMenuBar() ? bar_->heightForWidth(frame.width) : 0;
+  setMinimumSize(frame.minWidth, frame.minHeight + above);
+  setMaximumSize(frame.maxWidth, frame.maxHeight + above);
+  const QSize size(record_->Width(), record_->Height() + above);
+  frame.resizable ? resize(size) : setFixedSize(size);
+  layOut();
+}
+
+void WindowView::setUpMenu(const ChooseItem& choose) {
+  const MenuBar* menus = record_->Owner().CurrentMenuBar();
+  if (!menus) return;
+  if (!record_->Frame().menuBar) return addShortcuts(*this, *menus, choose);
+  bar_ = new QMenuBar(this);
+  fillMenuBar(*bar_, *menus, choose);
+}
+
+// What the person did to a widget may not be what its record made of it.
+void WindowView::addControl(Control& control) {
+  Entry entry{&control, makeControlView(control, *content_), true};
+  const auto recheck = [this, &control] {
+    if (record_) markDirty(control);
+  };
+  if (auto* button = dynamic_cast<QAbstractButton*>(entry.view.widget))
+    connect(button, &QAbstractButton::clicked, this, recheck);
+  if (auto* field = dynamic_cast<QLineEdit*>(entry.view.widget))
+    connect(field, &QLineEdit::textChanged, this, recheck);
+  places_[&control] = entries_.size();
+  entries_.push_back(std::move(entry));
+}
+
+std::vector<WindowView::Entry*> WindowView::inTabOrder() {
+  std::vector<Entry*> order;
+  for (Entry& entry : entries_) {
+    if (entry.view.widget && entry.record->TabIndex() >= 0) order.push_back(&entry);
+  }
+  std::stable_sort(order.begin(), order.end(), [](const Entry* a, const Entry* b) {
+    return a->record->TabIndex() < b->record->TabIndex();
+  });
+  return order;
+}
+
+// A window opens with the focus in its first text field, or where there is none on its first control.
+void WindowView::setUpFocus() {
+  const std::vector<Entry*> order = inTabOrder();
+  for (std::size_t i = 1; i < order.size(); ++i)
+    setTabOrder(order[i - 1]->view.widget, order[i]->view.widget);
+  auto first = std::find_if(order.begin(), order.end(),
+                            [](Entry* e) { return e->record->Kind() == ControlKind::TextField; });
+  if (first == order.end()) first = order.begin();
+  if (first != order.end()) (*first)->view.widget->setFocus();
+  connect(qApp, &QApplication::focusChanged, this, [this] { showDefaultButton(); });
+}
+
+// Of the buttons that Return may press: that with the focus, that which follows the focused text
+// field in the tab order, else the first.
+WindowView::Entry* WindowView::defaultButton() {
+  const std::vector<Entry*> order = inTabOrder();
+  const auto isDefault = [](const Entry* e) { return e->record->LookOf().defaultButton; };
+  const auto focused =
+      std::find_if(order.begin(), order.end(), [this](Entry* e) { return e->view.widget == focusWidget(); });
+  if (focused != order.end()) {
+    if (isDefault(*focused)) return *focused;
+    const auto next = std::next(focused);
+    const bool inField = (*focused)->record->Kind() == ControlKind::TextField;
+    if (inField && next != order.end() && isDefault(*next)) return *next;
+  }
+  const auto first = std::find_if(order.begin(), order.end(), isDefault);
+  return first == order.end() ? nullptr : *first;
+}
+
+void WindowView::showDefaultButton() {
+  const Entry* now = record_ ? defaultButton() : nullptr;
+  for (Entry& entry : entries_) {
+    if (auto* button = dynamic_cast<QPushButton*>(entry.view.widget)) button->setDefault(&entry == now);
+  }
+}
+
+void WindowView::keyPressEvent(QKeyEvent* event) {
+  Entry* button = record_ && isReturn(*event) ? defaultButton() : nullptr;
+  if (!button) return QWidget::keyPressEvent(event);
+  event->accept();
+  button->record->PersonClicks();
+}
+
+void WindowView::bringForward() {
+  flush();
+  show();
+  raise();
+  activateWindow();
+}
+
+void WindowView::focus(const Control& control) {
+  activateWindow();
+  if (QWidget* widget = widgetOf(control)) widget->setFocus();
+}
+
+void WindowView::showRunning(const QString& what) {
+  const bool running = !what.isEmpty();
+  running ? setCursor(Qt::BusyCursor) : unsetCursor();
+  bool hasCommands = false;
+  for (const Entry& entry : entries_) {
+    if (!entry.view.busy) continue;
+    entry.view.busy(running);
+    hasCommands = true;
+  }
+  status_->setText(running ? what + QChar(u'\u2026') : QString());
+  status_->setVisible(running && hasCommands);
+  status_->raise();
+}
+
+void WindowView::forget() {
+  if (!std::exchange(record_, nullptr)) return;
+  frame_.stop();
+  static_cast<Content*>(content_)->forget();
+  for (Entry& entry : entries_) {
+    entry.record->Owner().OnChange = nullptr;
+    if (entry.view.widget) entry.view.widget->blockSignals(true);
+    if (entry.view.forget) entry.view.forget();
+  }
+}
+
+void WindowView::markDirty(const Control& control) {
+  entries_[places_.at(&control)].dirty = true;
+  if (!frame_.isActive()) frame_.start();
+}
+
+void WindowView::markAllDirty() {
+  for (Entry& entry : entries_) entry.dirty = true;
+  if (!frame_.isActive()) frame_.start();
+}
+
+void WindowView::flush() {
+  if (!record_) return;
+  frame_.stop();
+  bool names = false;
+  for (Entry& entry : entries_) {
+    if (!std::exchange(entry.dirty, false)) continue;
+    apply(entry);
+    names |= entry.record->Kind() == ControlKind::Label;
+  }
+  if (names) nameAll();
+}
+
+void WindowView::apply(Entry& entry) {
+  const Control& record = *entry.record;
+  QWidget* widget = entry.view.widget;
+  if (!widget) return content_->update();
+  widget->setGeometry(record.Left(), record.Top(), record.Width(), record.Height());
+  widget->setEnabled(record.Enabled());
+  if (widget->isHidden() == record.Visible()) widget->setVisible(record.Visible());
+  entry.view.update();
+}
+
+void WindowView::nameAll() {
+  for (Entry& entry : entries_) {
+    if (entry.view.widget && !hasOwnName(*entry.record))
+      entry.view.widget->setAccessibleName(spokenName(*entry.record));
+  }
+}
+
+void WindowView::layOut() {
+  const int above = bar_ && !bar_->isNativeMenuBar() ? bar_->heightForWidth(width()) : 0;
+  if (bar_) bar_->setGeometry(0, 0, width(), above);
+  content_->setGeometry(0, above, width(), height() - above);
+  status_->setGeometry(kStatusMargin, content_->height() - kStatusHeight, width() - 2 * kStatusMargin,
+                       kStatusHeight);
+  for (const Entry& entry : entries_) {
+    if (entry.record->Kind() == ControlKind::TextArea) markDirty(*entry.record);
+  }
+}
+
+void WindowView::resizeEvent(QResizeEvent*) {
+  if (!record_) return;
+  layOut();
+  if (settled_) record_->PersonResizes(content_->width(), content_->height());
+  flush();
+}
+
+void WindowView::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  settled_ = true;
+}
+
+void WindowView::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (!record_) return;
+  if (event->type() == QEvent::ActivationChange && isActiveWindow()) record_->PersonActivates();
+  const bool looks = event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange ||
+                     event->type() == QEvent::FontChange;
+  if (looks) markAllDirty();
+}
+
+void WindowView::closeEvent(QCloseEvent* event) {
+  event->accept();
+  if (record_) record_->PersonCloses();
+}
+
+Control* WindowView::controlOf(const QWidget* widget) const {
+  const auto at = std::find_if(entries_.begin(), entries_.end(),
+                               [&](const Entry& entry) { return widget && entry.view.widget == widget; });
+  return record_ && at != entries_.end() ? at->record : nullptr;
+}
+
+QWidget* WindowView::widgetOf(const Control& control) const {
+  const auto at = places_.find(&control);
+  return at == places_.end() ? nullptr : entries_[at->second].view.widget;
+}

@@ -1,0 +1,74 @@
+// Draws one window from its record, whichever it is, and reports to it what the person does.
+// Changes of the record reach the widgets once per frame.
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+#include <functional>
+#include <unordered_map>
+#include <vector>
+
+#include "desktop/control_views.h"
+#include "desktop/menu_actions.h"
+#include "runtime/Window.h"
+
+class QLabel;
+class QMenuBar;
+
+class WindowView : public QWidget {
+ public:
+  // The record must outlive the view or be forgotten by it first. choose is told the items that
+  // the person picks from the menu or by a shortcut.
+  WindowView(Window& record, const ChooseItem& choose);
+  ~WindowView() override;
+
+  void bringForward();
+  void focus(const Control& control);
+  // Says that a command runs; "" for none.
+  void showRunning(const QString& what);
+  // The record is about to go. The view shows and reports nothing any more.
+  void forget();
+  // Brings the widgets in line with the record at once.
+  void flush();
+
+  // nullptr for what is no control of this window.
+  Control* controlOf(const QWidget* widget) const;
+  QWidget* widgetOf(const Control& control) const;
+  // The part below the menu bar, whose size is the record's.
+  QWidget& content() const { return *content_; }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  struct Entry {
+    Control* record;
+    ControlView view;
+    bool dirty;
+  };
+  void setUpFrame();
+  void setUpMenu(const ChooseItem& choose);
+  void addControl(Control& control);
+  void setUpFocus();
+  std::vector<Entry*> inTabOrder();
+  Entry* defaultButton();
+  void showDefaultButton();
+  void markDirty(const Control& control);
+  void markAllDirty();
+  void apply(Entry& entry);
+  void nameAll();
+  void layOut();
+
+  Window* record_;
+  QMenuBar* bar_ = nullptr;
+  QWidget* content_;
+  QLabel* status_;
+  std::vector<Entry> entries_;
+  std::unordered_map<const Control*, std::size_t> places_;
+  QTimer frame_;
+  bool settled_ = false;  // the first layout is over
+};

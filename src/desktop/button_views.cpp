@@ -1,0 +1,163 @@
+// Buttons, boxes and canvases: what a person clicks on.
+
+#include <QCheckBox>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalBlocker>
+#include <QStyleOptionButton>
+#include <QStyleOptionFocusRect>
+
+#include "desktop/control_views.h"
+#include "desktop/pictures.h"
+#include "desktop/shown_text.h"
+
+namespace {
+
+constexpr int kButtonMargin = 10;  // what a style keeps free around a caption, on both sides together
+
+// Looks disabled while a command runs, but keeps the focus and its place in the tab order: the
+// person who pressed it by the keyboard stands where he stood.
+class BusyPushButton : public QPushButton {
+ public:
+  using QPushButton::QPushButton;
+  void setBusy(bool busy) {
+    busy_ = busy;
+    setAccessibleDescription(busy ? tr("Not available while a command runs") : QString());
+    update();
+  }
+
+ protected:
+  void initStyleOption(QStyleOptionButton* option) const override {
+    QPushButton::initStyleOption(option);
+    if (!busy_) return;
+    option->state &= ~(QStyle::State_Enabled | QStyle::State_MouseOver);
+    option->palette.setCurrentColorGroup(QPalette::Disabled);
+  }
+
+ private:
+  bool busy_ = false;
+};
+
+void showCaption(QAbstractButton& button, const Button& record, int taken) {
+  const QString caption = shownText(record.Caption());
+  const QString fitting =
+      button.fontMetrics().elidedText(caption, Qt::ElideRight, record.Width() - taken, Qt::TextShowMnemonic);
+  button.setText(fitting);
+  button.setToolTip(fitting == caption ? QString() : plainToolTip(caption));
+  button.setAccessibleName(caption);
+}
+
+// The record toggles by itself; what the widget did first is undone or confirmed by the update
+// that follows every deed.
+void reportClicks(QAbstractButton& button, Button& record) {
+  QObject::connect(&button, &QAbstractButton::clicked, &button, [&record] { record.PersonClicks(); });
+}
+
+int takenByIndicator(const QWidget& widget, QStyle::PixelMetric width, QStyle::PixelMetric spacing) {
+  return widget.style()->pixelMetric(width) + widget.style()->pixelMetric(spacing);
+}
+
+// A canvas that takes clicks is a button with a picture on it.
+class CanvasButton : public QAbstractButton {
+ public:
+  CanvasButton(Canvas& record, QWidget& content) : QAbstractButton(&content), record_(record) {
+    setFocusPolicy(Qt::TabFocus);
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    icon().paint(&painter, rect());
+    if (!hasFocus()) return;
+    QStyleOptionFocusRect focus;
+    focus.initFrom(this);
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
+  }
+  void mousePressEvent(QMouseEvent* event) override {
+    if (event->button() == Qt::LeftButton) record_.PersonClicksAt(event->pos().x(), event->pos().y());
+  }
+  void mouseReleaseEvent(QMouseEvent*) override {}
+  void keyPressEvent(QKeyEvent* event) override {
+    const bool presses = event->key() == Qt::Key_Space || event->key() == Qt::Key_Return;
+    presses ? static_cast<void>(record_.PersonClicks()) : QAbstractButton::keyPressEvent(event);
+  }
+
+ private:
+  Canvas& record_;
+};
+
+// One that takes none is an image.
+class CanvasImage : public QWidget {
+ public:
+  CanvasImage(Canvas& record, QWidget& content) : QWidget(&content), record_(record) {}
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    picture(file_).paint(&painter, rect());
+  }
+
+ public:
+  void showBackdrop() {
+    file_ = record_.Backdrop();
+    update();
+  }
+
+ private:
+  Canvas& record_;
+  std::string file_;
+};
+
+}  // namespace
+
+ControlView pushButtonView(Button& record, QWidget& content) {
+  auto* button = new BusyPushButton(&content);
+  button->setAutoDefault(true);
+  takeFont(*button, record.LookOf());
+  reportClicks(*button, record);
+  ControlView view{button, [button, &record] { showCaption(*button, record, kButtonMargin); }, {}, {}};
+  if (record.LookOf().startsCommand) view.busy = [button](bool busy) { button->setBusy(busy); };
+  return view;
+}
+
+ControlView checkBoxView(CheckBox& record, QWidget& content) {
+  auto* box = new QCheckBox(&content);
+  takeFont(*box, record.LookOf());
+  reportClicks(*box, record);
+  const auto update = [box, &record] {
+    showCaption(*box, record,
+                takenByIndicator(*box, QStyle::PM_IndicatorWidth, QStyle::PM_CheckBoxLabelSpacing));
+    const QSignalBlocker quiet(box);
+    box->setChecked(record.Value());
+  };
+  return {box, update, {}, {}};
+}
+
+// The widget's own group would not let the last checked button go off, which the record may do.
+ControlView radioButtonView(RadioButton& record, QWidget& content) {
+  auto* button = new QRadioButton(&content);
+  takeFont(*button, record.LookOf());
+  reportClicks(*button, record);
+  const auto update = [button, &record] {
+    showCaption(
+        *button, record,
+        takenByIndicator(*button, QStyle::PM_ExclusiveIndicatorWidth, QStyle::PM_RadioButtonLabelSpacing));
+    const QSignalBlocker quiet(button);
+    button->setAutoExclusive(false);
+    button->setChecked(record.Value());
+    button->setAutoExclusive(true);
+  };
+  return {button, update, {}, {}};
+}
+
+ControlView canvasView(Canvas& record, QWidget& content) {
+  if (!record.MouseDown) {
+    auto* image = new CanvasImage(record, content);
+    return {image, [image] { image->showBackdrop(); }, {}, {}};
+  }
+  auto* button = new CanvasButton(record, content);
+  return {button, [button, &record] { button->setIcon(picture(record.Backdrop())); }, {}, {}};
+}

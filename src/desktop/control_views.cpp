@@ -1,0 +1,37 @@
+#include "desktop/control_views.h"
+
+#include <QFont>
+#include <QWidget>
+
+void takeFont(QWidget& widget, const Look& look) {
+  if (look.fontSize == 0 && !look.italic) return;
+  QFont font = widget.font();
+  if (look.fontSize > 0) font.setPixelSize(look.fontSize);
+  font.setItalic(look.italic);
+  widget.setFont(font);
+}
+
+ControlView makeControlView(Control& record, QWidget& content) {
+  switch (record.Kind()) {
+    case ControlKind::PushButton:
+    case ControlKind::BevelButton:
+      return pushButtonView(static_cast<Button&>(record), content);
+    case ControlKind::CheckBox:
+      return checkBoxView(static_cast<CheckBox&>(record), content);
+    case ControlKind::RadioButton:
+      return radioButtonView(static_cast<RadioButton&>(record), content);
+    case ControlKind::Label:
+      return labelView(static_cast<Label&>(record), content);
+    case ControlKind::TextField:
+      return textFieldView(static_cast<TextField&>(record), content);
+    case ControlKind::TextArea:
+      return textAreaView(static_cast<TextArea&>(record), content);
+    case ControlKind::Listbox:
+      return listboxView(static_cast<Listbox&>(record), content);
+    case ControlKind::Canvas:
+      return canvasView(static_cast<Canvas&>(record), content);
+    case ControlKind::Line:
+      break;
+  }
+  return {};
+}

@@ -1,0 +1,59 @@
+#include "desktop/dialogs.h"
+
+#include <QClipboard>
+#include <QDir>
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QPushButton>
+
+#include "desktop/shown_text.h"
+
+namespace {
+
+constexpr qsizetype kLongestMessage = 1200;
+constexpr qsizetype kMostLines = 20;
+
+QString messageText(const std::string& text) {
+  const QString shown = withBreaks(shownText(text, Lines::Many, kLongestMessage));
+  QStringList lines = shown.split(QChar(u'\n'));
+  if (lines.size() <= kMostLines) return shown;
+  lines = lines.mid(0, kMostLines);
+  return lines.join(QChar(u'\n')) + QChar(u'\u2026');
+}
+
+QStringList nameFiltersOf(const std::string& filter) {
+  const QString all = QObject::tr("All files (*)");
+  if (filter.empty()) return {all};
+  return {QObject::tr("Text files (*.txt *.text)"), all};
+}
+
+}  // namespace
+
+std::unique_ptr<QMessageBox> makeMessage(const std::string& text, QWidget* parent) {
+  auto box = std::make_unique<QMessageBox>(parent);
+  box->setWindowTitle(QStringLiteral("Ravelyn"));
+  box->setTextFormat(Qt::PlainText);
+  box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  box->setText(messageText(text));
+  box->setStandardButtons(QMessageBox::Ok);
+  return box;
+}
+
+std::unique_ptr<QMessageBox> makeCannotOpen(const QString& words, const std::string& what, QWidget* parent) {
+  auto box = makeMessage(words.toStdString() + "\n\n" + what, parent);
+  QPushButton* copy = box->addButton(QObject::tr("Copy"), QMessageBox::ActionRole);
+  QObject::connect(copy, &QPushButton::clicked, copy,
+                   [what] { QGuiApplication::clipboard()->setText(QString::fromStdString(what)); });
+  return box;
+}
+
+std::unique_ptr<QFileDialog> makeSaveDialog(const std::string& filter, const std::string& name,
+                                            const QString& folder, QWidget* parent) {
+  auto dialog = std::make_unique<QFileDialog>(parent);
+  dialog->setAcceptMode(QFileDialog::AcceptSave);
+  dialog->setFileMode(QFileDialog::AnyFile);
+  dialog->setNameFilters(nameFiltersOf(filter));
+  dialog->setDirectory(folder);
+  dialog->selectFile(QDir(folder).filePath(QString::fromStdString(name)));
+  return dialog;
+}

@@ -1,0 +1,18 @@
+// The dialogs that the program shows. All texts in them are plain and bounded.
+#pragma once
+
+#include <QMessageBox>
+#include <memory>
+#include <string>
+
+class QFileDialog;
+
+// A message with one button.
+std::unique_ptr<QMessageBox> makeMessage(const std::string& text, QWidget* parent);
+
+// A message that something, an address or a path, could not be opened, with a button that copies it.
+std::unique_ptr<QMessageBox> makeCannotOpen(const QString& words, const std::string& what, QWidget* parent);
+
+// A save dialog that starts in folder with this name. filter is as Platform::AskSavePath takes it.
+std::unique_ptr<QFileDialog> makeSaveDialog(const std::string& filter, const std::string& name,
+                                            const QString& folder, QWidget* parent);

@@ -1,0 +1,73 @@
+#include "desktop/menu_actions.h"
+
+#include <QAction>
+#include <QKeySequence>
+#include <QMenu>
+#include <QMenuBar>
+
+#include "runtime/Application.h"
+
+namespace {
+
+// Qt's Ctrl is the command key where there is one.
+QKeySequence shortcutOf(const MenuItem& item) {
+  return QKeySequence(
+      QString::fromStdString(item.Shortcut).replace(QStringLiteral("Cmd+"), QStringLiteral("Ctrl+")));
+}
+
+QAction::MenuRole roleOf(const MenuItem& item) {
+  return item.Quits ? QAction::QuitRole : QAction::TextHeuristicRole;
+}
+
+QAction* makeAction(const MenuItem& item, const ChooseItem& choose, QObject* owner) {
+  auto* action = new QAction(QString::fromStdString(item.Caption), owner);
+  action->setShortcut(shortcutOf(item));
+  action->setMenuRole(roleOf(item));
+  action->setData(QString::fromStdString(item.Name));
+  QObject::connect(action, &QAction::triggered, owner, [choose, name = item.Name] { choose(name); });
+  return action;
+}
+
+void enableAsTold(const QMenu& menu) {
+  Application& app = Application::Current();
+  app.EnableMenuItems();
+  for (QAction* action : menu.actions()) {
+    const MenuItem* item = app.CurrentMenuBar()->Find(action->data().toString().toStdString());
+    if (!item) continue;
+    action->setEnabled(item->Enabled);
+    action->setVisible(item->Visible);
+  }
+}
+
+// A disabled action would leave its shortcut to the widget with the focus; whether an item can be
+// chosen is decided when it is.
+void enableForShortcuts(const QMenu& menu) {
+  for (QAction* action : menu.actions()) action->setEnabled(true);
+}
+
+void fillMenu(QMenu& menu, const Menu& record, const ChooseItem& choose) {
+  for (const MenuItem& item : record.Items) {
+    if (item.IsSeparator()) {
+      menu.addSeparator();
+    } else {
+      menu.addAction(makeAction(item, choose, &menu));
+    }
+  }
+  QObject::connect(&menu, &QMenu::aboutToShow, &menu, [&menu] { enableAsTold(menu); });
+  QObject::connect(&menu, &QMenu::aboutToHide, &menu, [&menu] { enableForShortcuts(menu); });
+}
+
+}  // namespace
+
+void fillMenuBar(QMenuBar& bar, const MenuBar& record, const ChooseItem& choose) {
+  for (const Menu& menu : record.Menus)
+    fillMenu(*bar.addMenu(QString::fromStdString(menu.Caption)), menu, choose);
+}
+
+void addShortcuts(QWidget& window, const MenuBar& record, const ChooseItem& choose) {
+  for (const Menu& menu : record.Menus) {
+    for (const MenuItem& item : menu.Items) {
+      if (!item.Shortcut.empty()) window.addAction(makeAction(item, choose, &window));
+    }
+  }
+}
