@@ -1,0 +1,21 @@
+// The peer of our HTTP client: libcurl's easy interface, one handle kept, HTTP/1.0 and a new
+// connection for each request.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+class CurlClient {
+ public:
+  CurlClient();
+  ~CurlClient();
+  CurlClient(const CurlClient&) = delete;
+  CurlClient& operator=(const CurlClient&) = delete;
+
+  // The body in a string that grows; what came of it when the time-out of so many seconds, which
+  // counts the whole request, was over.
+  std::string Get(const std::string& url, long timeoutSeconds);
+
+ private:
+  void* handle_;
+};
