@@ -14,6 +14,11 @@ std::size_t Clamped(std::int64_t count, std::size_t most) {
   return count <= 0 ? 0 : std::min(static_cast<std::size_t>(count), most);
 }
 
+// A position that counts from 1 as an index into a text of this size.
+std::size_t IndexOf(std::int64_t position, std::size_t size) {
+  return Clamped(std::max<std::int64_t>(position, 1) - 1, size);
+}
+
 }  // namespace
 
 std::string RuntimeAddString(std::string a, std::string_view b) { return std::move(a.append(b)); }
@@ -22,7 +27,12 @@ std::int64_t RuntimeStringCompare(std::string_view a, std::string_view b) { retu
 
 std::string Replace(std::string source, std::string_view find, std::string_view replacement) {
   const std::size_t at = find.empty() ? std::string::npos : source.find(find);
-  if (at != std::string::npos) source.replace(at, find.size(), replacement);
+  if (at == std::string::npos) return source;
+  if (find.size() == replacement.size()) {
+    replacement.copy(source.data() + at, replacement.size());
+  } else {
+    source.replace(at, find.size(), replacement);
+  }
   return source;
 }
 
@@ -92,7 +102,8 @@ std::int64_t Asc(std::string_view text) {
     if ((byte(i) & 0xC0) != 0x80) return first;
     code = code << 6 | (byte(i) & 0x3F);
   }
-  return code;
+  // What is longer than need be, or no character at all, does not come back as it was.
+  return Chr(code) == text.substr(0, more + 1) ? code : first;
 }
 
 std::string Hex(std::int64_t value) {
@@ -104,7 +115,7 @@ std::string Hex(std::int64_t value) {
 std::string DefineEncoding(std::string source, TextEncoding) { return source; }
 
 std::int64_t InStr(std::int64_t start, std::string_view source, std::string_view find) {
-  const std::size_t from = Clamped(start - 1, source.size());
+  const std::size_t from = IndexOf(start, source.size());
   const auto at = std::search(source.begin() + static_cast<std::ptrdiff_t>(from), source.end(), find.begin(),
                               find.end(), [](char a, char b) { return LowerByte(a) == LowerByte(b); });
   if (find.empty() || at == source.end()) return 0;
@@ -114,7 +125,7 @@ std::int64_t InStr(std::int64_t start, std::string_view source, std::string_view
 std::string Mid(std::string_view text, std::int64_t start) { return Mid(text, start, LenB(text)); }
 
 std::string Mid(std::string_view text, std::int64_t start, std::int64_t length) {
-  const std::size_t from = Clamped(start - 1, text.size());
+  const std::size_t from = IndexOf(start, text.size());
   return std::string(text.substr(from, Clamped(length, text.size())));
 }
 

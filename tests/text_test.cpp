@@ -1,0 +1,186 @@
+// Text operations, dictionaries and the two digests.
+
+#include "runtime/Text.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "runtime/Dictionary.h"
+#include "runtime/Digest.h"
+#include "runtime/exceptions.h"
+
+namespace {
+
+using namespace std::string_literals;
+constexpr std::int64_t kLeast = std::numeric_limits<std::int64_t>::min();
+constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+
+TEST(Text, ReplacesByExactBytesAndNeverScansWhatItPutIn) {
+  struct Case {
+    std::string source, find, by, first, all;
+  };
+  const Case cases[] = {
+      {"1,5,5", ",", ".", "1.5,5", "1.5.5"},
+      {"aXXb", "X", "XX", "aXXXb", "aXXXXb"},
+      {"a\"/>\"/>", "\"/>", "\"/>:::", "a\"/>:::\"/>", "a\"/>:::\"/>:::"},
+      {"aaa", "aa", "b", "ba", "ba"},
+      {"abc", "B", "x", "abc", "abc"},
+      {"abc", "", "x", "abc", "abc"},
+      {"", "a", "x", "", ""},
+      {"<p><p>", "<p>", "", "<p>", ""},
+      {"\xFD\xFF-\xFD\xFF", "\xFD\xFF", "\n", "\n-\xFD\xFF", "\n-\n"},
+      {"a\0b\0c"s, "\0"s, "-", "a-b\0c"s, "a-b-c"},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(Replace(c.source, c.find, c.by), c.first) << c.source;
+    EXPECT_EQ(ReplaceAll(c.source, c.find, c.by), c.all) << c.source;
+  }
+}
+
+TEST(Text, LineEndingsOfEveryKindAreOne) {
+  EXPECT_EQ(ReplaceLineEndings("a\r\nb\rc\nd", " "), "a b c d");
+  EXPECT_EQ(ReplaceLineEndings("\n\r\r\n\n", "|"), "||||");
+  EXPECT_EQ(ReplaceLineEndings("a\r", "\r\n"), "a\r\n");
+  EXPECT_EQ(ReplaceLineEndings("plain", " "), "plain");
+}
+
+TEST(Text, SplitsIntoOnePieceMoreThanDelimiters) {
+  EXPECT_EQ(Split("abc", ":"), StringArray({"abc"}));
+  EXPECT_EQ(Split("a:b:", ":"), StringArray({"a", "b", ""}));
+  EXPECT_EQ(Split("", ":"), StringArray({""}));
+  EXPECT_EQ(Split("::::", "::"), StringArray({"", "", ""}));
+  EXPECT_EQ(Split("a ||| b|| c", " ||| "), StringArray({"a", "b|| c"}));
+  EXPECT_EQ(Split("aVbv", "v"), StringArray({"aVb", ""}));
+  EXPECT_EQ(Split("a:b", ""), StringArray({"a:b"}));
+}
+
+TEST(Text, PositionsCountBytesFromOne) {
+  EXPECT_EQ(InStr(0, "abc", "c"), 3);
+  EXPECT_EQ(InStr(1, "abcabc", "a"), 1);
+  EXPECT_EQ(InStr(2, "abcabc", "A"), 4);
+  EXPECT_EQ(InStr(0, "abc", "d"), 0);
+  EXPECT_EQ(InStr(0, "abc", ""), 0);
+  EXPECT_EQ(InStr(0, "", "a"), 0);
+  EXPECT_EQ(InStr(9, "abc", "c"), 0);
+  EXPECT_EQ(InStr(kLeast, "abc", "c"), 3);
+  EXPECT_EQ(InStr(kMost, "abc", "c"), 0);
+  EXPECT_EQ(InStr(0, "\xC3\xA9:", ":"), 3) << "bytes, not characters";
+  EXPECT_EQ(InStr(0, "\xC3\xA4", "\xC3\x84"), 0) << "only ASCII letters fold";
+}
+
+TEST(Text, CutsStayInsideTheText) {
+  EXPECT_EQ(Mid("abcd", 2), "bcd");
+  EXPECT_EQ(Mid("abcd", 2, 2), "bc");
+  for (const std::int64_t start : {kLeast, std::int64_t{-1}, std::int64_t{0}, std::int64_t{1}}) {
+    EXPECT_EQ(Mid("abcd", start), "abcd") << start;
+    EXPECT_EQ(Mid("abcd", start, 2), "ab") << start;
+  }
+  for (const std::int64_t start : {std::int64_t{5}, kMost}) EXPECT_EQ(Mid("abcd", start, kMost), "") << start;
+  for (const std::int64_t count : {kLeast, std::int64_t{-1}, std::int64_t{0}}) {
+    EXPECT_EQ(Mid("abcd", 2, count) + Left("abcd", count) + Right("abcd", count), "") << count;
+  }
+  EXPECT_EQ(Left("abcd", 3) + Right("abcd", 3), "abcbcd");
+  EXPECT_EQ(Left("abcd", kMost) + Right("abcd", 9), "abcdabcd");
+}
+
+TEST(Text, FieldsAndTrimming) {
+  EXPECT_EQ(NthField("a:b", ":", 2), "b");
+  for (const std::int64_t n : {kLeast, std::int64_t{0}, std::int64_t{3}, kMost}) {
+    EXPECT_EQ(NthField("a:b", ":", n), "") << n;
+  }
+  EXPECT_EQ(NthField("", ":", 1), "");
+  EXPECT_EQ(NthField("abc", ":", 1), "abc");
+  EXPECT_EQ(NthField("a::b", ":", 2) + NthField("a::b", "::", 2), "b");
+  EXPECT_EQ(NthField("ab", "", 1) + NthField("ab", "", 2), "ab");
+  EXPECT_EQ(Trim(" \t\r\n\v\fa b \n"), "a b");
+  EXPECT_EQ(LTrim(" \ta \t"), "a \t");
+  EXPECT_EQ(Trim("") + Trim(" \n ") + LTrim("\t"), "");
+  EXPECT_EQ(Trim("\0 "s), "\0"s);
+}
+
+TEST(Text, CodesOfCharactersAndBytes) {
+  EXPECT_EQ(Chr(9) + Chr(0x7F) + Chr(0xE9) + Chr(0x20AC) + Chr(0x1F600),
+            "\t\x7F\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
+  EXPECT_EQ(Chr(0), "\0"s);
+  EXPECT_EQ(Chr(-1) + Chr(0xD800) + Chr(0x110000), "");
+  EXPECT_EQ(ChrB(253) + ChrB(255) + ChrB(256), "\xFD\xFF\0"s);
+  for (const std::int64_t code : {0, 65, 0x7F, 0x80, 0x7FF, 0x800, 0xFFFF, 0x10000, 0x10FFFF}) {
+    EXPECT_EQ(Asc(Chr(code) + "tail"), code);
+  }
+  // Cut off, overlong, a surrogate, beyond the last character, a byte of the middle.
+  for (const char* bad : {"\xE2\x82", "\xC3(", "\xC0\x80", "\xE0\x80\x80", "\xF0\x80\x80\x80", "\xED\xA0\x80",
+                          "\xF4\x90\x80\x80", "\xFF\x80\x80\x80", "\x80"}) {
+    EXPECT_EQ(Asc(bad), static_cast<unsigned char>(bad[0])) << Hex(static_cast<unsigned char>(bad[0]));
+  }
+  EXPECT_EQ(Asc(""), 0);
+  EXPECT_EQ(Hex(0) + " " + Hex(255) + " " + Hex(-1), "0 FF FFFFFFFFFFFFFFFF");
+  EXPECT_EQ(Lowercase("A\xC3\x84Z[") + Uppercase("a\xC3\xA4z{"), "a\xC3\x84z[A\xC3\xA4Z{");
+  EXPECT_EQ(RuntimeStringCompare("a", "A") == 0, false);
+}
+
+TEST(Dictionary, KeepsOrderAndFoldsKeys) {
+  Dictionary d({{"One"s, "1"s}, {"two"s, "2"s}, {"Three"s, std::int64_t{3}}});
+  d.SetValue("ONE"s, "uno"s);
+  d.Remove("TWO"s);
+  d.SetValue("two"s, "zwei"s);
+  d.SetValue(std::int64_t{5}, "number"s);
+  d.SetValue("5"s, "text"s);
+  std::string seen;
+  for (std::int64_t i = 0; i < d.Count(); ++i)
+    seen += ToString(d.Key(i)) + "=" + ToString(d.Value(d.Key(i))) + " ";
+  EXPECT_EQ(seen, "One=uno Three=3 two=zwei 5=number 5=text ");
+  EXPECT_TRUE(d.HasKey("tHREE"s) && !d.HasKey("four"s) && !d.HasKey("\xC3\x84"s));
+  EXPECT_EQ(ToString(d.Lookup("four"s, "none"s)), "none");
+  EXPECT_THROW(d.Value("four"s), OutOfBoundsException);
+  EXPECT_THROW(d.Key(5), OutOfBoundsException);
+  EXPECT_THROW(d.Key(-1), OutOfBoundsException);
+  d.Clear();
+  d.SetValue("again"s, "1"s);
+  EXPECT_EQ(d.Count() == 1 && ToString(d.Key(0)) == "again", true);
+}
+
+std::string HexOf(const std::string& bytes) {
+  std::string out;
+  for (const char c : bytes) out += Right("0" + Hex(static_cast<unsigned char>(c)), 2);
+  return Lowercase(out);
+}
+
+// The test suite of RFC 1321; then the lengths around the padding, with digests of another program.
+TEST(Digest, MD5HasThePublishedVectors) {
+  const std::pair<std::string, const char*> cases[] = {
+      {"", "d41d8cd98f00b204e9800998ecf8427e"},
+      {"a", "0cc175b9c0f1b6a831c399e269772661"},
+      {"abc", "900150983cd24fb0d6963f7d28e17f72"},
+      {"message digest", "f96b697d7cb7938d525a2f31aaf161d0"},
+      {"12345678901234567890123456789012345678901234567890123456789012345678901234567890",
+       "57edf4a22be3c955ac49da2e2107b67a"},
+      {std::string(55, 'x'), "04364420e25c512fd958a70738aa8f72"},
+      {std::string(56, 'x'), "668a72d5ba17f08e62dabcafad6db14b"},
+      {std::string(57, 'x'), "693037871c4a9d3d8685018905cb530a"},
+      {std::string(63, 'x'), "7dc2ca208106a2f703567bdff99d8981"},
+      {std::string(64, 'x'), "c1bb4f81d892b2d57947682aeb252456"},
+      {std::string(65, 'x'), "1bc932052302d074bdec39795fe00cf6"},
+      {std::string(119, 'x'), "ab347a5f68c8a443cfcddc633f12c24f"},
+      {std::string(120, 'x'), "fb98667f98096de92620b64f46e1c5b5"},
+      {std::string(1000, 'x'), "398533d48111e9f664b1f64cb10c4b63"},
+  };
+  for (const auto& [text, digest] : cases) EXPECT_EQ(HexOf(MD5(text)), digest) << text.size();
+}
+
+// The test suite of RFC 4648, and lines.
+TEST(Digest, Base64HasThePublishedVectors) {
+  const std::pair<const char*, const char*> cases[] = {{"", ""},
+                                                       {"f", "Zg=="},
+                                                       {"fo", "Zm8="},
+                                                       {"foo", "Zm9v"},
+                                                       {"foob", "Zm9vYg=="},
+                                                       {"fooba", "Zm9vYmE="},
+                                                       {"foobar", "Zm9vYmFy"}};
+  for (const auto& [text, code] : cases) EXPECT_EQ(EncodeBase64(text, 0), code);
+  EXPECT_EQ(EncodeBase64("\xFB\xFF\xFE\0"s, 0), "+//+AA==");
+  EXPECT_EQ(EncodeBase64("foobar", 4), "Zm9v\r\nYmFy");
+  EXPECT_EQ(EncodeBase64("foob", 5), "Zm9vY\r\ng==");
+}
+
+}  // namespace
