@@ -1,0 +1,128 @@
+// Numbers and their decimal text.
+
+#include "runtime/Numbers.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <clocale>
+#include <cmath>
+#include <limits>
+#include <random>
+
+namespace {
+
+constexpr double kLargest = std::numeric_limits<double>::max();
+constexpr double kSmallest = std::numeric_limits<double>::denorm_min();
+
+TEST(Numbers, ValReadsOnlyWhatStandsAtTheStart) {
+  const std::pair<const char*, double> cases[] = {
+      {"", 0},         {"12.5 s", 12.5}, {"-3", -3},   {"+3.25x", 3.25}, {".5", 0.5}, {"5.", 5},
+      {"-.25", -0.25}, {".", 0},         {"-", 0},     {"-.", 0},        {"+-1", 0},  {" 1", 0},
+      {"\t1", 0},      {"1e3", 1},       {"0x10", 0},  {"inf", 0},       {"nan", 0},  {"1,5", 1},
+      {"1.2.3", 1.2},  {"007", 7},       {"1_000", 1}, {"abc", 0},       {"--1", 0},  {"1 000", 1},
+  };
+  for (const auto& [text, value] : cases) EXPECT_EQ(Val(text), value) << text;
+  EXPECT_EQ(CDbl("12 bytes"), 12);
+  EXPECT_EQ(Val(std::string(400, '9')), kLargest);
+  EXPECT_EQ(Val("-1" + std::string(400, '0') + ".5"), -kLargest);
+  EXPECT_EQ(Val("0." + std::string(400, '0') + "1"), 0);
+  EXPECT_EQ(Val(std::string(400, '0') + "2"), 2);
+  EXPECT_EQ(Val("1." + std::string(100000, '3')), 4.0 / 3);
+}
+
+TEST(Numbers, StrIsPlainAndShort) {
+  const std::pair<double, const char*> cases[] = {{0, "0"},
+                                                  {-0.0, "0"},
+                                                  {60, "60"},
+                                                  {3.5, "3.5"},
+                                                  {-0.1, "-0.1"},
+                                                  {1e21, "1000000000000000000000"},
+                                                  {1e-7, "0.0000001"},
+                                                  {59.996, "59.996"},
+                                                  {1.0 / 3, "0.3333333333333333"}};
+  for (const auto& [value, text] : cases) EXPECT_EQ(Str(value), text);
+  EXPECT_EQ(Str(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
+  EXPECT_EQ(Str(-7), "-7");
+  EXPECT_EQ(Str(std::nan("")), "0");
+  EXPECT_EQ(Str(-std::numeric_limits<double>::infinity()), Str(-kLargest));
+}
+
+TEST(Numbers, StrReadsBackAsTheSameDouble) {
+  std::mt19937_64 random(27);
+  std::vector<double> values{kLargest, -kLargest, kSmallest, std::numeric_limits<double>::min(), 0.1 + 0.2};
+  for (int cents = 0; cents < 20000; ++cents) values.push_back(cents / 100.0 + 1.0 / 3);
+  for (int i = 0; i < 20000; ++i) values.push_back(std::bit_cast<double>(random()));
+  for (const double value : values) {
+    if (!std::isfinite(value)) continue;
+    const std::string text = Str(value);
+    ASSERT_EQ(Val(text), value) << text;
+    ASSERT_EQ(text.find_first_not_of("-.0123456789"), std::string::npos) << text;
+  }
+}
+
+TEST(Numbers, FormatRoundsTheExactDoubleHalfAwayFromZero) {
+  struct Case {
+    double value;
+    const char *pattern, *text;
+  };
+  const Case cases[] = {
+      {7, "00", "07"},
+      {123, "00", "123"},
+      {7.5, "00.000", "07.500"},
+      {0.125, "0.00", "0.13"},
+      {-0.125, "0.00", "-0.13"},
+      {2.5, "0", "3"},
+      {3.5, "0", "4"},
+      {-2.5, "0", "-3"},
+      {0.5, "0", "1"},
+      {1.005, "0.00", "1.00"},
+      {0.375, "0.00", "0.38"},
+      {0.375, "0.0", "0.4"},
+      {59.996, "00.00", "60.00"},
+      {9.995, "00.00", "09.99"},
+      {-7, "00", "-07"},
+      {-0.001, "0.00", "0.00"},
+      {-0.0, "00", "00"},
+      {0, "00.00", "00.00"},
+      {0.999, "0", "1"},
+      {12, "00000000", "00000012"},
+      {1, "0.0", "1.0"},
+      {0.0005, "0.000", "0.001"},
+      {0.0625, "0.000", "0.063"},
+      {2251799813685248.5, "0", "2251799813685249"},
+      {1e22, "0", "10000000000000000000000"},
+  };
+  for (const Case& c : cases) EXPECT_EQ(Format(c.value, c.pattern), c.text) << c.value << " " << c.pattern;
+  EXPECT_EQ(Format(kLargest, "00.00").size(), 312u);
+  EXPECT_EQ(Format(kSmallest, "0.000"), "0.000");
+  EXPECT_EQ(Format(std::nan(""), "00"), "00");
+}
+
+TEST(Numbers, BecomeIntegersTowardsZeroAndSaturate) {
+  constexpr auto least = std::numeric_limits<std::int64_t>::min();
+  constexpr auto most = std::numeric_limits<std::int64_t>::max();
+  EXPECT_EQ(ToInteger(2.9), 2);
+  EXPECT_EQ(ToInteger(-2.9), -2);
+  EXPECT_EQ(ToInteger(9223372036854774784.0), 9223372036854774784);
+  for (const double huge : {9223372036854775808.0, 1e300, std::numeric_limits<double>::infinity()}) {
+    EXPECT_EQ(ToInteger(huge), most);
+    EXPECT_EQ(ToInteger(-huge), least);
+  }
+  EXPECT_EQ(ToInteger(std::nan("")), 0);
+  EXPECT_EQ(Floor(-0.5), -1);
+  EXPECT_EQ(Floor(12.99), 12);
+}
+
+TEST(Numbers, DoNotListenToTheLocale) {
+  const char* found = nullptr;
+  for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", "ru_RU.UTF-8", "de_DE", "tr_TR.UTF-8"}) {
+    if (!found) found = std::setlocale(LC_ALL, name);
+  }
+  if (!found) GTEST_SKIP() << "no locale with a decimal comma on this machine";
+  EXPECT_EQ(Val("1.5"), 1.5);
+  EXPECT_EQ(Str(1.5) + Format(1234.5, "0.00"), "1.51234.50");
+  std::setlocale(LC_ALL, "C");
+}
+
+}  // namespace
