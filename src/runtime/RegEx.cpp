@@ -1,6 +1,8 @@
 #include "runtime/RegEx.h"
 
+#include <algorithm>
 #include <chrono>
+#include <limits>
 
 #include "runtime/exceptions.h"
 
@@ -9,12 +11,31 @@
 
 namespace {
 
-// Steps of backtracking. An ordinary search of a cue takes a few dozen; the quick limit is some
-// 50 microseconds of work, the slow one a good fraction of a second.
+// A target of the usual length is first tried with a bound on the steps of backtracking alone, some
+// 50 microseconds of work at one place. What goes past that, and every longer target, is searched
+// under the clock: half a second for all of them together, and what a plain search of a text of
+// that length may take at most.
+constexpr std::size_t kShortTarget = 4096;
 constexpr std::uint32_t kQuickLimit = 10'000;
-constexpr std::uint32_t kSlowLimit = 2'000'000;
-constexpr std::uint32_t kHeapLimitKiB = 20'000;
 constexpr std::chrono::milliseconds kSlowBudget{500};
+constexpr std::chrono::nanoseconds kFreePerByte{50};
+constexpr int kCalloutsPerLook = 64;
+constexpr std::uint32_t kHeapLimitKiB = 20'000;
+constexpr std::size_t kStackAtFirst = 32 * 1024;
+constexpr std::size_t kStackAtMost = 32 * 1024 * 1024;
+
+using Clock = std::chrono::steady_clock;
+
+struct Watch {
+  Clock::time_point deadline;
+  int callouts = 0;
+};
+
+int LookAtClock(pcre2_callout_block*, void* data) {
+  Watch& watch = *static_cast<Watch*>(data);
+  const bool over = ++watch.callouts % kCalloutsPerLook == 0 && Clock::now() > watch.deadline;
+  return over ? PCRE2_ERROR_MATCHLIMIT : 0;
+}
 
 std::int64_t CharactersBefore(std::string_view text, std::size_t bytes) {
   std::int64_t count = 0;
@@ -31,21 +52,37 @@ std::uint32_t CompileOptions(const RegExOptions& options) {
   return flags;
 }
 
+pcre2_code* CompileWith(const std::string& pattern, std::uint32_t options, int& error, PCRE2_SIZE& offset) {
+  pcre2_code* code = pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pattern.data()), pattern.size(), options,
+                                   &error, &offset, nullptr);
+  // Without the just-in-time code the interpreter gives the same answers, only later.
+  if (code) pcre2_jit_compile(code, PCRE2_JIT_COMPLETE);
+  return code;
+}
+
 }  // namespace
 
 struct RegEx::Compiled {
   std::string pattern;
   pcre2_code* code = nullptr;
+  pcre2_code* watched = nullptr;  // the same with a callout at each item, made at its first use
   pcre2_match_data* match = nullptr;
   pcre2_match_context* context = nullptr;
+  pcre2_jit_stack* stack = nullptr;
   std::uint32_t matchOptions = 0;
-  std::chrono::steady_clock::duration slowTime{};
+  Clock::duration slowTime{};
   RegExMatch result;
 
   ~Compiled() {
+    pcre2_jit_stack_free(stack);
     pcre2_match_context_free(context);
     pcre2_match_data_free(match);
+    pcre2_code_free(watched);
     pcre2_code_free(code);
+  }
+  int Match(const pcre2_code* which, std::string_view target) {
+    const auto* subject = reinterpret_cast<PCRE2_SPTR>(target.data() ? target.data() : "");
+    return pcre2_match(which, subject, target.size(), 0, matchOptions, match, context);
   }
 };
 
@@ -59,20 +96,19 @@ void RegEx::Compile() {
   fresh->pattern = SearchPattern;
   int error = 0;
   PCRE2_SIZE offset = 0;
-  fresh->code = pcre2_compile(reinterpret_cast<PCRE2_SPTR>(SearchPattern.data()), SearchPattern.size(),
-                              CompileOptions(Options), &error, &offset, nullptr);
+  fresh->code = CompileWith(SearchPattern, CompileOptions(Options), error, offset);
   if (!fresh->code) {
     PCRE2_UCHAR words[256];
     pcre2_get_error_message(error, words, sizeof words);
     throw RegExSearchPatternException(reinterpret_cast<const char*>(words),
                                       CharactersBefore(SearchPattern, offset) + 1);
   }
-  // Without the just-in-time code the interpreter gives the same answers, only later.
-  pcre2_jit_compile(fresh->code, PCRE2_JIT_COMPLETE);
   fresh->match = pcre2_match_data_create(1, nullptr);
   fresh->context = pcre2_match_context_create(nullptr);
   pcre2_set_match_limit(fresh->context, kQuickLimit);
   pcre2_set_heap_limit(fresh->context, kHeapLimitKiB);
+  fresh->stack = pcre2_jit_stack_create(kStackAtFirst, kStackAtMost, nullptr);
+  pcre2_jit_stack_assign(fresh->context, nullptr, fresh->stack);
   if (!Options.StringBeginIsLineBegin) fresh->matchOptions |= PCRE2_NOTBOL;
   if (!Options.StringEndIsLineEnd) fresh->matchOptions |= PCRE2_NOTEOL;
   if (!Options.MatchEmpty) fresh->matchOptions |= PCRE2_NOTEMPTY;
@@ -82,9 +118,9 @@ void RegEx::Compile() {
 const RegExMatch* RegEx::Search(std::string_view target) {
   if (!compiled_ || compiled_->pattern != SearchPattern) Compile();
   Compiled& c = *compiled_;
-  const auto* subject = reinterpret_cast<PCRE2_SPTR>(target.data() ? target.data() : "");
-  int found = pcre2_match(c.code, subject, target.size(), 0, c.matchOptions, c.match, c.context);
-  if (found == PCRE2_ERROR_MATCHLIMIT) found = MatchSlowly(target, c.matchOptions);
+  int found = PCRE2_ERROR_MATCHLIMIT;
+  if (target.size() <= kShortTarget) found = c.Match(c.code, target);
+  if (found == PCRE2_ERROR_MATCHLIMIT) found = MatchSlowly(target);
   if (found == PCRE2_ERROR_NOMATCH) return nullptr;
   if (found < 0) throw RegExMatchLimitException("it would take too long to match");
   const PCRE2_SIZE* ends = pcre2_get_ovector_pointer(c.match);
@@ -93,14 +129,22 @@ const RegExMatch* RegEx::Search(std::string_view target) {
   return &c.result;
 }
 
-int RegEx::MatchSlowly(std::string_view target, unsigned options) {
+int RegEx::MatchSlowly(std::string_view target) {
   Compiled& c = *compiled_;
   if (c.slowTime > kSlowBudget) return PCRE2_ERROR_MATCHLIMIT;
-  const auto start = std::chrono::steady_clock::now();
-  pcre2_set_match_limit(c.context, kSlowLimit);
-  const int found = pcre2_match(c.code, reinterpret_cast<PCRE2_SPTR>(target.data()), target.size(), 0,
-                                options, c.match, c.context);
+  int error = 0;
+  PCRE2_SIZE offset = 0;
+  if (!c.watched)
+    c.watched = CompileWith(c.pattern, CompileOptions(Options) | PCRE2_AUTO_CALLOUT, error, offset);
+  if (!c.watched) return error;
+  const auto free = kFreePerByte * static_cast<std::int64_t>(target.size());
+  const auto start = Clock::now();
+  Watch watch{start + free + kSlowBudget - c.slowTime};
+  pcre2_set_callout(c.context, LookAtClock, &watch);
+  pcre2_set_match_limit(c.context, std::numeric_limits<std::uint32_t>::max());
+  const int found = c.Match(c.watched, target);
   pcre2_set_match_limit(c.context, kQuickLimit);
-  c.slowTime += std::chrono::steady_clock::now() - start;
+  pcre2_set_callout(c.context, nullptr, nullptr);
+  c.slowTime += std::max(Clock::duration{}, Clock::now() - start - free);
   return found;
 }

@@ -1,0 +1,146 @@
+// Regular expressions on what people type and what servers send.
+
+#include "runtime/RegEx.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "runtime/exceptions.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// "start+length" of the first match, "" for none.
+std::string Found(const std::string& pattern, std::string_view target, const RegExOptions& options = {}) {
+  RegEx regex;
+  regex.Options = options;
+  regex.SearchPattern = pattern;
+  const RegExMatch* match = regex.Search(target);
+  return match ? std::to_string(match->start) + "+" + std::to_string(match->length) : "";
+}
+
+TEST(RegEx, MatchesCharactersByUnicodesRules) {
+  const struct {
+    const char *pattern, *target, *found;
+  } cases[] = {
+      {"\\?v=", "watch?v=a", "5+3"},
+      {"youtu.be/", "https://YOUTU.BE/x", "8+9"},
+      {"МОСКВА", "в москва", "3+12"},
+      {"straße", "STRASSE", ""},
+      {"ÉTÉ", "l'été", "2+5"},
+      {"ΣΊΣΥΦΟΣ", "σίσυφος", "0+14"},
+      {"a.b", "aéb", "0+4"},
+      {"^.$", "😀", "0+4"},
+      {"a.b", "a\nb", "0+3"},
+      {"\\w+", "—été!", "3+5"},
+      {"\\d", "٣", "0+2"},
+      {"", "abc", "0+0"},
+      {"^b", "a\nb", ""},
+      {"a$", "a\nb", ""},
+      {"x", "", ""},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(Found(c.pattern, c.target), c.found) << c.pattern << " in " << c.target;
+}
+
+TEST(RegEx, SearchesTargetsThatAreNoUTF8) {
+  EXPECT_EQ(Found("dog", "\xFF\xFE dog \xC3"), "3+3");
+  EXPECT_EQ(Found("МОСКВА", "\x80\xD0 москва"), "3+12");
+  EXPECT_EQ(Found("a.b",
+                  "a\xFF"
+                  "b"),
+            "");
+  EXPECT_EQ(Found("b$",
+                  "\xE2\x82"
+                  "b"),
+            "2+1");
+  EXPECT_EQ(Found(".", "\xFF\xFF"), "");
+  EXPECT_EQ(Found("b", std::string_view("a\0b", 3)), "2+1");
+}
+
+TEST(RegEx, ObeysItsOptions) {
+  RegExOptions o;
+  o.CaseSensitive = true;
+  EXPECT_EQ(Found("A", "aA", o), "1+1");
+  o = {}, o.DotMatchAll = false;
+  EXPECT_EQ(Found("a.", "a\nab", o), "2+2");
+  o = {}, o.TreatTargetAsOneLine = false;
+  EXPECT_EQ(Found("^b", "a\nb", o), "2+1");
+  o = {}, o.Greedy = false;
+  EXPECT_EQ(Found("a+", "aaa", o), "0+1");
+  o = {}, o.MatchEmpty = false;
+  EXPECT_EQ(Found("b*", "aab", o), "2+1");
+  o = {}, o.StringBeginIsLineBegin = false;
+  EXPECT_EQ(Found("^a", "a", o), "");
+  o = {}, o.StringEndIsLineEnd = false;
+  EXPECT_EQ(Found("a$", "a", o), "");
+}
+
+TEST(RegEx, TellsWhereAndWhyAPatternIsBad) {
+  const struct {
+    const char* pattern;
+    std::int64_t position;
+    const char* word;
+  } cases[] = {{"a(b", 4, "parenthes"}, {"*a", 1, "quantifier"}, {"[é", 3, "character class"},
+               {"é\\", 3, "at end"},    {"a{3,1}", 6, "order"},  {"(?<x", 5, "name"},
+               {"\xFF", 1, "UTF-8"},    {"a\\C", 4, "\\C"}};
+  for (const auto& c : cases) {
+    try {
+      Found(c.pattern, "text");
+      ADD_FAILURE() << c.pattern;
+    } catch (const RegExSearchPatternException& e) {
+      EXPECT_EQ(e.Position(), c.position) << c.pattern << ": " << e.what();
+      EXPECT_NE(std::string(e.what()).find(c.word), std::string::npos) << c.pattern << ": " << e.what();
+    }
+  }
+}
+
+TEST(RegEx, RecoversFromABadPattern) {
+  RegEx regex;
+  regex.SearchPattern = "(";
+  EXPECT_THROW(regex.Search("a"), RegExSearchPatternException);
+  regex.SearchPattern = "a";
+  EXPECT_NE(regex.Search("ba"), nullptr);
+  regex.SearchPattern = "c";
+  EXPECT_EQ(regex.Search("ba"), nullptr);
+}
+
+TEST(RegEx, GivesUpWhatRunsAway) {
+  for (const char* pattern : {"(a+)+$", "(a|aa)+$", "(.*)*x", "(a*)*b", "(?:a?){40}a{40}b"}) {
+    RegEx regex;
+    regex.SearchPattern = pattern;
+    const auto start = Clock::now();
+    // A whole track of such cues; each of the searches may be given up.
+    for (int cue = 0; cue < 200; ++cue) {
+      try {
+        regex.Search(std::string(60, 'a') + "!");
+      } catch (const RegExMatchLimitException&) {
+      }
+    }
+    EXPECT_LT(Clock::now() - start, std::chrono::milliseconds(1500)) << pattern;
+  }
+  EXPECT_THROW(Found("(a+)+$", std::string(60, 'a') + "!"), RegExMatchLimitException);
+  const auto start = Clock::now();
+  EXPECT_THROW(Found("[^x]*needle", std::string(1'000'000, 'n')), RegExMatchLimitException);
+  EXPECT_LT(Clock::now() - start, std::chrono::milliseconds(1500));
+}
+
+TEST(RegEx, NeverGivesUpOrdinaryPatterns) {
+  std::string text;
+  while (text.size() < 1'000'000) text += "The harbour, at 7.30; \"wet & quiet\", Ende der Straße\n";
+  for (const char* pattern : {"needle", "harbour.*needle", "(?:wet|dry) and", "[a-z]+ing\\b", "\\bq\\w+z\\b",
+                              "(\\w+) \\1 \\1", "^needle", "\\d+:\\d+", "a.{3}z", "(a|b|c)+needle",
+                              "(?:.|\\n)*needle", "(\\w+\\W+){3}needle", "[^x]*needle", ".+needle$"}) {
+    RegEx regex;
+    regex.SearchPattern = pattern;
+    EXPECT_NO_THROW(EXPECT_EQ(regex.Search(std::string_view(text).substr(0, 1'500)), nullptr)) << pattern;
+  }
+  EXPECT_EQ(Found("(?:.|\\n)*Ende", std::string_view(text).substr(0, 52 * 2000)), "0+103991");
+  for (const char* pattern : {"needle", "[a-z]+needle", "(?:wet|dry) and", "\\d+:\\d+"}) {
+    EXPECT_NO_THROW(EXPECT_EQ(Found(pattern, text), "")) << pattern;
+  }
+}
+
+}  // namespace
