@@ -1,0 +1,221 @@
+// The collection of header lines.
+
+#include "http/InternetHeaders.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <random>
+
+#include "runtime/Text.h"
+
+namespace {
+
+using Lines = std::vector<std::pair<std::string, std::string>>;
+
+InternetHeaders Made(const Lines& lines) {
+  InternetHeaders headers;
+  for (const auto& [name, value] : lines) headers.AppendHeader(name, value);
+  return headers;
+}
+
+InternetHeaders Parsed(const std::string& text) {
+  InternetHeaders headers;
+  headers._ParseHeaders(text);
+  return headers;
+}
+
+// All values of name by index, with "|" between them.
+std::string ValuesOf(const InternetHeaders& headers, const std::string& name) {
+  std::string values;
+  for (std::int64_t i = 0; i < headers.NameCount(name); ++i)
+    values += (i ? "|" : "") + headers.Value(name, i);
+  return values;
+}
+
+TEST(Headers, KeepRepeatedNamesApart) {
+  const InternetHeaders h = Made({{"X", "a"}, {"x", "b"}, {"X", "c"}, {"Y", ""}});
+  EXPECT_EQ(h.NameCount("x"), 3);
+  EXPECT_EQ(h.Count(), 4);
+  EXPECT_EQ(h.Name(0) + h.Name(1) + h.Name(2) + h.Name(3), "XxXY");
+  EXPECT_EQ(h.Value("X", 2) + h.Value("X", -1) + h.Value("X", 0) + h.Value("x"), "caaa");
+  EXPECT_EQ(h.Value("X", 3) + h.Value("Z") + h.Value(99) + h.Value(-1) + h.Name(4) + h.Name(-1), "");
+  EXPECT_EQ(h.CommaSeparatedValues("X"), "a, b, c");
+  EXPECT_EQ(h.CommaSeparatedValues("Z") + h.CommaSeparatedValues("Y"), "");
+  EXPECT_TRUE(h._HasHeader("x:1") && h._HasHeader("X:2") && !h._HasHeader("X:3") && !h._HasHeader("X:0"));
+}
+
+TEST(Headers, DeletingClosesTheGap) {
+  const struct {
+    std::int64_t index;
+    const char* left;
+  } cases[] = {{0, "b|c"}, {1, "a|c"}, {2, "a|b"}, {3, "a|b|c"}, {-1, "a|b|c"}};
+  for (const auto& c : cases) {
+    InternetHeaders h = Made({{"X", "a"}, {"X", "b"}, {"Y", "y"}, {"X", "c"}});
+    h.Delete("x", c.index);
+    EXPECT_EQ(ValuesOf(h, "X"), c.left) << c.index;
+    EXPECT_EQ(ValuesOf(h, "Y"), "y");
+  }
+  InternetHeaders h = Made({{"X", "a"}, {"Y", "y"}, {"X", "b"}});
+  h.Delete("Z");
+  h.Delete("Z", 0);
+  h.Delete("x");
+  EXPECT_EQ(h._FormatHTTPHeaders(), "Y: y");
+  h.AppendHeader("X", "anew");
+  EXPECT_EQ(ValuesOf(h, "X"), "anew");
+}
+
+TEST(Headers, SettingMakesOneValueOrTheNext) {
+  InternetHeaders h = Made({{"X", "a"}, {"X", "b"}, {"X", "c"}});
+  h.SetHeader("X", "v");
+  EXPECT_EQ(ValuesOf(h, "X"), "v");
+  h.SetHeader("X", "w", 5);
+  EXPECT_EQ(ValuesOf(h, "x"), "v|w") << "a free index is the next one";
+  h.SetHeader("X", "u", 1);
+  h.SetHeader("X", "t", 0);
+  EXPECT_EQ(ValuesOf(h, "X"), "t|u");
+  h.SetHeader("N", "n", 3);
+  EXPECT_EQ(h._FormatHTTPHeaders(), "X: t\r\nX: u\r\nN: n");
+}
+
+TEST(Headers, AreParsedWithEveryLineEnd) {
+  for (const std::string eol : {"\r\n", "\n", "\r"}) {
+    const std::string text = ReplaceAll(
+        "HTTP/1.0 200 OK|Content-Length: 12|Subject: a| b|To:c|\td|X-Time: \t10:20|:bare|Empty:|", "|", eol);
+    const InternetHeaders h = Parsed(text);
+    EXPECT_EQ(h._FormatHTTPHeaders(),
+              "Content-Length: 12\r\nSubject: a b\r\nTo: c d\r\nX-Time: 10:20\r\n: bare\r\nEmpty: ");
+    EXPECT_EQ(h.NameCount("Content-length"), 1);
+    EXPECT_TRUE(h._HasHeader("content-length"));
+    EXPECT_EQ(h.Source(), text);
+  }
+  EXPECT_EQ(Parsed("A: 1\nB: 2\r\nC: 3").Value("a"), "1\nB: 2") << "CR LF goes before LF";
+  EXPECT_EQ(Parsed("").Count(), 0);
+}
+
+TEST(Headers, TheSourceIsWhatWasParsed) {
+  InternetHeaders h = Parsed("A: 1\nB: 2");
+  h.DeleteAllHeaders();
+  h.SetHeader("C", "3");
+  EXPECT_EQ(h.Source(), "A: 1\nB: 2");
+  EXPECT_EQ(h._FormatHTTPHeaders(), "C: 3");
+  h._ParseHeaders("");
+  EXPECT_EQ(h.Count(), 0);
+  EXPECT_EQ(Made({{"A", "1"}, {"A", "2"}}).Source(), "A: 1\r\nA: 2");
+  for (const char* text : {"", "plain", "a\rb"}) {
+    EXPECT_EQ(InternetHeaders::_DetermineEOLCharacter(text), text[0] == 'a' ? "\r" : "\r\n");
+  }
+}
+
+TEST(Headers, TheMailFormHasItsOrderAndNoBlindCopies) {
+  const InternetHeaders h = Made({{"X-A", "1"},
+                                  {"to", "t1"},
+                                  {"BCC", "secret"},
+                                  {"bcc", "secret"},
+                                  {"CC", "c"},
+                                  {"From", "f"},
+                                  {"Subject", "s"},
+                                  {"To", "t2"},
+                                  {"Received", "r1"},
+                                  {"Date", "d"},
+                                  {"Received", "r2"},
+                                  {"Return-path", "p"},
+                                  {"X-A", "2"},
+                                  {"o", "3"}});
+  EXPECT_EQ(h._FormatEmailHeaders(),
+            "Return-Path: p\r\nReceived: r1\r\nReceived: r2\r\nDate: d\r\nSubject: s\r\nFrom: f\r\n"
+            "To: t1, t2\r\nCC: c\r\nX-A: 1\r\nX-A: 2\r\no: 3");
+  EXPECT_EQ(Made({})._FormatEmailHeaders(), "");
+}
+
+// What the collection promises, said with a plain list.
+struct Model {
+  Lines lines;
+
+  static bool Same(const std::string& a, const std::string& b) { return Lowercase(a) == Lowercase(b); }
+  std::vector<std::size_t> Of(const std::string& name) const {
+    std::vector<std::size_t> places;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+      if (Same(lines[i].first, name)) places.push_back(i);
+    }
+    return places;
+  }
+  void Delete(const std::string& name) {
+    std::erase_if(lines, [&](const auto& line) { return Same(line.first, name); });
+  }
+  void Set(const std::string& name, const std::string& value, std::size_t index) {
+    const auto places = Of(name);
+    if (index < places.size()) {
+      lines[places[index]].second = value;
+    } else {
+      lines.emplace_back(name, value);
+    }
+  }
+  void Delete(const std::string& name, std::size_t index) {
+    const auto places = Of(name);
+    if (index < places.size()) lines.erase(lines.begin() + static_cast<std::ptrdiff_t>(places[index]));
+  }
+  void Set(const std::string& name, const std::string& value) {
+    if (Of(name).size() > 1) Delete(name);
+    Set(name, value, 0);
+  }
+};
+
+TEST(Headers, AgreeWithAPlainListOverRandomChanges) {
+  std::mt19937 random(6);
+  const auto upTo = [&](unsigned n) { return static_cast<unsigned>(random() % n); };
+  InternetHeaders h;
+  Model m;
+  const std::string names[] = {"Set-Cookie", "X", "content-length"};
+  for (int step = 0; step < 5000; ++step) {
+    std::string name = names[upTo(3)];
+    if (upTo(2)) name = Uppercase(name);
+    const std::string value = std::to_string(step);
+    const unsigned index = upTo(6);
+    switch (upTo(step % 1000 == 0 ? 8 : 7)) {
+      case 0:
+      case 5:
+      case 6:
+        h.AppendHeader(name, value), m.lines.emplace_back(name, value);
+        break;
+      case 1:
+        h.SetHeader(name, value, index), m.Set(name, value, index);
+        break;
+      case 2:
+        h.Delete(name, index), m.Delete(name, index);
+        break;
+      case 3:
+        h.SetHeader(name, value), m.Set(name, value);
+        break;
+      case 4:
+        if (upTo(4) == 0) h.Delete(name), m.Delete(name);
+        break;
+      default:
+        h.DeleteAllHeaders(), m.lines.clear();
+    }
+    ASSERT_EQ(h.Count(), static_cast<std::int64_t>(m.lines.size())) << step;
+    for (const std::string& each : names) {
+      std::string expected;
+      for (const std::size_t place : m.Of(each))
+        expected += (expected.empty() ? "" : "|") + m.lines[place].second;
+      ASSERT_EQ(ValuesOf(h, each), expected) << "step " << step;
+      ASSERT_EQ(h._HasHeader(each), !m.Of(each).empty());
+    }
+  }
+}
+
+TEST(Headers, AMegabyteOfOneNameIsReadAtOnce) {
+  std::string text;
+  while (text.size() < 1 << 20) text += "a:1\r\n";
+  const auto start = std::chrono::steady_clock::now();
+  InternetHeaders h = Parsed(text);
+  EXPECT_EQ(h.NameCount("A"), 209716);
+  h.Delete("A", 0);
+  EXPECT_EQ(h._FormatHTTPHeaders().size(), 209715u * 6 - 2);
+  h.Delete("a");
+  EXPECT_EQ(h.Count(), 0);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+}
+
+}  // namespace
