@@ -1,5 +1,9 @@
 #include "support/FakePlatform.h"
 
+#include <utility>
+
+#include <utility>
+
 #include "runtime/TextControls.h"
 
 std::optional<std::string> FakePlatform::AskSavePath(const std::string& filter, const std::string& name) {
