@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 #include "runtime/FileReplacement.h"
 #include "runtime/Text.h"
@@ -16,6 +17,7 @@ constexpr std::size_t kGather = 256 * 1024;
 }
 
 TextOutputStream::TextOutputStream(std::unique_ptr<FileReplacement> file) : file_(std::move(file)) {}
+TextOutputStream::TextOutputStream(std::shared_ptr<MemoryBlock> block) : block_(std::move(block)) {}
 TextOutputStream::~TextOutputStream() = default;
 
 std::shared_ptr<TextOutputStream> TextOutputStream::Create(const FolderItemPtr& file) {
@@ -25,12 +27,19 @@ std::shared_ptr<TextOutputStream> TextOutputStream::Create(const FolderItemPtr& 
 }
 
 void TextOutputStream::Write(std::string_view text) {
+  if (block_) {
+    block_->Bytes().append(text);
+    return;
+  }
   if (!file_) throw IOException(EBADF);
-  pending_.append(text);
-  if (pending_.size() < kGather) return;
+  if (pending_.size() + text.size() < kGather) {
+    pending_.append(text);
+    return;
+  }
   auto file = std::move(file_);  // a failure discards it
   file->Write(pending_);
   pending_.clear();
+  file->Write(text);
   file_ = std::move(file);
 }
 
@@ -40,6 +49,7 @@ void TextOutputStream::WriteLine(std::string_view text) {
 }
 
 void TextOutputStream::Close() {
+  if (std::exchange(block_, nullptr)) return;
   if (!file_) throw IOException(EBADF);
   const auto last = std::move(file_);
   last->Write(pending_);

@@ -10,6 +10,7 @@
 #include "runtime/FolderItem.h"
 
 class FileReplacement;
+class MemoryBlock;
 
 // Writes a text file. The bytes gather in a file beside the target and take its place at Close,
 // whole or not at all: what stood there before is untouched until then, and stays if anything
@@ -20,6 +21,8 @@ class TextOutputStream {
  public:
   // Raises IOException with the errno; NilObjectException for a nil file.
   static std::shared_ptr<TextOutputStream> Create(const FolderItemPtr& file);
+  // Writes at the end of a block in memory; nothing fails then, and Close only ends the writing.
+  explicit TextOutputStream(std::shared_ptr<MemoryBlock> block);
   ~TextOutputStream();
 
   // Each raises IOException; the stream is then closed and the old file stands.
@@ -30,6 +33,7 @@ class TextOutputStream {
  private:
   explicit TextOutputStream(std::unique_ptr<FileReplacement> file);
   std::unique_ptr<FileReplacement> file_;
+  std::shared_ptr<MemoryBlock> block_;
   std::string pending_;
 };
 

@@ -45,15 +45,15 @@ void TextField::PutOverSelection(const std::string& text) {
   SelStart = std::min(caret, text_.size());
 }
 
-void TextArea::AppendText(const std::string& text) {
-  if (text.empty()) return;
-  text_ += text;
+void TextArea::SetText(std::string text) {
+  if (text == *text_) return;
+  text_ = std::make_shared<std::string>(std::move(text));
   Changed();
 }
 
-std::string TextArea::Take() {
-  std::string taken;
-  taken.swap(text_);
-  if (!taken.empty()) Changed();
-  return taken;
+void TextArea::AppendText(std::string_view text) {
+  if (text.empty()) return;
+  if (text_.use_count() > 1) text_ = std::make_shared<std::string>(*text_);
+  text_->append(text);
+  Changed();
 }

@@ -1,7 +1,8 @@
 // The controls that hold a text. Texts are bytes, taken to be UTF-8.
 #pragma once
 
-#include <utility>
+#include <memory>
+#include <string_view>
 
 #include "runtime/Control.h"
 #include "runtime/Platform.h"
@@ -39,16 +40,21 @@ class TextField : public Control {
   std::string undo_;
 };
 
-// One text buffer of any size. Take hands the text out and leaves "".
+// A text that several may hold and nobody changes; never nullptr.
+using SharedText = std::shared_ptr<const std::string>;
+
+// One text buffer of any size.
 class TextArea : public Control {
  public:
   explicit TextArea(Window& owner) : Control(owner, ControlKind::TextArea) {}
-  const std::string& Text() const { return text_; }
-  void SetText(std::string text) { Set(text_, std::move(text)); }
-  void AppendText(const std::string& text);
-  std::string Take();
+  const std::string& Text() const { return *text_; }
+  void SetText(std::string text);
+  // Adds to the text; whoever shares it keeps what it was.
+  void AppendText(std::string_view text);
+  // The text without a copy of it.
+  SharedText Share() const { return text_; }
 
  private:
-  void TakeInitialText(const std::string& text) override { text_ = text; }
-  std::string text_;
+  void TakeInitialText(const std::string& text) override { *text_ = text; }
+  std::shared_ptr<std::string> text_ = std::make_shared<std::string>();
 };

@@ -1,37 +1,18 @@
 #include "timedtext/TimedText.h"
 
+#include <cstring>
+
 #include "app/App.h"
 #include "app/Window1.h"
 #include "http/HTTPSocket.h"
 #include "runtime/Numbers.h"
+#include "runtime/byte_search.h"
+#include "runtime/exceptions.h"
+#include "timedtext/normalise.h"
 
 namespace {
 
 constexpr std::int64_t kTimedTextTimeOut = 30;  // seconds without progress
-constexpr std::string_view kSeparator = " ||| ";
-
-enum class Reach { First, Every };
-
-struct Step {
-  Reach reach;
-  std::string_view find;
-  std::string_view put;
-};
-
-// In this order. The first two are four characters each, with a backslash: no line end.
-constexpr Step kSteps[] = {
-    {Reach::Every, "/\\r/", ""},
-    {Reach::Every, "/\\n/", ""},
-    {Reach::First, "<transcript>", ""},
-    {Reach::First, "</transcript>", ""},
-    {Reach::Every, "<text start=\"", ""},
-    {Reach::Every, "\" dur=\"", kSeparator},
-    {Reach::Every, "\">", kSeparator},
-    {Reach::Every, "</text>", kSeparator},
-    {Reach::First, "<?xml version=\"1.0\" encoding=\"utf-8\" ?>", ""},
-    {Reach::Every, "&amp;#39;", "'"},
-    {Reach::Every, "&amp;quot;", "\""},
-};
 
 std::string AddressOf(const Window1& form, std::int64_t row) {
   const App& app = App::Get();
@@ -40,11 +21,19 @@ std::string AddressOf(const Window1& form, std::int64_t row) {
                     " ", "");
 }
 
+// The next separator at or behind from. Its bars are rare, so they are what is looked for.
+std::size_t NextSeparator(std::string_view text, std::size_t from) {
+  for (std::size_t bar = text.find('|', from + 1); bar != std::string_view::npos;
+       bar = text.find('|', bar + 1)) {
+    if (text.substr(bar - 1, kSeparator.size()) == kSeparator) return bar - 1;
+  }
+  return std::string_view::npos;
+}
+
 }  // namespace
 
 std::optional<TimedText> FetchTimedText(Window1& form, std::int64_t row) {
-  TimedText track;
-  track.trackTitle = Replace(form.Listbox1.Cell(row, 0), "\" lang_default=\"true", "");
+  const std::string title = Replace(form.Listbox1.Cell(row, 0), "\" lang_default=\"true", "");
   form.TextArea1.SetText("");
   HTTPSocket socket;
   std::string body = socket.Get(AddressOf(form, row), kTimedTextTimeOut);
@@ -55,32 +44,60 @@ std::optional<TimedText> FetchTimedText(Window1& form, std::int64_t row) {
         "again.");
     return std::nullopt;
   }
-  form.TextArea1.SetText(NormaliseTimedText(DefineEncoding(std::move(body), Encodings::UTF8)));
-  track.fields = Split(form.TextArea1.Text(), kSeparator);
+  TimedText track = CutTimedText(form, DefineEncoding(std::move(body), Encodings::UTF8));
+  track.trackTitle = title;
   return track;
 }
 
-std::string NormaliseTimedText(std::string document) {
-  for (const Step& step : kSteps) {
-    document = step.reach == Reach::Every ? ReplaceAll(std::move(document), step.find, step.put)
-                                          : Replace(std::move(document), step.find, step.put);
-  }
-  return document;
+TimedText CutTimedText(Window1& form, std::string body) {
+  form.TextArea1.SetText(NormaliseTimedText(std::move(body)));
+  return TimedText(form.TextArea1.Share());
 }
 
-// Starts stand at 0, 3, 6, ... and texts at 2, 5, 8, ..., each below the last field.
-std::size_t TimedText::Starts() const { return (fields.size() - 1 + 2) / 3; }
-std::size_t TimedText::Cues() const { return (fields.size() - 1) / 3; }
+TimedText::TimedText(SharedText normalised) : document_(std::move(normalised)) {
+  // A cue of three fields takes some hundred bytes; a list that turns out longer grows.
+  ends_.reserve(document_->size() / 32);
+  std::size_t from = 0;
+  for (std::size_t at = NextSeparator(*document_, 0); at != std::string::npos;
+       at = NextSeparator(*document_, from)) {
+    ends_.push_back(at);
+    from = at + kSeparator.size();
+  }
+  ends_.push_back(document_->size());
+}
 
-TimedTextCue TimedText::Times(std::size_t i) const { return {fields.at(3 * i), fields.at(3 * i + 1), ""}; }
+std::string_view TimedText::Field(std::size_t index) const {
+  if (index >= ends_.size()) throw OutOfBoundsException("The document has no field at that index.");
+  const std::size_t from = index == 0 ? 0 : ends_[index - 1] + kSeparator.size();
+  return std::string_view(*document_).substr(from, ends_[index] - from);
+}
 
-std::string TimedText::Text(std::size_t i) const { return CleanCueText(fields.at(3 * i + 2)); }
+void TimedText::AppendText(std::size_t i, TextList& texts) const {
+  const std::string_view text = Field(3 * i + 2);
+  if (FindFirstOfThree(text, 0, '\r', '\n', '\xFD') == text.size()) {
+    texts.Append(text);
+  } else {
+    texts.Append(CleanCueText(std::string(text)));
+  }
+}
 
+// One pass for the four replacements, of which none makes what another looks for.
 std::string CleanCueText(std::string text) {
-  text = ReplaceLineEndings(std::move(text), " ");
-  text = ReplaceAll(std::move(text), ChrB(253) + ChrB(255), " ");
-  text = ReplaceAll(std::move(text), "\n", " ");
-  return ReplaceAll(std::move(text), "\r\n", " ");
+  std::size_t from = FindFirstOfThree(text, 0, '\r', '\n', '\xFD');
+  std::size_t to = from;
+  while (from < text.size()) {
+    const std::string_view pair = std::string_view(text).substr(from, 2);
+    const std::size_t length = pair == "\r\n" || pair == "\xFD\xFF" ? 2 : 1;
+    const bool isAlone = text[from] == '\xFD' && length == 1;
+    text[to++] = isAlone ? '\xFD' : ' ';
+    from += length;
+    const std::size_t next = FindFirstOfThree(text, from, '\r', '\n', '\xFD');
+    std::memmove(text.data() + to, text.data() + from, next - from);
+    to += next - from;
+    from = next;
+  }
+  text.resize(to);
+  return text;
 }
 
 double CueEndSeconds(const TimedTextCue& cue) { return Val(Str(Val(cue.start) + Val(cue.dur))); }

@@ -10,39 +10,55 @@
 // read as far as both the times and the texts go.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
-#include "runtime/Text.h"
+#include "runtime/TextControls.h"
+#include "runtime/TextList.h"
 
 class Window1;
 
 struct TimedTextCue {
-  std::string start;  // decimal seconds, as the document has them
-  std::string dur;
-  std::string text;
+  std::string_view start;  // decimal seconds, as the document has them
+  std::string_view dur;
 };
 
-// One fetched track.
-struct TimedText {
-  std::string trackTitle;  // the language's name, the base of the default file name
-  StringArray fields;      // start, dur, text, start, ..., and one last field behind the last separator
+// One fetched track: its fields are start, dur, text, start, ..., and one last field behind the
+// last separator. They lie in the normalised document, which is shared, not copied.
+class TimedText {
+ public:
+  // Cuts a normalised document at its separators.
+  explicit TimedText(SharedText normalised);
 
-  // The cues that have a start, and those that have a text as well.
-  std::size_t Starts() const;
-  std::size_t Cues() const;
-  // start and dur of cue i below Starts(), without its text.
-  TimedTextCue Times(std::size_t i) const;
-  // The words of cue i below Cues(), cleaned.
-  std::string Text(std::size_t i) const;
+  std::string trackTitle;  // the language's name, the base of the default file name
+
+  // The cues that have a start, and those that have a text as well: starts stand at the fields
+  // 0, 3, 6, ... and texts at 2, 5, 8, ..., each in front of the last field.
+  std::size_t Starts() const { return (ends_.size() - 1 + 2) / 3; }
+  std::size_t Cues() const { return (ends_.size() - 1) / 3; }
+  // start and dur of cue i below Starts().
+  TimedTextCue Times(std::size_t i) const { return {Field(3 * i), Field(3 * i + 1)}; }
+  // Appends the words of cue i below Cues(), cleaned.
+  void AppendText(std::size_t i, TextList& texts) const;
+  // OutOfBoundsException for a field that is not there.
+  std::string_view Field(std::size_t index) const;
+  std::size_t Fields() const { return ends_.size(); }
+
+ private:
+  SharedText document_;
+  std::vector<std::size_t> ends_;  // of the fields, without the separators behind them
 };
 
 // Fetches the track in this row of Listbox1, leaves the normalised document in TextArea1 and cuts it.
 // nullopt after a failed connection, which the person has been told.
 std::optional<TimedText> FetchTimedText(Window1& form, std::int64_t row);
 
-// The replacements of the stage, on a whole document.
-std::string NormaliseTimedText(std::string document);
+// What FetchTimedText does with the reply's body, whatever it is.
+TimedText CutTimedText(Window1& form, std::string body);
+
 // Line ends, and the byte pair FD FF, become blanks; nothing is trimmed.
 std::string CleanCueText(std::string text);
 // Start plus duration, by way of its decimal text.

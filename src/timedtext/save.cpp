@@ -1,5 +1,6 @@
 #include "timedtext/save.h"
 
+#include "runtime/Application.h"
 #include "runtime/Platform.h"
 #include "runtime/exceptions.h"
 
@@ -13,6 +14,7 @@ bool TellFailure(const FolderItem& file, int error) {
 }  // namespace
 
 bool SaveFile(const FolderItemPtr& file, const std::function<void(TextOutputStream&)>& write) {
+  Application::Current().CheckEnded();  // the window may have gone while its dialog was open
   const auto stream = file->CreateTextFile();
   if (!stream) return TellFailure(*file, file->LastErrorCode());
   try {

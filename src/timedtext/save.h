@@ -6,5 +6,6 @@
 #include "runtime/Streams.h"
 
 // Creates file, lets write fill it and closes it; true if it stands. A failure is told to the person
-// with the file's name and the reason, and what stood there before is untouched.
+// with the file's name and the reason, and what stood there before is untouched. Called right behind
+// the save dialog, it also ends a command whose window went meanwhile.
 bool SaveFile(const FolderItemPtr& file, const std::function<void(TextOutputStream&)>& write);

@@ -7,6 +7,8 @@
 //   track  = `<track id="` number `" name="` name `" ` ... `lang_code="` code `"` ...
 //            `lang_translated="` language [ `" lang_default="true` ]
 
+#include "tracks/track_list.h"
+
 #include <optional>
 
 #include "app/App.h"
@@ -101,6 +103,12 @@ void ParseTracks(Window1& form) {
 
 }  // namespace
 
+void TakeTrackList(Window1& form, std::string reply) {
+  form.TextArea1.SetText(std::move(reply));
+  CutIntoElements(form);
+  ParseTracks(form);
+}
+
 void Window1::PushButton2_Action() {
   if (TextField1.Text().empty()) return MsgBox("Please paste a YouTube URL into the form first.");
   const auto code = VideoCode(TextField1.Text());
@@ -112,9 +120,7 @@ void Window1::PushButton2_Action() {
   HTTPSocket socket;
   const std::string address =
       "http://" + app.endpoints.TrackListEndpoint + "/timedtext?type=list&v=" + app.vidCode;
-  TextArea1.SetText(socket.Get(address, kTrackListTimeOut));
-  CutIntoElements(*this);
-  ParseTracks(*this);
+  TakeTrackList(*this, socket.Get(address, kTrackListTimeOut));
   if (Listbox1.ListCount() == 0) {
     MsgBox(
         "There are no transcripts available for this video. Auto-generated transcripts contain no data and "

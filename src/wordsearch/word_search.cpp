@@ -7,6 +7,7 @@
 #include "app/Window1.h"
 #include "runtime/Numbers.h"
 #include "runtime/RegEx.h"
+#include "runtime/Text.h"
 #include "runtime/exceptions.h"
 #include "timedtext/TimedText.h"
 #include "timedtext/timecode.h"
@@ -14,21 +15,21 @@
 
 namespace {
 
-// Takes back what one run has shown, unless the run is kept: its rows, or the window that it made.
+SearchWin* OpenResults() { return static_cast<SearchWin*>(App::Get().FindWindow(SearchWin::kName)); }
+
+// Takes back what one run has shown: its rows, or the window that it made. The one that was open
+// before may have been closed meanwhile; it is not destroyed before the command has returned.
 class RunRows {
  public:
-  RunRows() {
-    const auto* open = static_cast<SearchWin*>(App::Get().FindWindow(SearchWin::kName));
-    before_ = open ? open->resultsList.ListCount() : kNoWindow;
-  }
+  RunRows() : window_(OpenResults()), before_(window_ ? window_->resultsList.ListCount() : 0) {}
   void TakeBack() const {
-    auto* open = static_cast<SearchWin*>(App::Get().FindWindow(SearchWin::kName));
+    SearchWin* open = OpenResults();
     if (!open) return;
-    before_ == kNoWindow ? open->Close() : open->resultsList.RemoveRowsFrom(before_);
+    open == window_ ? open->resultsList.RemoveRowsFrom(before_) : open->Close();
   }
 
  private:
-  static constexpr std::int64_t kNoWindow = -1;
+  const SearchWin* window_;
   std::int64_t before_;
 };
 
@@ -60,13 +61,13 @@ void Window1::PushButton3_Action() {
 bool Window1::DoWordSearch(std::int64_t row) {
   const auto track = FetchTimedText(*this, row);
   if (!track) return true;
-  StringArray starts, texts;
+  TextList starts, texts;
   for (std::size_t i = 0; i < track->Starts(); ++i) {
-    Append(starts, ToCommaTimecode(SecsToTimecode(Val(track->Times(i).start))));
+    starts.Append(ToCommaTimecode(StartTimecode(track->Times(i).start)));
     RuntimeBackgroundTask();
   }
   for (std::size_t i = 0; i < track->Cues(); ++i) {
-    Append(texts, track->Text(i));
+    track->AppendText(i, texts);
     RuntimeBackgroundTask();
   }
 
@@ -75,11 +76,10 @@ bool Window1::DoWordSearch(std::int64_t row) {
   term.SearchPattern = searchField.Text();
   std::int64_t hits = 0;
   try {
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-      starts.at(i) = Replace(starts[i], ",", ".");
-      if (term.Search(texts[i])) {
+    for (std::size_t i = 0; i < texts.Count(); ++i) {
+      if (term.Search(texts.At(i))) {
         ++hits;
-        AddHit(starts[i], texts[i]);
+        AddHit(Replace(std::string(starts.At(i)), ",", "."), std::string(texts.At(i)));
       }
       App::Get().searchCount = Str(hits);
       RuntimeBackgroundTask();

@@ -1,0 +1,139 @@
+// The quick ways give what the plain ones give, byte for byte: on sound documents, on broken ones, and
+// on documents put together at random out of the very texts that the plain steps look for.
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "runtime/Digest.h"
+#include "runtime/Numbers.h"
+#include "runtime/Text.h"
+#include "timedtext/TimedText.h"
+#include "timedtext/normalise.h"
+#include "timedtext/timecode.h"
+
+namespace {
+
+const std::string kDeclaration = "<?xml version=\"1.0\" encoding=\"utf-8\" ?>";
+const std::string kSound =
+    kDeclaration +
+    "<transcript><text start=\"0.5\" dur=\"3.2\">It&amp;#39;s &amp;quot;so&amp;quot;></text>"
+    "<text start=\"3.7\" dur=\"2\">two\nlines &amp;amp; &lt;b&gt; \" dur=</text></transcript>";
+
+// Pieces of what the steps look for, whole and torn, and what they put in.
+const std::vector<std::string> kPieces = {"<transcript>",
+                                          "</transcript>",
+                                          "<text start=\"",
+                                          "\" dur=\"",
+                                          "\">",
+                                          "</text>",
+                                          "&amp;#39;",
+                                          "&amp;quot;",
+                                          "/\\r/",
+                                          "/\\n/",
+                                          kDeclaration,
+                                          " ||| ",
+                                          "<",
+                                          ">",
+                                          "\"",
+                                          "&",
+                                          ";",
+                                          "<text",
+                                          " start=",
+                                          "</te",
+                                          "xt>",
+                                          "&amp;#3",
+                                          "9;",
+                                          " dur=",
+                                          "/",
+                                          "\\",
+                                          "r",
+                                          "|",
+                                          " ",
+                                          "\n",
+                                          "\r",
+                                          "1.5",
+                                          "words",
+                                          "\xFD\xFF",
+                                          "\xD0\x9C",
+                                          "<trans",
+                                          "cript>"};
+
+std::string RandomDocument(std::mt19937& random) {
+  std::string document;
+  const auto opening = random() % 4;
+  if (opening != 0) document = kDeclaration + "<transcript>";
+  if (opening == 1) document = kDeclaration + " <transcript>";
+  for (auto i = random() % 25; i > 0; --i) document += kPieces[random() % kPieces.size()];
+  if (random() % 2) document += "</transcript>";
+  return document;
+}
+
+}  // namespace
+
+TEST(Equality, NormalisingSoundAndCutDocuments) {
+  for (std::size_t length = 0; length <= kSound.size(); ++length) {
+    const std::string cut = kSound.substr(0, length);
+    ASSERT_EQ(NormaliseTimedText(cut), NormaliseStepByStep(cut)) << cut;
+  }
+}
+
+TEST(Equality, NormalisingWithOneByteGoneOrTwice) {
+  for (std::size_t at = 0; at < kSound.size(); ++at) {
+    std::string gone = kSound, twice = kSound;
+    gone.erase(at, 1);
+    twice.insert(at, 1, kSound[at]);
+    ASSERT_EQ(NormaliseTimedText(gone), NormaliseStepByStep(gone)) << gone;
+    ASSERT_EQ(NormaliseTimedText(twice), NormaliseStepByStep(twice)) << twice;
+  }
+}
+
+TEST(Equality, NormalisingRandomDocuments) {
+  std::mt19937 random(20261122);
+  for (int i = 0; i < 200000; ++i) {
+    const std::string document = RandomDocument(random);
+    ASSERT_EQ(NormaliseTimedText(document), NormaliseStepByStep(document)) << document;
+  }
+}
+
+TEST(Equality, TimecodesOfEveryThousandthAroundTheEdges) {
+  for (const std::int64_t edge : {0, 59, 60, 3599, 3600, 7199, 36000, 359999, 360000, 999999999}) {
+    for (std::int64_t n = std::max<std::int64_t>(0, edge * 1000 - 1200); n < edge * 1000 + 1200; ++n) {
+      const std::string start = Str(static_cast<double>(n) / 1000);
+      ASSERT_EQ(StartTimecode(start), SecsToTimecode(Val(start))) << start;
+    }
+  }
+}
+
+TEST(Equality, TimecodesOfRandomAndOddTexts) {
+  std::mt19937 random(7);
+  std::vector<std::string> texts = {"",    ".",          "1.",       ".5",   "-1.5",
+                                    "+2",  "1e3",        "1.2345",   "12 s", "0x10",
+                                    "1,5", "9999999999", "00012.50", "007",  std::string(400, '9'),
+                                    "inf", "1..2",       " 1"};
+  for (int i = 0; i < 3000; ++i) {
+    texts.push_back(std::to_string(random() % 20000) + "." + std::to_string(random() % 1000));
+    texts.push_back(std::to_string(random() % 200) + "." + std::to_string(random() % 100) + "5");
+  }
+  for (const std::string& start : texts) {
+    const std::string& dur = texts[random() % texts.size()];
+    ASSERT_EQ(StartTimecode(start), SecsToTimecode(Val(start))) << start;
+    ASSERT_EQ(EndTimecode(start, dur), SecsToTimecode(CueEndSeconds({start, dur}))) << start << " + " << dur;
+  }
+}
+
+TEST(Equality, CleaningCueTexts) {
+  const auto plain = [](std::string text) {
+    text = ReplaceLineEndings(std::move(text), " ");
+    text = ReplaceAll(std::move(text), ChrB(253) + ChrB(255), " ");
+    text = ReplaceAll(std::move(text), "\n", " ");
+    return ReplaceAll(std::move(text), "\r\n", " ");
+  };
+  std::mt19937 random(11);
+  constexpr std::string_view kBytes = "\r\n\xFD\xFF ab";
+  for (int i = 0; i < 100000; ++i) {
+    std::string text;
+    for (auto n = random() % 30; n > 0; --n) text += kBytes[random() % kBytes.size()];
+    ASSERT_EQ(CleanCueText(text), plain(text)) << EncodeBase64(text, 0);
+  }
+}
