@@ -1,0 +1,55 @@
+// Names of files in the gateway's folders: what is read from a name is what stands in it, and the list
+// of tracks that is made of it brings the program the same language back.
+
+#include "gateway/caption_name.h"
+#include "gateway/language_name.h"
+#include "gateway/request_target.h"
+#include "gateway/track_list.h"
+#include "support/Harness.h"
+
+namespace {
+
+bool IsOneOf(const std::string& text, std::string_view marks) {
+  for (const char c : text) {
+    const bool isAlnum = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    if (!isAlnum && marks.find(c) == std::string_view::npos) return false;
+  }
+  return !text.empty();
+}
+
+void CheckList(const gateway::CaptionName& name) {
+  const std::string document = gateway::TrackListDocument(name.code, {name.language});
+  HOLDS(!gateway::EnglishName(name.language).empty());
+  HOLDS(fuzz::IsValidUTF8(document));
+  fuzz::Program program;
+  wire::Reset([&](const std::string&) { return wire::Reply{wire::Page(document)}; });
+  program.form.TextField1.PersonTypes("https://host/watch?v=" + name.code);
+  HOLDS(program.form.PushButton2.PersonClicks());
+  HOLDS(program.TakeMessages().empty());
+  HOLDS(program.form.Listbox1.ListCount() == 1);
+  HOLDS(program.form.Listbox1.Cell(0, 1) == name.language);
+  HOLDS(!program.form.Listbox1.Cell(0, 0).empty());
+}
+
+void CheckTarget(const gateway::CaptionName& name) {
+  const auto wanted = gateway::ReadTarget("/api/timedtext?&v=" + name.code + "&lang=" + name.language);
+  HOLDS(wanted.kind == gateway::CaptionRequest::Kind::TimedText);
+  HOLDS(wanted.code == name.code && wanted.language == name.language);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string fileName(reinterpret_cast<const char*>(data), size);
+  const auto name = gateway::ParseCaptionName(fileName);
+  // Any bytes are a target too.
+  const auto wanted = gateway::ReadTarget(fileName);
+  HOLDS(wanted.code.size() <= fileName.size() && wanted.language.size() <= fileName.size());
+  HOLDS(wanted.code.find_first_of("&?# \t") == std::string::npos);
+  if (!name) return 0;
+  HOLDS(name->title + " [" + name->code + "]." + name->language + ".srv1" == fileName);
+  HOLDS(!name->title.empty() && IsOneOf(name->code, "-._~") && IsOneOf(name->language, "-_"));
+  CheckTarget(*name);
+  CheckList(*name);
+  return 0;
+}

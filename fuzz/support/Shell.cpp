@@ -1,0 +1,16 @@
+// A shell that runs nothing. All that the program may ever hand to one is the probe's command.
+
+#include "runtime/Shell.h"
+
+#include "support/Harness.h"
+
+Shell::~Shell() = default;
+
+void Shell::Execute(const std::string& command) {
+  HOLDS(command.starts_with("ping -n -q -W 5 -c 1 "));
+  HOLDS(command.find_first_of(";|&$`<>(){}'\"\\\r\n") == std::string::npos);
+}
+
+bool Shell::IsRunning() { return false; }
+void Shell::Close() {}
+void Shell::Collect(int) {}
