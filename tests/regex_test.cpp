@@ -132,10 +132,10 @@ TEST(RegEx, NeverGivesUpOrdinaryPatterns) {
   while (text.size() < 1'000'000) text += "The harbour, at 7.30; \"wet & quiet\", Ende der Straße\n";
   for (const char* pattern : {"needle", "harbour.*needle", "(?:wet|dry) and", "[a-z]+ing\\b", "\\bq\\w+z\\b",
                               "(\\w+) \\1 \\1", "^needle", "\\d+:\\d+", "a.{3}z", "(a|b|c)+needle",
-                              "(?:.|\\n)*needle", "(\\w+\\W+){3}needle", "[^x]*needle", ".+needle$"}) {
+                              "(\\w+\\W+){3}needle", "[^x]*needle", ".+needle$"}) {
     RegEx regex;
     regex.SearchPattern = pattern;
-    EXPECT_NO_THROW(EXPECT_EQ(regex.Search(std::string_view(text).substr(0, 1'500)), nullptr)) << pattern;
+    EXPECT_NO_THROW(EXPECT_EQ(regex.Search(std::string_view(text).substr(0, 4'000)), nullptr)) << pattern;
   }
   EXPECT_EQ(Found("(?:.|\\n)*Ende", std::string_view(text).substr(0, 52 * 2000)), "0+103991");
   for (const char* pattern : {"needle", "[a-z]+needle", "(?:wet|dry) and", "\\d+:\\d+"}) {

@@ -95,10 +95,11 @@ bool FolderItem::Directory() const {
 }
 
 std::shared_ptr<TextOutputStream> FolderItem::CreateTextFile() {
+  const auto self = std::make_shared<FolderItem>(path_);
   try {
-    return TextOutputStream::Create(std::make_shared<FolderItem>(path_));
-  } catch (const IOException& e) {
-    lastError_ = e.ErrorNumber();
+    return TextOutputStream::Create(self);
+  } catch (const IOException&) {
+    lastError_ = self->LastErrorCode();
     return nullptr;
   }
 }
@@ -133,6 +134,7 @@ std::string PlainFileName(const std::string& name) {
   if (dot == std::string::npos || plain.size() - dot > kLongestExtension) dot = plain.size();
   const std::string extension = plain.substr(dot);
   std::string base = plain.substr(0, dot);
+  if (base.starts_with('.')) base[0] = '_';  // the only dot, in front of what is no extension
   CutAtCharacter(base, kLongestName - extension.size());
   return (base.empty() ? "_" : base) + extension;
 }

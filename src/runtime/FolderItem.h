@@ -34,6 +34,7 @@ class FolderItem {
   int LastErrorCode() const { return lastError_; }
 
  private:
+  friend class TextOutputStream;
   std::string path_;
   int lastError_ = 0;
 };

@@ -22,8 +22,13 @@ TextOutputStream::~TextOutputStream() = default;
 
 std::shared_ptr<TextOutputStream> TextOutputStream::Create(const FolderItemPtr& file) {
   if (!file) throw NilObjectException("There is no file to write to.");
-  auto replacement = std::make_unique<FileReplacement>(file->Path());
-  return std::shared_ptr<TextOutputStream>(new TextOutputStream(std::move(replacement)));
+  try {
+    auto replacement = std::make_unique<FileReplacement>(file->Path());
+    return std::shared_ptr<TextOutputStream>(new TextOutputStream(std::move(replacement)));
+  } catch (const IOException& e) {
+    file->lastError_ = e.ErrorNumber();
+    throw;
+  }
 }
 
 void TextOutputStream::Write(std::string_view text) {

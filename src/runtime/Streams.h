@@ -19,7 +19,8 @@ class MemoryBlock;
 // that is no plain file, the bytes are kept in memory and written in place at Close.
 class TextOutputStream {
  public:
-  // Raises IOException with the errno; NilObjectException for a nil file.
+  // Raises IOException with the errno, which is then the file's LastErrorCode too;
+  // NilObjectException for a nil file.
   static std::shared_ptr<TextOutputStream> Create(const FolderItemPtr& file);
   // Writes at the end of a block in memory; nothing fails then, and Close only ends the writing.
   explicit TextOutputStream(std::shared_ptr<MemoryBlock> block);

@@ -1,0 +1,256 @@
+// Files on a real disk: replaced whole or not at all, read within bounds, named plainly.
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+
+#include "runtime/FolderItem.h"
+#include "runtime/Streams.h"
+#include "runtime/exceptions.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+FolderItemPtr At(const std::string& path) { return std::make_shared<FolderItem>(path); }
+
+// The errno with which writing text to path fails, 0 if it succeeds.
+int Save(const std::string& path, const std::string& text) {
+  try {
+    const auto stream = TextOutputStream::Create(At(path));
+    stream->Write(text);
+    stream->Close();
+  } catch (const IOException& e) {
+    return e.ErrorNumber();
+  }
+  return 0;
+}
+
+mode_t ModeOf(const std::string& path) {
+  struct stat found {};
+  ::stat(path.c_str(), &found);
+  return found.st_mode & 07777;
+}
+
+TEST(Saving, TheOldFileIsWholeUntilClose) {
+  const TemporaryFolder folder;
+  WriteFile(folder / "a.txt", "old");
+  const auto stream = At(folder / "a.txt")->CreateTextFile();
+  stream->WriteLine("one");
+  stream->Write(std::string(600'000, 'x'));
+  EXPECT_EQ(ReadFile(folder / "a.txt"), "old");
+  stream->Write("\xFF\0"s);
+  stream->Close();
+  EXPECT_EQ(ReadFile(folder / "a.txt"), "one\n" + std::string(600'000, 'x') + "\xFF\0"s);
+  EXPECT_EQ(folder.Count(), 1u);
+  EXPECT_THROW(stream->Write("more"), IOException);
+  EXPECT_THROW(stream->Close(), IOException);
+}
+
+TEST(Saving, ADroppedStreamLeavesNothing) {
+  const TemporaryFolder folder;
+  WriteFile(folder / "old.txt", "old");
+  for (const char* name : {"old.txt", "new.txt"}) {
+    TextOutputStream::Create(At(folder / name))->Write(std::string(600'000, 'x'));
+  }
+  EXPECT_EQ(ReadFile(folder / "old.txt"), "old");
+  EXPECT_EQ(folder.Count(), 1u);
+}
+
+TEST(Saving, LinksAreFollowedAndStay) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder / "sub");
+  WriteFile(folder / "sub/target", "old");
+  std::filesystem::create_symlink("sub/target", folder / "direct");
+  std::filesystem::create_symlink(folder / "direct", folder / "chain");
+  std::filesystem::create_symlink("sub/none", folder / "dangling");
+  std::filesystem::create_symlink("loop", folder / "loop");
+  EXPECT_EQ(Save(folder / "chain", "new"), 0);
+  EXPECT_EQ(Save(folder / "dangling", "made"), 0);
+  EXPECT_EQ(Save(folder / "loop", "x"), ELOOP);
+  EXPECT_EQ(ReadFile(folder / "sub/target") + ReadFile(folder / "sub/none"), "newmade");
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "chain") &&
+              std::filesystem::is_symlink(folder / "dangling"));
+  EXPECT_EQ(folder.Count(), 5u);
+}
+
+TEST(Saving, ModeIsKeptAndANewFileObeysTheMask) {
+  const TemporaryFolder folder;
+  for (const mode_t mode : {0600u, 0644u, 0755u, 0640u}) {
+    WriteFile(folder / "a", "old");
+    ::chmod((folder / "a").c_str(), mode);
+    EXPECT_EQ(Save(folder / "a", "new"), 0);
+    EXPECT_EQ(ModeOf(folder / "a"), mode);
+  }
+  const mode_t before = ::umask(027);
+  EXPECT_EQ(Save(folder / "b", "new"), 0);
+  ::umask(before);
+  EXPECT_EQ(ModeOf(folder / "b"), 0640u);
+}
+
+TEST(Saving, ToldFailuresLeaveEverythingAsItWas) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder / "sub");
+  WriteFile(folder / "file", "old");
+  ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+  const std::pair<std::string, int> cases[] = {
+      {folder / "sub", EISDIR},       {folder / std::string(300, 'n'), ENAMETOOLONG},
+      {folder / "none/file", ENOENT}, {folder / "file/below", ENOTDIR},
+      {"/dev/full", ENOSPC},          {folder / "pipe", ENXIO},
+      {folder.Path() + "/", EINVAL},  {folder / "a\0b"s, EINVAL},
+  };
+  for (const auto& [path, error] : cases) EXPECT_EQ(Save(path, "x"), error) << path;
+  EXPECT_EQ(ReadFile(folder / "file"), "old");
+  EXPECT_EQ(folder.Count(), 3u);
+  EXPECT_THROW(TextOutputStream::Create(nullptr), NilObjectException);
+}
+
+TEST(Saving, TheItemKnowsWhyItsStreamFailed) {
+  const TemporaryFolder folder;
+  FolderItem item(folder.Path());
+  EXPECT_EQ(item.CreateTextFile(), nullptr);
+  EXPECT_EQ(item.LastErrorCode(), EISDIR);
+  const auto shared = At(folder.Path());
+  EXPECT_THROW(TextOutputStream::Create(shared), IOException);
+  EXPECT_EQ(shared->LastErrorCode(), EISDIR);
+  EXPECT_EQ(IOException(ENOSPC).what(), "No space left on device"s);
+}
+
+// Runs body as a user without rights to anything of ours; permission bits are no obstacle to root.
+int AsNobody(const std::function<int()>& body) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    const bool dropped = ::setgid(65534) == 0 && ::setuid(65534) == 0;
+    ::_exit(dropped || ::getuid() != 0 ? body() : 99);
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST(Saving, WritesInPlaceWhereTheFolderTakesNoFile) {
+  if (::getuid() != 0) GTEST_SKIP() << "needs a second user";
+  const TemporaryFolder folder;
+  for (const char* name : {"open", "locked"}) WriteFile(folder / name, "the old and longer text");
+  ::chmod(folder.Path().c_str(), 0755);
+  ::chmod((folder / "open").c_str(), 0666);
+  ::chmod((folder / "locked").c_str(), 0444);
+  EXPECT_EQ(AsNobody([&] { return Save(folder / "open", "new"); }), 0);
+  EXPECT_EQ(ReadFile(folder / "open"), "new");
+  EXPECT_EQ(AsNobody([&] { return Save(folder / "open", std::string(5000, 'x')); }), 0);
+  EXPECT_EQ(ReadFile(folder / "open"), std::string(5000, 'x'));
+  EXPECT_EQ(AsNobody([&] { return Save(folder / "locked", "new"); }), EACCES);
+  EXPECT_EQ(AsNobody([&] { return Save(folder / "made", "new"); }), EACCES);
+  EXPECT_EQ(ReadFile(folder / "locked"), "the old and longer text");
+  ::chmod(folder.Path().c_str(), 0777);
+  EXPECT_EQ(AsNobody([&] { return Save(folder / "locked", "new"); }), EACCES) << "a locked file stays";
+  EXPECT_EQ(AsNobody([&] { return Save(folder / "open", "mine?"); }), 0);
+  struct stat found {};
+  ::stat((folder / "open").c_str(), &found);
+  EXPECT_EQ(found.st_uid, 0u) << "the owner is kept";
+  EXPECT_EQ(folder.Count(), 2u);
+}
+
+TEST(Reading, LinesOfEveryKindWithinBounds) {
+  const TemporaryFolder folder;
+  const std::string longLine(10'000, 'l');
+  WriteFile(folder / "a", "one\ntwo\r\nthree\r\r\n" + longLine + "\nna\0me\n\nlast"s);
+  const auto stream = At(folder / "a")->OpenAsTextFile();
+  ASSERT_NE(stream, nullptr);
+  for (const std::string& line :
+       {"one"s, "two"s, "three"s, ""s, longLine.substr(0, TextInputStream::kLongestLine), "na\0me"s, ""s,
+        "last"s, ""s, ""s}) {
+    EXPECT_EQ(stream->ReadLine(), line);
+  }
+  std::filesystem::resize_file(folder / "a", std::uintmax_t{3} << 30);
+  const auto huge = At(folder / "a")->OpenAsTextFile();
+  EXPECT_EQ(huge->ReadLine(), "one");
+  EXPECT_EQ(At("/dev/zero")->OpenAsTextFile()->ReadLine().size(), TextInputStream::kLongestLine);
+}
+
+TEST(Reading, WhatIsNoFileIsNilAndNeverBlocks) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+  FolderItem none(folder / "none");
+  EXPECT_EQ(none.OpenAsTextFile(), nullptr);
+  EXPECT_EQ(none.LastErrorCode(), ENOENT);
+  EXPECT_FALSE(none.Exists() || none.Directory());
+  EXPECT_EQ(At(folder / "pipe")->OpenAsTextFile(), nullptr);
+  EXPECT_EQ(At(folder.Path())->OpenAsTextFile(), nullptr);
+  EXPECT_TRUE(At(folder.Path())->Directory());
+  EXPECT_THROW(BinaryStream::Create(At(folder / "pipe"), true), IOException);
+}
+
+TEST(Folders, GiveNoPlaceOutsideThemselves) {
+  for (const std::string& name : {""s, "."s, ".."s, "a/b"s, "/etc"s, "a\0b"s}) {
+    EXPECT_EQ(FolderItem("/tmp").Child(name), nullptr) << name;
+  }
+  EXPECT_EQ(FolderItem("/tmp").Child("..a")->Path(), "/tmp/..a");
+  EXPECT_EQ(FolderItem("/").Child("a")->Path(), "/a");
+  EXPECT_EQ(At("/tmp/a.txt")->Name(), "a.txt");
+}
+
+TEST(Blocks, GrowByTheirStreamAndCheckTheirBounds) {
+  const auto block = std::make_shared<MemoryBlock>(2);
+  BinaryStream stream(block);
+  stream.Write("a\xFF");
+  EXPECT_EQ(block->Size(), 4);
+  EXPECT_EQ(block->Byte(3), 255);
+  EXPECT_EQ(block->StringValue(1, 2), "\0a"s);
+  EXPECT_EQ(block->StringValue(4, 0), "");
+  for (const std::int64_t bad : {-1, 4}) EXPECT_THROW(block->Byte(bad), OutOfBoundsException);
+  EXPECT_THROW(block->StringValue(1, 4), OutOfBoundsException);
+  EXPECT_THROW(block->StringValue(1, INT64_MAX), OutOfBoundsException);
+  EXPECT_EQ(MemoryBlock(-5).Size(), 0);
+}
+
+TEST(Blocks, ABinaryStreamEmptiesItsFile) {
+  const TemporaryFolder folder;
+  WriteFile(folder / "a", "the old text");
+  const auto stream = BinaryStream::Create(At(folder / "a"), true);
+  stream->Write("new\0"s);
+  stream->Close();
+  EXPECT_EQ(ReadFile(folder / "a"), "new\0"s);
+  EXPECT_THROW(stream->Write("x"), IOException);
+  EXPECT_THROW(BinaryStream::Create(At(folder / "a"), false), IOException);
+  EXPECT_THROW(BinaryStream::Create(At("/dev/full"), true)->Write("x"), IOException);
+}
+
+TEST(Names, BecomePlain) {
+  const std::string e = "\xC3\xA9";
+  std::string many;
+  for (int i = 0; i < 150; ++i) many += e;
+  const std::pair<std::string, std::string> cases[] = {
+      {"German.txt", "German.txt"},
+      {"../../etc/passwd", "___.._etc_passwd"},
+      {"a\\b:c\x01\x7F\n", "a_b_c___"},
+      {"\xE2\x80\xAEgpj.exe", "_gpj.exe"},
+      {"a\xE2\x81\xA6"
+       "b\xD8\x9C\xEF\xBB\xBF\xC2\x85",
+       "a_b___"},
+      {".hidden", "_.hidden"},
+      {"..txt", "_.txt"},
+      {"...a.srt", "___a.srt"},
+      {".txt", "_.txt"},
+      {"", "_"},
+      {".", "_."},
+      {".a hidden name with a long tail", "_a hidden name with a long tail"},
+      {"a\xFF\xC3(\xED\xA0\x80.vtt", "a__(___.vtt"},
+      {"日本語 (Brésil).srt", "日本語 (Brésil).srt"},
+      {std::string(300, 'n') + ".vtt", std::string(196, 'n') + ".vtt"},
+      {many + ".txt", many.substr(0, 196) + ".txt"},
+      {"x" + many + ".txt", "x" + many.substr(0, 194) + ".txt"},
+      {std::string(300, 'n'), std::string(200, 'n')},
+      {"a." + std::string(300, 'n'), "a." + std::string(198, 'n')},
+      {"a\0b"s, "a_b"},
+  };
+  for (const auto& [name, plain] : cases) EXPECT_EQ(PlainFileName(name), plain) << name;
+}
+
+}  // namespace
