@@ -1,7 +1,9 @@
-// The whole program on the fake host, opened, with a server and folders of its own.
+// A program of one test's own.
 #pragma once
 
+#include <chrono>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -13,11 +15,19 @@
 #include "support/TemporaryFolder.h"
 #include "support/captions.h"
 
+// Lets the processes of the program run while it waits for events.
+struct WaitingPlatform : FakePlatform {
+  void ProcessEvents(int milliseconds) override {
+    if (milliseconds > 0) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+};
+
+// The whole program on the fake host, opened, with a server and folders of its own.
 struct Program {
   LoopbackServer server;
   TemporaryFolder prefs;
   TemporaryFolder folder;  // for what is saved
-  FakePlatform host;
+  WaitingPlatform host;
   App app{host, EndpointsAt(server.Host())};
 
   explicit Program(const std::vector<Track>& tracks = {}) {
@@ -35,6 +45,7 @@ struct Program {
   // Clicks on these controls in order, each "CONTROL" of Window1 or "WINDOW.CONTROL".
   void Click(const std::string& controls) {
     for (const std::string& target : Split(controls, " ")) {
+      if (target.empty()) continue;
       const bool named = target.find('.') != std::string::npos;
       Window* window = app.FindWindow(named ? NthField(target, ".", 1) : "Window1");
       if (window) window->FindControl(named ? NthField(target, ".", 2) : target)->PersonClicks();

@@ -1,0 +1,231 @@
+// What a person may do while a command runs: close its window, quit, choose options, start another.
+// Each deed comes at every yield of the command in turn, so that no place is left out.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <map>
+#include <stdexcept>
+
+#include "runtime/exceptions.h"
+#include "support/Program.h"
+#include "wordsearch/SearchWin.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+const std::vector<Track> kTracks = {
+    {"en", "English", Document({{"1", "1", "one"}, {"2", "1", "two"}, {"3", "1", "once"}})},
+    {"de", "German", Document({{"1", "1", "on"}, {"2", "1", "zwei"}})},
+};
+
+struct Command {
+  std::string before;  // clicks that lead to it
+  std::string button;
+  Lines wholeFiles;  // what each file may hold when it is there at all
+};
+
+const std::map<std::string, Command> kCommands = {
+    {"search", {"", "PushButton2", {}}},
+    {"text", {"TextBox lineBox", "PushButton1", {"one\ntwo\nonce\n", "on\nzwei\n"}}},
+    {"SRT",
+     {"SRTBox",
+      "PushButton1",
+      {"1\n00:00:01,000 --> 00:00:02,000\none\n\n2\n00:00:02,000 --> 00:00:03,000\ntwo\n\n3\n00:00:03,000 "
+       "--> "
+       "00:00:04,000\nonce\n\n",
+       "1\n00:00:01,000 --> 00:00:02,000\non\n\n2\n00:00:02,000 --> 00:00:03,000\nzwei\n\n"}}},
+    {"WebVTT",
+     {"WebVTTBox",
+      "PushButton1",
+      {"WEBVTT\n\n1\n00:00:01.000 --> 00:00:02.000\none\n\n2\n00:00:02.000 --> "
+       "00:00:03.000\ntwo\n\n3\n00:00:03.000 "
+       "--> 00:00:04.000\nonce\n\n",
+       "WEBVTT\n\n1\n00:00:01.000 --> 00:00:02.000\non\n\n2\n00:00:02.000 --> 00:00:03.000\nzwei\n\n"}}},
+    {"words", {"", "PushButton3", {}}},
+    {"results",
+     {"PushButton3",
+      "SearchWin.saveBtn",
+      {"Search results for the term 'on' in the video: https://www.youtube.com/watch?v=abc\n\n"
+       "[00:00:01.000]\tone\n\n[00:00:03.000]\tonce\n\n[00:00:01.000]\ton\n\n\n"}}},
+};
+
+// A program whose command is about to be started, and what it leaves behind.
+struct Stage : Program {
+  explicit Stage(const Command& what) : Program(kTracks), command(what) {
+    Search({0, 1});
+    Form().searchField.PersonTypes("on");
+    Click(command.before);
+    WillSave("a");
+    WillSave("b");
+    host.calls.clear();
+  }
+
+  // Starts the command and does deed at its n-th yield, from 1; false if there was none.
+  bool Run(std::int64_t n, const std::function<void()>& deed) {
+    const std::int64_t at = host.yields + n;
+    bool done = false;
+    host.onYield = [&, at] {
+      if (host.yields != at) return;
+      done = true;
+      deed();
+      atDeed = host.calls.size();
+    };
+    Click(command.button);
+    host.onYield = nullptr;
+    return done;
+  }
+
+  Lines CallsAfterTheDeed() const {
+    return {host.calls.begin() + static_cast<std::ptrdiff_t>(atDeed), host.calls.end()};
+  }
+
+  // Each file that is there is whole, and nothing lies beside them.
+  void ExpectWholeFiles() const {
+    std::size_t there = 0;
+    for (std::size_t i = 0; i < command.wholeFiles.size(); ++i) {
+      const std::string path = folder / (i == 0 ? "a" : "b");
+      if (!std::filesystem::exists(path)) continue;
+      ++there;
+      EXPECT_EQ(ReadFile(path), command.wholeFiles[i]);
+    }
+    EXPECT_EQ(folder.Count(), there);
+  }
+
+  Command command;
+  std::size_t atDeed = 0;
+};
+
+// Runs every command anew with deed at each of its yields; check sees what came of it. A server on
+// this machine answers within a few waits, so the yields of a command are few.
+void AtEveryYield(const std::function<void(Stage&)>& deed, const std::function<void(Stage&)>& check) {
+  for (const auto& [name, command] : kCommands) {
+    SCOPED_TRACE(name);
+    bool reached = true;
+    for (std::int64_t n = 1; reached && n < 200; ++n) {
+      Stage stage(command);
+      reached = stage.Run(n, [&] { deed(stage); });
+      if (!reached) continue;
+      SCOPED_TRACE(n);
+      check(stage);
+      stage.ExpectWholeFiles();
+    }
+    EXPECT_FALSE(reached);
+  }
+}
+
+}  // namespace
+
+TEST(Unwinding, ClosingTheWindowEndsItsCommandAtOnce) {
+  AtEveryYield(
+      [](Stage& stage) {
+        stage.app.FindWindow(stage.command.button == "SearchWin.saveBtn" ? "SearchWin" : "Window1")
+            ->PersonCloses();
+      },
+      [](Stage& stage) {
+        EXPECT_EQ(stage.CallsAfterTheDeed(), Lines{});
+        EXPECT_FALSE(stage.app.IsCommandRunning());
+        stage.app.ChooseMenuItem("FileNewWindow");  // and a new form works
+        stage.Search({0});
+        EXPECT_EQ(stage.Form().Listbox1.ListCount(), 2);
+      });
+}
+
+TEST(Unwinding, QuittingEndsEveryCommandAndSavesThePreferences) {
+  AtEveryYield([](Stage& stage) { stage.app.ChooseMenuItem("FileQuit"); },
+               [](Stage& stage) {
+                 EXPECT_EQ(stage.CallsAfterTheDeed(), Lines{});
+                 stage.app.Stop();
+                 EXPECT_EQ(stage.prefs.Count(), 1u);
+                 EXPECT_TRUE(stage.app.Windows().empty());
+               });
+}
+
+TEST(Unwinding, ASecondCommandIsIgnoredWhileOneRuns) {
+  AtEveryYield(
+      [](Stage& stage) {
+        const std::size_t calls = stage.host.calls.size(), requests = stage.server.Requests().size();
+        stage.Click("PushButton1 PushButton2 PushButton3 SearchWin.saveBtn");
+        EXPECT_EQ(stage.host.calls.size(), calls);
+        EXPECT_EQ(stage.server.Requests().size(), requests);
+      },
+      [](Stage& stage) { EXPECT_EQ(stage.Form().Listbox1.ListCount(), 2); });
+}
+
+TEST(Unwinding, EndsACommandWhoseWindowWentDuringADialog) {
+  for (const auto& [name, command] : kCommands) {
+    if (command.wholeFiles.empty()) continue;
+    for (const bool quit : {false, true}) {
+      Stage stage(command);
+      stage.host.onSaveDialog = [&] {
+        if (quit) return stage.app.Quit();
+        stage.app.FindWindow(name == "results" ? "SearchWin" : "Window1")->PersonCloses();
+      };
+      stage.Click(command.button);
+      EXPECT_EQ(stage.folder.Count(), 0u) << name;
+      for (const std::string& call : stage.Calls()) EXPECT_FALSE(call.starts_with("launch")) << name;
+    }
+  }
+}
+
+TEST(Unwinding, LeavesTheOldFileOfASaveThatWasEnded) {
+  for (const char* name : {"SRT", "WebVTT"}) {
+    for (std::int64_t n = 1; n < 200; ++n) {
+      Stage stage(kCommands.at(name));
+      WriteFile(stage.folder / "a", "old");
+      bool asked = false;
+      stage.host.onSaveDialog = [&] { asked = true; };
+      if (!stage.Run(n, [&] { stage.Form().PersonCloses(); })) break;
+      const std::string now = ReadFile(stage.folder / "a");
+      EXPECT_TRUE(now == "old" || (asked && now == stage.command.wholeFiles[0])) << n;
+      EXPECT_TRUE(now != "old" || stage.folder.Count() == 1) << n;
+    }
+  }
+}
+
+TEST(Unwinding, EndsTheProbeAndItsPingWithItsForm) {
+  for (const bool quit : {false, true}) {
+    FakePlatform host;
+    Endpoints endpoints;
+    endpoints.ProbeAddress = "127.0.0.1; exec sleep 100";
+    App app(host, endpoints);
+    host.onYield = [&] {
+      if (host.yields == 3) quit ? app.Quit() : app.FindWindow("Window1")->PersonCloses();
+    };
+    app.Start();
+    EXPECT_EQ(host.yields, 3);
+    EXPECT_EQ(host.calls, quit ? Lines{"show: Window1"} : (Lines{"show: Window1", "close: Window1"}));
+  }
+}
+
+TEST(Unwinding, OptionsClickedDuringARunActAtOnce) {
+  Stage stage(kCommands.at("text"));
+  // The text run is turned into a WebVTT run, which begins when the rows of the first are done.
+  EXPECT_TRUE(stage.Run(1, [&] { stage.Click("WebVTTBox openBox"); }));
+  EXPECT_EQ(stage.host.calls, (Lines{"save: text/plain English.txt", "save: text/plain German.txt",
+                                     "save:  English.vtt", "save:  German.vtt"}));
+  EXPECT_EQ(ReadFile(stage.folder / "a"), "one two once ");
+}
+
+TEST(Exceptions, AreShownWithTheirKindAndTheProgramGoesOn) {
+  Program program(kTracks);
+  program.Search({0});
+  program.Click("SRTBox");
+  const std::pair<std::function<void()>, std::string> rows[] = {
+      {[&] { program.Form().Listbox1.Cell(7, 0); },
+       "OutOfBoundsException: Listbox1 has no cell in row 7, column 0."},
+      {[] { throw NilObjectException("There is no such thing."); },
+       "NilObjectException: There is no such thing."},
+      {[] { throw std::runtime_error("Oh."); }, "Exception: Oh."},
+  };
+  for (const auto& [fault, words] : rows) {
+    program.host.onYield = fault;
+    program.Click("PushButton1");
+    EXPECT_EQ(program.Calls(), Lines{"message: " + words});
+    EXPECT_FALSE(program.app.IsCommandRunning());
+    program.host.onYield = nullptr;
+    program.Click("PushButton1");
+    EXPECT_EQ(program.Calls(), Lines{"save:  English.srt"});
+  }
+}
