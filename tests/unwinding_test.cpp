@@ -208,6 +208,26 @@ TEST(Unwinding, OptionsClickedDuringARunActAtOnce) {
   EXPECT_EQ(ReadFile(stage.folder / "a"), "one two once ");
 }
 
+TEST(WordSearchRun, TakesItsRowsBackThoughTheResultsWereClosedMeanwhile) {
+  Program program(
+      {{"en", "English",
+        Document({{"0", "1", "aa"}, {"1", "1", "aa"}, {"2", "1", std::string(5000, 'a') + "!"}})}});
+  program.Search({0});
+  program.Form().searchField.PersonTypes("a$");
+  program.Click("PushButton3");  // two rows of an earlier run
+  program.Form().searchField.PersonTypes("(a+)+$");
+  program.host.onYield = [&, done = false]() mutable {
+    auto* open = static_cast<SearchWin*>(program.app.FindWindow(SearchWin::kName));
+    if (!done && open && open->resultsList.ListCount() == 3) done = true, open->PersonCloses();
+  };
+  program.Calls();
+  program.Click("PushButton3");
+  EXPECT_EQ(
+      program.Calls(),
+      (Lines{"close: SearchWin", "show: SearchWin", "close: SearchWin",
+             "message: The term \"(a+)+$\" could not be searched for: it would take too long to match."}));
+}
+
 TEST(Exceptions, AreShownWithTheirKindAndTheProgramGoesOn) {
   Program program(kTracks);
   program.Search({0});
