@@ -1,0 +1,82 @@
+// Ten times the cues may take ten times as long, with wide room for a busy machine; a step that is
+// quadratic takes a hundred times as long.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+
+#include "support/Program.h"
+#include "wordsearch/SearchWin.h"
+
+namespace {
+
+constexpr double kMostGrowth = 25;
+
+std::string LongDocument(int cues) {
+  std::string xml = R"(<?xml version="1.0" encoding="utf-8" ?><transcript>)";
+  for (int i = 0; i < cues; ++i) {
+    xml += "<text start=\"" + std::to_string(i) + ".25\" dur=\"1.5\">It&amp;#39;s cue\nnumber " +
+           std::to_string(i) + "</text>";
+  }
+  return xml + "</transcript>";
+}
+
+double SecondsOf(const std::function<void()>& work) {
+  const auto start = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+}  // namespace
+
+TEST(Cost, OfEachCommandGrowsWithTheCuesOnly) {
+  Program program({{"s", "Short", LongDocument(10'000)}, {"l", "Long", LongDocument(100'000)}});
+  program.Search({});
+  program.Form().searchField.PersonTypes("NUMBER .*[05]$");
+  const auto timeOf = [&](const std::string& button, std::int64_t row) {
+    program.Form().Listbox1.PersonSelects({row});
+    program.WillSave("out");
+    const double seconds = SecondsOf([&] { program.Click(button); });
+    program.host.saves.clear();
+    return seconds;
+  };
+  const std::pair<const char*, const char*> commands[] = {{"TextBox lineBox timecodeBox", "PushButton1"},
+                                                          {"paragraphBox", "PushButton1"},
+                                                          {"SRTBox", "PushButton1"},
+                                                          {"WebVTTBox", "PushButton1"},
+                                                          {"", "PushButton3"}};
+  for (const auto& [options, button] : commands) {
+    program.Click(options);
+    const double few = std::min(timeOf(button, 0), timeOf(button, 0));
+    EXPECT_LT(timeOf(button, 1), kMostGrowth * std::max(few, 0.001)) << options;
+  }
+}
+
+TEST(Cost, OfSavingTheResultsGrowsWithTheRowsOnly) {
+  Program program;
+  const auto timeOf = [&](int rows) {
+    program.Click("SearchWin.closeBtn");
+    for (int i = 0; i < rows; ++i) SearchWin::Get().resultsList.AddRow("00:00:00,000");
+    program.WillSave("out");
+    const double seconds = SecondsOf([&] { program.Click("SearchWin.saveBtn"); });
+    EXPECT_GT(ReadFile(program.folder / "out").size(), 17u * static_cast<std::size_t>(rows));
+    return seconds;
+  };
+  const double few = std::min(timeOf(10'000), timeOf(10'000));
+  EXPECT_LT(timeOf(100'000), kMostGrowth * std::max(few, 0.001));
+}
+
+TEST(Cost, OfListingTracksGrowsWithTheTracksOnly) {
+  Program program;
+  const auto timeOf = [&](std::size_t tracks) {
+    program.server.AnswerAt(ListPath("abc"),
+                            {Page(TrackList(std::vector<Track>(tracks, {"en", "English", ""})))});
+    program.Search({});
+    const double seconds = SecondsOf([&] { program.Click("PushButton2"); });  // the old rows go, too
+    EXPECT_EQ(program.Form().Listbox1.ListCount(), static_cast<std::int64_t>(tracks));
+    return seconds;
+  };
+  const double few = std::min(timeOf(10'000), timeOf(10'000));
+  EXPECT_LT(timeOf(100'000), kMostGrowth * std::max(few, 0.001));
+}
