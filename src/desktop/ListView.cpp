@@ -121,6 +121,13 @@ void ListView::keyPressEvent(QKeyEvent* event) {
   QTableView::keyPressEvent(event);
 }
 
+// Home and End lead to the first and the last row, with or without Ctrl.
+QModelIndex ListView::moveCursor(CursorAction action, Qt::KeyboardModifiers keys) {
+  if (action == MoveHome) return model_.index(0, 0);
+  if (action == MoveEnd) return model_.index(model_.rowCount() - 1, 0);
+  return QTableView::moveCursor(action, keys);
+}
+
 void ListView::copySelection() const {
   QStringList lines;
   for (int row = 0; record_ && row < record_->ListCount(); ++row) {

@@ -115,7 +115,7 @@ void WindowView::setUpFocus() {
                             [](Entry* e) { return e->record->Kind() == ControlKind::TextField; });
   if (first == order.end()) first = order.begin();
   if (first != order.end()) (*first)->view.widget->setFocus();
-  connect(qApp, &QApplication::focusChanged, this, [this] { showDefaultButton(); });
+  connect(qApp, &QApplication::focusChanged, &frame_, [this] { showDefaultButton(); });
 }
 
 // Of the buttons that Return may press: that with the focus, that which follows the focused text

@@ -69,6 +69,6 @@ class WindowView : public QWidget {
   QLabel* status_;
   std::vector<Entry> entries_;
   std::unordered_map<const Control*, std::size_t> places_;
-  QTimer frame_;
+  QTimer frame_;          // goes before what its slots use, and takes their connections with it
   bool settled_ = false;  // the first layout is over
 };

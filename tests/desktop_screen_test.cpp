@@ -1,0 +1,216 @@
+// What the windows look and sound like: foreign text, colours, names, fine screens, long lists.
+
+#include <QAccessible>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+
+#include "desktop/colors.h"
+#include "desktop/dialogs.h"
+#include "desktop/preferences_folder.h"
+#include "desktop/shown_text.h"
+#include "desktop_fixture.h"
+
+namespace {
+
+struct ShownCase {
+  std::string bytes;
+  Lines lines;
+  qsizetype atMost;
+  QString shown;
+};
+
+QPalette darkPalette() {
+  QPalette dark(QColor(0x2D, 0x2D, 0x30));
+  dark.setColor(QPalette::Base, QColor(0x1E, 0x1E, 0x1E));
+  return dark;
+}
+
+}  // namespace
+
+TEST(ShownText, LeavesNoDisguise) {
+  const ShownCase cases[] = {
+      {"<b>fett</b> & mehr", Lines::One, 99, QStringLiteral("<b>fett</b> & mehr")},
+      {"one\r\ntwo\rthree\tfour", Lines::One, 99, QStringLiteral("one two three four")},
+      {"one\r\ntwo\rthree", Lines::Many, 99, QStringLiteral("one\ntwo\nthree")},
+      {"bell\a nul" + std::string(1, '\0') + "\xC2\x85", Lines::One, 99,
+       QStringLiteral("bell\uFFFD nul\uFFFD\uFFFD")},
+      {"a\xE2\x80\xAEgpj.exe", Lines::One, 99, QStringLiteral("a\uFFFDgpj.exe")},  // an override
+      {"\xE2\x80\xAB\xD7\xA9\xE2\x80\xAC\xE2\x81\xA6x", Lines::One, 99,
+       QStringLiteral("\u05E9x")},  // embeddings
+      {"cut \xE2", Lines::One, 99, QStringLiteral("cut \uFFFD")},
+      {"\xF0\x9F\x8C\x8A wave", Lines::One, 5, QStringLiteral("\U0001F30A wa\u2026")},
+      {"\xF0\x9F\x8C\x8A", Lines::One, 1, QStringLiteral("\u2026")},  // never half a character
+  };
+  for (const ShownCase& c : cases) EXPECT_EQ(shownText(c.bytes, c.lines, c.atMost), c.shown) << c.bytes;
+  EXPECT_LE(shownText(std::string(1 << 24, 'x')).size(), 1001);
+  EXPECT_EQ(plainToolTip(QStringLiteral("<img src=x>")), QStringLiteral("<p>&lt;img src=x&gt;</p>"));
+}
+
+TEST_F(Desktop, ForeignNamesStayPlainEverywhere) {
+  Offer(server, "abc", {{"en", "<b>Eng</b>\xE2\x80\xAEhsil", Document({{"0", "1", "<i>x</i>"}})}});
+  search(QStringLiteral("abc"));
+  EXPECT_EQ(languages().model()->index(0, 0).data().toString(), QStringLiteral("<b>Eng</b>\uFFFDhsil"));
+  form().Label4.SetText("<h1>" + std::string(5000, 'w') + "</h1>");
+  draw();
+  auto& label = widget<QLabel>(form().Label4);
+  EXPECT_EQ(label.textFormat(), Qt::PlainText);
+  EXPECT_TRUE(label.text().endsWith(QChar(u'\u2026')));
+  EXPECT_LE(label.fontMetrics().horizontalAdvance(label.text()), label.width());
+  EXPECT_TRUE(label.toolTip().startsWith(QStringLiteral("<p>&lt;h1&gt;")));
+
+  const auto box =
+      makeMessage("<b>" + std::string(100'000, 'y') + std::string(500, '\n') + "\x1B[0m", nullptr);
+  box->ensurePolished();
+  EXPECT_EQ(box->textFormat(), Qt::PlainText);
+  box->show();
+  EXPECT_LE(box->width(), QGuiApplication::primaryScreen()->availableSize().width());
+  EXPECT_LE(box->height(), QGuiApplication::primaryScreen()->availableSize().height());
+}
+
+TEST_F(Desktop, EveryControlHasASpokenNameAndARole) {
+  const struct {
+    const Control& control;
+    const char* name;
+    QAccessible::Role role;
+  } cases[] = {
+      {form().TextField1, "1. Paste in YouTube URL and click Search:", QAccessible::EditableText},
+      {form().Listbox1, "2. Choose an available language:", QAccessible::Table},
+      {form().searchField, "Search for a word or phrase in this video:", QAccessible::EditableText},
+      {form().Canvas1, "Ravelyn", QAccessible::Button},
+      {form().SRTBox, "SRT File", QAccessible::RadioButton},
+      {form().paragraphBox, "Paragraph Form", QAccessible::CheckBox},
+      {form().PushButton2, "Search", QAccessible::Button},
+      {aboutWin::Get().BevelButton1, "Close", QAccessible::Button},
+  };
+  aboutWin::Get().Show();
+  for (const auto& c : cases) {
+    const QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&widget<QWidget>(c.control));
+    ASSERT_TRUE(spoken);
+    EXPECT_EQ(spoken->text(QAccessible::Name), QString::fromLatin1(c.name));
+    EXPECT_EQ(spoken->role(), c.role) << c.name;
+  }
+  for (const Control* control : form().Controls()) {
+    if (control->Kind() == ControlKind::Line) continue;
+    EXPECT_FALSE(widget<QWidget>(*control).accessibleName().isEmpty()) << control->Name();
+  }
+}
+
+TEST_F(Desktop, ToldColoursAreLegibleOnADarkGround) {
+  const QPalette before = QApplication::palette();
+  aboutWin::Get().Show();
+  SearchWin::Get();
+  QApplication::setPalette(darkPalette());
+  QCoreApplication::processEvents();
+  draw();
+  for (const auto& window : app->Windows()) {
+    for (const Control* control : window->Controls()) {
+      if (control->Kind() != ControlKind::Label) continue;
+      const QPalette& seen = widget<QWidget>(*control).palette();
+      EXPECT_GE(contrast(seen.color(QPalette::WindowText), seen.color(QPalette::Window)), 4.5)
+          << window->Name() << "." << control->Name();
+    }
+  }
+  QApplication::setPalette(before);
+  QCoreApplication::processEvents();
+  draw();
+  EXPECT_EQ(widget<QWidget>(form().Label4).palette().color(QPalette::WindowText), QColor(0x6F, 0x75, 0x73));
+  EXPECT_NEAR(contrast(Qt::black, Qt::white), 21, 0.01);
+}
+
+// The screen of this test has four pixels for a point (see main).
+TEST_F(Desktop, AFineScreenChangesNoPlaceAndNoPoint) {
+  EXPECT_EQ(view(form()).devicePixelRatio(), 2);
+  EXPECT_EQ(widget<QWidget>(form().Canvas1).geometry(), QRect(368, 279, 100, 100));
+  EXPECT_EQ(widget<QWidget>(form().Label2).font().pixelSize(), 14);
+  const QImage seen = view(form()).content().grab().toImage();
+  ASSERT_EQ(seen.size(), QSize(562, 479) * 2);
+  // An upright line is two pixels wide, and the picture is drawn from its finer version.
+  const QImage picture(QStringLiteral(":/Ravelyn1001@2x.png"));
+  const QPoint middle(100, 40);
+  EXPECT_EQ(seen.pixelColor(614, 300), QColor(0x6F, 0x75, 0x73));
+  EXPECT_EQ(seen.pixelColor(615, 300), QColor(0x6F, 0x75, 0x73));
+  EXPECT_NE(seen.pixelColor(613, 300), QColor(0x6F, 0x75, 0x73));
+  EXPECT_EQ(seen.pixelColor(QPoint(368, 279) * 2 + middle).rgb(), picture.pixelColor(middle).rgb());
+}
+
+TEST_F(Desktop, TheTextAreaIsReadWhereItComesIntoSight) {
+  auto& area = widget<QPlainTextEdit>(form().TextArea1);
+  form().TextArea1.SetText(std::string(5'000'000, 'x'));
+  draw();
+  EXPECT_EQ(area.toPlainText().size(), 0);
+  EXPECT_EQ(area.focusPolicy(), Qt::NoFocus) << "nobody tabs to where nothing is seen";
+  view(form()).resize(900, 700);
+  ASSERT_TRUE(waitFor([&] { return area.toPlainText().size() == 100'001; }));
+  EXPECT_TRUE(area.isReadOnly());
+}
+
+TEST_F(Desktop, AListOfManyHitsGrowsWithoutStalling) {
+  constexpr int kRows = 200'000;
+  Listbox& results = SearchWin::Get().resultsList;
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&view(SearchWin::Get())));
+  using Clock = std::chrono::steady_clock;
+  Clock::duration longest{};
+  app->Dispatch(nullptr, [&] {
+    for (int i = 0; i < kRows; ++i) {
+      results.AddRow("00:00:00.000");
+      results.SetCell(i, 1, "cue " + std::to_string(i));
+      const auto before = Clock::now();
+      RuntimeBackgroundTask();
+      longest = std::max(longest, Clock::now() - before);
+    }
+  });
+  draw();
+  ListView& list = widget<ListView>(results);
+  ASSERT_EQ(list.model()->rowCount(), kRows);
+  for (int step = 0; step < 100; ++step) {
+    const auto before = Clock::now();
+    list.scrollTo(list.model()->index(step * (kRows / 100), 0));
+    list.repaint();
+    longest = std::max(longest, Clock::now() - before);
+  }
+  const auto before = Clock::now();
+  clickRow(list, kRows - kRows / 100);
+  draw();
+  longest = std::max(longest, Clock::now() - before);
+  EXPECT_EQ(results.SelCount(), 1);
+  const auto stall = std::chrono::duration_cast<std::chrono::milliseconds>(longest).count();
+  std::cout << "longest stall: " << stall << " ms\n";
+  EXPECT_LT(stall, 1000) << "something goes through all rows at every step";
+}
+
+TEST(SaveDialog, StartsWithNameFolderAndKinds) {
+  const TemporaryFolder folder;
+  const auto dialog =
+      makeSaveDialog("TEXT", "search_results.txt", QString::fromStdString(folder.Path()), nullptr);
+  EXPECT_EQ(dialog->selectedFiles(), QStringList{QString::fromStdString(folder / "search_results.txt")});
+  EXPECT_EQ(dialog->nameFilters().constFirst(), QStringLiteral("Text files (*.txt *.text)"));
+  EXPECT_FALSE(dialog->testOption(QFileDialog::DontConfirmOverwrite));
+  const auto any = makeSaveDialog("", "German.srt", QString::fromStdString(folder.Path()), nullptr);
+  EXPECT_EQ(any->nameFilters().size(), 1);
+}
+
+TEST(PreferencesFolder, IsTheSystemsAndIsMade) {
+  const TemporaryFolder home;
+  const QByteArray homeBefore = qgetenv("HOME"), configBefore = qgetenv("XDG_CONFIG_HOME");
+  const auto folder = [&](const char* config) {
+    qputenv("HOME", home.Path().c_str());
+    qputenv("XDG_CONFIG_HOME", config);
+    return preferencesFolder();
+  };
+#ifndef __APPLE__
+  EXPECT_EQ(folder(""), home / ".config");
+  EXPECT_EQ(folder("relative"), home / ".config");
+  EXPECT_EQ(folder((home / "a/b").c_str()), home / "a/b");
+  EXPECT_TRUE(std::filesystem::is_directory(home / "a/b"));
+  WriteFile(home / "file", "");
+  EXPECT_EQ(folder((home / "file").c_str()), "");
+#endif
+  qputenv("HOME", homeBefore);
+  configBefore.isEmpty() ? qunsetenv("XDG_CONFIG_HOME") : qputenv("XDG_CONFIG_HOME", configBefore);
+}
+
+int main(int count, char** arguments) {
+  qputenv("QT_SCALE_FACTOR", "2");
+  return runOffscreen(count, arguments);
+}

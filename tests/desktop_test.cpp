@@ -1,0 +1,314 @@
+// What a person does with the windows, from link to file.
+
+#include <QCheckBox>
+#include <QClipboard>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+
+#include "desktop_fixture.h"
+
+using Calls = std::vector<std::string>;
+
+TEST_F(Desktop, SavesTheChosenLanguagesOfALink) {
+  const TemporaryFolder folder;
+  Offer(server, "abc", kTwoLanguages);
+  host.saves = {folder / "one.srt", std::nullopt};
+  search(QStringLiteral("abc"));
+  ASSERT_EQ(languages().model()->rowCount(), 2);
+  EXPECT_EQ(languages().model()->index(1, 0).data().toString(), QStringLiteral("German"));
+
+  clickRow(languages(), 0);
+  clickRow(languages(), 1, Qt::ControlModifier);
+  EXPECT_EQ(form().Listbox1.SelCount(), 2);
+  click(form().SRTBox, {8, 10});
+  draw();
+  EXPECT_EQ(widget<QPushButton>(form().PushButton1).text(), QStringLiteral("Download SRT File(s)"));
+  click(form().PushButton1);
+  EXPECT_EQ(host.calls,
+            (Calls{"save:  English.srt", "open: file://" + folder / "one.srt", "save:  German.srt"}));
+  EXPECT_EQ(ReadFile(folder / "one.srt"),
+            "1\n00:00:00,000 --> 00:00:02,500\nThe harbour wakes\n\n"
+            "2\n00:01:02,500 --> 00:01:05,500\nA gull over the harbour\n\n");
+  EXPECT_EQ(languages().selectionModel()->selectedRows().size(), 2);
+}
+
+TEST_F(Desktop, FindsAWordAndOpensTheVideoThere) {
+  Offer(server, "abc", kTwoLanguages);
+  search(QStringLiteral("abc"));
+  clickRow(languages(), 0);
+  widget<QLineEdit>(form().searchField).setFocus();
+  write(QStringLiteral("HARBOUR"));
+  press(Qt::Key_Return);
+
+  ListView& hits = widget<ListView>(SearchWin::Get().resultsList);
+  ASSERT_TRUE(QTest::qWaitForWindowActive(hits.window()));
+  draw();
+  ASSERT_EQ(hits.model()->rowCount(), 2);
+  clickRow(hits, 1, {}, 1);
+  EXPECT_EQ(host.calls, Calls{"open: https://www.youtube.com/watch?v=abc&t=62"});
+  hits.setFocus();
+  press(Qt::Key_Up);
+  press(Qt::Key_Return);
+  EXPECT_EQ(host.calls.back(), "open: https://www.youtube.com/watch?v=abc&t=0");
+  press(Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("00:00:00.000\tThe harbour wakes"));
+  EXPECT_EQ(hits.accessibleName(), QStringLiteral("Displaying 2 results for search term: \"HARBOUR\"."));
+
+  click(SearchWin::Get().closeBtn);
+  EXPECT_EQ(app->FindWindow(SearchWin::kName), nullptr);
+}
+
+TEST_F(Desktop, TakesTheWholeJobFromTheKeyboard) {
+  const TemporaryFolder folder;
+  Offer(server, "abc", kTwoLanguages);
+  host.saves = {folder / "text.txt"};
+  EXPECT_EQ(nameOfFocus(), "TextField1");
+  write(QStringLiteral("youtu.be/abc"));
+  press(Qt::Key_Return);
+  draw();
+  press(Qt::Key_Tab);
+  EXPECT_EQ(nameOfFocus(), "PushButton2");
+  press(Qt::Key_Tab);
+  EXPECT_EQ(nameOfFocus(), "Listbox1");
+  press(Qt::Key_Down);
+  EXPECT_EQ(form().Listbox1.SelCount(), 1);
+  press(Qt::Key_A, Qt::ControlModifier);
+  EXPECT_EQ(form().Listbox1.SelCount(), 2);
+  press(Qt::Key_Home);
+  EXPECT_EQ(form().Listbox1.SelCount(), 1);
+  const auto tabTo = [&](const std::string& name) {
+    for (int i = 0; i < 20 && nameOfFocus() != name; ++i) press(Qt::Key_Tab), draw();
+    EXPECT_EQ(nameOfFocus(), name);
+  };
+  tabTo("TextBox");
+  press(Qt::Key_Space);
+  draw();
+  tabTo("lineBox");
+  press(Qt::Key_Space);
+  tabTo("openBox");
+  press(Qt::Key_Space);
+  press(Qt::Key_Return);
+  EXPECT_EQ(host.calls, Calls{"save: text/plain English.txt"});
+  EXPECT_EQ(ReadFile(folder / "text.txt"), "The harbour wakes\nA gull over the harbour\n");
+  tabTo("Canvas1");
+  press(Qt::Key_Space);
+  EXPECT_TRUE(app->FindWindow("aboutWin"));
+}
+
+// Who is pressed by Return, by where the focus is.
+TEST_F(Desktop, ReturnPressesTheButtonOfItsPlace) {
+  const auto pressed = [&](const Control& focus) {
+    host.calls.clear();
+    widget<QWidget>(focus).setFocus();
+    press(Qt::Key_Return);
+    return host.calls.empty() ? std::string() : host.calls.front();
+  };
+  const auto startsWith = [](const std::string& text, const std::string& start) {
+    return text.rfind(start, 0) == 0;
+  };
+  EXPECT_EQ(pressed(form().TextField1), "message: Please paste a YouTube URL into the form first.");
+  EXPECT_TRUE(pressed(form().searchField).ends_with("before you can do a word search."));
+  EXPECT_TRUE(startsWith(pressed(form().Listbox1), "message: You must paste"));
+  EXPECT_TRUE(pressed(form().openBox).ends_with("download the transcripts."));
+  EXPECT_TRUE(pressed(form().PushButton3).ends_with("before you can do a word search."));
+  EXPECT_EQ(nameOfFocus(), "TextField1") << "the command puts it there";
+}
+
+TEST_F(Desktop, RecordsAndWidgetsFollowEachOther) {
+  form().TextField1.SetText("by code");
+  form().openBox.SetValue(false);
+  form().SRTBox.SetValue(true);
+  form().Listbox1.AddRow("one");
+  EXPECT_EQ(link().text(), QString()) << "not before the frame is due";
+  ASSERT_TRUE(waitFor([&] { return link().text() == QStringLiteral("by code"); }));
+  EXPECT_FALSE(widget<QCheckBox>(form().openBox).isChecked());
+  EXPECT_EQ(languages().model()->rowCount(), 1);
+  EXPECT_FALSE(widget<QWidget>(form().paragraphBox).isEnabled());
+
+  link().selectAll();
+  QApplication::clipboard()->setText(QStringLiteral("two\nlines"));
+  link().paste();
+  draw();
+  EXPECT_EQ(form().TextField1.Text(), "twolines");
+  EXPECT_EQ(link().text(), QStringLiteral("twolines"));
+  const QString lengthy(40'000, QChar(u'x'));
+  link().setText(lengthy);
+  EXPECT_EQ(form().TextField1.Text().size(), 40'000U);
+
+  form().SRTBox.SetValue(false);
+  draw();
+  EXPECT_FALSE(widget<QAbstractButton>(form().SRTBox).isChecked()) << "all buttons of the group can be off";
+}
+
+TEST_F(Desktop, AListKeepsItsSelectionThroughChanges) {
+  Listbox& list = form().Listbox1;
+  for (const char* row : {"a", "b", "c", "d"}) list.AddRow(row);
+  draw();
+  clickRow(languages(), 1);
+  clickRow(languages(), 3, Qt::ShiftModifier);
+  EXPECT_EQ(list.SelCount(), 3);
+  list.RemoveRow(0);
+  list.AddRow("e");
+  draw();
+  QStringList selected;
+  for (const QModelIndex& row : languages().selectionModel()->selectedRows())
+    selected << row.data().toString();
+  selected.sort();
+  EXPECT_EQ(selected, (QStringList{QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("d")}));
+  EXPECT_EQ(list.SelCount(), 3) << "showing it is no deed of a person";
+  list.RemoveRowsFrom(0);
+  draw();
+  EXPECT_EQ(languages().model()->rowCount(), 0);
+}
+
+TEST_F(Desktop, ALinkIsDroppedIntoTheField) {
+  const auto drop = [&](QMimeData& data) {
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&link(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent dropped(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&link(), &dropped);
+    return form().TextField1.Text();
+  };
+  QMimeData address, text;
+  address.setData(QStringLiteral("text/uri-list"), "https://youtu.be/abc\r\n");
+  text.setText(QStringLiteral(" youtu.be/xyz\n"));
+  EXPECT_EQ(drop(address), "https://youtu.be/abc");
+  EXPECT_EQ(drop(text), "youtu.be/xyz") << "in place of what stood there";
+}
+
+TEST_F(Desktop, WindowsCloseAndComeBack) {
+  click(form().Canvas1);
+  aboutWin& about = aboutWin::Get();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&view(about)));
+  EXPECT_EQ(app->ActiveWindow(), &about);
+  link().setText(QStringLiteral("old"));
+  view(form()).close();
+  EXPECT_EQ(app->FindWindow("Window1"), nullptr);
+  EXPECT_FALSE(host.hasLeft);
+
+  QTest::keyClick(&view(about), Qt::Key_N, Qt::ControlModifier);
+  ASSERT_TRUE(app->FindWindow("Window1"));
+  EXPECT_EQ(link().text(), QString()) << "a new form";
+  click(about.BevelButton1);
+  EXPECT_EQ(app->FindWindow("aboutWin"), nullptr);
+  EXPECT_FALSE(host.hasLeft);
+  view(form()).close();
+  EXPECT_TRUE(host.hasLeft) << "the last window takes the program with it";
+}
+
+TEST_F(Desktop, OnlyAPersonsChangeOfSizeIsTold) {
+  SearchWin& results = SearchWin::Get();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&view(results)));
+  EXPECT_EQ(view(results).content().size(), QSize(600, 391));
+  EXPECT_EQ(results.resultsList.Height(), 295);
+  view(results).resize(700, 500);
+  EXPECT_TRUE(waitFor([&] { return results.resultsList.Width() == 660; }));
+  EXPECT_EQ(widget<QWidget>(results.saveBtn).geometry(), QRect(564, 460, 116, 20));
+  EXPECT_EQ(view(form()).content().size(), QSize(562, 479)) << "with the menu bar above it";
+}
+
+TEST_F(Desktop, TheEditMenuActsOnTheFocusedText) {
+  QMenu& menu = *view(form()).findChild<QMenuBar*>()->actions().at(1)->menu();
+  const auto enabled = [&menu] {
+    QStringList names;
+    emit menu.aboutToShow();
+    for (const QAction* action : menu.actions()) {
+      if (action->isEnabled() && !action->isSeparator()) names << action->data().toString();
+    }
+    emit menu.aboutToHide();
+    return names.join(QChar(u' ')).toStdString();
+  };
+  QApplication::clipboard()->setText(QStringLiteral("pasted"));
+  EXPECT_EQ(enabled(), "EditPaste");
+  write(QStringLiteral("typed"));
+  link().selectAll();
+  EXPECT_EQ(enabled(), "EditUndo EditCut EditCopy EditPaste EditClear EditSelectAll");
+  app->ChooseMenuItem("EditCut");
+  EXPECT_EQ(form().TextField1.Text(), "");
+  app->ChooseMenuItem("EditUndo");
+  EXPECT_EQ(form().TextField1.Text(), "typed");
+  auto& example = widget<QLabel>(form().Label4);
+  example.setFocus();
+  app->ChooseMenuItem("EditSelectAll");
+  app->ChooseMenuItem("EditCopy");
+  EXPECT_EQ(QApplication::clipboard()->text(), example.text());
+  EXPECT_EQ(enabled(), "EditCopy EditSelectAll");
+  widget<QWidget>(form().openBox).setFocus();
+  EXPECT_EQ(enabled(), "");
+}
+
+TEST_F(Desktop, ACommandRefusesASecondOneAndLeavesTheFormLive) {
+  server.Answer({"HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\n", Reply::End::Stall});
+  QStringList seen;
+  std::size_t requests = 0;
+  std::chrono::steady_clock::time_point closed;
+  QTimer::singleShot(100, [&] {
+    requests = server.Requests().size();
+    click(form().PushButton2);
+    click(form().openBox, {8, 10});
+    link().setFocus();
+    write(QStringLiteral("!"));
+    for (const QLabel* label : view(form()).findChildren<QLabel*>()) {
+      if (label->isVisible() && label->text().startsWith(QStringLiteral("Looking"))) seen << label->text();
+    }
+  });
+  QTimer::singleShot(300, [&] {
+    EXPECT_EQ(server.Requests().size(), requests) << "the second was refused";
+    EXPECT_FALSE(form().openBox.Value());
+    EXPECT_TRUE(form().TextField1.Text().ends_with("!"));
+    EXPECT_EQ(view(form()).cursor().shape(), Qt::BusyCursor);
+    closed = std::chrono::steady_clock::now();
+    view(form()).close();
+  });
+  search(QStringLiteral("abc"));
+  EXPECT_LT(std::chrono::steady_clock::now() - closed, std::chrono::seconds(1));
+  EXPECT_EQ(seen, QStringList{QStringLiteral("Looking for captions\u2026")});
+  EXPECT_EQ(requests, 1U);
+  EXPECT_TRUE(host.hasLeft);
+  EXPECT_TRUE(host.calls.empty()) << "an ended command has nothing to say";
+}
+
+TEST_F(Desktop, QuittingDismissesAnOpenMessage) {
+  host.realMessages = true;
+  QTimer::singleShot(50, [&] {
+    const auto* box = dynamic_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_TRUE(box);
+    EXPECT_EQ(box->textFormat(), Qt::PlainText);
+    EXPECT_EQ(box->text(), QStringLiteral("This does not appear to be a YouTube URL."));
+    form().PersonCloses();
+  });
+  write(QStringLiteral("no link"));
+  press(Qt::Key_Return);
+  EXPECT_FALSE(QApplication::activeModalWidget());
+}
+
+TEST_F(Desktop, WhatNothingOpensIsShownForCopying) {
+  host.opens = false;
+  std::vector<QString> texts;
+  const auto dismiss = [&texts] {
+    auto* box = dynamic_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_TRUE(box);
+    texts.push_back(box->text());
+    for (QAbstractButton* button : box->buttons()) {
+      if (box->buttonRole(button) == QMessageBox::ActionRole) button->click();
+    }
+    if (box->isVisible()) box->accept();
+  };
+  QTimer::singleShot(0, dismiss);
+  host.ShowURL("https://www.youtube.com/watch?v=a b&t=1");
+  EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("https://www.youtube.com/watch?v=a b&t=1"));
+  QTimer::singleShot(0, dismiss);
+  host.Launch("/tmp/a;b.txt");
+  QTimer::singleShot(0, dismiss);
+  host.ShowURL("file:///etc/passwd");
+  EXPECT_EQ(host.calls,
+            (Calls{"open: https://www.youtube.com/watch?v=a%20b&t=1", "open: file:///tmp/a;b.txt"}))
+      << "only the web is browsed";
+  ASSERT_EQ(texts.size(), 3U);
+  EXPECT_TRUE(texts[1].endsWith(QStringLiteral("\n\n/tmp/a;b.txt")));
+}
+
+int main(int count, char** arguments) { return runOffscreen(count, arguments); }
