@@ -1,8 +1,11 @@
 #include "support/LoopbackServer.h"
 
+#include <linux/sockios.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
+#include <sched.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -13,6 +16,12 @@ namespace {
 bool Ready(int descriptor, int milliseconds) {
   pollfd waiting{descriptor, POLLIN, 0};
   return ::poll(&waiting, 1, milliseconds) > 0;
+}
+
+// Until the other side's kernel has taken all that was sent, or the connection is gone.
+void AwaitTaken(int connection, const std::atomic<bool>& stop) {
+  int waiting = 0;
+  while (!stop && ::ioctl(connection, SIOCOUTQ, &waiting) == 0 && waiting > 0) ::sched_yield();
 }
 
 std::size_t AnnouncedLength(const std::string& headers) {
@@ -57,6 +66,7 @@ LoopbackServer::LoopbackServer() {
 
 LoopbackServer::~LoopbackServer() {
   stop_ = true;
+  ::shutdown(listener_, SHUT_RDWR);  // wakes the thread up
   thread_.join();
   for (const int connection : stalled_) ::close(connection);
   ::close(listener_);
@@ -105,16 +115,22 @@ void LoopbackServer::Handle(int connection) {
   const int on = 1;
   ::setsockopt(connection, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
   if (!reply.beforeRequest) TakeRequest(ReadRequest(connection, stop_), reply);
+  reply.bytes.append(reply.filler, 'x');
   const std::size_t piece = reply.piece ? reply.piece : std::max<std::size_t>(reply.bytes.size(), 1);
   for (std::size_t at = 0; at < reply.bytes.size() && !stop_; at += piece) {
     if (::send(connection, reply.bytes.data() + at, std::min(piece, reply.bytes.size() - at), MSG_NOSIGNAL) <
         0)
       break;
   }
-  if (reply.end == Reply::End::Stall) return stalled_.push_back(connection);
+  AwaitTaken(connection, stop_);
   if (reply.end == Reply::End::Reset) {
     const linger now{1, 0};
     ::setsockopt(connection, SOL_SOCKET, SO_LINGER, &now, sizeof now);
   }
-  ::close(connection);
+  if (reply.end == Reply::End::Stall) {
+    stalled_.push_back(connection);
+  } else {
+    ::close(connection);
+  }
+  ++answered_;
 }

@@ -16,6 +16,7 @@ struct Reply {
   enum class End { Close, Reset, Stall } end = End::Close;
   std::size_t piece = 0;       // bytes a write, 0 for all at once
   bool beforeRequest = false;  // answer without waiting for the request
+  std::size_t filler = 0;      // so many bytes "x" behind the others
 };
 
 // "HTTP/1.0 200 OK", a Content-Length and the body.
@@ -37,6 +38,8 @@ class LoopbackServer {
   void Answer(const std::string& bytes) { Answer(Reply{bytes}); }
   // From now on every request for this path, with its query, gets this reply in place of the script's.
   void AnswerAt(const std::string& path, Reply reply);
+  // How many replies are out; what they hold then lies in the client's kernel buffers.
+  int Answered() const { return answered_; }
   // All requests so far, byte for byte.
   std::vector<std::string> Requests();
 
@@ -53,5 +56,6 @@ class LoopbackServer {
   std::vector<std::string> requests_;
   std::vector<int> stalled_;
   std::atomic<bool> stop_{false};
+  std::atomic<int> answered_{0};
   std::thread thread_;
 };
