@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include <utility>
-
 #include "runtime/TextControls.h"
 
 std::optional<std::string> FakePlatform::AskSavePath(const std::string& filter, const std::string& name) {
