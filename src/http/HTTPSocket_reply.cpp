@@ -1,5 +1,8 @@
 // The reply: a state machine over incoming bytes, whose only state is whether the headers are there.
 
+#include <algorithm>
+#include <climits>
+
 #include "http/HTTPSocket.h"
 #include "runtime/Numbers.h"
 #include "runtime/Text.h"
@@ -37,18 +40,18 @@ void HTTPSocket::_HandleNewData() {
 
   if (_pageHeaders) return _ProcessData(Read(_contentlength));
 
-  if (!_headerEnd.FindIn(Lookahead())) {
-    if (Lookahead().size() > kLargestHeaders) Close(), Purge(), Refuse(kErrorReplyTooLarge);
-    return;
-  }
-  const std::size_t length = _headerEnd.Position();
+  const bool found = _headerEnd.FindIn(Lookahead());
+  const std::size_t length = found ? _headerEnd.Position() : Lookahead().size();
+  if (length > kLargestHeaders) return Close(), Purge(), Refuse(kErrorReplyTooLarge);
+  if (!found) return;
   _ParseHeaders(length == 0 ? "" : Read(static_cast<std::int64_t>(length)));
   const char* kind = _httpStatusCode == 401 ? "WWW" : _httpStatusCode == 407 ? "Proxy" : nullptr;
   if (kind && _SetAuthentication(kind)) return _DoConnect(_processingURL, _httpAction, _downloadFile);
   if (!synchronous && HeadersReceived) HeadersReceived(*_pageHeaders, _httpStatusCode);
   Read(Len(_headerEnd.Eol()) * 2);
   if (_pageHeaders->_HasHeader("content-length")) {
-    _contentlength = ToInteger(CDbl(_pageHeaders->Value("content-length")));
+    // Below 1 it bounds nothing; the least of all numbers could not shrink any more.
+    _contentlength = std::max<std::int64_t>(ToInteger(CDbl(_pageHeaders->Value("content-length"))), 0);
   }
   _ProcessData(_contentlength != 0 ? Read(_contentlength) : ReadAll());
 }
@@ -56,7 +59,8 @@ void HTTPSocket::_HandleNewData() {
 void HTTPSocket::_ParseHeaders(const std::string& text) {
   const std::string eol = InternetHeaders::_DetermineEOLCharacter(text);
   _pageHeaders = std::make_shared<InternetHeaders>();
-  _httpStatusCode = static_cast<int>(ToInteger(Val(NthField(NthField(text, eol, 1), " ", 2))));
+  const std::int64_t status = ToInteger(Val(NthField(NthField(text, eol, 1), " ", 2)));
+  _httpStatusCode = static_cast<int>(std::clamp<std::int64_t>(status, INT_MIN, INT_MAX));
   _pageHeaders->_ParseHeaders(text);
   if (_pageHeaders->NameCount("Content-length") >= 1) {
     _totalLength = ToInteger(Val(_pageHeaders->Value("Content-length")));

@@ -1,0 +1,314 @@
+// Requests on the wire and replies that are as they should be, on both roads.
+
+#include <gtest/gtest.h>
+
+#include "http/HTTPSocket.h"
+#include "runtime/Application.h"
+#include "runtime/Text.h"
+#include "support/FakePlatform.h"
+#include "support/LoopbackServer.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+using namespace std::string_literals;
+constexpr std::int64_t kPatience = 60;  // seconds that no test waits for
+using Lines = std::vector<std::string>;
+
+const std::string kDefaults = "Accept: */*\r\nAccept-Language: en\r\n";
+
+struct HTTP : testing::Test {
+  FolderItemPtr File(const std::string& name) { return std::make_shared<FolderItem>(folder / name); }
+  std::string Url(const std::string& path) { return "http://" + server.Host() + path; }
+  std::string HostLine() { return "Host: " + server.Host(); }
+
+  LoopbackServer server;
+  HTTPSocket socket;
+  TemporaryFolder folder;
+};
+
+TEST_F(HTTP, SendsExactlyTheseBytes) {
+  server.Answer(Page("ok"));
+  const std::string rest = " HTTP/1.0\r\n" + kDefaults + HostLine() + "\r\n\r\n";
+  const std::pair<std::string, std::string> cases[] = {
+      {Url("/p?x=1"), "GET /p?x=1"},
+      {"https://" + server.Host() + "/p", "GET /p"},
+      {server.Host(), "GET /"},
+      {server.Host() + "/a b/%41?q=\xC3\xA9#f", "GET /a b/%41?q=\xC3\xA9#f"},
+      {"host/p?u=http://" + server.Host() + "/q", "GET /q"},
+      {"a://" + server.Host() + "//b://c", "GET //b://c"},
+  };
+  Lines expected;
+  for (const auto& [url, line] : cases) {
+    EXPECT_EQ(HTTPSocket().Get(url, kPatience), "ok") << url;
+    expected.push_back(line + rest);
+  }
+  EXPECT_EQ(server.Requests(), expected);
+}
+
+TEST_F(HTTP, KeepsAPortThatAURLNamed) {
+  server.Answer(Page("ok"));
+  socket.Get(Url("/1"), kPatience);
+  for (const char* url : {"127.0.0.1/2", "http://127.0.0.1:0/3", "127.0.0.1:port/4"}) {
+    EXPECT_EQ(socket.Get(url, kPatience), "ok") << url;
+  }
+  EXPECT_EQ(socket.Port, server.Port());
+  EXPECT_EQ(server.Requests().at(2), "GET /3 HTTP/1.0\r\n" + kDefaults + "Host: 127.0.0.1:0\r\n\r\n");
+  HTTPSocket fresh;
+  fresh.Get("\x01?x=1", 1);
+  EXPECT_EQ(fresh.Port, 80);
+  EXPECT_EQ(fresh.Address, "\x01?x=1") << "without a slash all of it is the host";
+}
+
+TEST_F(HTTP, PostsContentAndForgetsItsLengthOnly) {
+  server.Answer(Page("ok"));
+  socket.SetRequestContent("a\r\n\0b"s, "text/x ");
+  socket.Post(Url("/1"), kPatience);
+  socket.Post(Url("/2"), kPatience);
+  socket.SetRequestContent("", "");
+  socket.SendRequest("PUT", Url("/3"), kPatience);
+  const std::string type = "\r\nContent-type: text/x ";
+  const std::string head = " HTTP/1.0\r\n" + kDefaults + HostLine();
+  const std::string content = type + "\r\nContent-length: 5\r\n\r\na\r\n\0b"s;
+  EXPECT_EQ(server.Requests(), Lines({"POST /1" + head + content, "POST /2" + head + content,
+                                      "PUT /3" + head + type + "\r\n\r\n"}));
+}
+
+TEST_F(HTTP, EncodesFormsByWholeReplacement) {
+  server.Answer(Page("ok"));
+  socket.SetFormData(Dictionary({{"a b"s, "1&2=3%"s}, {"n"s, std::int64_t{7}}, {"\xC3\xA9?"s, "\r\n"s}}));
+  socket.Post(Url("/"), kPatience);
+  EXPECT_EQ(server.Requests().at(0).substr(server.Requests().at(0).find("Content-type")),
+            "Content-type: application/x-www-form-urlencoded\r\nContent-length: 31\r\n\r\n"
+            "a+b=1%262%3D3%25&n=7&\xC3\xA9?=%0D%0A");
+  EXPECT_EQ(socket.EncodeFormData(Dictionary({{"k"s, "%&=,/\\][{}`~-_()*^$#!+;<>"s}})),
+            "k=%25%26%3D%2C%2F%5C%5D%5B%7B%7D%60%7E%2D%5F%28%29%2A%5E%24%23%21%2B%3B%3C%3E");
+  EXPECT_EQ(socket.EncodeFormData(Dictionary()), "");
+  socket.SetFormData(std::nullopt);
+  socket.ClearRequestHeaders();
+  socket.Get(Url("/"), kPatience);
+  EXPECT_EQ(server.Requests().at(1), "GET / HTTP/1.0\r\n" + HostLine() + "\r\n\r\n");
+}
+
+TEST_F(HTTP, RequestHeadersStayUntilTheyAreCleared) {
+  server.Answer(Page("ok"));
+  socket.SetRequestHeader("X-A", "1\r\nX-Evil: 2");
+  socket.SetRequestHeader("accept-language", "");
+  socket.GetRequestHeaders()->AppendHeader("X-A", "3");
+  socket.Get(Url("/"), kPatience);
+  EXPECT_EQ(server.Requests().at(0),
+            "GET / HTTP/1.0\r\nAccept: */*\r\nX-A: 1X-Evil: 2\r\nX-A: 3\r\n" + HostLine() + "\r\n\r\n");
+}
+
+TEST_F(HTTP, AsksAProxyForTheWholeURL) {
+  server.Answer(Page("via"));
+  socket.HTTPProxyAddress = "127.0.0.1";
+  socket.HTTPProxyPort = server.Port();
+  EXPECT_EQ(socket.Get("http://far.example:8080/p?q", kPatience), "via");
+  EXPECT_EQ(server.Requests(), Lines({"GET http://far.example:8080/p?q HTTP/1.0\r\n" + kDefaults +
+                                      "Host: far.example:8080\r\n\r\n"}));
+}
+
+TEST_F(HTTP, HeadHasHeadersAndNoBody) {
+  server.Answer("HTTP/1.0 200 OK\r\nContent-Length: 99\r\nX: y\r\n\r\n");
+  socket.SetRequestContent("dropped", "text/plain");
+  const auto headers = socket.GetHeaders(Url("/h"), kPatience);
+  ASSERT_NE(headers, nullptr);
+  EXPECT_EQ(headers->_FormatHTTPHeaders(), "Content-Length: 99\r\nX: y");
+  EXPECT_EQ(server.Requests(), Lines({"HEAD /h HTTP/1.0\r\n" + kDefaults + HostLine() + "\r\n\r\n"}));
+  EXPECT_EQ(socket.ErrorCode(), 0);
+}
+
+TEST_F(HTTP, EveryStatusIsAPage) {
+  const std::pair<const char*, int> cases[] = {{"HTTP/1.0 404 Not Found", 404},
+                                               {"HTTP/1.1 302 Found\r\nLocation: /x", 302},
+                                               {"ICY 500", 500},
+                                               {"HTTP/1.0 401 Who", 401},
+                                               {"HTTP/1.0", 0},
+                                               {"nonsense \xFF", 0},
+                                               {"HTTP/1.0 204.9 x", 204},
+                                               {"HTTP/1.0 4294967697 x", 2147483647},
+                                               {"HTTP/1.0 -7", -7}};
+  for (const auto& [head, status] : cases) {
+    LoopbackServer own;
+    own.Answer(head + "\r\nContent-Length: 4\r\n\r\npage"s);
+    EXPECT_EQ(socket.Get(own.Host() + "/", kPatience), "page") << head;
+    EXPECT_EQ(socket.HTTPStatusCode(), status) << head;
+    EXPECT_EQ(socket.ErrorCode(), 0) << head;
+    EXPECT_EQ(own.Requests().size(), 1u) << head;
+  }
+}
+
+TEST_F(HTTP, TheBodyEndsAtItsLengthOrAtTheClose) {
+  // The stalled ones end by their length alone.
+  const struct {
+    std::string reply;
+    Reply::End end;
+    const char* body;
+  } cases[] = {
+      {"HTTP/1.0 200 OK\r\nContent-Length: 5\r\n\r\nhello", Reply::End::Stall, "hello"},
+      {"HTTP/1.0 200 OK\r\ncontent-length:5\r\n\r\nhello, world", Reply::End::Stall, "hello"},
+      {"HTTP/1.0 200 OK\nContent-Length: 5\n\nhello", Reply::End::Stall, "hello"},
+      {"HTTP/1.0 200 OK\rContent-Length: 5\r\rhello", Reply::End::Stall, "hello"},
+      {"HTTP/1.0 200 OK\r\nX: y\n\nhello", Reply::End::Close, "hello"},
+      {"\r\n\r\nhello", Reply::End::Close, "hello"},
+      {"HTTP/1.0 200 OK\r\n\r\nhello\r\n\r\n", Reply::End::Close, "hello\r\n\r\n"},
+      {"HTTP/1.0 200 OK\r\nContent-Length: 0\r\n\r\nhello", Reply::End::Close, "hello"},
+      {"HTTP/1.0 200 OK\r\nContent-Length: 99\r\n\r\nhello", Reply::End::Close, "hello"},
+      {"HTTP/1.0 200 OK\r\nContent-Length: 99\r\n\r\nhello", Reply::End::Reset, "hello"},
+      {"HTTP/1.0 200 OK\r\nContent-Length: 99999999999999999999999\r\n\r\nhello", Reply::End::Close, "hello"},
+      {"HTTP/1.0 200 OK\r\nContent-Length: -99999999999999999999999\r\n\r\nhello", Reply::End::Close,
+       "hello"},
+      {"HTTP/1.0 200 OK\r\nContent-Length: -3\r\n\r\nhello", Reply::End::Close, "hello"},
+      {"HTTP/1.0 200 OK\r\nContent-Length: five\r\n\r\nhello", Reply::End::Close, "hello"},
+      {"HTTP/1.0 200 OK\r\nContent-Length: 5x\r\nContent-Length: 7\r\n\r\nhello", Reply::End::Stall, "hello"},
+      {"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\nhello\r\n0\r\n\r\n", Reply::End::Close,
+       "5\r\nhello\r\n0\r\n\r\n"},
+      {"HTTP/1.0 200 OK\r\n\r\n", Reply::End::Close, ""},
+      {"", Reply::End::Close, ""},
+  };
+  for (const auto& c : cases) {
+    for (const std::size_t piece : {0, 1, 7}) {
+      LoopbackServer own;
+      own.Answer(Reply{c.reply, c.end, piece});
+      HTTPSocket fresh;
+      EXPECT_EQ(fresh.Get(own.Host() + "/", kPatience), c.body) << c.reply << piece;
+      EXPECT_EQ(fresh.ErrorCode(), 0) << c.reply;
+    }
+  }
+}
+
+TEST_F(HTTP, ThePeersCloseIsNoErrorButIsTold) {
+  server.Answer(OpenPage("text"));
+  EXPECT_EQ(socket.Get(Url("/"), kPatience), "text");
+  EXPECT_EQ(socket.ErrorCode(), 0);
+  EXPECT_EQ(socket.LastErrorCode(), kErrorPeerClosed);
+  server.Answer(Page("text"));
+  socket.Get(Url("/"), kPatience);
+  socket.Get(Url("/"), kPatience);
+  EXPECT_EQ(socket.LastErrorCode(), 0) << "ended by the length";
+}
+
+TEST_F(HTTP, OneObjectMakesManyRequests) {
+  for (const std::string& reply : {"HTTP/1.0 404 No\r\nX: 1\r\nContent-Length: 3\r\n\r\none"s,
+                                   OpenPage("second"), OpenPage(""), Page("4")}) {
+    server.Answer(reply);
+  }
+  EXPECT_EQ(socket.Get(Url("/1"), kPatience), "one");
+  EXPECT_EQ(socket.Get(Url("/2"), kPatience), "second");
+  EXPECT_EQ(socket.HTTPStatusCode(), 200);
+  EXPECT_EQ(socket.PageHeaders(), nullptr) << "nil for a reply without headers";
+  EXPECT_EQ(socket.Get(Url("/3"), kPatience), "");
+  EXPECT_EQ(socket.Get(Url("/4"), kPatience), "4");
+  EXPECT_EQ(socket.Get("127.0.0.1:1/", kPatience), "") << "nothing of the earlier page";
+  EXPECT_EQ(socket.HTTPStatusCode(), 200) << "of the last reply until a connection stands";
+}
+
+TEST_F(HTTP, DownloadsIntoAFile) {
+  const std::string body(700'000, 'b');
+  server.Answer(Page(body));
+  WriteFile(folder / "f", "old");
+  EXPECT_TRUE(socket.Get(Url("/"), File("f"), kPatience));
+  EXPECT_EQ(ReadFile(folder / "f"), body);
+  EXPECT_EQ(folder.Count(), 1u);
+  EXPECT_EQ(socket.Get(Url("/"), kPatience), body) << "the next page is kept in memory again";
+  const int before = server.Answered();
+  EXPECT_FALSE(socket.Get(Url("/"), File(""), kPatience));
+  EXPECT_FALSE(socket.Post(Url("/"), File("none/f"), kPatience));
+  EXPECT_EQ(socket.ErrorCode(), kErrorDownloadFile);
+  EXPECT_EQ(server.Answered(), before) << "no connection";
+  EXPECT_FALSE(socket.Get(Url("/"), std::make_shared<FolderItem>("/dev/full"), kPatience));
+  EXPECT_EQ(socket.ErrorCode(), kErrorDownloadFile);
+}
+
+// The event road: what was raised, one line each.
+struct Events : HTTP {
+  Events() {
+    socket.Connected = [this] { seen.push_back("connected"); };
+    socket.HeadersReceived = [this](const InternetHeaders& h, int status) {
+      seen.push_back("headers " + std::to_string(status) + " " + std::to_string(h.Count()));
+    };
+    socket.ReceiveProgress = [this](std::int64_t soFar, std::int64_t total, const std::string& data) {
+      seen.push_back("progress " + std::to_string(soFar) + "/" + std::to_string(total) + " " + data);
+    };
+    socket.PageReceived = [this](const std::string& url, int, HTTPSocket::HeadersPtr,
+                                 const std::string& content) {
+      seen.push_back("page " + Replace(url, server.Host(), "") + " " + content), done = true;
+    };
+    socket.DownloadComplete = [this](const std::string&, int, HTTPSocket::HeadersPtr,
+                                     const FolderItemPtr& file) {
+      seen.push_back("file " + ReadFile(file->Path())), done = true;
+    };
+    socket.Error = [this](int code) { seen.push_back("error " + std::to_string(code)), done = true; };
+  }
+  Lines Wait() {
+    for (int i = 0; i < 5000 && !done; ++i) socket.Poll();
+    done = false;
+    return std::exchange(seen, {});
+  }
+  Lines seen;
+  bool done = false;
+};
+
+TEST_F(Events, ComeInOrder) {
+  server.Answer(Page("hello"));
+  server.Answer(OpenPage("open"));
+  socket.Get(Url("/1"));
+  EXPECT_EQ(seen, Lines()) << "the call only starts it";
+  EXPECT_EQ(Wait(), Lines({"connected", "headers 200 1", "progress 5/5 hello", "page http:///1 hello"}));
+  socket.Get(Url("/2"), File("f"));
+  EXPECT_EQ(Wait(), Lines({"connected", "headers 200 0", "progress 4/0 open", "file open"}));
+  socket.Get("127.0.0.1:1/");
+  EXPECT_EQ(Wait(), Lines({"error 111"}));
+  socket.Get(Url("/3"), File(""));
+  EXPECT_EQ(Wait(), Lines({"error 1"}));
+  socket.Get(Url("/a\rb"));
+  EXPECT_EQ(Wait(), Lines({"error 10004"}));
+  EXPECT_EQ(socket.Get(Url("/4"), kPatience), "open");
+  EXPECT_EQ(seen, Lines()) << "the blocking road raises none";
+}
+
+TEST_F(Events, ProgressAddsUp) {
+  server.Answer(Reply{Page("abcdef"), Reply::End::Close, 1});
+  std::string whole;
+  socket.ReceiveProgress = [&](std::int64_t soFar, std::int64_t total, const std::string& data) {
+    whole += data;
+    EXPECT_EQ(soFar, LenB(whole));
+    EXPECT_EQ(total, 6);
+  };
+  socket.Post(Url("/"));
+  EXPECT_EQ(Wait().back(), "page http:/// abcdef");
+  EXPECT_EQ(whole, "abcdef");
+}
+
+TEST_F(Events, AHandlerMayAskForTheNextPage) {
+  server.Answer(Page("one"));
+  server.Answer(OpenPage("two"));
+  Lines pages;
+  socket.PageReceived = [&](const std::string&, int, HTTPSocket::HeadersPtr, const std::string& content) {
+    pages.push_back(content);
+    if (pages.size() < 3) {
+      socket.Get(Url("/"));
+    } else {
+      done = true;
+    }
+  };
+  socket.Get(Url("/"));
+  Wait();
+  EXPECT_EQ(pages, Lines({"one", "two", "two"}));
+}
+
+TEST_F(HTTP, AWaitThatIsEndedUnwindsAndMayYield) {
+  FakePlatform host;
+  Application app(host);
+  server.Answer(Reply{"", Reply::End::Stall});
+  bool wentOn = false;
+  host.onYield = [&] {
+    if (server.Answered() > 0) app.Quit();
+  };
+  socket.Yield = true;
+  app.Dispatch(nullptr, [&] { socket.Get(Url("/"), 0), wentOn = true; });
+  EXPECT_FALSE(wentOn);
+}
+
+}  // namespace
