@@ -16,7 +16,7 @@ constexpr std::string_view kLineBreakers("\r\n\0", 3);
 
 std::int64_t Deadline(std::int64_t seconds) {
   constexpr std::int64_t kFarAway = std::numeric_limits<std::int64_t>::max() / 120;
-  return Ticks() + std::min(seconds, kFarAway) * 60;
+  return Ticks() + std::clamp<std::int64_t>(seconds, 0, kFarAway) * 60;
 }
 
 }  // namespace

@@ -1,0 +1,214 @@
+// The HTTP client against servers that cut, stall, drip, reset and lie, and on bad addresses.
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <chrono>
+#include <limits>
+
+#include "http/HTTPSocket.h"
+#include "runtime/Application.h"
+#include "runtime/Text.h"
+#include "support/FakePlatform.h"
+#include "support/LoopbackServer.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+using namespace std::string_literals;
+using Clock = std::chrono::steady_clock;
+constexpr std::int64_t kTimeOut = 30;
+
+// A clock that stands still until the server has sent all of its script, and then runs fast while
+// nothing comes: what the client gets before its time-out hangs on no machine's speed.
+struct Faults : testing::Test {
+  Faults() { RunClockAfter(server); }
+  void RunClockAfter(const LoopbackServer& of) {
+    host.onYield = [this, &of] {
+      const auto now = Clock::now();
+      const bool silent = now - lastYield > std::chrono::milliseconds(SocketCore::kPollWait / 2);
+      if (silent && of.Answered() > 0) host.ticks += kTimeOut * 25;
+      lastYield = now;
+    };
+  }
+  std::pair<std::string, int> Request(std::int64_t timeOut) {
+    std::string body = socket.Get(server.Host() + "/", timeOut);
+    return {body, socket.ErrorCode()};
+  }
+
+  FakePlatform host;
+  Application app{host};
+  LoopbackServer server;
+  HTTPSocket socket;
+  Clock::time_point lastYield = Clock::now();
+};
+
+using Result = std::pair<std::string, int>;
+
+// What a reply of this text gives that is cut at length bytes.
+Result Expected(const std::string& text, std::size_t length, bool declared, Reply::End end) {
+  const std::size_t headerEnd = text.find("\r\n\r\n") + 4;
+  const bool closes = end != Reply::End::Stall;
+  if (length < headerEnd) return {"", closes && length == 0 ? 0 : kErrorTimeOut};
+  const bool whole = declared && length == text.size();
+  return {text.substr(headerEnd, length - headerEnd), whole || closes ? 0 : kErrorTimeOut};
+}
+
+struct Cuts : Faults, testing::WithParamInterface<std::tuple<Reply::End, std::size_t>> {};
+
+TEST_P(Cuts, AtEveryByteGiveWhatCame) {
+  const auto [end, piece] = GetParam();
+  for (const bool declared : {true, false}) {
+    const std::string text = declared ? "HTTP/1.0 200 OK\r\nContent-Length: 6\r\n\r\na\r\n\r\nb"s
+                                      : "HTTP/1.0 200 OK\r\nX: y\r\n\r\nbody";
+    for (std::size_t length = 0; length <= text.size(); ++length) {
+      LoopbackServer own;
+      own.Answer(Reply{text.substr(0, length), end, piece});
+      RunClockAfter(own);
+      HTTPSocket fresh;
+      const std::string body = fresh.Get(own.Host() + "/", kTimeOut);
+      EXPECT_EQ(Result(body, fresh.ErrorCode()), Expected(text, length, declared, end)) << declared << length;
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(, Cuts,
+                         testing::Combine(testing::Values(Reply::End::Close, Reply::End::Reset,
+                                                          Reply::End::Stall),
+                                          testing::Values(0, 1)));
+
+TEST_F(Faults, SilenceEndsTheWaitAndKeepsWhatCame) {
+  server.Answer(Reply{"HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\nhalf", Reply::End::Stall});
+  EXPECT_EQ(Request(kTimeOut), Result("half", kErrorTimeOut));
+  EXPECT_EQ(socket.LastErrorCode(), 0);
+  EXPECT_FALSE(socket.IsConnected());
+  EXPECT_EQ(socket.HTTPStatusCode(), 200);
+}
+
+TEST_F(Faults, TheTimeOutCountsSilence) {
+  // A tenth of the time-out passes with each piece of the body, and many time-outs over them all.
+  const std::string body(30'000, 'd');
+  server.Answer(Reply{Page(body), Reply::End::Stall, 1});
+  host.onYield = [&] { host.ticks += socket.HTTPStatusCode() == 200 ? kTimeOut * 6 : 0; };
+  EXPECT_EQ(Request(kTimeOut), Result(body, 0));
+  EXPECT_GT(host.ticks, kTimeOut * 60 * 3);
+}
+
+TEST_F(Faults, ADownloadDoesNotMoveTheDeadline) {
+  const TemporaryFolder folder;
+  server.Answer(Reply{"HTTP/1.0 200 OK\r\n\r\npart", Reply::End::Stall});
+  EXPECT_FALSE(socket.Get(server.Host() + "/", std::make_shared<FolderItem>(folder / "f"), kTimeOut));
+  EXPECT_EQ(socket.ErrorCode(), kErrorTimeOut);
+  EXPECT_EQ(ReadFile(folder / "f"), "part");
+}
+
+TEST_F(Faults, WithoutATimeOutOnlyThePageEndsTheWait) {
+  for (const std::int64_t none :
+       {std::int64_t{0}, std::int64_t{-1}, std::numeric_limits<std::int64_t>::min()}) {
+    LoopbackServer own;
+    own.Answer(Reply{OpenPage("late"), Reply::End::Close, 1});
+    host.ticksEachYield = 1'000'000;
+    EXPECT_EQ(HTTPSocket().Get(own.Host() + "/", none), "late") << none;
+  }
+  host.ticksEachYield = 0;
+  server.Answer(Page("x"));
+  EXPECT_EQ(Request(std::numeric_limits<std::int64_t>::max()), Result("x", 0));
+}
+
+TEST_F(Faults, AReplyMayComeBeforeTheRequest) {
+  server.Answer(Reply{Page("eager"), Reply::End::Stall, 0, true});
+  EXPECT_EQ(Request(kTimeOut), Result("eager", 0));
+}
+
+TEST_F(Faults, HeadersBeyondTheirLimitAreRefused) {
+  const std::size_t limit = HTTPSocket::kLargestHeaders;
+  const std::string head = "HTTP/1.0 200 OK\r\nX: ";
+  Reply endless{head, Reply::End::Stall};
+  endless.filler = 3 << 20;
+  LoopbackServer first, second, third;
+  first.Answer(endless);
+  second.Answer(Reply{head + std::string(limit, 'x') + "\r\n\r\nbody", Reply::End::Close});
+  third.Answer(Reply{head + std::string(limit - head.size(), 'x') + "\r\n\r\nbody", Reply::End::Close});
+  for (LoopbackServer* each : {&first, &second}) {
+    EXPECT_EQ(socket.Get(each->Host() + "/", kTimeOut), "");
+    EXPECT_EQ(socket.ErrorCode(), kErrorReplyTooLarge);
+    EXPECT_EQ(socket.LastErrorCode(), kErrorReplyTooLarge);
+  }
+  EXPECT_EQ(socket.Get(third.Host() + "/", kTimeOut), "body");
+}
+
+TEST_F(Faults, ABodyBeyondItsLimitIsRefused) {
+  Reply endless{"HTTP/1.0 200 OK\r\n\r\n", Reply::End::Close};
+  endless.filler = HTTPSocket::kLargestBody + 1;
+  server.Answer(endless);
+  EXPECT_EQ(Request(kTimeOut), Result("", kErrorReplyTooLarge));
+  EXPECT_EQ(socket.LastErrorCode(), kErrorReplyTooLarge);
+}
+
+TEST_F(Faults, WhatCanBreakTheRequestIsNotSent) {
+  server.Answer(Page("page"));
+  for (const std::string& tail : {"/\r"s, "/\n"s, "/a\0b"s, "\r\n/"s, "/ HTTP/1.0\r\nX: y"s}) {
+    EXPECT_EQ(socket.Get(server.Host() + tail, kTimeOut), "");
+    EXPECT_EQ(socket.ErrorCode(), kErrorBadURL);
+    EXPECT_EQ(socket.LastErrorCode(), kErrorBadURL);
+  }
+  socket.SendRequest("GET /\r\n", server.Host(), kTimeOut);
+  EXPECT_EQ(socket.ErrorCode(), kErrorBadURL);
+  EXPECT_EQ(Request(kTimeOut), Result("page", 0));
+  EXPECT_EQ(server.Requests().size(), 1u);
+}
+
+TEST_F(Faults, AConnectionThatNeverStoodIsAnError) {
+  int closedPort = 0;
+  { closedPort = LoopbackServer().Port(); }
+  const std::pair<std::string, int> cases[] = {
+      {"127.0.0.1:" + std::to_string(closedPort), ECONNREFUSED},
+      {"http:///p", kErrorBadAddress},
+      {"", kErrorBadAddress},
+      {"127.0.0.1:65536/", kErrorBadAddress},
+      {"127.0.0.1:-1/", kErrorBadAddress},
+      {"127.0.0.1:99999999999999999999/", kErrorBadAddress},
+      {"no-such-host.invalid/", kErrorNameNotFound},
+      {"a b/", kErrorNameNotFound},
+      {std::string(5000, 'h') + "/", kErrorNameNotFound},
+  };
+  for (const auto& [url, error] : cases) {
+    HTTPSocket fresh;
+    EXPECT_EQ(fresh.Get(url, kTimeOut), "") << url;
+    EXPECT_EQ(fresh.ErrorCode(), error) << url;
+    EXPECT_EQ(fresh.LastErrorCode(), error) << url;
+    EXPECT_EQ(fresh.HTTPStatusCode(), 0);
+  }
+}
+
+double ProcessorSeconds() {
+  rusage used{};
+  ::getrusage(RUSAGE_THREAD, &used);
+  const auto seconds = [](const timeval& t) {
+    return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) / 1e6;
+  };
+  return seconds(used.ru_utime) + seconds(used.ru_stime);
+}
+
+TEST(Waiting, SleepsInTheKernel) {
+  LoopbackServer server;
+  server.Answer(Reply{"HTTP/1.0 200 OK\r\n\r\n", Reply::End::Stall});
+  HTTPSocket socket;
+  const double before = ProcessorSeconds();
+  const auto start = Clock::now();
+  socket.Get(server.Host() + "/", 1);
+  EXPECT_EQ(socket.ErrorCode(), kErrorTimeOut);
+  EXPECT_GE(Clock::now() - start, std::chrono::milliseconds(990));
+  EXPECT_LT(ProcessorSeconds() - before, 0.05);
+}
+
+TEST(Waiting, HundredsOfRequestsAreQuick) {
+  LoopbackServer server;
+  server.Answer(Page("x"));
+  const auto start = Clock::now();
+  HTTPSocket socket;
+  for (int i = 0; i < 300; ++i) ASSERT_EQ(socket.Get(server.Host() + "/", 60), "x");
+  EXPECT_LT(Clock::now() - start, std::chrono::milliseconds(2500)) << "less than the length of 300 polls";
+}
+
+}  // namespace
