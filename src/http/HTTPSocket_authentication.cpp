@@ -27,8 +27,10 @@ StringArray CutChallenge(std::string_view text) {
     }
     item.clear();
   };
+  bool escaped = false;
   for (const char c : text) {
-    if (c == '"') quoted = !quoted;
+    if (c == '"' && !escaped) quoted = !quoted;
+    escaped = quoted && c == '\\' && !escaped;
     if (c == ',' && !quoted) {
       finish();
     } else {

@@ -1,0 +1,206 @@
+// Challenges and the answers to them, recomputed from the fields on the wire (RFC 2617).
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "http/HTTPSocket.h"
+#include "runtime/Digest.h"
+#include "runtime/Text.h"
+#include "support/LoopbackServer.h"
+
+namespace {
+
+constexpr std::int64_t kPatience = 60;
+using Fields = std::map<std::string, std::string>;
+
+std::string Challenge(const std::string& kind, const std::string& value) {
+  return "HTTP/1.0 " + std::string(kind == "WWW" ? "401" : "407") + " No\r\n" + kind +
+         "-Authenticate: " + value + "\r\nContent-Length: 4\r\n\r\nlock";
+}
+
+// The value of a header of a request, "" if it has none.
+std::string Sent(const std::string& request, const std::string& name) {
+  return NthField(NthField(request, "\r\n" + name + ": ", 2), "\r\n", 1);
+}
+
+// The fields of a Digest value, as a server reads them: marks away, cut at commas outside of them.
+Fields Read(const std::string& value) {
+  Fields fields;
+  std::string name, text, *into = &name;
+  bool quoted = false;
+  for (const char c : value.substr(value.find(' ') + 1)) {
+    if (c == '"') {
+      quoted = !quoted;
+    } else if (!quoted && c == '=') {
+      into = &text;
+    } else if (!quoted && c == ',') {
+      fields[Trim(name)] = text, name.clear(), text.clear(), into = &name;
+    } else {
+      *into += c;
+    }
+  }
+  if (!Trim(name).empty()) fields[Trim(name)] = text;
+  return fields;
+}
+
+std::string Hash(const std::string& text) { return HTTPSocket::_EncodeHex(MD5(text)); }
+
+std::string ResponseOf(Fields f, const std::string& method, const std::string& password) {
+  return Hash(Hash(f["username"] + ":" + f["realm"] + ":" + password) + ":" + f["nonce"] + ":" + f["nc"] +
+              ":" + f["cnonce"] + ":" + f["qop"] + ":" + Hash(method + ":" + f["uri"]));
+}
+
+struct Authentication : testing::Test {
+  Authentication() {
+    socket.AuthenticationRequired = [this](const std::string& realm, const InternetHeaders& headers,
+                                           std::string& name, std::string& password) {
+      asked.push_back(realm + "|" + headers.Value("www-authenticate"));
+      return Fill(name, password);
+    };
+    socket.ProxyAuthenticationRequired = [this](const std::string& realm, const InternetHeaders&,
+                                                std::string& name, std::string& password) {
+      asked.push_back("proxy " + realm);
+      return Fill(name, password);
+    };
+    socket.PageReceived = [this](const std::string&, int, HTTPSocket::HeadersPtr,
+                                 const std::string& content) { page = content; };
+  }
+  bool Fill(std::string& name, std::string& password) const {
+    name = "Mu, \xC3\xA9", password = "pass:word";
+    return willing;
+  }
+  // The page, on either road.
+  std::string Ask(bool blocking) {
+    page = "";
+    if (blocking) return socket.Get(url, kPatience);
+    socket.Get(url);
+    for (int i = 0; i < 5000 && page.empty(); ++i) socket.Poll();
+    return page;
+  }
+
+  LoopbackServer server;
+  HTTPSocket socket;
+  std::string url = "http://" + server.Host() + "/a,b?c=\xC3\xA9";
+  std::vector<std::string> asked;
+  std::string page;
+  bool willing = true;
+};
+
+struct Roads : Authentication, testing::WithParamInterface<std::tuple<bool, std::string>> {
+  const bool blocking = std::get<0>(GetParam());
+  const std::string kind = std::get<1>(GetParam());
+  const std::string header = kind == "WWW" ? "Authorization" : "Proxy-Authorization";
+};
+
+TEST_P(Roads, BasicIsAnsweredAndKept) {
+  server.Answer(Challenge(kind, "Basic realm=\"a, b\""));
+  server.Answer(Page("open"));
+  EXPECT_EQ(Ask(blocking), "open");
+  EXPECT_EQ(Ask(blocking), "open");
+  EXPECT_EQ(asked, std::vector<std::string>({kind == "WWW" ? "a, b|Basic realm=\"a, b\"" : "proxy a, b"}));
+  const auto requests = server.Requests();
+  ASSERT_EQ(requests.size(), 3u);
+  EXPECT_EQ(Sent(requests[0], header), "");
+  for (const int i : {1, 2}) {
+    EXPECT_EQ(Sent(requests.at(static_cast<std::size_t>(i)), header),
+              "Basic " + EncodeBase64("Mu, \xC3\xA9:pass:word", 0));
+  }
+  EXPECT_EQ(requests[0], Replace(requests[1], header + ": " + Sent(requests[1], header) + "\r\n", "")
+                             .substr(0, requests[0].size()))
+      << "else the same request again";
+}
+
+TEST_P(Roads, DigestIsAnsweredWithTheRightResponse) {
+  const std::string first = "Digest realm=\"r, s\", nonce=\"n1,=\", qop=auth, algorithm=MD5, opaque=\"o==\"";
+  server.Answer(Challenge(kind, first));
+  server.Answer(Challenge(kind, first));
+  server.Answer(Challenge(kind, "Digest realm=\"r, s\",nonce=\"n2\",stale=true"));
+  server.Answer(Challenge(kind, "Digest realm=\"r, s\", opaque=\"\""));
+  server.Answer(Page("open"));
+  EXPECT_EQ(Ask(blocking), "open");
+  const auto requests = server.Requests();
+  ASSERT_EQ(requests.size(), 5u);
+  const Fields expected[] = {{{"nonce", "n1,="}, {"nc", "00000001"}, {"opaque", "o=="}},
+                             {{"nonce", "n1,="}, {"nc", "00000002"}, {"opaque", "o=="}},
+                             {{"nonce", "n2"}, {"nc", "00000001"}},
+                             {{"nonce", "n2"}, {"nc", "00000002"}, {"opaque", ""}}};
+  for (std::size_t i = 1; i < requests.size(); ++i) {
+    const std::string value = Sent(requests[i], header);
+    Fields sent = Read(value);
+    EXPECT_EQ(sent["response"], ResponseOf(sent, "GET", "pass:word")) << value;
+    EXPECT_EQ(sent["cnonce"].size(), 25u);
+    Fields all = expected[i - 1];
+    all.insert({{"username", "Mu, \xC3\xA9"}, {"realm", "r, s"}, {"uri", url}, {"qop", "auth"}});
+    all.insert({{"cnonce", sent["cnonce"]}, {"response", sent["response"]}});
+    EXPECT_EQ(sent, all) << value;
+    EXPECT_EQ(Right(value, 2) == ", ", i == 3) << "ends so without opaque";
+  }
+}
+
+TEST_P(Roads, WhatIsNotAnsweredIsAPage) {
+  for (const char* challenge : {"Basic", "Negotiate abc", "basic realm=\"x\"", "Digest", ""}) {
+    server.Answer(Challenge(kind, challenge));
+    server.Answer(Challenge(kind, challenge));
+    EXPECT_EQ(Ask(blocking), "lock") << challenge;
+    EXPECT_EQ(socket.HTTPStatusCode(), kind == "WWW" ? 401 : 407);
+    EXPECT_EQ(socket.ErrorCode(), 0);
+  }
+  EXPECT_EQ(asked.size(), 5u) << "the question comes all the same";
+  willing = false;
+  server.Answer(Challenge(kind, "Basic realm=\"x\""));
+  EXPECT_EQ(Ask(blocking), "lock");
+  socket.AuthenticationRequired = socket.ProxyAuthenticationRequired = nullptr;
+  EXPECT_EQ(Ask(blocking), "lock");
+  for (const std::string& request : server.Requests()) EXPECT_EQ(Sent(request, header), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(, Roads, testing::Combine(testing::Bool(), testing::Values("WWW", "Proxy")));
+
+TEST_F(Authentication, ChallengesAreCutAtCommasOutsideMarks) {
+  const Dictionary params = socket._ParseAuthenticationParams(
+      " Realm=\"a, b\\\", c=d\" ,nonce = \"x=y\",qop=auth,  algorithm=MD5 , empty=\"\", bare, none=,=v, "
+      "last=\"z\"");
+  std::string read;
+  for (std::int64_t i = 0; i < params.Count(); ++i) {
+    read += ToString(params.Key(i)) + "<" + ToString(params.Value(params.Key(i))) + ">";
+  }
+  EXPECT_EQ(read, "Realm<a, b\\\", c=d>nonce<x=y>qop<auth>algorithm<MD5>empty<>none<><v>last<z>");
+}
+
+TEST_F(Authentication, ValuesAreAsTheyArePublished) {
+  EXPECT_EQ(socket._CreateAuthenticationData("Basic", "a", "b", Dictionary()), "Basic YTpi");
+  EXPECT_EQ(socket._CreateAuthenticationData("Basic", "Aladdin", "open sesame", Dictionary()),
+            "Basic QWxhZGRpbjpvcGVuIHNlc2FtZQ==");
+  EXPECT_EQ(socket._CreateAuthenticationData("BASIC", "a", "b", Dictionary()), "");
+  const Fields bare = Read(socket._CreateAuthenticationData("Digest", "u", "p", Dictionary()));
+  EXPECT_EQ(bare.at("uri") + bare.at("realm") + bare.at("nonce") + bare.at("nc"), "/00000001");
+  EXPECT_EQ(bare.at("response"), ResponseOf(bare, "GET", "p"));
+  Fields published{{"username", "Mufasa"},
+                   {"realm", "testrealm@host.com"},
+                   {"uri", "/dir/index.html"},
+                   {"nonce", "dcd98b7102dd2f0e8b11d0f600bfb0c093"},
+                   {"nc", "00000001"},
+                   {"cnonce", "0a4f113b"},
+                   {"qop", "auth"}};
+  EXPECT_EQ(ResponseOf(published, "GET", "Circle Of Life"), "6629fae49393a05397450978507c4ef1")
+      << "the check itself, by the example of RFC 2617";
+  const std::string nonce = HTTPSocket::_CreateNonce();
+  EXPECT_EQ(nonce.find_first_not_of("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"),
+            nonce.npos);
+  EXPECT_EQ(nonce.size(), 25u);
+  EXPECT_NE(nonce, HTTPSocket::_CreateNonce());
+}
+
+TEST_F(Authentication, NoncesAreCountedForEachObjectWithoutCase) {
+  const auto nc = [&](const char* nonce) {
+    return Read(socket._CreateAuthenticationData("Digest", "u", "p",
+                                                 Dictionary({{"nonce", std::string(nonce)}})))
+        .at("nc");
+  };
+  for (const auto& [nonce, count] : {std::pair("a", "00000001"), {"b", "00000001"}, {"A", "00000002"}}) {
+    EXPECT_EQ(nc(nonce), count);
+  }
+}
+
+}  // namespace
