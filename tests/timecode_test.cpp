@@ -90,8 +90,8 @@ TEST(Timecode, GoesToTheCommaFormAndBackToSeconds) {
 }
 
 TEST(Timecode, EndsACueBehindItsOwnStart) {
-  EXPECT_EQ(CueEndSeconds({"1.5", "2", ""}), 3.5);
-  EXPECT_EQ(CueEndSeconds({"1.5", "0", ""}), 1.5);
-  EXPECT_EQ(CueEndSeconds({"x", "2.25", ""}), 2.25);
-  EXPECT_EQ(CueEndSeconds({"3", "-1", ""}), 2);
+  EXPECT_EQ(CueEndSeconds({"1.5", "2"}), 3.5);
+  EXPECT_EQ(CueEndSeconds({"1.5", "0"}), 1.5);
+  EXPECT_EQ(CueEndSeconds({"x", "2.25"}), 2.25);
+  EXPECT_EQ(CueEndSeconds({"3", "-1"}), 2);
 }
