@@ -59,7 +59,7 @@ void Application::Stop() {
   Quit();
   Dispatch(nullptr, [this] { Event_Close(); });
   posted_.clear();
-  active_ = nullptr;
+  activated_.clear();
   focus_ = nullptr;
   windows_.clear();
 }
@@ -89,14 +89,17 @@ void Application::Dispatch(Window* owner, const Handler& handler) {
 }
 
 void Application::Post(Window* owner, Handler handler) {
-  posted_.push_back({owner, std::move(handler)});
+  posted_.push_back({owner, std::move(handler), std::max<std::size_t>(frames_.size(), 1)});
   if (frames_.empty()) RunPosted();
 }
 
 void Application::RunPosted() {
-  while (!posted_.empty() && !quitting_) {
-    const Posted next = std::move(posted_.front());
-    posted_.erase(posted_.begin());
+  const auto isDue = [this](const Posted& posted) { return posted.depth > frames_.size(); };
+  for (;;) {
+    const auto due = std::find_if(posted_.begin(), posted_.end(), isDue);
+    if (due == posted_.end() || quitting_) return;
+    const Posted next = std::move(*due);
+    posted_.erase(due);
     Dispatch(next.owner, next.handler);
   }
 }
@@ -141,12 +144,15 @@ void Application::CloseWindow(Window& window) {
   for (Frame& frame : frames_) frame.ended |= frame.owner == &window;
   std::erase_if(posted_, [&](const Posted& posted) { return posted.owner == &window; });
   if (focus_ && &focus_->Owner() == &window) focus_ = nullptr;
-  if (active_ == &window) active_ = nullptr;
+  std::erase(activated_, &window);
   host_.WindowClosed(window);
   if (frames_.empty()) closed_.clear();
 }
 
-void Application::Activate(Window& window) { active_ = &window; }
+void Application::Activate(Window& window) {
+  std::erase(activated_, &window);
+  activated_.push_back(&window);
+}
 
 void Application::EnableMenuItems() {
   if (!menuBar_) return;
@@ -161,9 +167,9 @@ void Application::EnableMenuItems() {
 
 const std::function<bool()>* Application::MenuHandlerOf(const std::string& item, Window** owner) const {
   if (owner) *owner = nullptr;
-  if (active_) {
-    if (const auto own = active_->OwnMenuHandlers().find(item); own != active_->OwnMenuHandlers().end()) {
-      if (owner) *owner = active_;
+  if (Window* active = ActiveWindow()) {
+    if (const auto own = active->OwnMenuHandlers().find(item); own != active->OwnMenuHandlers().end()) {
+      if (owner) *owner = active;
       return &own->second;
     }
   }
@@ -182,7 +188,9 @@ bool Application::ChooseMenuItem(const std::string& name) {
     host_.Edit(*item->Edits);
   } else {
     Window* owner = nullptr;
-    const std::function<bool()> handler = *MenuHandlerOf(name, &owner);
+    const auto* found = MenuHandlerOf(name, &owner);
+    if (!found) return true;
+    const std::function<bool()> handler = *found;
     Dispatch(owner, [&] { handler(); });
   }
   return true;

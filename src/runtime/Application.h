@@ -62,7 +62,7 @@ class Application {
   // The window goes from the list at once and is destroyed later (see Dispatch).
   void CloseWindow(Window& window);
   // The window shown or activated last that is still open and visible; nullptr if there is none.
-  Window* ActiveWindow() const { return active_; }
+  Window* ActiveWindow() const { return activated_.empty() ? nullptr : activated_.back(); }
   void Activate(Window& window);
   Control* FocusedControl() const { return focus_; }
   // Moves the focus without telling the host, which moved it itself.
@@ -92,6 +92,7 @@ class Application {
   struct Posted {
     Window* owner;
     Handler handler;
+    std::size_t depth;  // of the handler that posted it, 1 for the outermost
   };
   void RunPosted();
   const std::function<bool()>* MenuHandlerOf(const std::string& item, Window** owner) const;
@@ -103,7 +104,7 @@ class Application {
   std::vector<Posted> posted_;
   MenuHandlers menuHandlers_;
   MenuBar* menuBar_ = nullptr;
-  Window* active_ = nullptr;
+  std::vector<Window*> activated_;  // the visible ones, the active one last
   Control* focus_ = nullptr;
   bool commandRunning_ = false;
   bool quitting_ = false;

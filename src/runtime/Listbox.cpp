@@ -74,7 +74,9 @@ void Listbox::PersonSelects(const std::vector<std::int64_t>& rows) {
 void Listbox::PersonClicksCell(std::int64_t row, std::int64_t column, int x, int y) {
   Index(row, column);
   if (!TakesPerson()) return;
-  bool dealtWith = false;
-  if (CellClick) Raise([&] { dealtWith = CellClick(row, column, x, y); });
-  if (!dealtWith && row < ListCount()) PersonSelects({row});
+  // All inside the event: the handler may close the window, and with it goes this list.
+  Raise([&] {
+    const bool dealtWith = CellClick && CellClick(row, column, x, y);
+    if (!dealtWith && row < ListCount()) PersonSelects({row});
+  });
 }

@@ -1,0 +1,365 @@
+// The application object, windows and controls as data, and the shell.
+
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <cerrno>
+#include <chrono>
+#include <fstream>
+
+#include "runtime/Application.h"
+#include "runtime/Buttons.h"
+#include "runtime/Listbox.h"
+#include "runtime/Shell.h"
+#include "runtime/TextControls.h"
+#include "runtime/Window.h"
+#include "runtime/exceptions.h"
+#include "support/FakePlatform.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+int formsAlive = 0;
+
+// A window of each kind of control.
+class Form : public Window {
+ public:
+  Form() : Window(Application::Current(), "Form", {"A form", 200, 100}) {
+    Place({{button, "button", 1, 2, 3, 4, 0, "Go"},
+           {box, "box", 0, 0, 1, 1},
+           {one, "one", 0, 0, 1, 1},
+           {two, "two", 0, 0, 1, 1},
+           {field, "field", 0, 0, 1, 1, 1, "start"},
+           {list, "list", 0, 0, 1, 1}});
+    box.Action = [this] { told.push_back("box " + std::to_string(box.Value())); };
+    one.Action = [this] { told.push_back("one"); };
+    two.Action = [this] { told.push_back("two"); };
+    ++formsAlive;
+  }
+  ~Form() override { --formsAlive; }
+  static Form& Get() { return GetOrMake<Form>("Form", Opening::AfterHandler); }
+  using Window::AddMenuHandler;
+  void Event_Open() override { told.push_back("open"); }
+  void Event_Resizing() override { told.push_back(std::to_string(Width()) + "x" + std::to_string(Height())); }
+
+  Lines told;
+  PushButton button{*this};
+  CheckBox box{*this};
+  RadioButton one{*this}, two{*this};
+  TextField field{*this};
+  Listbox list{*this, {2, "", 0, 0, true}};
+};
+
+class Other : public Window {
+ public:
+  Other() : Window(Application::Current(), "Other", {}) {}
+  static Other& Get() { return GetOrMake<Other>("Other", Opening::AtOnce); }
+};
+
+struct Run : testing::Test {
+  FakePlatform host;
+  Application app{host};
+  Lines told;
+};
+
+TEST_F(Run, AnExceptionEndsItsHandlerAndIsShown) {
+  app.Dispatch(nullptr, [] { throw OutOfBoundsException("No row 7."); });
+  app.Dispatch(nullptr, [] { std::vector<int>().at(3); });
+  app.Dispatch(nullptr, [] { throw IOException(ENOSPC); });
+  app.Dispatch(nullptr, [] { throw std::bad_alloc(); });
+  app.Dispatch(nullptr, [] { throw std::runtime_error("odd"); });
+  app.Dispatch(nullptr, [&] {
+    app.Dispatch(nullptr, [] { throw NilObjectException("inner"); });
+    told.push_back("the outer one goes on");
+  });
+  EXPECT_EQ(host.calls, Lines({"message: OutOfBoundsException: No row 7.",
+                               "message: OutOfBoundsException: An index was outside its array.",
+                               "message: IOException: No space left on device",
+                               "message: OutOfMemoryException: There is not enough memory for this.",
+                               "message: Exception: odd", "message: NilObjectException: inner"}));
+  EXPECT_EQ(told, Lines({"the outer one goes on"}));
+}
+
+TEST_F(Run, QuittingUnwindsEveryHandlerAtItsNextYield) {
+  app.Dispatch(nullptr, [&] {
+    const std::shared_ptr<void> guard(nullptr, [&](void*) { told.push_back("outer unwound"); });
+    host.onYield = [&] {
+      app.Dispatch(nullptr, [&] {
+        app.Quit();
+        told.push_back("inner goes on");
+        RuntimeBackgroundTask();
+        told.push_back("never");
+      });
+    };
+    RuntimeBackgroundTask();
+    told.push_back("never");
+  });
+  EXPECT_EQ(told, Lines({"inner goes on", "outer unwound"}));
+  EXPECT_EQ(host.calls, Lines());
+  EXPECT_TRUE(app.IsQuitting());
+}
+
+TEST_F(Run, ClosingAWindowEndsItsOwnHandlersOnly) {
+  app.Dispatch(nullptr, [&] {
+    Form& form = Form::Get();
+    form.button.Action = [&] {
+      form.Close();
+      EXPECT_EQ(app.FindWindow("Form"), nullptr) << "it leaves the list at once";
+      EXPECT_EQ(formsAlive, 1) << "and lives until the handler has returned";
+      told.push_back(form.button.Caption());
+      RuntimeBackgroundTask();
+      told.push_back("never");
+    };
+    form.button.PersonClicks();
+    RuntimeBackgroundTask();
+    told.push_back("the application's goes on");
+  });
+  EXPECT_EQ(told, Lines({"Go", "the application's goes on"}));
+  EXPECT_EQ(formsAlive, 0);
+  EXPECT_EQ(host.calls, Lines({"close: Form"}));
+}
+
+TEST_F(Run, AClickMayCloseTheListsWindow) {
+  Form& form = Form::Get();
+  form.list.AddRow("row");
+  form.list.CellClick = [&](auto, auto, int, int) { return form.Close(), false; };
+  form.list.PersonClicksCell(0, 0);
+  EXPECT_EQ(formsAlive, 0);
+}
+
+TEST_F(Run, PostedEventsWaitForTheHandlerThatPostedThem) {
+  app.Dispatch(nullptr, [&] {
+    app.Post(nullptr, [&] { told.push_back("posted by outer"); });
+    app.Dispatch(nullptr, [&] {
+      app.Post(nullptr, [&] { told.push_back("posted by inner"); });
+      told.push_back("inner");
+    });
+    told.push_back("outer");
+  });
+  app.Post(nullptr, [&] { told.push_back("at once"); });
+  EXPECT_EQ(told, Lines({"inner", "posted by inner", "outer", "posted by outer", "at once"}));
+}
+
+TEST_F(Run, AWindowOpensAfterTheHandlerThatMadeIt) {
+  app.Dispatch(nullptr, [&] {
+    Form& form = Form::Get();
+    EXPECT_EQ(&Form::Get(), &form);
+    EXPECT_EQ(form.told, Lines());
+    form.Show();
+  });
+  EXPECT_EQ(Form::Get().told, Lines({"open"}));
+  app.Dispatch(nullptr, [&] {
+    Form::Get().Close();
+    Form::Get().Close();  // a new one, whose posted Open goes with it
+  });
+  EXPECT_EQ(host.calls, Lines({"show: Form", "close: Form", "close: Form"}));
+  EXPECT_EQ(formsAlive, 0);
+}
+
+TEST_F(Run, ASecondCommandIsIgnoredUntilTheFirstHasEnded) {
+  const auto command = [&](const char* name, const Application::Handler& then) {
+    app.Command(name, [&] { told.push_back(name), then(); });
+  };
+  command("first", [&] { command("ignored", [] {}); });
+  app.Dispatch(nullptr, [&] { command("throws", [] { throw IOException(EIO); }); });
+  EXPECT_FALSE(app.IsCommandRunning());
+  command("next", [&] { EXPECT_TRUE(app.IsCommandRunning()); });
+  EXPECT_EQ(told, Lines({"first", "throws", "next"}));
+}
+
+TEST_F(Run, StoppingRaisesCloseOnceAndLeavesNoWindow) {
+  Form::Get().Show();
+  app.Stop();
+  app.Stop();
+  EXPECT_EQ(formsAlive, 0);
+  EXPECT_EQ(app.ActiveWindow(), nullptr);
+  EXPECT_EQ(host.calls, Lines({"show: Form"}));
+}
+
+TEST_F(Run, TheActiveWindowIsTheLastOneStillOpen) {
+  Form& form = Form::Get();
+  Other& other = Other::Get();
+  EXPECT_EQ(app.ActiveWindow(), nullptr);
+  form.Show();
+  other.PersonActivates();
+  EXPECT_EQ(app.ActiveWindow(), &form) << "a hidden window is never the active one";
+  other.Show();
+  form.PersonActivates();
+  other.PersonActivates();
+  other.Close();
+  EXPECT_EQ(app.ActiveWindow(), &form);
+  form.Close();
+  EXPECT_EQ(app.ActiveWindow(), nullptr);
+}
+
+TEST_F(Run, AMenuChoiceRunsOneHandler) {
+  MenuBar bar{{{"M",
+                "M",
+                {{"Help", "Help"},
+                 {"None", "None"},
+                 {"Forced", "Forced", "", {}, false, true, false, true},
+                 {"Line", "-"},
+                 {"Paste", "Paste", "", EditAction::Paste},
+                 QuitMenuItem("Quit", "Quit", "")}}}};
+  app.SetMenuBar(bar);
+  app.AddMenuHandler("Help", [&] { return told.push_back("app"), false; });
+  Form& form = Form::Get();
+  form.AddMenuHandler("Help", [&] { return told.push_back("form"), false; });
+  EXPECT_TRUE(app.ChooseMenuItem("Help"));
+  form.Show();
+  EXPECT_TRUE(app.ChooseMenuItem("Help") && app.ChooseMenuItem("None") && app.ChooseMenuItem("Forced"));
+  EXPECT_FALSE(app.ChooseMenuItem("Line") || app.ChooseMenuItem("Nothing"));
+  EXPECT_EQ(told, Lines({"app", "form"}));
+  EXPECT_FALSE(bar.Find("None")->Enabled || bar.Find("Paste")->Enabled);
+  form.field.SetFocus();
+  host.clipboard = "a\nb";
+  app.ChooseMenuItem("Paste");
+  EXPECT_EQ(form.field.Text(), "abstart");
+  app.ChooseMenuItem("Quit");
+  EXPECT_TRUE(app.IsQuitting());
+}
+
+TEST_F(Run, CodeAndPersonTakeTheSameRoad) {
+  Form& form = Form::Get();
+  form.told.clear();
+  form.box.SetValue(true);
+  form.box.SetValue(true);
+  form.box.PersonClicks();
+  form.one.SetValue(true);
+  form.two.PersonClicks();
+  form.two.PersonClicks();
+  EXPECT_FALSE(form.one.Value());
+  form.two.SetValue(true);
+  form.two.SetValue(false);
+  form.one.SetEnabled(false);
+  form.one.PersonClicks();
+  form.box.SetVisible(false);
+  form.box.PersonClicks();
+  form.PersonResizes(10, 300);
+  form.PersonResizes(0, 300);
+  EXPECT_EQ(form.told, Lines({"box 1", "box 0", "one", "two", "two", "64x300"}));
+}
+
+TEST_F(Run, AViewHearsOfChangesAndOfNothingElse) {
+  Form& form = Form::Get();
+  form.OnChange = [&](Control& control) { told.push_back(control.Name()); };
+  form.button.SetCaption("Go");
+  form.button.SetCaption("Stop");
+  form.field.SetText("start");
+  form.one.SetValue(true);
+  form.two.PersonClicks();
+  form.list.AddRow("a");
+  form.list.SetCell(0, 1, "");
+  form.list.SetCell(0, 1, "b");
+  EXPECT_EQ(told, Lines({"button", "one", "one", "two", "list", "list"}));
+}
+
+TEST_F(Run, TextFieldsHoldOneLineAndAreEdited) {
+  using namespace std::string_literals;
+  TextField& field = Form::Get().field;
+  field.PersonTypes("one\r\ntwo\0three\n"s);
+  EXPECT_EQ(field.Text(), "onetwothree");
+  std::string clipboard;
+  const auto edit = [&](EditAction action) { return field.PersonEdits(action, clipboard), field.Text(); };
+  field.SelStart = 3, field.SelLength = 3;
+  EXPECT_EQ(edit(EditAction::Cut) + "|" + clipboard, "onethree|two");
+  EXPECT_EQ(edit(EditAction::Undo), "onetwothree");
+  EXPECT_EQ(edit(EditAction::Paste), "onetwothreetwo");
+  edit(EditAction::SelectAll);
+  EXPECT_EQ(edit(EditAction::Copy), clipboard);
+  EXPECT_EQ(edit(EditAction::Clear), "");
+  EXPECT_EQ(edit(EditAction::Copy) + clipboard, "onetwothreetwo") << "nothing selected, nothing copied";
+  EXPECT_EQ(app.FocusedControl(), &field);
+}
+
+TEST_F(Run, ListsKeepRowsCellsAndSelection) {
+  Listbox& list = Form::Get().list;
+  for (const char* text : {"a", "b", "c", "d"}) list.AddRow(text);
+  list.SetCell(2, 1, "second");
+  list.PersonSelects({3, 1, 1});
+  EXPECT_EQ(list.SelCount(), 2);
+  list.RemoveRow(1);
+  EXPECT_EQ(list.SelCount(), 1);
+  EXPECT_EQ(list.Cell(1, 0) + list.Cell(1, 1) + list.Cell(2, 0) + list.Cell(2, 1), "csecondd");
+  EXPECT_TRUE(list.Selected(2) && !list.Selected(1));
+  EXPECT_THROW(list.PersonSelects({0, 3}), OutOfBoundsException);
+  EXPECT_TRUE(list.Selected(2)) << "a wrong row changes nothing";
+  list.CellClick = [](std::int64_t row, auto, int, int) { return row == 0; };
+  list.PersonClicksCell(0, 0);
+  EXPECT_TRUE(list.Selected(2)) << "dealt with";
+  list.PersonClicksCell(1, 1);
+  EXPECT_TRUE(list.Selected(1) && list.SelCount() == 1);
+  for (const std::int64_t bad : {-1, 3}) EXPECT_THROW(list.Cell(bad, 0), OutOfBoundsException);
+  EXPECT_THROW(list.Cell(0, 2), OutOfBoundsException);
+  list.RemoveRowsFrom(0);
+  EXPECT_EQ(list.ListCount() + list.SelCount(), 0);
+}
+
+TEST(Applications, ThereIsOneAtATime) {
+  EXPECT_THROW(Application::Current(), NilObjectException);
+  for (int i = 0; i < 2; ++i) {
+    FakePlatform host;
+    Application app(host);
+    EXPECT_EQ(&Application::Current(), &app);
+    Form::Get();
+    EXPECT_EQ(formsAlive, 1);
+  }
+  EXPECT_EQ(formsAlive, 0);
+  EXPECT_EQ(Application::CurrentOrNil(), nullptr);
+  RuntimeBackgroundTask();
+}
+
+TEST(Shell, WaitsAndTellsTheStatus) {
+  Shell shell;
+  for (const auto& [command, status] :
+       {std::pair("true", 0), {"exit 7", 7}, {"kill -9 $$", 137}, {"no-such-command-here", 127}, {"", 0}}) {
+    shell.Execute(command);
+    EXPECT_EQ(shell.ErrorCode(), status) << command;
+    EXPECT_FALSE(shell.IsRunning());
+  }
+  shell.TimeOut = 50;
+  shell.Execute("sleep 600");
+  EXPECT_EQ(shell.ErrorCode(), 137);
+}
+
+// The process whose number a command wrote into a file, once it is there.
+pid_t WrittenProcess(const std::string& path) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+  while (std::chrono::steady_clock::now() < end) {
+    const std::string text = ReadFile(path);
+    if (text.ends_with('\n')) return std::stoi(text);
+  }
+  return -1;
+}
+
+// Gone, or a dead one that nobody has collected yet.
+bool HasEnded(pid_t process) {
+  const std::string state = ReadFile("/proc/" + std::to_string(process) + "/stat");
+  return state.empty() || state.find(") Z") != std::string::npos;
+}
+
+TEST(Shell, TheInteractiveModeReturnsAtOnceAndEndsWithItsChildren) {
+  const TemporaryFolder folder;
+  const auto start = std::chrono::steady_clock::now();
+  pid_t child = -1;
+  {
+    Shell shell;
+    shell.Mode = 2;
+    shell.Execute("sleep 600 & echo $! > '" + (folder / "child") + "'; wait");
+    EXPECT_TRUE(shell.IsRunning());
+    child = WrittenProcess(folder / "child");
+    ASSERT_GT(child, 0);
+    EXPECT_FALSE(HasEnded(child));
+  }
+  while (!HasEnded(child) && std::chrono::steady_clock::now() - start < std::chrono::seconds(30)) continue;
+  EXPECT_TRUE(HasEnded(child));
+  Shell quick;
+  quick.Mode = 2;
+  quick.Execute("exit 3");
+  while (quick.IsRunning() && std::chrono::steady_clock::now() - start < std::chrono::seconds(60)) continue;
+  EXPECT_EQ(quick.ErrorCode(), 3);
+}
+
+}  // namespace
