@@ -1,137 +1,186 @@
 #include "runtime/TCPSocket.h"
 
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <asio.hpp>
+#include <cerrno>
 #include <chrono>
+#include <mutex>
 #include <thread>
 #include <utility>
+#include <vector>
 
 using asio::ip::tcp;
 
 namespace {
 
-// What one Poll takes from the kernel, so that a fast peer can't keep it from returning.
-constexpr std::size_t kReceiveAtOnce = 1 << 20;
-constexpr std::size_t kReceiveStep = 256 * 1024;
+// What one Poll takes from the kernel: so little that it stays in the processor's cache on its way, and
+// that a fast peer can't keep Poll from returning.
+constexpr std::size_t kReceiveAtOnce = 128 * 1024;
+
+using Endpoints = std::vector<tcp::endpoint>;
+
+// Sockets belong to a context; nothing is ever run in it, since Poll waits for its one socket alone.
+asio::io_context& Context() {
+  static auto* context = new asio::io_context(1);  // outlives every socket of the program
+  return *context;
+}
 
 int CodeOf(const asio::error_code& error) {
   return error == asio::error::eof ? kErrorPeerClosed : error.value();
 }
 
+bool IsForLater(const asio::error_code& error) {
+  return error == asio::error::would_block || error == asio::error::try_again ||
+         error == asio::error::interrupted;
+}
+
+// Waits in the kernel until one of events is there; false when the time is over.
+bool Await(int descriptor, int events, int milliseconds) {
+  pollfd waiting{descriptor, static_cast<short>(events), 0};
+  return ::poll(&waiting, 1, milliseconds) > 0;
+}
+
+// What a look-up has found, and a descriptor that can be read once it has. The system's look-up blocks
+// and can't be broken off, so it has a thread that nobody waits for, and this is shared with it.
+struct LookUp {
+  int done = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+  std::mutex mutex;
+  Endpoints found;
+
+  LookUp() = default;
+  LookUp(const LookUp&) = delete;
+  LookUp& operator=(const LookUp&) = delete;
+  ~LookUp() { ::close(done); }
+
+  void Run(const std::string& address, std::uint16_t port) {
+    try {
+      asio::io_context own;
+      asio::error_code error;
+      const auto results = tcp::resolver(own).resolve(address, std::to_string(port), error);
+      const std::lock_guard lock(mutex);
+      for (const auto& result : results) found.push_back(result.endpoint());
+    } catch (const std::exception&) {
+      // Without memory or descriptors there is no answer, and nothing found says so.
+    }
+    ::eventfd_write(done, 1);
+  }
+  Endpoints Take() {
+    const std::lock_guard lock(mutex);
+    return std::exchange(found, {});
+  }
+};
+
 }  // namespace
 
-// What happens is noted here by the completions, and told by Poll afterwards, so that an event may
-// close or renew the connection. A look-up that hangs keeps its Connection alive, and nothing else.
-struct SocketCore::Connection : std::enable_shared_from_this<Connection> {
-  asio::io_context io{1};
-  asio::executor_work_guard<asio::io_context::executor_type> work = asio::make_work_guard(io);
-  tcp::socket socket{io};
+// The stages of one connection. What happens in a step is noted, and told by Poll afterwards, so that an
+// event may close or renew the connection.
+struct SocketCore::Connection {
+  enum class Stage { LookingUp, Connecting, Connected, Failed };
+
+  Stage stage = Stage::Failed;
+  std::shared_ptr<LookUp> lookUp;
+  Endpoints endpoints;  // still to be tried
+  tcp::socket socket{Context()};
   std::string toSend;
-  bool isConnected = false;
-  bool isReadable = false;
-  bool sending = false;
   bool tellConnected = false;
   bool tellSent = false;
   int failure = 0;  // to be told
 
   void Start(const std::string& address, std::int64_t port);
-  void LookUp(const std::string& address, std::uint16_t port);
-  template <typename Endpoints>
-  void ConnectTo(const Endpoints& endpoints);
-  void AwaitBytes();
+  void StartLookUp(const std::string& address, std::uint16_t port);
+  void TryNext(int lastError);
+  // Each does what can be done now, waiting for it as long as it may; the last is true if bytes came.
+  void AwaitLookUp(int milliseconds);
+  void AwaitConnection(int milliseconds);
+  bool Receive(std::string& into, int milliseconds);
   void Send();
-  bool Receive(std::string& into);
   void Fail(int code) {
     failure = code;
-    asio::error_code ignored;
-    socket.close(ignored);
+    stage = Stage::Failed;
   }
 };
 
 void SocketCore::Connection::Start(const std::string& address, std::int64_t port) {
+  const bool isAddress = !address.empty() && address.find('\0') == std::string::npos;
+  if (port < 1 || port > 65535 || !isAddress) return Fail(kErrorBadAddress);
   asio::error_code notNumeric;
   const auto numeric = asio::ip::make_address(address, notNumeric);
-  const bool isAddress = !address.empty() && address.find('\0') == std::string::npos;
-  if (port < 1 || port > 65535 || !isAddress) {
-    asio::post(io, [this] { Fail(kErrorBadAddress); });
-  } else if (!notNumeric) {
-    ConnectTo(std::array{tcp::endpoint(numeric, static_cast<std::uint16_t>(port))});
-  } else {
-    LookUp(address, static_cast<std::uint16_t>(port));
-  }
+  if (notNumeric) return StartLookUp(address, static_cast<std::uint16_t>(port));
+  endpoints = {{numeric, static_cast<std::uint16_t>(port)}};
+  TryNext(0);
 }
 
-// The system's look-up blocks and can't be broken off, so it has a thread that nobody waits for.
-void SocketCore::Connection::LookUp(const std::string& address, std::uint16_t port) {
+void SocketCore::Connection::StartLookUp(const std::string& address, std::uint16_t port) {
+  stage = Stage::LookingUp;
+  lookUp = std::make_shared<LookUp>();
+  if (lookUp->done < 0) return Fail(EMFILE);
   try {
-    std::thread([self = shared_from_this(), address, port] {
-      asio::io_context own;
-      asio::error_code error;
-      const auto found = tcp::resolver(own).resolve(address, std::to_string(port), error);
-      asio::post(self->io, [connection = self.get(), error, found] {
-        if (error || found.empty()) return connection->Fail(kErrorNameNotFound);
-        connection->ConnectTo(found);
-      });
-    }).detach();
+    std::thread([shared = lookUp, address, port] { shared->Run(address, port); }).detach();
   } catch (const std::system_error& e) {
-    asio::post(io, [this, code = e.code().value()] { Fail(code); });
+    Fail(e.code().value());
   }
 }
 
-template <typename Endpoints>
-void SocketCore::Connection::ConnectTo(const Endpoints& endpoints) {
-  asio::async_connect(socket, endpoints, [this](const asio::error_code& error, const tcp::endpoint&) {
-    if (error == asio::error::operation_aborted) return;
-    if (error) return Fail(CodeOf(error));
-    asio::error_code ignored;
-    socket.non_blocking(true, ignored);
-    isConnected = tellConnected = true;
-    AwaitBytes();
-    Send();
-  });
+void SocketCore::Connection::AwaitLookUp(int milliseconds) {
+  if (!Await(lookUp->done, POLLIN, milliseconds)) return;
+  endpoints = lookUp->Take();
+  TryNext(kErrorNameNotFound);
 }
 
-void SocketCore::Connection::AwaitBytes() {
-  socket.async_wait(tcp::socket::wait_read, [this](const asio::error_code& error) {
-    if (!error) isReadable = true;
-  });
+// Begins a connection to the next endpoint; with none left the last error is the connection's.
+void SocketCore::Connection::TryNext(int lastError) {
+  while (!endpoints.empty()) {
+    const tcp::endpoint peer = endpoints.front();
+    endpoints.erase(endpoints.begin());
+    asio::error_code error;
+    socket.close(error);
+    socket.open(peer.protocol(), error);
+    if (!error) socket.non_blocking(true, error);
+    lastError = error.value();
+    if (error) continue;
+    stage = Stage::Connecting;
+    if (::connect(socket.native_handle(), peer.data(), static_cast<socklen_t>(peer.size())) == 0) return;
+    lastError = errno;
+    if (lastError == EINPROGRESS) return;
+  }
+  Fail(lastError);
 }
 
-// Takes what the kernel holds; true if there was anything.
-bool SocketCore::Connection::Receive(std::string& into) {
-  isReadable = false;
-  const std::size_t before = into.size();
+void SocketCore::Connection::AwaitConnection(int milliseconds) {
+  if (!Await(socket.native_handle(), POLLOUT, milliseconds)) return;
+  int error = 0;
+  socklen_t size = sizeof error;
+  ::getsockopt(socket.native_handle(), SOL_SOCKET, SO_ERROR, &error, &size);
+  if (error != 0) return TryNext(error);
+  stage = Stage::Connected;
+  tellConnected = true;
+  Send();
+}
+
+bool SocketCore::Connection::Receive(std::string& into, int milliseconds) {
+  static thread_local std::array<char, kReceiveAtOnce> bytes;
+  if (!Await(socket.native_handle(), toSend.empty() ? POLLIN : POLLIN | POLLOUT, milliseconds)) return false;
+  Send();
   asio::error_code error;
-  while (!error && into.size() - before < kReceiveAtOnce) {
-    const std::size_t filled = into.size();
-    into.resize(filled + kReceiveStep);
-    const std::size_t got = socket.read_some(asio::buffer(into.data() + filled, kReceiveStep), error);
-    into.resize(filled + got);
-    if (got < kReceiveStep) break;
-  }
-  if (!error || error == asio::error::would_block || error == asio::error::try_again) {
-    AwaitBytes();
-  } else {
-    Fail(CodeOf(error));
-  }
-  return into.size() > before;
+  const std::size_t got = socket.read_some(asio::buffer(bytes), error);
+  if (error && !IsForLater(error)) Fail(CodeOf(error));
+  into.append(bytes.data(), got);
+  return got > 0;
 }
 
 void SocketCore::Connection::Send() {
-  if (!isConnected || sending || toSend.empty()) return;
+  if (stage != Stage::Connected || toSend.empty()) return;
   asio::error_code error;
-  const std::size_t sent = socket.write_some(asio::buffer(toSend), error);
-  toSend.erase(0, sent);
+  toSend.erase(0, socket.write_some(asio::buffer(toSend), error));
   // A failure to send is told by the reading side, behind the bytes that the peer sent before it.
-  if (error && error != asio::error::would_block) toSend.clear();
+  if (error && !IsForLater(error)) toSend.clear();
   tellSent |= toSend.empty();
-  if (toSend.empty()) return;
-  sending = true;
-  socket.async_wait(tcp::socket::wait_write, [this](const asio::error_code& failed) {
-    sending = false;
-    if (!failed) Send();
-  });
 }
 
 SocketCore::SocketCore() = default;
@@ -145,10 +194,10 @@ void SocketCore::Connect() {
 }
 
 void SocketCore::Close() {
-  if (!connection_) return;
-  asio::error_code ignored;
-  connection_->socket.close(ignored);
-  connection_.reset();
+  if (const auto connection = std::move(connection_)) {
+    asio::error_code ignored;
+    connection->socket.close(ignored);
+  }
 }
 
 void SocketCore::Purge() {
@@ -161,22 +210,23 @@ void SocketCore::Poll() {
   const auto c = connection_;  // keeps it alive through events that close it
   if (!c) return std::this_thread::sleep_for(std::chrono::milliseconds(kPollWait));
   const auto isSame = [&] { return connection_ == c; };
-  if (!c->isReadable) {
-    c->io.restart();
-    if (c->io.run_one_for(std::chrono::milliseconds(kPollWait)) > 0) c->io.poll();
-  }
+  using Stage = Connection::Stage;
+  if (c->stage == Stage::LookingUp) c->AwaitLookUp(kPollWait);
+  if (c->stage == Stage::Connecting) c->AwaitConnection(kPollWait);
   if (std::exchange(c->tellConnected, false)) Event_Connected();
   if (isSame() && std::exchange(c->tellSent, false)) Event_SendComplete(false);
-  if (isSame() && c->isReadable && c->Receive(received_)) Event_DataAvailable();
+  if (isSame() && c->stage == Stage::Connected && c->Receive(received_, kPollWait)) Event_DataAvailable();
   if (!isSame() || c->failure == 0) return;
   lastError_ = c->failure;
   const bool cancelled = !c->toSend.empty();
-  Close();
+  SocketCore::Close();
   if (cancelled) Event_SendComplete(true);
   Event_Error();
 }
 
-bool SocketCore::IsConnected() const { return connection_ && connection_->isConnected; }
+bool SocketCore::IsConnected() const {
+  return connection_ && connection_->stage == Connection::Stage::Connected;
+}
 
 std::string_view TCPSocket::Lookahead() const { return std::string_view(received_).substr(receivedFrom_); }
 
