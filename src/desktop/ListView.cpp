@@ -8,6 +8,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
+#include <QStyledItemDelegate>
 #include <QToolTip>
 #include <algorithm>
 
@@ -38,6 +39,23 @@ std::vector<bool> rowsOf(const QItemSelection& selection, std::int64_t count) {
   return rows;
 }
 
+// Shows the focus on a row, not on a cell of it.
+class RowDelegate : public QStyledItemDelegate {
+ public:
+  explicit RowDelegate(const ListView& list) : list_(list) {}
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    const bool hasFocus = list_.hasFocus() && list_.currentIndex().row() == index.row();
+    option->state.setFlag(QStyle::State_HasFocus, hasFocus);
+    option->state.setFlag(QStyle::State_MouseOver, false);
+  }
+
+ private:
+  const ListView& list_;
+};
+
 }  // namespace
 
 ListView::ListView(Listbox& record, QWidget& content)
@@ -52,6 +70,9 @@ void ListView::setUp() {
   setSelectionBehavior(SelectRows);
   setSelectionMode(record_->Columns().severalSelectable ? ExtendedSelection : SingleSelection);
   setEditTriggers(NoEditTriggers);
+  auto* delegate = new RowDelegate(*this);
+  delegate->setParent(this);
+  setItemDelegate(delegate);
   setTabKeyNavigation(false);
   setShowGrid(false);
   setWordWrap(false);
@@ -118,7 +139,15 @@ void ListView::keyPressEvent(QKeyEvent* event) {
   if (isReturn && clickCell(currentIndex(), visualRect(currentIndex()).center())) return event->accept();
   if (isReturn) return event->ignore();
   if (event->matches(QKeySequence::Copy)) return copySelection();
+  if (event->key() == Qt::Key_Down && selectCurrent()) return event->accept();
   QTableView::keyPressEvent(event);
+}
+
+// The first step down into a list chooses the row that the focus came to, not the one below it.
+bool ListView::selectCurrent() {
+  if (selectionModel()->hasSelection() || !currentIndex().isValid()) return false;
+  selectionModel()->select(currentIndex(), QItemSelectionModel::Rows | QItemSelectionModel::ClearAndSelect);
+  return true;
 }
 
 // Home and End lead to the first and the last row, with or without Ctrl.

@@ -31,6 +31,7 @@ class ListView : public QTableView {
   void layOutColumns();
   void showSelection();
   void drawGrid() const;
+  bool selectCurrent();
   // Acts if a click in this list does anything beyond selecting; false if not.
   bool clickCell(const QModelIndex& cell, QPoint at);
 

@@ -21,7 +21,6 @@ namespace {
 
 constexpr int kFrame = 16;  // milliseconds
 constexpr int kStatusHeight = 18;
-constexpr int kStatusMargin = 20;
 constexpr int kStatusFont = 11;
 
 Qt::WindowFlags flagsOf(const WindowFrame& frame) {
@@ -32,6 +31,15 @@ Qt::WindowFlags flagsOf(const WindowFrame& frame) {
   flags.setFlag(Qt::WindowMaximizeButtonHint, frame.maximizeButton);
   flags.setFlag(Qt::WindowFullscreenButtonHint, frame.fullScreenButton);
   return flags;
+}
+
+// Where the controls begin, and so the line of text below them.
+int leftmostOf(const Window& record) {
+  int left = record.Width();
+  for (const Control* control : record.Controls()) {
+    if (control->Kind() == ControlKind::Label) left = std::min(left, control->Left());
+  }
+  return left;
 }
 
 bool isReturn(const QKeyEvent& event) {
@@ -229,8 +237,8 @@ void WindowView::layOut() {
   const int above = bar_ && !bar_->isNativeMenuBar() ? bar_->heightForWidth(width()) : 0;
   if (bar_) bar_->setGeometry(0, 0, width(), above);
   content_->setGeometry(0, above, width(), height() - above);
-  status_->setGeometry(kStatusMargin, content_->height() - kStatusHeight, width() - 2 * kStatusMargin,
-                       kStatusHeight);
+  const int margin = leftmostOf(*record_);
+  status_->setGeometry(margin, content_->height() - kStatusHeight, width() - 2 * margin, kStatusHeight);
   for (const Entry& entry : entries_) {
     if (entry.record->Kind() == ControlKind::TextArea) markDirty(*entry.record);
   }

@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
@@ -66,11 +67,15 @@ class CanvasButton : public QAbstractButton {
   CanvasButton(Canvas& record, QWidget& content) : QAbstractButton(&content), record_(record) {
     setFocusPolicy(Qt::TabFocus);
   }
+  void showBackdrop() {
+    file_ = record_.Backdrop();
+    update();
+  }
 
  protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
-    icon().paint(&painter, rect());
+    drawPicture(painter, rect(), file_);
     if (!hasFocus()) return;
     QStyleOptionFocusRect focus;
     focus.initFrom(this);
@@ -87,23 +92,22 @@ class CanvasButton : public QAbstractButton {
 
  private:
   Canvas& record_;
+  std::string file_;
 };
 
 // One that takes none is an image.
-class CanvasImage : public QWidget {
+class CanvasImage : public QLabel {
  public:
-  CanvasImage(Canvas& record, QWidget& content) : QWidget(&content), record_(record) {}
+  CanvasImage(Canvas& record, QWidget& content) : QLabel(&content), record_(record) {}
+  void showBackdrop() {
+    file_ = record_.Backdrop();
+    update();
+  }
 
  protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
-    picture(file_).paint(&painter, rect());
-  }
-
- public:
-  void showBackdrop() {
-    file_ = record_.Backdrop();
-    update();
+    drawPicture(painter, rect(), file_);
   }
 
  private:
@@ -159,5 +163,5 @@ ControlView canvasView(Canvas& record, QWidget& content) {
     return {image, [image] { image->showBackdrop(); }, {}, {}};
   }
   auto* button = new CanvasButton(record, content);
-  return {button, [button, &record] { button->setIcon(picture(record.Backdrop())); }, {}, {}};
+  return {button, [button] { button->showBackdrop(); }, {}, {}};
 }

@@ -1,12 +1,30 @@
 #include "desktop/pictures.h"
 
+#include <QPainter>
+#include <QPixmap>
 #include <map>
 
-const QIcon& picture(const std::string& file) {
-  static std::map<std::string, QIcon> pictures;
-  const auto [at, isNew] = pictures.try_emplace(file);
-  if (isNew) at->second = QIcon(QStringLiteral(":/") + QString::fromStdString(file));
+namespace {
+
+// name is that of a resource, without the ending.
+const QPixmap& pixmap(const QString& name) {
+  static std::map<QString, QPixmap> pixmaps;
+  const auto [at, isNew] = pixmaps.try_emplace(name);
+  if (isNew) {
+    at->second.load(QStringLiteral(":/%1.png").arg(name));
+    at->second.setDevicePixelRatio(1);
+  }
   return at->second;
+}
+
+}  // namespace
+
+void drawPicture(QPainter& painter, const QRect& place, const std::string& file) {
+  const QString name = QString::fromStdString(file).section(QChar(u'.'), 0, 0);
+  const bool fine = painter.device()->devicePixelRatioF() > 1;
+  const QPixmap& picture = pixmap(fine ? name + QStringLiteral("@2x") : name);
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  if (!picture.isNull()) painter.drawPixmap(place, picture);
 }
 
 const QIcon& programIcon() {

@@ -4,9 +4,12 @@
 #include <QIcon>
 #include <string>
 
-// The picture of this file name among the resources, with its finer version for fine screens; one
-// that draws nothing if there is none.
-const QIcon& picture(const std::string& file);
+class QPainter;
+class QRect;
+
+// Fills place with the picture of this file name among the resources, from its finer version where
+// a point has more than one pixel; draws nothing if there is none.
+void drawPicture(QPainter& painter, const QRect& place, const std::string& file);
 
 // The program's icon in all its sizes.
 const QIcon& programIcon();
