@@ -4,6 +4,7 @@
 
 #include <cstddef>
 
+#include "runtime/Text.h"
 #include "support/Harness.h"
 
 namespace {
@@ -31,12 +32,13 @@ std::int64_t Ends(const std::string& reply) {
 
 void CheckRows(fuzz::Program& program, const std::string& reply) {
   const Listbox& tracks = program.form.Listbox1;
+  const std::string reduced = ReplaceAll(ReplaceAll(reply, "<track id=\"", ""), "\" name=\"\" ", " ");
   HOLDS(tracks.SelCount() == 0);
   HOLDS(tracks.ListCount() == program.form.XMLList.ListCount());
   HOLDS(program.TakeMessages().size() == (tracks.ListCount() == 0 ? 1U : 0U));
   for (std::int64_t row = 0; row < tracks.ListCount(); ++row) {
     HOLDS(tracks.Cell(row, 1).find('"') == std::string::npos);
-    HOLDS(reply.find("lang_code=\"" + tracks.Cell(row, 1)) != std::string::npos);
+    HOLDS(reduced.find("lang_code=\"" + tracks.Cell(row, 1)) != std::string::npos);
   }
   if (reply.find(':') != std::string::npos || tracks.ListCount() == 0) return;
   HOLDS(tracks.ListCount() == Ends(reply) - 1);
