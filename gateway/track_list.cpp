@@ -44,6 +44,7 @@ int EnglishRank(const Track& track) {
 
 std::vector<Track> Sorted(const std::vector<std::string>& languages) {
   std::vector<Track> tracks;
+  tracks.reserve(languages.size());
   for (const auto& language : languages) tracks.push_back({EnglishName(language), language});
   const auto byName = [](const Track& a, const Track& b) {
     return std::tie(a.name, a.language) < std::tie(b.name, b.language);
