@@ -1,0 +1,144 @@
+// Texts from outside that try to be something else: a header, a command, a path, a link to another file.
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <set>
+
+#include "http/HTTPSocket.h"
+#include "runtime/Streams.h"
+#include "support/Program.h"
+
+namespace {
+
+using namespace std::string_literals;
+using Lines = std::vector<std::string>;
+
+const std::string kDocument = Document({{"1", "1", "one"}});
+
+FolderItemPtr At(const std::string& path) { return std::make_shared<FolderItem>(path); }
+
+std::string RequestFor(const std::string& path, const Program& program) {
+  return "GET " + path + " HTTP/1.0\r\nAccept: */*\r\nAccept-Language: en\r\nHost: " + program.server.Host() +
+         "\r\n\r\n";
+}
+
+// The files of the program's own sources whose text holds what.
+std::set<std::string> SourcesWith(const Lines& what) {
+  std::set<std::string> files;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(RAVELYN_SOURCE_DIR "/src")) {
+    if (entry.path().extension() != ".cpp") continue;
+    const std::string text = ReadFile(entry.path().string());
+    for (const std::string& word : what) {
+      if (text.find(word) != std::string::npos) files.insert(entry.path().filename().string());
+    }
+  }
+  return files;
+}
+
+}  // namespace
+
+TEST(HostileTexts, NeverAddALineToARequest) {
+  for (const std::string& bytes : {"\r\nX: y"s, "\nX: y"s, "\rX: y"s, "\0"s}) {
+    Program program;
+    program.Form().TextField1.PersonTypes("https://host/watch?v=abc" + bytes);
+    program.Click("PushButton2");
+    const std::string code = "abc" + (bytes == "\0"s ? "" : "X: y"s);  // a field of one line drops them
+    EXPECT_EQ(program.server.Requests(), Lines{RequestFor(ListPath(code), program)});
+    // A server may name any language that it likes.
+    program.server.AnswerAt(ListPath(code), {Page(TrackList({{"e" + bytes + "n", "English", ""}}))});
+    program.Click("PushButton2");
+    program.Form().Listbox1.PersonSelects({0});
+    program.Click("SRTBox");
+    program.Calls();
+    program.Click("PushButton1");
+    program.Click("PushButton3");
+    EXPECT_EQ(program.server.Requests().size(), 2U);
+    const Lines calls = program.Calls();
+    ASSERT_EQ(calls.size(), 2U);
+    EXPECT_EQ(calls[0].find("message: Error code: " + std::to_string(kErrorBadURL) + " - "), 0U);
+    EXPECT_EQ(calls[0], calls[1]);
+  }
+}
+
+TEST(HostileTexts, ATermLeavesTheMachineInNoRequest) {
+  Program program({{"en", "English", kDocument}});
+  program.Search({0});
+  program.Form().searchField.PersonTypes("confidential");
+  program.Click("PushButton3 SRTBox PushButton1 PushButton2");
+  for (const std::string& request : program.server.Requests()) {
+    EXPECT_EQ(request.find("confidential"), std::string::npos);
+  }
+}
+
+TEST(HostileTexts, OnlyTheProbeReachesAShell) {
+  EXPECT_EQ(SourcesWith({"Shell probe", "Shell.h\""}), (std::set<std::string>{"Shell.cpp", "Window1.cpp"}));
+  EXPECT_EQ(SourcesWith({"posix_spawn("}), (std::set<std::string>{"Shell.cpp"}));
+  EXPECT_EQ(SourcesWith({"system(", "popen(", "execl", "execv", "vfork("}), std::set<std::string>{});
+}
+
+TEST(HostileTexts, ALanguageNameIsNeverAPath) {
+  for (const char* name : {"../../etc/passwd", "/etc/shadow", "..", ".profile", "\x01\x1b[2J",
+                           "\xE2\x80\xAEtrs.exe", "", "CON:", "..\\up"}) {
+    Program program({{"en", name, kDocument}});
+    program.Search({0});
+    program.Click("SRTBox");
+    program.Calls();
+    program.Click("PushButton1");
+    const Lines calls = program.Calls();
+    ASSERT_EQ(calls.size(), 1U);
+    EXPECT_EQ(calls[0].find_first_of("/\\\x01\x1b\xE2:", 5), std::string::npos) << calls[0];
+    EXPECT_NE(calls[0].at(7), '.') << calls[0];
+  }
+}
+
+// Someone else who may write to the folder puts a link in the target's place while the file is written.
+TEST(PlantedLinks, AreReplacedAndNotFollowed) {
+  const TemporaryFolder folder;
+  WriteFile(folder / "victim", "precious");
+  for (const bool isNew : {false, true}) {
+    std::filesystem::remove(folder / "a.srt");
+    if (!isNew) WriteFile(folder / "a.srt", "old");
+    const auto stream = TextOutputStream::Create(At(folder / "a.srt"));
+    stream->Write("new");
+    std::filesystem::remove(folder / "a.srt");
+    std::filesystem::create_symlink("victim", folder / "a.srt");
+    stream->Close();
+    EXPECT_EQ(ReadFile(folder / "victim"), "precious");
+    EXPECT_FALSE(std::filesystem::is_symlink(folder / "a.srt"));
+    EXPECT_EQ(ReadFile(folder / "a.srt"), "new");
+  }
+}
+
+TEST(PlantedLinks, InPlaceOfTheFolderLeadNowhereElse) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder / "sub");
+  std::filesystem::create_directory(folder / "other");
+  WriteFile(folder / "other/a.srt", "precious");
+  const auto stream = TextOutputStream::Create(At(folder / "sub/a.srt"));
+  stream->Write("new");
+  std::filesystem::rename(folder / "sub", folder / "moved");
+  std::filesystem::create_symlink("other", folder / "sub");
+  stream->Close();
+  EXPECT_EQ(ReadFile(folder / "other/a.srt"), "precious");
+  EXPECT_EQ(ReadFile(folder / "moved/a.srt"), "new");
+}
+
+// The name of the file beside the target can't be foretold, so nobody can put a link there first.
+TEST(PlantedLinks, FindNoNameToStandAt) {
+  const TemporaryFolder folder;
+  std::set<std::string> names;
+  for (int i = 0; i < 20; ++i) {
+    const auto stream = TextOutputStream::Create(At(folder / "a.srt"));
+    for (const auto& entry : std::filesystem::directory_iterator(folder.Path())) {
+      names.insert(entry.path().filename().string());
+      struct stat found {};
+      ASSERT_EQ(::lstat(entry.path().c_str(), &found), 0);
+      EXPECT_TRUE(S_ISREG(found.st_mode));
+      EXPECT_EQ(found.st_mode & 0022, 0U);
+    }
+  }
+  EXPECT_EQ(names.size(), 20U);
+  EXPECT_EQ(folder.Count(), 0U);
+}
