@@ -7,7 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
+#include <functional>
 
 #include "runtime/FolderItem.h"
 #include "runtime/Streams.h"
@@ -187,15 +187,6 @@ TEST(Reading, WhatIsNoFileIsNilAndNeverBlocks) {
   EXPECT_THROW(BinaryStream::Create(At(folder / "pipe"), true), IOException);
 }
 
-TEST(Folders, GiveNoPlaceOutsideThemselves) {
-  for (const std::string& name : {""s, "."s, ".."s, "a/b"s, "/etc"s, "a\0b"s}) {
-    EXPECT_EQ(FolderItem("/tmp").Child(name), nullptr) << name;
-  }
-  EXPECT_EQ(FolderItem("/tmp").Child("..a")->Path(), "/tmp/..a");
-  EXPECT_EQ(FolderItem("/").Child("a")->Path(), "/a");
-  EXPECT_EQ(At("/tmp/a.txt")->Name(), "a.txt");
-}
-
 TEST(Blocks, GrowByTheirStreamAndCheckTheirBounds) {
   const auto block = std::make_shared<MemoryBlock>(2);
   BinaryStream stream(block);
@@ -208,18 +199,6 @@ TEST(Blocks, GrowByTheirStreamAndCheckTheirBounds) {
   EXPECT_THROW(block->StringValue(1, 4), OutOfBoundsException);
   EXPECT_THROW(block->StringValue(1, INT64_MAX), OutOfBoundsException);
   EXPECT_EQ(MemoryBlock(-5).Size(), 0);
-}
-
-TEST(Blocks, ABinaryStreamEmptiesItsFile) {
-  const TemporaryFolder folder;
-  WriteFile(folder / "a", "the old text");
-  const auto stream = BinaryStream::Create(At(folder / "a"), true);
-  stream->Write("new\0"s);
-  stream->Close();
-  EXPECT_EQ(ReadFile(folder / "a"), "new\0"s);
-  EXPECT_THROW(stream->Write("x"), IOException);
-  EXPECT_THROW(BinaryStream::Create(At(folder / "a"), false), IOException);
-  EXPECT_THROW(BinaryStream::Create(At("/dev/full"), true)->Write("x"), IOException);
 }
 
 TEST(Names, BecomePlain) {

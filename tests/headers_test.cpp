@@ -94,20 +94,6 @@ TEST(Headers, AreParsedWithEveryLineEnd) {
   EXPECT_EQ(Parsed("").Count(), 0);
 }
 
-TEST(Headers, TheSourceIsWhatWasParsed) {
-  InternetHeaders h = Parsed("A: 1\nB: 2");
-  h.DeleteAllHeaders();
-  h.SetHeader("C", "3");
-  EXPECT_EQ(h.Source(), "A: 1\nB: 2");
-  EXPECT_EQ(h._FormatHTTPHeaders(), "C: 3");
-  h._ParseHeaders("");
-  EXPECT_EQ(h.Count(), 0);
-  EXPECT_EQ(Made({{"A", "1"}, {"A", "2"}}).Source(), "A: 1\r\nA: 2");
-  for (const char* text : {"", "plain", "a\rb"}) {
-    EXPECT_EQ(InternetHeaders::_DetermineEOLCharacter(text), text[0] == 'a' ? "\r" : "\r\n");
-  }
-}
-
 TEST(Headers, TheMailFormHasItsOrderAndNoBlindCopies) {
   const InternetHeaders h = Made({{"X-A", "1"},
                                   {"to", "t1"},

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "http/HTTPSocket.h"
-#include "runtime/Application.h"
 #include "runtime/Text.h"
-#include "support/FakePlatform.h"
 #include "support/LoopbackServer.h"
 #include "support/TemporaryFolder.h"
 
@@ -268,19 +268,6 @@ TEST_F(Events, ComeInOrder) {
   EXPECT_EQ(seen, Lines()) << "the blocking road raises none";
 }
 
-TEST_F(Events, ProgressAddsUp) {
-  server.Answer(Reply{Page("abcdef"), Reply::End::Close, 1});
-  std::string whole;
-  socket.ReceiveProgress = [&](std::int64_t soFar, std::int64_t total, const std::string& data) {
-    whole += data;
-    EXPECT_EQ(soFar, LenB(whole));
-    EXPECT_EQ(total, 6);
-  };
-  socket.Post(Url("/"));
-  EXPECT_EQ(Wait().back(), "page http:/// abcdef");
-  EXPECT_EQ(whole, "abcdef");
-}
-
 TEST_F(Events, AHandlerMayAskForTheNextPage) {
   server.Answer(Page("one"));
   server.Answer(OpenPage("two"));
@@ -296,19 +283,6 @@ TEST_F(Events, AHandlerMayAskForTheNextPage) {
   socket.Get(Url("/"));
   Wait();
   EXPECT_EQ(pages, Lines({"one", "two", "two"}));
-}
-
-TEST_F(HTTP, AWaitThatIsEndedUnwindsAndMayYield) {
-  FakePlatform host;
-  Application app(host);
-  server.Answer(Reply{"", Reply::End::Stall});
-  bool wentOn = false;
-  host.onYield = [&] {
-    if (server.Answered() > 0) app.Quit();
-  };
-  socket.Yield = true;
-  app.Dispatch(nullptr, [&] { socket.Get(Url("/"), 0), wentOn = true; });
-  EXPECT_FALSE(wentOn);
 }
 
 }  // namespace

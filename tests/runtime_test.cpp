@@ -5,7 +5,6 @@
 
 #include <cerrno>
 #include <chrono>
-#include <fstream>
 
 #include "runtime/Application.h"
 #include "runtime/Buttons.h"
@@ -169,15 +168,6 @@ TEST_F(Run, ASecondCommandIsIgnoredUntilTheFirstHasEnded) {
   EXPECT_EQ(told, Lines({"first", "throws", "next"}));
 }
 
-TEST_F(Run, StoppingRaisesCloseOnceAndLeavesNoWindow) {
-  Form::Get().Show();
-  app.Stop();
-  app.Stop();
-  EXPECT_EQ(formsAlive, 0);
-  EXPECT_EQ(app.ActiveWindow(), nullptr);
-  EXPECT_EQ(host.calls, Lines({"show: Form"}));
-}
-
 TEST_F(Run, TheActiveWindowIsTheLastOneStillOpen) {
   Form& form = Form::Get();
   Other& other = Other::Get();
@@ -242,20 +232,6 @@ TEST_F(Run, CodeAndPersonTakeTheSameRoad) {
   EXPECT_EQ(form.told, Lines({"box 1", "box 0", "one", "two", "two", "64x300"}));
 }
 
-TEST_F(Run, AViewHearsOfChangesAndOfNothingElse) {
-  Form& form = Form::Get();
-  form.OnChange = [&](Control& control) { told.push_back(control.Name()); };
-  form.button.SetCaption("Go");
-  form.button.SetCaption("Stop");
-  form.field.SetText("start");
-  form.one.SetValue(true);
-  form.two.PersonClicks();
-  form.list.AddRow("a");
-  form.list.SetCell(0, 1, "");
-  form.list.SetCell(0, 1, "b");
-  EXPECT_EQ(told, Lines({"button", "one", "one", "two", "list", "list"}));
-}
-
 TEST_F(Run, TextFieldsHoldOneLineAndAreEdited) {
   using namespace std::string_literals;
   TextField& field = Form::Get().field;
@@ -295,20 +271,6 @@ TEST_F(Run, ListsKeepRowsCellsAndSelection) {
   EXPECT_THROW(list.Cell(0, 2), OutOfBoundsException);
   list.RemoveRowsFrom(0);
   EXPECT_EQ(list.ListCount() + list.SelCount(), 0);
-}
-
-TEST(Applications, ThereIsOneAtATime) {
-  EXPECT_THROW(Application::Current(), NilObjectException);
-  for (int i = 0; i < 2; ++i) {
-    FakePlatform host;
-    Application app(host);
-    EXPECT_EQ(&Application::Current(), &app);
-    Form::Get();
-    EXPECT_EQ(formsAlive, 1);
-  }
-  EXPECT_EQ(formsAlive, 0);
-  EXPECT_EQ(Application::CurrentOrNil(), nullptr);
-  RuntimeBackgroundTask();
 }
 
 TEST(Shell, WaitsAndTellsTheStatus) {
