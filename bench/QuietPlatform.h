@@ -22,6 +22,8 @@ class QuietPlatform : public Platform {
     if (milliseconds > 0) std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
   }
   void Yield() override {}
+  // No event can come during a wait.
+  int LongestWait() const override { return 500; }
   void WindowShown(Window&) override {}
   void WindowClosed(Window&) override {}
   void ControlFocused(Control&) override {}

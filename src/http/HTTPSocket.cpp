@@ -219,7 +219,10 @@ void HTTPSocket::WaitForPage() {
   std::int64_t deadline = Deadline(timeoutSeconds);
   bool lastConnected = false;
   std::int64_t lastSize = 0;
+  // A host that need not look at its events sleeps longer than Poll would let it.
+  const int longestWait = Platform::Current() ? Platform::Current()->LongestWait() : kPollWait;
   while (!_pageComplete && mErrorCode == 0) {
+    if (longestWait > kPollWait) AwaitActivity(longestWait);
     Poll();
     if (Yield) Application::Current().DoEvents(-1);
     if (_connectionValid != lastConnected) {

@@ -34,6 +34,10 @@ class Platform {
   // every long loop, so it must cost next to nothing.
   virtual void Yield() = 0;
 
+  // How long, in milliseconds, a wait for the network may keep the host from its events. A host
+  // with a screen looks at them some hundred times a second.
+  virtual int LongestWait() const { return 10; }
+
   // A window has become visible or was brought forward; one has left the list of open windows.
   virtual void WindowShown(Window& window) = 0;
   virtual void WindowClosed(Window& window) = 0;

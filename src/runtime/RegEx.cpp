@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <chrono>
 #include <limits>
+#include <optional>
 
+#include "runtime/PlainWord.h"
 #include "runtime/exceptions.h"
 
 #define PCRE2_CODE_UNIT_WIDTH 8
@@ -71,6 +73,7 @@ struct RegEx::Compiled {
   pcre2_jit_stack* stack = nullptr;
   std::uint32_t matchOptions = 0;
   Clock::duration slowTime{};
+  std::optional<PlainWord> word;  // where the pattern is no more than that
   RegExMatch result;
 
   ~Compiled() {
@@ -109,6 +112,7 @@ void RegEx::Compile() {
   pcre2_set_heap_limit(fresh->context, kHeapLimitKiB);
   fresh->stack = pcre2_jit_stack_create(kStackAtFirst, kStackAtMost, nullptr);
   pcre2_jit_stack_assign(fresh->context, nullptr, fresh->stack);
+  if (!Options.CaseSensitive) fresh->word = PlainWord::From(SearchPattern);
   if (!Options.StringBeginIsLineBegin) fresh->matchOptions |= PCRE2_NOTBOL;
   if (!Options.StringEndIsLineEnd) fresh->matchOptions |= PCRE2_NOTEOL;
   if (!Options.MatchEmpty) fresh->matchOptions |= PCRE2_NOTEMPTY;
@@ -118,6 +122,10 @@ void RegEx::Compile() {
 const RegExMatch* RegEx::Search(std::string_view target) {
   if (!compiled_ || compiled_->pattern != SearchPattern) Compile();
   Compiled& c = *compiled_;
+  if (const auto at = c.word ? c.word->FindIn(target) : std::nullopt) {
+    c.result = {*at, c.word->Size()};
+    return *at == PlainWord::kNotThere ? nullptr : &c.result;
+  }
   int found = PCRE2_ERROR_MATCHLIMIT;
   if (target.size() <= kShortTarget) found = c.Match(c.code, target);
   if (found == PCRE2_ERROR_MATCHLIMIT) found = MatchSlowly(target);

@@ -224,6 +224,15 @@ void SocketCore::Poll() {
   Event_Error();
 }
 
+void SocketCore::AwaitActivity(int milliseconds) const {
+  using Stage = Connection::Stage;
+  if (!connection_ || connection_->stage == Stage::Failed) return;
+  const bool lookingUp = connection_->stage == Stage::LookingUp;
+  const int descriptor = lookingUp ? connection_->lookUp->done : connection_->socket.native_handle();
+  const bool toWrite = connection_->stage == Stage::Connecting || !connection_->toSend.empty();
+  Await(descriptor, toWrite ? POLLIN | POLLOUT : POLLIN, milliseconds);
+}
+
 bool SocketCore::IsConnected() const {
   return connection_ && connection_->stage == Connection::Stage::Connected;
 }

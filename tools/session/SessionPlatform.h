@@ -23,6 +23,8 @@ class SessionPlatform : public Platform {
   std::string PreferencesFolder() override { return prefsFolder_; }
   void ProcessEvents(int milliseconds) override;
   void Yield() override {}
+  // No event can come during a wait.
+  int LongestWait() const override { return 500; }
   void WindowShown(Window& window) override;
   void WindowClosed(Window& window) override;
   void ControlFocused(Control& control) override;
