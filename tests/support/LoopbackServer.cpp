@@ -18,10 +18,17 @@ bool Ready(int descriptor, int milliseconds) {
   return ::poll(&waiting, 1, milliseconds) > 0;
 }
 
+// A reset connection keeps its count of unsent bytes for ever.
+bool IsGone(int connection) {
+  pollfd state{connection, 0, 0};
+  return ::poll(&state, 1, 0) > 0 && (state.revents & (POLLERR | POLLHUP)) != 0;
+}
+
 // Until the other side's kernel has taken all that was sent, or the connection is gone.
 void AwaitTaken(int connection, const std::atomic<bool>& stop) {
   int waiting = 0;
-  while (!stop && ::ioctl(connection, SIOCOUTQ, &waiting) == 0 && waiting > 0) ::sched_yield();
+  while (!stop && !IsGone(connection) && ::ioctl(connection, SIOCOUTQ, &waiting) == 0 && waiting > 0)
+    ::sched_yield();
 }
 
 std::size_t AnnouncedLength(const std::string& headers) {
