@@ -169,6 +169,16 @@ TEST(Unwinding, EndsACommandWhoseWindowWentDuringADialog) {
   }
 }
 
+TEST(Unwinding, LeavesNoFocusInAFormThatWentBehindAMessage) {
+  for (const char* button : {"PushButton1", "PushButton3"}) {
+    Program program;  // without a link both commands put the focus on its field
+    program.host.onMessage = [&] { program.Form().PersonCloses(); };
+    program.Click(button);
+    EXPECT_EQ(program.app.FocusedControl(), nullptr);
+    EXPECT_EQ(program.Calls().back(), "close: Window1");
+  }
+}
+
 TEST(Unwinding, LeavesTheOldFileOfASaveThatWasEnded) {
   for (const char* name : {"SRT", "WebVTT"}) {
     for (std::int64_t n = 1; n < 200; ++n) {

@@ -19,6 +19,7 @@ void Window1::PushButton1_Action() {
     MsgBox(
         "You must paste the URL of your YouTube movie into the first form field before you can download the "
         "transcripts.");
+    Owner().CheckEnded();  // the form may have gone behind the message
     return TextField1.SetFocus();
   }
   if (Listbox1.ListCount() == 0) {

@@ -48,6 +48,7 @@ void Window1::PushButton3_Action() {
     MsgBox(
         "You must paste the URL of your YouTube movie into the first form field before you can do a word "
         "search.");
+    Owner().CheckEnded();  // the form may have gone behind the message
     return TextField1.SetFocus();
   }
   if (Listbox1.ListCount() == 0) return MsgBox("There are no selected languages to retrieve.");
@@ -61,15 +62,12 @@ void Window1::PushButton3_Action() {
 bool Window1::DoWordSearch(std::int64_t row) {
   const auto track = FetchTimedText(*this, row);
   if (!track) return true;
-  TextList starts, texts;
+  TextList starts;
   for (std::size_t i = 0; i < track->Starts(); ++i) {
     starts.Append(ToCommaTimecode(StartTimecode(track->Times(i).start)));
     RuntimeBackgroundTask();
   }
-  for (std::size_t i = 0; i < track->Cues(); ++i) {
-    track->AppendText(i, texts);
-    RuntimeBackgroundTask();
-  }
+  const CueTexts texts(*track);
 
   const RunRows rows;
   RegEx term;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -15,8 +16,14 @@
 #include "support/TemporaryFolder.h"
 #include "support/captions.h"
 
-// Lets the processes of the program run while it waits for events.
+// Lets the processes of the program run while it waits for events, and a person act behind a message.
 struct WaitingPlatform : FakePlatform {
+  std::function<void()> onMessage;
+
+  void MessageBox(const std::string& text) override {
+    FakePlatform::MessageBox(text);
+    if (onMessage) onMessage();
+  }
   void ProcessEvents(int milliseconds) override {
     if (milliseconds > 0) std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
