@@ -17,6 +17,7 @@ namespace {
 
 constexpr qsizetype kLongestLabel = 10'000;
 constexpr qsizetype kLongestArea = 100'000;
+constexpr qsizetype kLongestLine = 1'000;
 
 void takeColor(QWidget& widget, const Look& look) {
   if (!look.color) return;
@@ -91,11 +92,29 @@ bool isInSight(const QWidget& widget, const Control& record) {
   return record.Visible() && widget.parentWidget()->rect().intersects(place);
 }
 
+// Documents come in one line, and the time to lay out a line grows faster than its length. So a long
+// one is shown as several, parted at blanks where there are any.
+QString inLines(QString text) {
+  qsizetype start = 0;
+  qsizetype blank = -1;
+  for (qsizetype i = 0; i < text.size(); ++i) {
+    if (text[i] == QChar(u' ')) blank = i;
+    if (text[i] != QChar(u'\n') && i - start < kLongestLine) continue;
+    if (text[i] != QChar(u'\n')) {
+      if (blank <= start) text.insert(i, QChar(u'\n')), blank = i;
+      text[blank] = QChar(u'\n');
+      i = blank;
+    }
+    start = i + 1;
+  }
+  return text;
+}
+
 // The buffer may hold a document of any size, and changes many times while nobody looks.
 void showArea(QPlainTextEdit& area, const TextArea& record) {
   const bool inSight = isInSight(area, record);
   area.setFocusPolicy(inSight ? Qt::StrongFocus : Qt::NoFocus);
-  const QString text = inSight ? shownText(record.Text(), Lines::Many, kLongestArea) : QString();
+  const QString text = inSight ? inLines(shownText(record.Text(), Lines::Many, kLongestArea)) : QString();
   if (area.toPlainText() != text) area.setPlainText(text);
 }
 
