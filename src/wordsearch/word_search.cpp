@@ -62,12 +62,15 @@ void Window1::PushButton3_Action() {
 bool Window1::DoWordSearch(std::int64_t row) {
   const auto track = FetchTimedText(*this, row);
   if (!track) return true;
-  TextList starts;
+  TextList starts, texts;
   for (std::size_t i = 0; i < track->Starts(); ++i) {
     starts.Append(ToCommaTimecode(StartTimecode(track->Times(i).start)));
     RuntimeBackgroundTask();
   }
-  const CueTexts texts(*track);
+  for (std::size_t i = 0; i < track->Cues(); ++i) {
+    track->AppendText(i, texts);
+    RuntimeBackgroundTask();
+  }
 
   const RunRows rows;
   RegEx term;
