@@ -19,12 +19,11 @@ const std::vector<Cue> kTwo = {{"1.5", "2", "one"}, {"3", "0", "two"}};
 // "start dur text" of each cue that has a text, and behind them the starts that have none.
 Lines CuesOf(const std::string& document) {
   const TimedText track(std::make_shared<const std::string>(NormaliseTimedText(document)));
-  TextList texts;
-  for (std::size_t i = 0; i < track.Cues(); ++i) track.AppendText(i, texts);
+  const CueTexts texts(track);
   Lines lines;
   for (std::size_t i = 0; i < track.Starts(); ++i) {
     const TimedTextCue cue = track.Times(i);
-    const std::string_view text = i < track.Cues() ? texts.At(i) : "?";
+    const std::string_view text = i < texts.Count() ? texts.At(i) : "?";
     lines.push_back(std::string(cue.start) + "|" + std::string(cue.dur) + "|" + std::string(text));
   }
   return lines;

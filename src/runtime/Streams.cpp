@@ -31,17 +31,21 @@ std::shared_ptr<TextOutputStream> TextOutputStream::Create(const FolderItemPtr& 
   }
 }
 
-void TextOutputStream::Write(std::string_view text) {
-  if (block_) {
-    block_->Bytes().append(text);
-    return;
+void TextOutputStream::Write(std::initializer_list<std::string_view> pieces) {
+  if (!block_ && !file_) throw IOException(EBADF);
+  std::string& gathered = block_ ? block_->Bytes() : pending_;
+  for (const std::string_view piece : pieces) {
+    if (!block_ && gathered.size() + piece.size() >= kGather) {
+      PassOn(piece);
+    } else {
+      gathered.append(piece);
+    }
   }
-  if (!file_) throw IOException(EBADF);
-  if (pending_.size() + text.size() < kGather) {
-    pending_.append(text);
-    return;
-  }
-  auto file = std::move(file_);  // a failure discards it
+}
+
+// What was gathered, and text behind it, uncopied; a failure discards the file.
+void TextOutputStream::PassOn(std::string_view text) {
+  auto file = std::move(file_);
   file->Write(pending_);
   pending_.clear();
   file->Write(text);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -27,12 +28,14 @@ class TextOutputStream {
   ~TextOutputStream();
 
   // Each raises IOException; the stream is then closed and the old file stands.
-  void Write(std::string_view text);
+  void Write(std::string_view text) { Write({text}); }
+  void Write(std::initializer_list<std::string_view> pieces);
   void WriteLine(std::string_view text);
   void Close();
 
  private:
   explicit TextOutputStream(std::unique_ptr<FileReplacement> file);
+  void PassOn(std::string_view text);
   std::unique_ptr<FileReplacement> file_;
   std::shared_ptr<MemoryBlock> block_;
   std::string pending_;

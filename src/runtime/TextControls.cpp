@@ -51,9 +51,13 @@ void TextArea::SetText(std::string text) {
   Changed();
 }
 
-void TextArea::AppendText(std::string_view text) {
-  if (text.empty()) return;
+void TextArea::AppendText(std::initializer_list<std::string_view> pieces) {
   if (text_.use_count() > 1) text_ = std::make_shared<std::string>(*text_);
-  text_->append(text);
+  for (const std::string_view piece : pieces) text_->append(piece);
   Changed();
+}
+
+void TextArea::Reserve(std::size_t bytes) {
+  if (text_.use_count() > 1) text_ = std::make_shared<std::string>(*text_);
+  text_->reserve(bytes);
 }

@@ -1,6 +1,7 @@
 // The controls that hold a text. Texts are bytes, taken to be UTF-8.
 #pragma once
 
+#include <initializer_list>
 #include <memory>
 #include <string_view>
 
@@ -50,7 +51,10 @@ class TextArea : public Control {
   const std::string& Text() const { return *text_; }
   void SetText(std::string text);
   // Adds to the text; whoever shares it keeps what it was.
-  void AppendText(std::string_view text);
+  void AppendText(std::initializer_list<std::string_view> pieces);
+  void AppendText(std::string_view text) { AppendText({text}); }
+  // Room for so many bytes, so that appending copies nothing twice.
+  void Reserve(std::size_t bytes);
   // The text without a copy of it.
   SharedText Share() const { return text_; }
 

@@ -1,6 +1,7 @@
 #include "timedtext/TimedText.h"
 
 #include <cstring>
+#include <stdexcept>
 
 #include "app/App.h"
 #include "app/Window1.h"
@@ -55,15 +56,16 @@ TimedText CutTimedText(Window1& form, std::string body) {
 }
 
 TimedText::TimedText(SharedText normalised) : document_(std::move(normalised)) {
+  if (document_->size() > UINT32_MAX) throw std::length_error("The document is too long.");
   // A cue of three fields takes some hundred bytes; a list that turns out longer grows.
   ends_.reserve(document_->size() / 32);
   std::size_t from = 0;
   for (std::size_t at = NextSeparator(*document_, 0); at != std::string::npos;
        at = NextSeparator(*document_, from)) {
-    ends_.push_back(at);
+    ends_.push_back(static_cast<std::uint32_t>(at));
     from = at + kSeparator.size();
   }
-  ends_.push_back(document_->size());
+  ends_.push_back(static_cast<std::uint32_t>(document_->size()));
 }
 
 std::string_view TimedText::Field(std::size_t index) const {
@@ -72,13 +74,23 @@ std::string_view TimedText::Field(std::size_t index) const {
   return std::string_view(*document_).substr(from, ends_[index] - from);
 }
 
-void TimedText::AppendText(std::size_t i, TextList& texts) const {
-  const std::string_view text = Field(3 * i + 2);
-  if (FindFirstOfThree(text, 0, '\r', '\n', '\xFD') == text.size()) {
-    texts.Append(text);
-  } else {
-    texts.Append(CleanCueText(std::string(text)));
+CueTexts::CueTexts(TimedText track) : track_(std::move(track)) {
+  texts_.reserve(track_.Cues());
+  for (std::size_t i = 0; i < track_.Cues(); ++i) {
+    const std::string_view text = track_.RawText(i);
+    if (FindFirstOfThree(text, 0, '\r', '\n', '\xFD') == text.size()) {
+      texts_.push_back(kAsItStands);
+    } else {
+      texts_.push_back(static_cast<std::uint32_t>(cleaned_.Count()));
+      cleaned_.Append(CleanCueText(std::string(text)));
+    }
+    RuntimeBackgroundTask();
   }
+}
+
+std::string_view CueTexts::At(std::size_t i) const {
+  if (i >= texts_.size()) throw OutOfBoundsException("The track has no such cue.");
+  return texts_[i] == kAsItStands ? track_.RawText(i) : cleaned_.At(texts_[i]);
 }
 
 // One pass for the four replacements, of which none makes what another looks for.

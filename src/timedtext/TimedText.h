@@ -30,7 +30,7 @@ struct TimedTextCue {
 // last separator. They lie in the normalised document, which is shared, not copied.
 class TimedText {
  public:
-  // Cuts a normalised document at its separators.
+  // Cuts a normalised document, of at most 4 GiB, at its separators.
   explicit TimedText(SharedText normalised);
 
   std::string trackTitle;  // the language's name, the base of the default file name
@@ -41,15 +41,34 @@ class TimedText {
   std::size_t Cues() const { return (ends_.size() - 1) / 3; }
   // start and dur of cue i below Starts().
   TimedTextCue Times(std::size_t i) const { return {Field(3 * i), Field(3 * i + 1)}; }
-  // Appends the words of cue i below Cues(), cleaned.
-  void AppendText(std::size_t i, TextList& texts) const;
+  // The words of cue i below Cues(), as the document has them.
+  std::string_view RawText(std::size_t i) const { return Field(3 * i + 2); }
   // OutOfBoundsException for a field that is not there.
   std::string_view Field(std::size_t index) const;
-  std::size_t Fields() const { return ends_.size(); }
+  // Bytes of the document.
+  std::size_t Size() const { return document_->size(); }
 
  private:
   SharedText document_;
-  std::vector<std::size_t> ends_;  // of the fields, without the separators behind them
+  std::vector<std::uint32_t> ends_;  // of the fields, without the separators behind them
+};
+
+// The cleaned words of all cues of one track. Those that need no cleaning, which most do, are not
+// copied out of its document.
+class CueTexts {
+ public:
+  // Yields after each cue.
+  explicit CueTexts(TimedText track);
+  const TimedText& Track() const { return track_; }
+  std::size_t Count() const { return texts_.size(); }
+  // OutOfBoundsException for a cue that is not there.
+  std::string_view At(std::size_t i) const;
+
+ private:
+  static constexpr std::uint32_t kAsItStands = UINT32_MAX;
+  TimedText track_;
+  std::vector<std::uint32_t> texts_;  // index in cleaned_, or kAsItStands
+  TextList cleaned_;
 };
 
 // Fetches the track in this row of Listbox1, leaves the normalised document in TextArea1 and cuts it.

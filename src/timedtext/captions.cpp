@@ -15,24 +15,18 @@ constexpr std::string_view LF = EndOfLine.UNIX;
 
 void WriteCue(TextOutputStream& out, std::size_t i, std::string_view start, std::string_view end,
               std::string_view text) {
-  out.Write(Str(static_cast<std::int64_t>(i) + 1));
-  out.Write(LF);
-  out.Write(start);
-  out.Write(" --> ");
-  out.Write(end);
-  out.Write(LF);
-  out.Write(text);
-  out.Write(LF);
+  out.Write({Str(static_cast<std::int64_t>(i) + 1), LF, start, " --> ", end, LF, text, LF});
   out.WriteLine("");
 }
 
 // One track, from the request to the opened file; the two formats differ in their last piece.
 void SaveCaptions(Window1& form, std::int64_t row, const char* extension,
                   void (*write)(TextOutputStream&, const Captions&)) {
-  const auto track = FetchTimedText(form, row);
+  auto track = FetchTimedText(form, row);
   if (!track) return;
-  const Captions captions = FormCaptions(*track);
-  const FolderItemPtr file = GetSaveFolderItem("", track->trackTitle + extension);
+  const std::string name = track->trackTitle + extension;
+  const Captions captions = FormCaptions(std::move(*track));
+  const FolderItemPtr file = GetSaveFolderItem("", name);
   if (!file) return;
   const bool saved = SaveFile(file, [&](TextOutputStream& out) { write(out, captions); });
   if (saved && form.openBox.Value()) file->Launch(true);
@@ -43,19 +37,18 @@ void SaveCaptions(Window1& form, std::int64_t row, const char* extension,
 std::size_t Captions::Count() const { return std::min(starts.Count(), texts.Count()); }
 
 // An end is the cue's own start and duration, whatever the next cue's start is.
-Captions FormCaptions(const TimedText& track) {
-  Captions captions;
+Captions FormCaptions(TimedText track) {
+  constexpr std::size_t kTimecode = 12;  // bytes, below a hundred hours
+  TextList starts, ends;
+  starts.Reserve(track.Starts(), track.Starts() * kTimecode);
+  ends.Reserve(track.Starts(), track.Starts() * kTimecode);
   for (std::size_t i = 0; i < track.Starts(); ++i) {
     const TimedTextCue cue = track.Times(i);
-    captions.ends.Append(ToCommaTimecode(EndTimecode(cue.start, cue.dur)));
-    captions.starts.Append(ToCommaTimecode(StartTimecode(cue.start)));
+    ends.Append(ToCommaTimecode(EndTimecode(cue.start, cue.dur)));
+    starts.Append(ToCommaTimecode(StartTimecode(cue.start)));
     RuntimeBackgroundTask();
   }
-  for (std::size_t i = 0; i < track.Cues(); ++i) {
-    track.AppendText(i, captions.texts);
-    RuntimeBackgroundTask();
-  }
-  return captions;
+  return {std::move(starts), std::move(ends), CueTexts(std::move(track))};
 }
 
 void WriteSRT(TextOutputStream& out, const Captions& captions) {

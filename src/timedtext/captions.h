@@ -13,13 +13,13 @@
 struct Captions {
   TextList starts;
   TextList ends;
-  TextList texts;
+  CueTexts texts;
   // A document that breaks the pattern may have more times than texts: the shorter list counts.
   std::size_t Count() const;
 };
 
 // Yields after each cue of each loop, as the two writers do.
-Captions FormCaptions(const TimedText& track);
+Captions FormCaptions(TimedText track);
 // Raise IOException from the stream.
 void WriteSRT(TextOutputStream& out, const Captions& captions);
 void WriteVTT(TextOutputStream& out, const Captions& captions);

@@ -63,19 +63,31 @@ class OnePass {
  private:
   // A document of nothing but separators grows; one that is sound shrinks with its first cue.
   static constexpr std::size_t kSlack = 64;
+  static constexpr std::size_t kRun = 32;
 
   // False at the end, and where there is no room for what comes.
   bool PassPlainBytes() {
     const std::size_t length = FindFirstOfThree(rest_, 0, '<', '"', '&');
     if (length_ + length + kSeparator.size() > out_.size()) return false;
-    Put(rest_.substr(0, length));
-    rest_.remove_prefix(length);
+    Keep(length);
     return !rest_.empty();
   }
 
   void Put(std::string_view bytes) {
     std::memcpy(out_.data() + length_, bytes.data(), bytes.size());
     length_ += bytes.size();
+  }
+
+  // Takes the first bytes of the rest as they are. A run of fixed length, where there is room for it, is
+  // quicker to copy than the short ones between two marks; what is too much is written over.
+  void Keep(std::size_t length) {
+    if (length <= kRun && rest_.size() >= kRun && length_ + kRun <= out_.size()) {
+      std::memcpy(out_.data() + length_, rest_.data(), kRun);
+      length_ += length;
+    } else {
+      Put(rest_.substr(0, length));
+    }
+    rest_.remove_prefix(length);
   }
 
   bool Take(std::string_view found, std::string_view put) {
@@ -86,8 +98,7 @@ class OnePass {
   }
 
   bool KeepByte() {
-    Put(rest_.substr(0, 1));
-    rest_.remove_prefix(1);
+    Keep(1);
     return true;
   }
 

@@ -10,42 +10,31 @@
 
 namespace {
 
-void AppendCue(Window1& form, std::string_view timecode, std::string_view text) {
-  TextArea& transcript = form.TextArea1;
+// The timecode is formed where it is asked for.
+void AppendCue(Window1& form, std::string_view start, std::string_view text) {
   const bool byLines = form.lineBox.Value();
-  if (byLines && form.timecodeBox.Value()) {
-    transcript.AppendText("[");
-    transcript.AppendText(timecode);
-    transcript.AppendText("]\t");
-  }
-  transcript.AppendText(text);
-  transcript.AppendText(byLines ? std::string_view(EndOfLine) : " ");
+  if (byLines && form.timecodeBox.Value()) form.TextArea1.AppendText({"[", StartTimecode(start), "]\t"});
+  form.TextArea1.AppendText({text, byLines ? std::string_view(EndOfLine) : " "});
 }
 
 }  // namespace
 
-void FormTranscript(Window1& form, const TimedText& track) {
-  TextList timecodes, cueTexts;
-  for (std::size_t i = 0; i < track.Starts(); ++i) {
-    timecodes.Append(StartTimecode(track.Times(i).start));
-    RuntimeBackgroundTask();
-  }
-  for (std::size_t i = 0; i < track.Cues(); ++i) {
-    track.AppendText(i, cueTexts);
-    RuntimeBackgroundTask();
-  }
+void FormTranscript(Window1& form, TimedText track) {
+  const CueTexts cueTexts(std::move(track));
   form.TextArea1.SetText("");
+  form.TextArea1.Reserve(cueTexts.Track().Size());
   for (std::size_t i = 0; i < cueTexts.Count(); ++i) {
-    AppendCue(form, timecodes.At(i), cueTexts.At(i));
+    AppendCue(form, cueTexts.Track().Times(i).start, cueTexts.At(i));
     RuntimeBackgroundTask();
   }
 }
 
 void Window1::getTranscriptions(std::int64_t row) {
-  const auto track = FetchTimedText(*this, row);
+  auto track = FetchTimedText(*this, row);
   if (!track) return;
-  FormTranscript(*this, *track);
-  const FolderItemPtr file = GetSaveFolderItem(FileTypes1::Text(), track->trackTitle + ".txt");
+  const std::string name = track->trackTitle + ".txt";
+  FormTranscript(*this, std::move(*track));
+  const FolderItemPtr file = GetSaveFolderItem(FileTypes1::Text(), name);
   const bool saved = file && SaveFile(file, [this](TextOutputStream& out) { out.Write(TextArea1.Text()); });
   if (saved && openBox.Value()) file->Launch(true);
   TextArea1.SetText("");

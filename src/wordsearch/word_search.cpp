@@ -60,17 +60,14 @@ void Window1::PushButton3_Action() {
 }
 
 bool Window1::DoWordSearch(std::int64_t row) {
-  const auto track = FetchTimedText(*this, row);
+  auto track = FetchTimedText(*this, row);
   if (!track) return true;
-  TextList starts, texts;
+  TextList starts;
   for (std::size_t i = 0; i < track->Starts(); ++i) {
     starts.Append(ToCommaTimecode(StartTimecode(track->Times(i).start)));
     RuntimeBackgroundTask();
   }
-  for (std::size_t i = 0; i < track->Cues(); ++i) {
-    track->AppendText(i, texts);
-    RuntimeBackgroundTask();
-  }
+  const CueTexts texts(std::move(*track));
 
   const RunRows rows;
   RegEx term;
