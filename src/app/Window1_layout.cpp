@@ -11,7 +11,7 @@ constexpr std::uint32_t kGrey = 0x6F7573;
 Window1::Window1()
     : Window(App::Get(), "Window1",
              {.title = "Ravelyn for YouTube", .width = 562, .height = 479, .menuBar = true}) {
-  const std::string example = "example: " + App::Get().endpoints.WatchPage(App::Get().endpoints.SampleCode);
+  const std::string sample = App::Get().endpoints.WatchPage(App::Get().endpoints.SampleCode);
   const Look heading{.fontSize = 14};
   const Look hint{.fontSize = 11, .color = kGrey, .selectable = true};
   const Look dflt{.defaultButton = true, .startsCommand = true};
@@ -23,7 +23,7 @@ Window1::Window1()
       {PushButton1, "PushButton1", 307, 432, 228, 20, 0, "Download", dflt},
       {Label1, "Label1", 30, 103, 280, 20, 2, "2. Choose an available language:", heading},
       {Label2, "Label2", 30, 20, 305, 23, 3, "1. Paste in YouTube URL and click Search:", heading},
-      {TextField1, "TextField1", 30, 46, 404, 22, 4},
+      {TextField1, "TextField1", 30, 46, 404, 22, 4, "", {.placeholder = sample}},
       {PushButton2, "PushButton2", 446, 47, 89, 20, 6, "Search", dflt},
       {XMLList, "XMLList", 30, 558, 934, 272, 7},
       {TextArea1, "TextArea1", 689, 516, 489, 451, 8, "", scratch},
@@ -31,7 +31,7 @@ Window1::Window1()
       {paragraphBox, "paragraphBox", 340, 205, 141, 20, 11, "Paragraph Form"},
       {Label3, "Label3", 306, 103, 236, 20, 12, "3. Choose type of file to download:", heading},
       {lineBox, "lineBox", 340, 228, 199, 20, 13, "Line-by-line"},
-      {Label4, "Label4", 30, 71, 401, 20, 16, example, hint},
+      {Label4, "Label4", 30, 71, 401, 20, 16, "example: " + sample, hint},
       {Label6, "Label6", 322, 22, 178, 20, 18, "(requires internet connection)", hint},
       {timecodeBox, "timecodeBox", 362, 251, 135, 20, 10, "Include Timecode"},
       {Canvas1, "Canvas1", 368, 279, 100, 100, 19, Ravelyn100, picture},

@@ -138,6 +138,7 @@ ControlView labelView(Label& record, QWidget& content) {
 ControlView textFieldView(TextField& record, QWidget& content) {
   auto* field = new DropLineEdit(&content);
   field->setMaxLength(std::numeric_limits<int>::max());
+  field->setPlaceholderText(shownText(record.LookOf().placeholder));
   takeFont(*field, record.LookOf());
   QObject::connect(field, &QLineEdit::textChanged, field,
                    [&record](const QString& text) { record.PersonTypes(text.toStdString()); });

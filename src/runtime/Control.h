@@ -37,7 +37,8 @@ struct Look {
                                // and, for the first of a window, wherever no field has its own
   bool startsCommand = false;  // a button that is of no use while a command runs
   bool spellCheck = false;
-  std::string spoken = {};  // what a screen reader calls a control without caption and label
+  std::string placeholder = {};  // shown in a text field while it is empty
+  std::string spoken = {};       // what a screen reader calls a control without caption and label
 };
 
 class Control;
