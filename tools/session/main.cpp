@@ -15,7 +15,7 @@ constexpr char kUsage[] =
     "prints one JSON object a line.\n\n"
     "  --track-list HOST[:PORT]   where the caption tracks are asked for\n"
     "  --timed-text HOST[:PORT]   where the captions are fetched\n"
-    "  --prefs DIR                folder of the preferences (default: an empty temporary one)\n"
+    "  --prefs DIR                folder of the preferences, made if missing (default: a temporary one)\n"
     "  --probe-address HOST       host that is pinged on opening (default: 127.0.0.1)\n"
     "  --help, --version\n\n"
     "Actions: open, quit, type CONTROL TEXT, click [WINDOW.]CONTROL, select ROW...,\n"
@@ -34,12 +34,19 @@ bool IsHost(const std::string& text) {
   return !text.empty() && text[0] != '-' && text.find_first_not_of(kAllowed) == std::string::npos;
 }
 
+// True if a folder stands at path; one that is missing is made in a folder that exists.
+bool IsFolder(const std::string& path) {
+  std::error_code ignored;
+  std::filesystem::create_directory(path, ignored);
+  return std::filesystem::is_directory(path, ignored);
+}
+
 bool TakeOption(Options& options, const std::string& name, const std::string& value) {
   const bool isHost = IsHost(value);
   if (name == "--track-list" && isHost) return options.endpoints.TrackListEndpoint = value, true;
   if (name == "--timed-text" && isHost) return options.endpoints.TimedTextEndpoint = value, true;
   if (name == "--probe-address" && isHost) return options.endpoints.ProbeAddress = value, true;
-  if (name == "--prefs" && std::filesystem::is_directory(value)) return options.prefs = value, true;
+  if (name == "--prefs" && IsFolder(value)) return options.prefs = value, true;
   return false;
 }
 
