@@ -89,6 +89,8 @@ void SocketCore::Poll() {
   if (c->reply->end == wire::End::Reset) fail(ECONNRESET);
 }
 
+void SocketCore::AwaitActivity(int) const {}
+
 bool SocketCore::IsConnected() const { return connection_ && connection_->isConnected; }
 
 std::string_view TCPSocket::Lookahead() const { return std::string_view(received_).substr(receivedFrom_); }
