@@ -18,7 +18,7 @@ struct CannotDo : std::runtime_error {
 
 // The word in front of the first blank; rest becomes what stands behind that blank.
 std::string TakeWord(std::string& rest) {
-  const std::string word = NthField(rest, " ", 1);
+  std::string word = NthField(rest, " ", 1);
   rest = Mid(rest, Len(word) + 2);
   return word;
 }
