@@ -168,7 +168,7 @@ TEST_F(HTTP, TheBodyEndsAtItsLengthOrAtTheClose) {
       {"", Reply::End::Close, ""},
   };
   for (const auto& c : cases) {
-    for (const std::size_t piece : {0, 1, 7}) {
+    for (const std::size_t piece : {0U, 1U, 7U}) {
       LoopbackServer own;
       own.Answer(Reply{c.reply, c.end, piece});
       HTTPSocket fresh;

@@ -158,9 +158,10 @@ TEST(Unwinding, EndsACommandWhoseWindowWentDuringADialog) {
     if (command.wholeFiles.empty()) continue;
     for (const bool quit : {false, true}) {
       Stage stage(command);
-      stage.host.onSaveDialog = [&] {
+      const std::string window = name == "results" ? "SearchWin" : "Window1";
+      stage.host.onSaveDialog = [&stage, &window, quit] {
         if (quit) return stage.app.Quit();
-        stage.app.FindWindow(name == "results" ? "SearchWin" : "Window1")->PersonCloses();
+        stage.app.FindWindow(window)->PersonCloses();
       };
       stage.Click(command.button);
       EXPECT_EQ(stage.folder.Count(), 0u) << name;
