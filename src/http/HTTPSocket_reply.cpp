@@ -8,6 +8,10 @@
 #include "runtime/Text.h"
 #include "runtime/exceptions.h"
 
+namespace {
+constexpr std::int64_t kBegun = 1 << 20;  // bytes
+}
+
 void HTTPSocket::Event_Connected() {
   _connectionValid = true;
   _ResetVariables();
@@ -83,6 +87,11 @@ void HTTPSocket::_ProcessData(const std::string& data) {
   _currentLength += LenB(data);
   _contentlength -= LenB(data);
   if (!KeepsWithinLimits()) return;
+  // A body that has really begun to come gets the room that it announced, so that it is not moved
+  // again and again as it grows.
+  if (!_downloadStream && _currentLength >= kBegun && _totalLength <= kLargestBody) {
+    _pageBuffer->Bytes().reserve(static_cast<std::size_t>(std::max<std::int64_t>(_totalLength, 0)));
+  }
   try {
     (_downloadStream ? _downloadStream : _pageBufferStream)->Write(data);
   } catch (const IOException&) {
