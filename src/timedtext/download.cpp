@@ -25,8 +25,7 @@ void Window1::PushButton1_Action() {
   if (Listbox1.ListCount() == 0) {
     return MsgBox(
         "There are no selected languages to retrieve. Did you click the Search button? If you did there may "
-        "be no "
-        "uploaded closed captions to retrieve.");
+        "be no uploaded closed captions to retrieve.");
   }
   if (Listbox1.SelCount() == 0) return MsgBox("You must choose a language to continue.");
   if (!TextBox.Value() && !SRTBox.Value() && !WebVTTBox.Value()) {

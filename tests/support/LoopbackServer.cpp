@@ -58,16 +58,21 @@ std::string Page(const std::string& body) {
 
 std::string OpenPage(const std::string& body) { return "HTTP/1.0 200 OK\r\n\r\n" + body; }
 
-LoopbackServer::LoopbackServer() {
-  listener_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+int ListenOnLoopback(int& port) {
+  const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   socklen_t size = sizeof address;
-  ::bind(listener_, reinterpret_cast<sockaddr*>(&address), size);
-  ::listen(listener_, 64);
-  ::getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &size);
-  port_ = ntohs(address.sin_port);
+  ::bind(listener, reinterpret_cast<sockaddr*>(&address), size);
+  ::listen(listener, 64);
+  ::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size);
+  port = ntohs(address.sin_port);
+  return listener;
+}
+
+LoopbackServer::LoopbackServer() {
+  listener_ = ListenOnLoopback(port_);
   thread_ = std::thread([this] { Serve(); });
 }
 

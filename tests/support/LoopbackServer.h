@@ -24,6 +24,9 @@ std::string Page(const std::string& body);
 // The same without a length, ended by the close.
 std::string OpenPage(const std::string& body);
 
+// A listening socket on a free port of 127.0.0.1, which the caller closes.
+int ListenOnLoopback(int& port);
+
 class LoopbackServer {
  public:
   LoopbackServer();

@@ -2,7 +2,6 @@
 // the client goes.
 #pragma once
 
-#include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -12,20 +11,14 @@
 #include <string>
 #include <thread>
 
+#include "support/LoopbackServer.h"
+
 class PouringServer {
  public:
   // pause is the time between two pieces.
   PouringServer(std::string head, std::string piece, std::chrono::milliseconds pause = {})
       : head_(std::move(head)), piece_(std::move(piece)), pause_(pause) {
-    listener_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    ::bind(listener_, reinterpret_cast<sockaddr*>(&address), size);
-    ::listen(listener_, 8);
-    ::getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &size);
-    port_ = ntohs(address.sin_port);
+    listener_ = ListenOnLoopback(port_);
     thread_ = std::thread([this] { Serve(); });
   }
   ~PouringServer() {
