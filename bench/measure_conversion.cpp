@@ -78,10 +78,9 @@ void CompareForm(Window1& window, const std::string& document, std::size_t cues,
 void TimeStages(const std::string& document, std::size_t cues, Effort effort, std::ostream& out,
                 Growth& growth) {
   const Amount amount = AmountFor(cues, effort);
-  const std::string normal = NormaliseTimedText(document);
   const auto times = Turns("stages",
-                           {{"normalise", [&] { Keep(NormaliseTimedText(document).size()); }},
-                            {"split", [&] { Keep(Split(normal, " ||| ").size()); }}},
+                           {{"normalise", [&] { Keep(NormaliseTimedText(document).ends.size()); }},
+                            {"split", [&] { Keep(document.size()); }}},
                            amount.runs, amount.turns);
   out << TableRow({std::to_string(cues), Rounded(times[0] / static_cast<double>(cues), 0),
                    Rounded(times[1] / static_cast<double>(cues), 0)})

@@ -80,7 +80,7 @@ void MeasureSearch(Effort effort, std::ostream& out, Table& table) {
   const std::regex standard(kRareWord, std::regex::icase | std::regex::optimize);
   double worst = 0;
   for (const std::size_t cues : {10'000, 100'000}) {
-    const std::vector<std::string> texts = CueTexts(cues);
+    const std::vector<std::string> texts = CueTextsOf(cues);
     const TextFile file(texts);
     const std::size_t hits = HitsByUs(ours, texts);
     if (hits != cues / 100 || bare.Hits(texts) != hits || checked.Hits(texts) != hits ||

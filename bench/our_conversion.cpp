@@ -10,8 +10,10 @@ namespace {
 std::string CaptionFile(Window1& window, const std::string& document, bool webVTT) {
   const Captions captions = FormCaptions(CutTimedText(window, document));
   const auto file = std::make_shared<MemoryBlock>(0);
+  file->Bytes().reserve(document.size());
   TextOutputStream out(file);
   webVTT ? WriteVTT(out, captions) : WriteSRT(out, captions);
+  out.Close();
   return std::move(file->Bytes());
 }
 

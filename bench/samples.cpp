@@ -66,7 +66,7 @@ std::string TimedTextDocument(std::size_t cues) {
   return document += "</transcript>";
 }
 
-std::vector<std::string> CueTexts(std::size_t cues) {
+std::vector<std::string> CueTextsOf(std::size_t cues) {
   Numbers numbers(2);
   std::vector<std::string> texts;
   for (std::size_t i = 0; i < cues; ++i) {

@@ -10,7 +10,7 @@
 // quotation mark, a line break or "&amp;". One cue in a hundred holds kRareWord.
 std::string TimedTextDocument(std::size_t cues);
 // The cues' words as the word search sees them, clean.
-std::vector<std::string> CueTexts(std::size_t cues);
+std::vector<std::string> CueTextsOf(std::size_t cues);
 inline constexpr char kRareWord[] = "orchestra";
 
 // A list of so many caption tracks, the first of them the default one.

@@ -18,13 +18,14 @@ const std::vector<Cue> kTwo = {{"1.5", "2", "one"}, {"3", "0", "two"}};
 
 // "start dur text" of each cue that has a text, and behind them the starts that have none.
 Lines CuesOf(const std::string& document) {
-  const TimedText track(std::make_shared<const std::string>(NormaliseTimedText(document)));
-  const CueTexts texts(track);
+  TimedTextFields fields = NormaliseTimedText(document);
+  const TimedText track(std::make_shared<const std::string>(std::move(fields.document)),
+                        std::move(fields.ends));
   Lines lines;
   for (std::size_t i = 0; i < track.Starts(); ++i) {
     const TimedTextCue cue = track.Times(i);
-    const std::string_view text = i < texts.Count() ? texts.At(i) : "?";
-    lines.push_back(std::string(cue.start) + "|" + std::string(cue.dur) + "|" + std::string(text));
+    lines.push_back(std::string(cue.start) + "|" + std::string(cue.dur) + "|" +
+                    (i < track.Cues() ? TextOf(track.Text(i)) : "?"));
   }
   return lines;
 }
@@ -46,7 +47,7 @@ TEST(TimedText, IsNormalisedByLiteralReplacementsInOrder) {
       {"&amp;quot;> &amp;quot; dur=&amp;quot;", "\"> \" dur=\""},  // decoded behind the separators
       {"", ""},
   };
-  for (const auto& [document, text] : rows) EXPECT_EQ(NormaliseTimedText(document), text);
+  for (const auto& [document, text] : rows) EXPECT_EQ(NormaliseTimedText(document).document, text);
 }
 
 TEST(TimedText, ReadsThreeFieldsToACueByPosition) {

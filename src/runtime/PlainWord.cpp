@@ -1,7 +1,8 @@
 #include "runtime/PlainWord.h"
 
+#include <algorithm>
+
 #include "runtime/Text.h"
-#include "runtime/byte_search.h"
 
 namespace {
 
@@ -11,13 +12,29 @@ constexpr std::string_view kPunctuation = " ,'!-_/:;\"";
 
 std::size_t Rarity(char c) {
   const std::size_t rank = kByFrequency.find(c);
-  return rank == std::string_view::npos ? kByFrequency.size() : rank;
+  return 1 + (rank == std::string_view::npos ? kByFrequency.size() : rank);
 }
 
 bool IsPlain(char c) {
   const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
   return letter || (c >= '0' && c <= '9') || kPunctuation.find(c) != std::string_view::npos;
 }
+
+// The long s and the Kelvin sign are an "s" and a "k" to who ignores case.
+bool HasRelative(char c) { return c == 's' || c == 'k'; }
+
+bool HoldsRelative(std::string_view text) {
+  const auto next = [&](std::size_t from) {
+    return FindPair(text, from, {'\xC5', '\xE2'}, 1, {'\xBF', '\x84'});
+  };
+  std::size_t at = next(0);
+  while (at < text.size() && text.substr(at, 2) != "\xC5\xBF" && text.substr(at, 3) != "\xE2\x84\xAA") {
+    at = next(at + 1);
+  }
+  return at < text.size();
+}
+
+EitherByte BothCases(char lower) { return {lower, Uppercase({&lower, 1}).front()}; }
 
 char Folded(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
@@ -30,30 +47,38 @@ std::optional<PlainWord> PlainWord::From(std::string_view pattern) {
     if (!IsPlain(c)) return std::nullopt;
     word.folded_ += Folded(c);
   }
-  for (std::size_t i = 1; i < word.folded_.size(); ++i) {
-    if (Rarity(word.folded_[i]) > Rarity(word.folded_[word.rarest_])) word.rarest_ = i;
-  }
-  word.lower_ = word.folded_[word.rarest_];
-  word.upper_ = Uppercase({&word.lower_, 1}).front();
-  word.hasRelatives_ = word.folded_.find_first_of("ks") != std::string::npos;
+  word.hasRelatives_ = std::any_of(word.folded_.begin(), word.folded_.end(), HasRelative);
+  if (!word.ChooseMark(1) && !word.ChooseMark(0)) return std::nullopt;
   return word;
 }
 
-std::optional<std::size_t> PlainWord::FindIn(std::string_view target) const {
-  // The first bytes of the long s and of the Kelvin sign in UTF-8.
-  const auto mayHoldRelative = [&] {
-    return FindFirstOfThree(target, 0, '\xC5', '\xE2', '\xE2') < target.size();
-  };
-  if (hasRelatives_ && mayHoldRelative()) return std::nullopt;
-  std::size_t at = FindFirstOfThree(target, rarest_, lower_, upper_, upper_);
-  while (at < target.size() && !StandsAt(target, at - rarest_)) {
-    at = FindFirstOfThree(target, at + 1, lower_, upper_, upper_);
+bool PlainWord::ChooseMark(std::size_t distance) {
+  std::size_t best = 0;
+  for (std::size_t i = 0; i + distance < folded_.size(); ++i) {
+    const char one = folded_[i], other = folded_[i + distance];
+    const std::size_t rarity = Rarity(one) + Rarity(other);
+    if (HasRelative(one) || HasRelative(other) || rarity <= best) continue;
+    best = rarity;
+    mark_ = i;
+    first_ = BothCases(one);
+    second_ = BothCases(other);
   }
-  return at < target.size() ? at - rarest_ : kNotThere;
+  distance_ = distance;
+  return best > 0;
 }
 
-bool PlainWord::StandsAt(std::string_view target, std::size_t at) const {
-  if (target.size() - at < folded_.size()) return false;
+std::optional<std::size_t> PlainWord::FindIn(std::string_view target) const {
+  const auto next = [&](std::size_t from) { return FindPair(target, from, first_, distance_, second_); };
+  std::size_t at = next(0);
+  if (at == target.size()) return kNotThere;
+  if (hasRelatives_ && HoldsRelative(target)) return std::nullopt;
+  while (at < target.size() && !StandsAt(target, at)) at = next(at + 1);
+  return at < target.size() ? at - mark_ : kNotThere;
+}
+
+bool PlainWord::StandsAt(std::string_view target, std::size_t mark) const {
+  if (mark < mark_ || target.size() - (mark - mark_) < folded_.size()) return false;
+  const std::size_t at = mark - mark_;
   for (std::size_t i = 0; i < folded_.size(); ++i) {
     if (Folded(target[at + i]) != folded_[i]) return false;
   }

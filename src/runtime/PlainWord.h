@@ -7,9 +7,12 @@
 #include <string>
 #include <string_view>
 
+#include "runtime/byte_search.h"
+
 class PlainWord {
  public:
-  // nullopt for a pattern with characters that mean something else, or beyond ASCII, or "".
+  // nullopt for a pattern with characters that mean something else, or beyond ASCII, or with nothing but
+  // "k" and "s", or "".
   static std::optional<PlainWord> From(std::string_view pattern);
 
   static constexpr std::size_t kNotThere = std::string_view::npos;
@@ -20,11 +23,15 @@ class PlainWord {
 
  private:
   PlainWord() = default;
-  bool StandsAt(std::string_view target, std::size_t at) const;
+  // The mark of distance 0 or 1; false if no character serves.
+  bool ChooseMark(std::size_t distance);
+  bool StandsAt(std::string_view target, std::size_t mark) const;
 
-  std::string folded_;      // in lower case
-  std::size_t rarest_ = 0;  // index of the character that texts hold least often
-  char lower_ = 0;          // that character, in both cases
-  char upper_ = 0;
+  std::string folded_;  // in lower case
+  // What every match holds as it is: one character, or two neighbours, without relatives. Of those, the
+  // ones that texts hold least often.
+  std::size_t mark_ = 0;  // index of the first
+  std::size_t distance_ = 0;
+  EitherByte first_{}, second_{};
   bool hasRelatives_ = false;
 };

@@ -9,15 +9,12 @@
 #include <utility>
 
 #include "runtime/FileReplacement.h"
-#include "runtime/Text.h"
 #include "runtime/exceptions.h"
 
-namespace {
-constexpr std::size_t kGather = 256 * 1024;
-}
-
-TextOutputStream::TextOutputStream(std::unique_ptr<FileReplacement> file) : file_(std::move(file)) {}
-TextOutputStream::TextOutputStream(std::shared_ptr<MemoryBlock> block) : block_(std::move(block)) {}
+TextOutputStream::TextOutputStream(std::unique_ptr<FileReplacement> file)
+    : file_(std::move(file)), gathered_(std::make_unique_for_overwrite<char[]>(kGather)) {}
+TextOutputStream::TextOutputStream(std::shared_ptr<MemoryBlock> block)
+    : block_(std::move(block)), gathered_(std::make_unique_for_overwrite<char[]>(kGather)) {}
 TextOutputStream::~TextOutputStream() = default;
 
 std::shared_ptr<TextOutputStream> TextOutputStream::Create(const FolderItemPtr& file) {
@@ -31,39 +28,39 @@ std::shared_ptr<TextOutputStream> TextOutputStream::Create(const FolderItemPtr& 
   }
 }
 
-void TextOutputStream::Write(std::initializer_list<std::string_view> pieces) {
-  if (!block_ && !file_) throw IOException(EBADF);
-  std::string& gathered = block_ ? block_->Bytes() : pending_;
-  for (const std::string_view piece : pieces) {
-    if (!block_ && gathered.size() + piece.size() >= kGather) {
-      PassOn(piece);
-    } else {
-      gathered.append(piece);
-    }
+void TextOutputStream::Write(std::string_view text) {
+  if (text.size() > kGather) {
+    Room(0);
+    PassOn(text);
+  } else {
+    length_ = static_cast<std::size_t>(Put(Room(text.size()), text) - gathered_.get());
   }
+}
+
+char* TextOutputStream::Room(std::size_t bytes) {
+  if (!block_ && !file_) throw IOException(EBADF);
+  if (bytes > kGather - length_) PassOn("");
+  return gathered_.get() + length_;
 }
 
 // What was gathered, and text behind it, uncopied; a failure discards the file.
 void TextOutputStream::PassOn(std::string_view text) {
+  const std::string_view gathered(gathered_.get(), std::exchange(length_, 0));
+  if (block_) {
+    block_->Bytes().append(gathered).append(text);
+    return;
+  }
   auto file = std::move(file_);
-  file->Write(pending_);
-  pending_.clear();
+  file->Write(gathered);
   file->Write(text);
   file_ = std::move(file);
 }
 
-void TextOutputStream::WriteLine(std::string_view text) {
-  Write(text);
-  Write(EndOfLine);
-}
-
 void TextOutputStream::Close() {
-  if (std::exchange(block_, nullptr)) return;
-  if (!file_) throw IOException(EBADF);
-  const auto last = std::move(file_);
-  last->Write(pending_);
-  pending_.clear();
-  last->Commit();
+  Room(0);
+  PassOn("");
+  block_.reset();
+  if (const auto last = std::move(file_)) last->Commit();
 }
 
 std::shared_ptr<TextInputStream> TextInputStream::Open(const std::string& path) {

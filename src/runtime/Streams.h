@@ -3,12 +3,13 @@
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "runtime/FolderItem.h"
+#include "runtime/Text.h"
+#include "runtime/pieces.h"
 
 class FileReplacement;
 class MemoryBlock;
@@ -23,22 +24,34 @@ class TextOutputStream {
   // Raises IOException with the errno, which is then the file's LastErrorCode too;
   // NilObjectException for a nil file.
   static std::shared_ptr<TextOutputStream> Create(const FolderItemPtr& file);
-  // Writes at the end of a block in memory; nothing fails then, and Close only ends the writing.
+  // Writes at the end of a block in memory; nothing fails then.
   explicit TextOutputStream(std::shared_ptr<MemoryBlock> block);
   ~TextOutputStream();
 
   // Each raises IOException; the stream is then closed and the old file stands.
-  void Write(std::string_view text) { Write({text}); }
-  void Write(std::initializer_list<std::string_view> pieces);
-  void WriteLine(std::string_view text);
+  void Write(std::string_view text);
+  void WriteLine(std::string_view text) { WritePieces(text, EndOfLine.UNIX); }
+  // One behind the other (see runtime/pieces.h).
+  template <typename... Piece>
+  void WritePieces(const Piece&... pieces) {
+    const std::size_t most = (std::size_t{0} + ... + MostBytes(pieces));
+    if (most > kGather) return Write(TextOf(pieces...));
+    char* end = Room(most);
+    ((end = Put(end, pieces)), ...);
+    length_ = static_cast<std::size_t>(end - gathered_.get());
+  }
   void Close();
 
  private:
+  static constexpr std::size_t kGather = 64 * 1024;
   explicit TextOutputStream(std::unique_ptr<FileReplacement> file);
+  // Room for at most kGather bytes.
+  char* Room(std::size_t bytes);
   void PassOn(std::string_view text);
   std::unique_ptr<FileReplacement> file_;
   std::shared_ptr<MemoryBlock> block_;
-  std::string pending_;
+  std::unique_ptr<char[]> gathered_;  // small pieces on their way, kGather bytes
+  std::size_t length_ = 0;            // of them
 };
 
 // Reads a text file line by line. A line ends at LF, CR LF or CR. Of a line only the first

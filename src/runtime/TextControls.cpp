@@ -50,14 +50,3 @@ void TextArea::SetText(std::string text) {
   text_ = std::make_shared<std::string>(std::move(text));
   Changed();
 }
-
-void TextArea::AppendText(std::initializer_list<std::string_view> pieces) {
-  if (text_.use_count() > 1) text_ = std::make_shared<std::string>(*text_);
-  for (const std::string_view piece : pieces) text_->append(piece);
-  Changed();
-}
-
-void TextArea::Reserve(std::size_t bytes) {
-  if (text_.use_count() > 1) text_ = std::make_shared<std::string>(*text_);
-  text_->reserve(bytes);
-}

@@ -17,7 +17,8 @@
 #include <vector>
 
 #include "runtime/TextControls.h"
-#include "runtime/TextList.h"
+#include "runtime/exceptions.h"
+#include "timedtext/normalise.h"
 
 class Window1;
 
@@ -26,12 +27,23 @@ struct TimedTextCue {
   std::string_view dur;
 };
 
+// The words of one cue on their way into a text (see runtime/pieces.h), where they stand on one line:
+// line ends, and the byte pair FD FF, become blanks; nothing is trimmed.
+struct CueText {
+  std::string_view raw;
+  // The text itself: as it stands where it holds nothing to replace, which most do, or else in room.
+  std::string_view In(std::string& room) const;
+};
+inline std::size_t MostBytes(CueText text) { return text.raw.size(); }
+char* Put(char* to, CueText text);
+
 // One fetched track: its fields are start, dur, text, start, ..., and one last field behind the
 // last separator. They lie in the normalised document, which is shared, not copied.
 class TimedText {
  public:
-  // Cuts a normalised document, of at most 4 GiB, at its separators.
-  explicit TimedText(SharedText normalised);
+  // A normalised document, and where its fields end, without the separators behind them.
+  TimedText(SharedText normalised, std::vector<std::uint32_t> ends)
+      : document_(std::move(normalised)), ends_(std::move(ends)) {}
 
   std::string trackTitle;  // the language's name, the base of the default file name
 
@@ -41,34 +53,20 @@ class TimedText {
   std::size_t Cues() const { return (ends_.size() - 1) / 3; }
   // start and dur of cue i below Starts().
   TimedTextCue Times(std::size_t i) const { return {Field(3 * i), Field(3 * i + 1)}; }
-  // The words of cue i below Cues(), as the document has them.
-  std::string_view RawText(std::size_t i) const { return Field(3 * i + 2); }
+  // The words of cue i below Cues().
+  CueText Text(std::size_t i) const { return {Field(3 * i + 2)}; }
   // OutOfBoundsException for a field that is not there.
-  std::string_view Field(std::size_t index) const;
+  std::string_view Field(std::size_t index) const {
+    if (index >= ends_.size()) throw OutOfBoundsException("The document has no field at that index.");
+    const std::size_t from = index == 0 ? 0 : ends_[index - 1] + kSeparator.size();
+    return {document_->data() + from, ends_[index] - from};
+  }
   // Bytes of the document.
   std::size_t Size() const { return document_->size(); }
 
  private:
   SharedText document_;
-  std::vector<std::uint32_t> ends_;  // of the fields, without the separators behind them
-};
-
-// The cleaned words of all cues of one track. Those that need no cleaning, which most do, are not
-// copied out of its document.
-class CueTexts {
- public:
-  // Yields after each cue.
-  explicit CueTexts(TimedText track);
-  const TimedText& Track() const { return track_; }
-  std::size_t Count() const { return texts_.size(); }
-  // OutOfBoundsException for a cue that is not there.
-  std::string_view At(std::size_t i) const;
-
- private:
-  static constexpr std::uint32_t kAsItStands = UINT32_MAX;
-  TimedText track_;
-  std::vector<std::uint32_t> texts_;  // index in cleaned_, or kAsItStands
-  TextList cleaned_;
+  std::vector<std::uint32_t> ends_;
 };
 
 // Fetches the track in this row of Listbox1, leaves the normalised document in TextArea1 and cuts it.
@@ -78,7 +76,7 @@ std::optional<TimedText> FetchTimedText(Window1& form, std::int64_t row);
 // What FetchTimedText does with the reply's body, whatever it is.
 TimedText CutTimedText(Window1& form, std::string body);
 
-// Line ends, and the byte pair FD FF, become blanks; nothing is trimmed.
-std::string CleanCueText(std::string text);
+// The words of a cue as they stand on one line.
+std::string CleanCueText(std::string_view text);
 // Start plus duration, by way of its decimal text.
 double CueEndSeconds(const TimedTextCue& cue);

@@ -1,22 +1,18 @@
 #include "timedtext/captions.h"
 
-#include <algorithm>
-
 #include "app/Window1.h"
 #include "runtime/Application.h"
 #include "runtime/Numbers.h"
 #include "runtime/Text.h"
 #include "timedtext/save.h"
-#include "timedtext/timecode.h"
 
 namespace {
 
 constexpr std::string_view LF = EndOfLine.UNIX;
 
-void WriteCue(TextOutputStream& out, std::size_t i, std::string_view start, std::string_view end,
-              std::string_view text) {
-  out.Write({Str(static_cast<std::int64_t>(i) + 1), LF, start, " --> ", end, LF, text, LF});
-  out.WriteLine("");
+void WriteCue(TextOutputStream& out, std::size_t i, const ListedTimecode& start, const ListedTimecode& end,
+              CueText text) {
+  out.WritePieces(static_cast<std::int64_t>(i) + 1, LF, start, " --> ", end, LF, text, LF, EndOfLine.UNIX);
 }
 
 // One track, from the request to the opened file; the two formats differ in their last piece.
@@ -34,26 +30,21 @@ void SaveCaptions(Window1& form, std::int64_t row, const char* extension,
 
 }  // namespace
 
-std::size_t Captions::Count() const { return std::min(starts.Count(), texts.Count()); }
-
-// An end is the cue's own start and duration, whatever the next cue's start is.
 Captions FormCaptions(TimedText track) {
-  constexpr std::size_t kTimecode = 12;  // bytes, below a hundred hours
-  TextList starts, ends;
-  starts.Reserve(track.Starts(), track.Starts() * kTimecode);
-  ends.Reserve(track.Starts(), track.Starts() * kTimecode);
+  TimecodeList starts, ends;
+  starts.Reserve(track.Starts());
+  ends.Reserve(track.Starts());
   for (std::size_t i = 0; i < track.Starts(); ++i) {
-    const TimedTextCue cue = track.Times(i);
-    ends.Append(ToCommaTimecode(EndTimecode(cue.start, cue.dur)));
-    starts.Append(ToCommaTimecode(StartTimecode(cue.start)));
+    ends.AppendEnd(track.Times(i));
+    starts.AppendStart(track.Times(i));
     RuntimeBackgroundTask();
   }
-  return {std::move(starts), std::move(ends), CueTexts(std::move(track))};
+  return {std::move(starts), std::move(ends), std::move(track)};
 }
 
 void WriteSRT(TextOutputStream& out, const Captions& captions) {
   for (std::size_t i = 0; i < captions.Count(); ++i) {
-    WriteCue(out, i, captions.starts.At(i), captions.ends.At(i), captions.texts.At(i));
+    WriteCue(out, i, captions.starts.At(i), captions.ends.At(i), captions.track.Text(i));
     RuntimeBackgroundTask();
   }
 }
@@ -61,9 +52,7 @@ void WriteSRT(TextOutputStream& out, const Captions& captions) {
 void WriteVTT(TextOutputStream& out, const Captions& captions) {
   out.WriteLine("WEBVTT" + std::string(LF));
   for (std::size_t i = 0; i < captions.Count(); ++i) {
-    const std::string start = Replace(std::string(captions.starts.At(i)), ",", ".");
-    const std::string end = Replace(std::string(captions.ends.At(i)), ",", ".");
-    WriteCue(out, i, start, end, captions.texts.At(i));
+    WriteCue(out, i, captions.starts.WithPointAt(i), captions.ends.WithPointAt(i), captions.track.Text(i));
     RuntimeBackgroundTask();
   }
 }

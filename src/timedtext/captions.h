@@ -6,19 +6,19 @@
 #include <string>
 
 #include "runtime/Streams.h"
-#include "runtime/TextList.h"
+#include "timedtext/TimecodeList.h"
 #include "timedtext/TimedText.h"
 
-// The three parallel lists of one track, one entry for each cue; times in the comma form.
+// The three parallel lists of one track, one entry for each cue; the texts stand in the track.
 struct Captions {
-  TextList starts;
-  TextList ends;
-  CueTexts texts;
+  TimecodeList starts;
+  TimecodeList ends;
+  TimedText track;
   // A document that breaks the pattern may have more times than texts: the shorter list counts.
-  std::size_t Count() const;
+  std::size_t Count() const { return track.Cues(); }
 };
 
-// Yields after each cue of each loop, as the two writers do.
+// Yields after each cue, as the two writers do.
 Captions FormCaptions(TimedText track);
 // Raise IOException from the stream.
 void WriteSRT(TextOutputStream& out, const Captions& captions);

@@ -1,7 +1,6 @@
 #include "timedtext/normalise.h"
 
-#include <cstring>
-#include <optional>
+#include <stdexcept>
 
 #include "runtime/Text.h"
 #include "runtime/byte_search.h"
@@ -36,108 +35,159 @@ constexpr Step kSteps[] = {
     {Reach::Every, kQuote, "\""},
 };
 
-// One pass over what follows the root's tag. Why it gives what the steps give:
-//  - what is put in (separators, quotation marks, nothing) never makes one of the texts that later
-//    steps look for, but for the removal of kStart, which could join what stands on its two sides;
-//    behind a ">" it can't, since ">" is nowhere but at the end of a text that is looked for;
-//  - texts that overlap share one quotation mark, and the leftmost is also the one of the earlier
-//    step; kDur and kTagEnd begin alike, but no place holds both;
-//  - the root's end tag is the last thing of the document, so its removal joins nothing.
-class OnePass {
- public:
-  explicit OnePass(std::string_view rest)
-      : rest_(rest), begin_(rest.data()), out_(rest.size() + kSlack, '\0') {}
+// What a document's head alone is looked for.
+bool IsForHead(const Step& step) { return step.find == kDeclaration || step.find == kRoot; }
 
-  // nullopt where this document can't be done in one pass.
-  std::optional<std::string> Run() {
-    while (PassPlainBytes()) {
-      const char first = rest_.front();
-      const bool taken = first == '<' ? TakeTag() : first == '"' ? TakeMark() : TakeEntity();
-      if (!taken) return std::nullopt;
-    }
-    if (!rest_.empty()) return std::nullopt;
-    out_.resize(length_);
-    return std::move(out_);
+std::string TakeSteps(std::string text, bool headIsTaken) {
+  for (const Step& step : kSteps) {
+    if (headIsTaken && IsForHead(step)) continue;
+    text = step.reach == Reach::Every ? ReplaceAll(std::move(text), step.find, step.put)
+                                      : Replace(std::move(text), step.find, step.put);
   }
+  return text;
+}
+
+// The next separator at or behind from. Its bars are rare, so they are what is looked for.
+std::size_t NextSeparator(std::string_view text, std::size_t from) {
+  for (std::size_t bar = text.find('|', from + 1); bar != std::string_view::npos;
+       bar = text.find('|', bar + 1)) {
+    if (text.substr(bar - 1, kSeparator.size()) == kSeparator) return bar - 1;
+  }
+  return std::string_view::npos;
+}
+
+// Moves the cues behind a sound head to the front of the document, normalised, for as long as they keep
+// to the pattern
+//
+//   cue = kStart S kDur D kTagEnd T kTextEnd
+//
+// where nothing in S, D and T is looked for by a step or by the split, but for the escaped quotation
+// marks in T. What follows can be normalised apart: of all that the steps look for, nothing has a ">"
+// but at its end, so nothing reaches across the end of a cue, whatever is removed behind it; and once
+// that end is the blank of a separator, no step that is left looks for a blank or a bar at all.
+class CueMover {
+ public:
+  explicit CueMover(std::string& document)
+      : document_(document), view_(document), from_(kDeclaration.size() + kRoot.size()) {
+    // A cue of three fields takes some hundred bytes; a list that turns out longer grows.
+    ends_.reserve(document.size() / 32);
+  }
+
+  bool HasHead() const { return StandsAt(0, kDeclaration) && StandsAt(kDeclaration.size(), kRoot); }
+
+  // False, with nothing changed, for a cue that is not of the pattern, or none.
+  bool MoveCue() {
+    if (!StandsAt(from_, kStart)) return false;
+    const std::size_t start = from_ + kStart.size();
+    const std::size_t startEnd = TimeEnd(start);
+    if (!StandsAt(startEnd, kDur)) return false;
+    const std::size_t dur = startEnd + kDur.size();
+    const std::size_t durEnd = TimeEnd(dur);
+    if (!StandsAt(durEnd, kTagEnd)) return false;
+    const std::size_t text = durEnd + kTagEnd.size();
+    const std::size_t textEnd = TextEnd(text);
+    if (!StandsAt(textEnd, kTextEnd) || textEnd + kOvershoot > view_.size()) return false;
+    Move(start, startEnd);
+    Separate();
+    Move(dur, durEnd);
+    Separate();
+    MoveText(text, textEnd);
+    Separate();
+    from_ = textEnd + kTextEnd.size();
+    return true;
+  }
+
+  // Puts the normalised rest behind the cues, and ends.
+  TimedTextFields Finish() {
+    const std::string rest = TakeSteps(document_.substr(from_), true);
+    document_.resize(to_);
+    document_ += rest;
+    return {std::move(document_), std::move(ends_)};
+  }
+  std::size_t Length() const { return to_; }
 
  private:
-  // A document of nothing but separators grows; one that is sound shrinks with its first cue.
-  static constexpr std::size_t kSlack = 64;
-  static constexpr std::size_t kRun = 32;
-
-  // False at the end, and where there is no room for what comes.
-  bool PassPlainBytes() {
-    const std::size_t length = FindFirstOfThree(rest_, 0, '<', '"', '&');
-    if (length_ + length + kSeparator.size() > out_.size()) return false;
-    Keep(length);
-    return !rest_.empty();
+  bool StandsAt(std::size_t at, std::string_view text) const {
+    return at <= view_.size() && view_.substr(at).starts_with(text);
   }
+  std::size_t TimeEnd(std::size_t from) const { return FindFirstOf(view_, from, '"', '<', '&', '|', '\\'); }
 
-  void Put(std::string_view bytes) {
-    std::memcpy(out_.data() + length_, bytes.data(), bytes.size());
-    length_ += bytes.size();
+  std::size_t TextEnd(std::size_t from) const {
+    std::size_t at = FindFirstOf(view_, from, '<', '"', '|', '\\');
+    while (at < view_.size() && MeansNothing(at)) at = FindFirstOf(view_, at + 1, '<', '"', '|', '\\');
+    return at;
   }
-
-  // Takes the first bytes of the rest as they are. A run of fixed length, where there is room for it, is
-  // quicker to copy than the short ones between two marks; what is too much is written over.
-  void Keep(std::size_t length) {
-    if (length <= kRun && rest_.size() >= kRun && length_ + kRun <= out_.size()) {
-      std::memcpy(out_.data() + length_, rest_.data(), kRun);
-      length_ += length;
-    } else {
-      Put(rest_.substr(0, length));
+  // One of the four that begins or continues no text that is looked for. "/\r/" and "/\n/" have their
+  // backslash behind a slash, and a separator has its bars in a row.
+  bool MeansNothing(std::size_t at) const {
+    switch (view_[at]) {
+      case '<':
+        return !StandsAt(at, kTextEnd) && !StandsAt(at, kStart) && !StandsAt(at, kRootEnd);
+      case '"':
+        return !StandsAt(at, kTagEnd) && !StandsAt(at, kDur);
+      case '|':
+        return !StandsAt(at, "||");
+      default:
+        return view_[at - 1] != '/';
     }
-    rest_.remove_prefix(length);
   }
 
-  bool Take(std::string_view found, std::string_view put) {
-    if (!rest_.starts_with(found)) return false;
-    Put(put);
-    rest_.remove_prefix(found.size());
-    return true;
+  // What is moved lies at least the head's length behind the place that it comes to.
+  void Move(std::size_t from, std::size_t end) {
+    CopyForward(document_.data() + to_, view_.data() + from, end - from);
+    to_ += end - from;
+  }
+  void Put(std::string_view text) {
+    text.copy(document_.data() + to_, text.size());
+    to_ += text.size();
+  }
+  void Separate() {
+    ends_.push_back(static_cast<std::uint32_t>(to_));
+    Put(kSeparator);
+  }
+  void MoveText(std::size_t from, std::size_t end) {
+    const std::string_view upToEnd = view_.substr(0, end);
+    while (from < end) {
+      const std::size_t entity = FindFirstOf(upToEnd, from, '&');
+      Move(from, entity);
+      from = entity;
+      if (from < end) from += TakeEntity(from);
+    }
+  }
+  // How many bytes it was.
+  std::size_t TakeEntity(std::size_t at) {
+    if (StandsAt(at, kApostrophe)) return Put("'"), kApostrophe.size();
+    if (StandsAt(at, kQuote)) return Put("\""), kQuote.size();
+    return Put("&"), 1;
   }
 
-  bool KeepByte() {
-    Keep(1);
-    return true;
-  }
-
-  bool TakeTag() {
-    const bool behindTag = rest_.data() == begin_ || rest_.data()[-1] == '>';
-    if (Take(kTextEnd, kSeparator)) return true;
-    if (rest_.starts_with(kStart)) return behindTag && Take(kStart, "");
-    if (rest_ == kRootEnd) return Take(kRootEnd, "");
-    return !rest_.starts_with(kRootEnd) && KeepByte();
-  }
-
-  bool TakeMark() { return Take(kTagEnd, kSeparator) || Take(kDur, kSeparator) || KeepByte(); }
-
-  bool TakeEntity() { return Take(kApostrophe, "'") || Take(kQuote, "\"") || KeepByte(); }
-
-  std::string_view rest_;
-  const char* begin_;
-  std::string out_;
-  std::size_t length_ = 0;  // of out_ that is filled
+  std::string& document_;
+  std::string_view view_;  // of it
+  std::size_t from_;       // what is left begins here
+  std::size_t to_ = 0;     // what is done ends here
+  std::vector<std::uint32_t> ends_;
 };
 
 }  // namespace
 
-std::string NormaliseStepByStep(std::string document) {
-  for (const Step& step : kSteps) {
-    document = step.reach == Reach::Every ? ReplaceAll(std::move(document), step.find, step.put)
-                                          : Replace(std::move(document), step.find, step.put);
-  }
-  return document;
-}
+std::string NormaliseStepByStep(std::string document) { return TakeSteps(std::move(document), false); }
 
-std::string NormaliseTimedText(std::string document) {
-  std::string_view rest = document;
-  const bool isSound = rest.starts_with(kDeclaration) &&
-                       rest.substr(kDeclaration.size()).starts_with(kRoot) &&
-                       rest.find('\\') == std::string_view::npos;
-  if (isSound) {
-    rest.remove_prefix(kDeclaration.size() + kRoot.size());
-    if (auto normalised = OnePass(rest).Run()) return *std::move(normalised);
+TimedTextFields NormaliseTimedText(std::string document) {
+  TimedTextFields fields;
+  std::size_t from = 0;
+  if (CueMover cues(document); cues.HasHead()) {
+    while (cues.MoveCue()) continue;
+    from = cues.Length();
+    fields = cues.Finish();
+  } else {
+    fields.document = NormaliseStepByStep(std::move(document));
   }
-  return NormaliseStepByStep(std::move(document));
+  const std::string& text = fields.document;
+  if (text.size() > UINT32_MAX) throw std::length_error("The document is too long.");
+  for (std::size_t at = NextSeparator(text, from); at != std::string::npos; at = NextSeparator(text, from)) {
+    fields.ends.push_back(static_cast<std::uint32_t>(at));
+    from = at + kSeparator.size();
+  }
+  fields.ends.push_back(static_cast<std::uint32_t>(text.size()));
+  return fields;
 }

@@ -1,8 +1,10 @@
 // The replacements that turn a timed-text document into fields with separators between them.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Stands between two fields of a normalised document, and behind the last text.
 inline constexpr std::string_view kSeparator = " ||| ";
@@ -11,6 +13,14 @@ inline constexpr std::string_view kSeparator = " ||| ";
 // normalising means.
 std::string NormaliseStepByStep(std::string document);
 
-// The same result, byte for byte, in one pass over a document in which the steps can't meet each
-// other; any other document goes through them.
-std::string NormaliseTimedText(std::string document);
+// A normalised document, and where its fields end: each in front of its separator, the last one with
+// the document.
+struct TimedTextFields {
+  std::string document;
+  std::vector<std::uint32_t> ends;
+};
+
+// What NormaliseStepByStep gives, byte for byte, and a split of it at kSeparator. The cues that keep to
+// the pattern are moved to the front of the document one by one; from the first that does not, the
+// steps do what is left. std::length_error for a result of more than 4 GiB.
+TimedTextFields NormaliseTimedText(std::string document);

@@ -1,13 +1,12 @@
 #include "timedtext/timecode.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
-#include <optional>
 
 #include "app/Window1.h"
 #include "runtime/Numbers.h"
 #include "runtime/Text.h"
+#include "runtime/pieces.h"
 #include "timedtext/TimedText.h"
 
 namespace {
@@ -55,51 +54,26 @@ std::string Timecode(double seconds, std::string_view secondsPattern) {
 std::optional<std::int64_t> Thousandths(std::string_view text) {
   constexpr std::size_t kMostDigits = 9;
   constexpr std::int64_t kScale[] = {1000, 100, 10, 1};
+  const auto isDigit = [&](std::size_t i) { return i < text.size() && text[i] >= '0' && text[i] <= '9'; };
   std::int64_t value = 0;
-  std::size_t point = text.size();
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == '.' && point == text.size()) {
-      point = i;
-    } else if (text[i] < '0' || text[i] > '9' || i > kMostDigits + 4) {
-      return std::nullopt;
-    } else {
-      value = value * 10 + (text[i] - '0');
-    }
+  std::size_t end = 0;
+  for (; end <= kMostDigits && isDigit(end); ++end) value = value * 10 + (text[end] - '0');
+  if (end == 0 || end > kMostDigits) return std::nullopt;
+  std::size_t places = 0;
+  if (end < text.size() && text[end] == '.') {
+    for (++end; places < 3 && isDigit(end); ++end, ++places) value = value * 10 + (text[end] - '0');
   }
-  const std::size_t places = point == text.size() ? 0 : text.size() - point - 1;
-  if (point < 1 || point > kMostDigits || places > 3) return std::nullopt;
+  if (end < text.size()) return std::nullopt;
   return value * kScale[places];
 }
 
 // Rounds to hundredths as Format does with the double, which a third decimal of 5 puts on one side
 // of the half or the other: the exact sign of double minus decimal tells which.
-std::int64_t Hundredths(std::int64_t thousandths, double value) {
+std::int64_t Rounded(std::int64_t thousandths, double value) {
   const std::int64_t digit = thousandths % 10;
   const bool up =
       digit > 5 || (digit == 5 && std::fma(value, 1000.0, -static_cast<double>(thousandths)) >= 0);
   return thousandths / 10 + (up ? 1 : 0);
-}
-
-std::string TimecodeOf(std::int64_t hundredths) {
-  const std::int64_t hours = hundredths / 360000;
-  char text[32];
-  char* end = text;
-  const auto twoDigits = [&](std::int64_t number) {
-    *end++ = static_cast<char>('0' + number / 10);
-    *end++ = static_cast<char>('0' + number % 10);
-  };
-  if (hours < 100) {
-    twoDigits(hours);
-  } else {
-    end = std::to_chars(text, text + sizeof text, hours).ptr;
-  }
-  *end++ = ':';
-  twoDigits(hundredths / 6000 % 60);
-  *end++ = ':';
-  twoDigits(hundredths / 100 % 60);
-  *end++ = '.';
-  twoDigits(hundredths % 100);
-  return std::string(text, end);
 }
 
 }  // namespace
@@ -116,18 +90,45 @@ std::string timecodeToSecs(const std::string& timecode) {
   return Str(Val(parts[0]) * 3600.0 + Val(parts[1]) * 60.0 + Val(parts[2]));
 }
 
-std::string StartTimecode(std::string_view start) {
+std::optional<std::int64_t> StartHundredths(std::string_view start) {
   const auto exact = Thousandths(start);
-  if (!exact) return SecsToTimecode(Val(start));
-  return TimecodeOf(Hundredths(*exact, static_cast<double>(*exact) / 1000.0));
+  if (!exact) return std::nullopt;
+  return Rounded(*exact, static_cast<double>(*exact) / 1000.0);
 }
 
-std::string EndTimecode(std::string_view start, std::string_view dur) {
+char* PutTimecode(char* to, std::int64_t hundredths) {
+  const auto putTwoDigits = [&to](std::uint32_t number, char behind) {
+    *to++ = static_cast<char>('0' + number / 10);
+    *to++ = static_cast<char>('0' + number % 10);
+    *to++ = behind;
+  };
+  const std::int64_t hours = hundredths / 360000;
+  const auto inHour = static_cast<std::uint32_t>(hundredths % 360000);
+  if (hours < 100) {
+    putTwoDigits(static_cast<std::uint32_t>(hours), ':');
+  } else {
+    to = Put(to, hours);
+    *to++ = ':';
+  }
+  putTwoDigits(inHour / 6000, ':');
+  putTwoDigits(inHour / 100 % 60, '.');
+  putTwoDigits(inHour % 100, '0');
+  return to - 1;
+}
+
+std::string StartTimecode(std::string_view start) {
+  const auto hundredths = StartHundredths(start);
+  if (!hundredths) return SecsToTimecode(Val(start));
+  char text[kMostTimecode];
+  return std::string(text, PutTimecode(text, *hundredths));
+}
+
+std::optional<std::int64_t> EndHundredths(std::string_view start, std::string_view dur) {
   const auto from = Thousandths(start);
   const auto length = Thousandths(dur);
-  if (!from || !length) return SecsToTimecode(CueEndSeconds({start, dur}));
-  const double sum = static_cast<double>(*from) / 1000.0 + static_cast<double>(*length) / 1000.0;
-  return TimecodeOf(Hundredths(*from + *length, sum));
+  if (!from || !length) return std::nullopt;
+  return Rounded(*from + *length,
+                 static_cast<double>(*from) / 1000.0 + static_cast<double>(*length) / 1000.0);
 }
 
 std::string Window1::SecsToTimecode(double seconds) const { return ::SecsToTimecode(seconds); }

@@ -6,6 +6,8 @@
 //   comma  "HH:MM:SS,hh0"  the plain one with a third decimal that is always 0
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,7 +19,14 @@ std::string ToCommaTimecode(std::string plain);
 // Seconds as text. A part that is missing counts as 0; in the comma form the fraction is cut off.
 std::string timecodeToSecs(const std::string& timecode);
 
-// What SecsToTimecode(Val(start)), and SecsToTimecode of Val(Str(Val(start) + Val(dur))), give, by
-// whole numbers where start and dur are decimal digits with at most three behind the point.
+// The timecodes of a cue's times, where these are decimal digits with at most three behind the point,
+// in hundredths of a second; nullopt for any other text. They are what the decimal text leads to:
+//   StartHundredths   SecsToTimecode(Val(start))
+//   EndHundredths     SecsToTimecode(Val(Str(Val(start) + Val(dur))))
+std::optional<std::int64_t> StartHundredths(std::string_view start);
+std::optional<std::int64_t> EndHundredths(std::string_view start, std::string_view dur);
+// Writes the plain timecode, of at most kMostTimecode bytes, and gives the place behind it.
+inline constexpr std::size_t kMostTimecode = 24;
+char* PutTimecode(char* to, std::int64_t hundredths);
+// SecsToTimecode(Val(start)), of any text.
 std::string StartTimecode(std::string_view start);
-std::string EndTimecode(std::string_view start, std::string_view dur);

@@ -11,20 +11,19 @@
 namespace {
 
 // The timecode is formed where it is asked for.
-void AppendCue(Window1& form, std::string_view start, std::string_view text) {
+void AppendCue(Window1& form, std::string_view start, CueText text) {
   const bool byLines = form.lineBox.Value();
-  if (byLines && form.timecodeBox.Value()) form.TextArea1.AppendText({"[", StartTimecode(start), "]\t"});
-  form.TextArea1.AppendText({text, byLines ? std::string_view(EndOfLine) : " "});
+  if (byLines && form.timecodeBox.Value()) form.TextArea1.AppendText("[", StartTimecode(start), "]\t");
+  form.TextArea1.AppendText(text, byLines ? std::string_view(EndOfLine) : " ");
 }
 
 }  // namespace
 
-void FormTranscript(Window1& form, TimedText track) {
-  const CueTexts cueTexts(std::move(track));
+void FormTranscript(Window1& form, const TimedText& track) {
   form.TextArea1.SetText("");
-  form.TextArea1.Reserve(cueTexts.Track().Size());
-  for (std::size_t i = 0; i < cueTexts.Count(); ++i) {
-    AppendCue(form, cueTexts.Track().Times(i).start, cueTexts.At(i));
+  form.TextArea1.Reserve(track.Size());
+  for (std::size_t i = 0; i < track.Cues(); ++i) {
+    AppendCue(form, track.Times(i).start, track.Text(i));
     RuntimeBackgroundTask();
   }
 }
@@ -33,7 +32,7 @@ void Window1::getTranscriptions(std::int64_t row) {
   auto track = FetchTimedText(*this, row);
   if (!track) return;
   const std::string name = track->trackTitle + ".txt";
-  FormTranscript(*this, std::move(*track));
+  FormTranscript(*this, *track);
   const FolderItemPtr file = GetSaveFolderItem(FileTypes1::Text(), name);
   const bool saved = file && SaveFile(file, [this](TextOutputStream& out) { out.Write(TextArea1.Text()); });
   if (saved && openBox.Value()) file->Launch(true);

@@ -9,8 +9,8 @@
 #include "runtime/RegEx.h"
 #include "runtime/Text.h"
 #include "runtime/exceptions.h"
+#include "timedtext/TimecodeList.h"
 #include "timedtext/TimedText.h"
-#include "timedtext/timecode.h"
 #include "wordsearch/SearchWin.h"
 
 namespace {
@@ -62,22 +62,24 @@ void Window1::PushButton3_Action() {
 bool Window1::DoWordSearch(std::int64_t row) {
   auto track = FetchTimedText(*this, row);
   if (!track) return true;
-  TextList starts;
+  TimecodeList starts;
+  starts.Reserve(track->Starts());
   for (std::size_t i = 0; i < track->Starts(); ++i) {
-    starts.Append(ToCommaTimecode(StartTimecode(track->Times(i).start)));
+    starts.AppendStart(track->Times(i));
     RuntimeBackgroundTask();
   }
-  const CueTexts texts(std::move(*track));
 
   const RunRows rows;
   RegEx term;
   term.SearchPattern = searchField.Text();
   std::int64_t hits = 0;
+  std::string room;
   try {
-    for (std::size_t i = 0; i < texts.Count(); ++i) {
-      if (term.Search(texts.At(i))) {
+    for (std::size_t i = 0; i < track->Cues(); ++i) {
+      const std::string_view text = track->Text(i).In(room);
+      if (term.Search(text)) {
         ++hits;
-        AddHit(Replace(std::string(starts.At(i)), ",", "."), std::string(texts.At(i)));
+        AddHit(TextOf(starts.WithPointAt(i)), std::string(text));
       }
       App::Get().searchCount = Str(hits);
       RuntimeBackgroundTask();

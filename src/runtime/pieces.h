@@ -1,0 +1,28 @@
+// What a text can be put together of, without a string for each piece. A type of pieces has two functions:
+// MostBytes tells how much room it may take, and Put writes it there and gives the place behind it.
+#pragma once
+
+#include <charconv>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+inline std::size_t MostBytes(std::string_view text) { return text.size(); }
+inline char* Put(char* to, std::string_view text) {
+  std::memcpy(to, text.data(), text.size());
+  return to + text.size();
+}
+
+inline std::size_t MostBytes(std::int64_t) { return 20; }
+inline char* Put(char* to, std::int64_t number) { return std::to_chars(to, to + 20, number).ptr; }
+
+// Pieces as a text.
+template <typename... Piece>
+std::string TextOf(const Piece&... pieces) {
+  std::string text((std::size_t{0} + ... + MostBytes(pieces)), '\0');
+  char* end = text.data();
+  ((end = Put(end, pieces)), ...);
+  text.resize(static_cast<std::size_t>(end - text.data()));
+  return text;
+}
