@@ -10,7 +10,7 @@ std::string Wanted(Measure::Bound bound, double value) {
 }
 
 std::string Seen(const Measure& measure) {
-  if (!measure.seen) return "not built";
+  if (!measure.seen) return "not measured";
   return Rounded(*measure.seen, 2) + (IsMissed(measure) ? " **missed**" : "");
 }
 

@@ -11,7 +11,7 @@ struct Measure {
   enum class Bound { AtMost, AtLeast } bound;
   double must;
   double dream;
-  std::optional<double> seen;  // nullopt where the thing to measure was not built
+  std::optional<double> seen;  // nullopt where it could not be measured
   std::string remark = {};
 };
 

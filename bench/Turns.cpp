@@ -3,45 +3,51 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <map>
 
 namespace {
 
-class Medians : public benchmark::BenchmarkReporter {
+class Collector : public benchmark::BenchmarkReporter {
  public:
   bool ReportContext(const Context&) override { return true; }
   void ReportRuns(const std::vector<Run>& reports) override {
-    for (const Run& run : reports) {
-      if (run.run_type != Run::RT_Iteration) continue;
-      times_[run.run_name.function_name].push_back(run.GetAdjustedCPUTime());
-    }
+    for (const Run& run : reports) time = run.GetAdjustedCPUTime();
   }
-  double Of(const std::string& name) const { return Median(times_.at(name)); }
-
- private:
-  std::map<std::string, std::vector<double>> times_;
+  double time = 0;
 };
+
+double TimeOf(const std::string& name, const Contender& contender, std::size_t runs) {
+  benchmark::ClearRegisteredBenchmarks();
+  const auto turn = [&contender](benchmark::State& state) {
+    for (auto _ : state) {
+      if (contender.prepare) {
+        state.PauseTiming();
+        contender.prepare();
+        state.ResumeTiming();
+      }
+      contender.run();
+    }
+  };
+  benchmark::RegisterBenchmark(name.c_str(), turn)
+      ->Iterations(static_cast<benchmark::IterationCount>(runs))
+      ->Unit(benchmark::kNanosecond);
+  Collector collector;
+  benchmark::RunSpecifiedBenchmarks(&collector, ".");
+  return collector.time;
+}
 
 }  // namespace
 
-std::vector<double> Turns(const std::string& what, const std::vector<Contender>& contenders, std::size_t runs,
-                          std::size_t turns) {
-  benchmark::ClearRegisteredBenchmarks();
-  for (const Contender& contender : contenders) {
-    contender.run();  // warm
-    benchmark::RegisterBenchmark((what + "/" + contender.name).c_str(),
-                                 [&contender](benchmark::State& state) {
-                                   for (auto _ : state) contender.run();
-                                 })
-        ->Iterations(static_cast<benchmark::IterationCount>(runs))
-        ->Repetitions(static_cast<int>(turns))
-        ->Unit(benchmark::kNanosecond);
+TurnTimes Turns(const std::string& what, const std::vector<Contender>& contenders, std::size_t runs,
+                std::size_t turns) {
+  TurnTimes times(contenders.size());
+  for (std::size_t turn = 0; turn <= turns; ++turn) {
+    for (std::size_t i = 0; i < contenders.size(); ++i) {
+      const std::size_t which = turn % 2 ? contenders.size() - 1 - i : i;  // there and back
+      const double time = TimeOf(what + "/" + contenders[which].name, contenders[which], turn ? runs : 1);
+      if (turn > 0) times[which].push_back(time);  // the first one warms up
+    }
   }
-  Medians medians;
-  benchmark::RunSpecifiedBenchmarks(&medians, ".");
-  std::vector<double> found;
-  for (const Contender& contender : contenders) found.push_back(medians.Of(what + "/" + contender.name));
-  return found;
+  return times;
 }
 
 double Median(std::vector<double> values) {
@@ -49,6 +55,12 @@ double Median(std::vector<double> values) {
   const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
   std::nth_element(values.begin(), middle, values.end());
   return *middle;
+}
+
+double MedianRatio(const std::vector<double>& times, const std::vector<double>& others) {
+  std::vector<double> ratios;
+  for (std::size_t i = 0; i < times.size() && i < others.size(); ++i) ratios.push_back(times[i] / others[i]);
+  return Median(ratios);
 }
 
 void Keep(std::size_t value) { benchmark::DoNotOptimize(value); }

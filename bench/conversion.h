@@ -5,19 +5,22 @@
 #include <string_view>
 #include <vector>
 
+#include "runtime/TextControls.h"
+
 class Window1;
 
 enum class Form { SRT, WebVTT, StampedLines, Lines, Paragraph };
 inline constexpr Form kForms[] = {Form::SRT, Form::WebVTT, Form::StampedLines, Form::Lines, Form::Paragraph};
 const char* NameOf(Form form);
 
-// The product's own pieces in the order in which its writers call them. The boxes of window are set
-// to the form.
-std::string ConvertByUs(Window1& window, const std::string& document, Form form);
+// The boxes of window are set to the form.
+void ChooseForm(Window1& window, Form form);
+// The product's own pieces in the order in which its writers call them.
+SharedText ConvertByUs(Window1& window, std::string document, Form form);
 
 // The same by an XML parser, and numbers through std::to_chars. They give the same bytes for a
 // sound document. "" for one that can't be parsed.
-std::string ConvertByPugixml(const std::string& document, Form form);
+std::string ConvertByPugixml(std::string document, Form form);
 std::string ConvertByLibxml2(const std::string& document, Form form);
 
 // What no converter can go below: one search for each "<", and a copy. The result is as long as

@@ -1,7 +1,5 @@
 // ravelyn-bench: measures the program against what one would write instead of it.
 
-#include <benchmark/benchmark.h>
-
 #include <algorithm>
 #include <functional>
 #include <iostream>
@@ -17,16 +15,8 @@ namespace {
 constexpr char kUsage[] =
     "Usage: ravelyn-bench [--brief] [SUBJECT...]\n"
     "Measures, prints Markdown, and exits with 1 where a must is missed.\n"
-    "Subjects: conversion tracks search fetch memory desktop (default: all).\n"
+    "Subjects: conversion growth tracks search fetch memory desktop (default: all).\n"
     "--brief takes fewer turns and leaves out the million cues.\n";
-
-// Turns in a random order is an option of the library alone.
-void InitialiseLibrary() {
-  char name[] = "ravelyn-bench", interleave[] = "--benchmark_enable_random_interleaving=true";
-  char* arguments[] = {name, interleave, nullptr};
-  int count = 2;
-  benchmark::Initialize(&count, arguments);
-}
 
 using Subject = std::pair<std::string, std::function<void(Effort, Table&)>>;
 
@@ -41,7 +31,6 @@ Table MeasureAll(const std::vector<Subject>& subjects, const std::vector<std::st
 
 int Run(const std::vector<std::string>& chosen, Effort effort) {
   const PageServer server;
-  InitialiseLibrary();
   QuietPlatform platform;
   App app(platform, LocalEndpoints(server.Host()));
   Window1& window = Window1::Get();
@@ -49,10 +38,11 @@ int Run(const std::vector<std::string>& chosen, Effort effort) {
   const Table table =
       MeasureAll({{"fetch", [&](Effort e, Table& t) { MeasureFetch(server.Host(), e, out, t); }},
                   {"conversion", [&](Effort e, Table& t) { MeasureConversion(window, e, out, t); }},
+                  {"growth", [&](Effort e, Table& t) { MeasureGrowth(e, out, t); }},
                   {"tracks", [&](Effort e, Table& t) { MeasureTracks(window, e, out, t); }},
                   {"search", [&](Effort e, Table& t) { MeasureSearch(e, out, t); }},
                   {"memory", [&](Effort e, Table& t) { MeasureMemory(server.Host(), e, out, t); }},
-                  {"desktop", [&](Effort, Table& t) { MeasureDesktop(out, t); }}},
+                  {"desktop", [&](Effort e, Table& t) { MeasureDesktop(e, out, t); }}},
                  chosen, effort);
   out << "\n## Measures\n\n";
   Print(out, table);
@@ -68,6 +58,7 @@ int main(int count, char** values) {
   }
   if (std::count(arguments.begin(), arguments.end(), "--help")) return std::cout << kUsage, 0;
   const Effort effort{std::erase(arguments, "--brief") > 0};
+  if (arguments == std::vector<std::string>{"--growth"}) return PrintGrowthOfStages(effort);
   try {
     return Run(arguments, effort);
   } catch (const std::exception& e) {

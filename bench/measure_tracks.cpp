@@ -21,8 +21,8 @@ void MeasureTracks(Window1& window, Effort effort, std::ostream& out, Table&) {
                               {"pugixml", [&] { Keep(TracksByPugixml(document).size()); }}},
                              30'000 / tracks, effort.brief ? 3 : 11);
     const auto each = static_cast<double>(tracks);
-    out << TableRow({std::to_string(tracks), Rounded(times[0] / each, 0), Rounded(times[1] / each, 0),
-                     Rounded(times[0] / times[1], 2)})
+    out << TableRow({std::to_string(tracks), Rounded(Median(times[0]) / each, 0),
+                     Rounded(Median(times[1]) / each, 0), Rounded(MedianRatio(times[0], times[1]), 2)})
         << std::flush;
   }
   window.XMLList.RemoveRowsFrom(0);

@@ -14,12 +14,16 @@ struct Effort {
 };
 
 void MeasureConversion(Window1& window, Effort effort, std::ostream& out, Table& table);
+void MeasureGrowth(Effort effort, std::ostream& out, Table& table);
 void MeasureTracks(Window1& window, Effort effort, std::ostream& out, Table& table);
 void MeasureSearch(Effort effort, std::ostream& out, Table& table);
 void MeasureFetch(const std::string& host, Effort effort, std::ostream& out, Table& table);
 void MeasureMemory(const std::string& host, Effort effort, std::ostream& out, Table& table);
-void MeasureDesktop(std::ostream& out, Table& table);
+// On the X display of DISPLAY.
+void MeasureDesktop(Effort effort, std::ostream& out, Table& table);
 
 // The other side of MeasureMemory, in a process of its own: saves timed text of so many cues from
 // host as an SRT file, and prints by how many bytes the process grew at the peak.
 int PrintGrowthOfDownload(const std::string& host, const std::string& cues);
+// The other side of MeasureGrowth: times the stages and prints a line for each.
+int PrintGrowthOfStages(Effort effort);

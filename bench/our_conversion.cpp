@@ -7,19 +7,19 @@
 
 namespace {
 
-std::string CaptionFile(Window1& window, const std::string& document, bool webVTT) {
-  const Captions captions = FormCaptions(CutTimedText(window, document));
+SharedText CaptionFile(Window1& window, std::string document, bool webVTT) {
   const auto file = std::make_shared<MemoryBlock>(0);
   file->Bytes().reserve(document.size());
+  const Captions captions = FormCaptions(CutTimedText(window, std::move(document)));
   TextOutputStream out(file);
   webVTT ? WriteVTT(out, captions) : WriteSRT(out, captions);
   out.Close();
-  return std::move(file->Bytes());
+  return std::make_shared<const std::string>(std::move(file->Bytes()));
 }
 
-std::string Transcript(Window1& window, const std::string& document) {
-  FormTranscript(window, CutTimedText(window, document));
-  return window.TextArea1.Text();
+SharedText Transcript(Window1& window, std::string document) {
+  FormTranscript(window, CutTimedText(window, std::move(document)));
+  return window.TextArea1.Share();
 }
 
 }  // namespace
@@ -29,9 +29,14 @@ const char* NameOf(Form form) {
   return kNames[static_cast<std::size_t>(form)];
 }
 
-std::string ConvertByUs(Window1& window, const std::string& document, Form form) {
-  if (form == Form::SRT || form == Form::WebVTT) return CaptionFile(window, document, form == Form::WebVTT);
+void ChooseForm(Window1& window, Form form) {
   window.lineBox.SetValue(form != Form::Paragraph);
   window.timecodeBox.SetValue(form == Form::StampedLines);
-  return Transcript(window, document);
+}
+
+SharedText ConvertByUs(Window1& window, std::string document, Form form) {
+  ChooseForm(window, form);
+  const bool isFile = form == Form::SRT || form == Form::WebVTT;
+  return isFile ? CaptionFile(window, std::move(document), form == Form::WebVTT)
+                : Transcript(window, std::move(document));
 }

@@ -10,10 +10,9 @@ constexpr unsigned kRaw = pugi::parse_minimal | pugi::parse_ws_pcdata_single;
 
 }  // namespace
 
-std::string ConvertByPugixml(const std::string& document, Form form) {
-  std::string buffer = document;
+std::string ConvertByPugixml(std::string document, Form form) {
   pugi::xml_document tree;
-  if (!tree.load_buffer_inplace(buffer.data(), buffer.size(), kRaw, pugi::encoding_utf8)) return "";
+  if (!tree.load_buffer_inplace(document.data(), document.size(), kRaw, pugi::encoding_utf8)) return "";
   CaptionText file(form, document.size());
   for (const pugi::xml_node cue : tree.child("transcript").children("text")) {
     file.AddCue(cue.attribute("start").value(), cue.attribute("dur").value(), cue.child_value(), "&amp;#39;",

@@ -1,7 +1,5 @@
 #include "samples.h"
 
-#include <cstdint>
-
 #include "runtime/Text.h"
 
 namespace {
@@ -52,8 +50,8 @@ std::string Seconds(std::size_t hundredths) {
 
 }  // namespace
 
-std::string TimedTextDocument(std::size_t cues) {
-  Numbers numbers(1);
+std::string TimedTextDocument(std::size_t cues, std::uint64_t seed) {
+  Numbers numbers(seed);
   std::string document = "<?xml version=\"1.0\" encoding=\"utf-8\" ?><transcript>";
   std::size_t start = 50;
   for (std::size_t i = 0; i < cues; ++i) {

@@ -6,12 +6,7 @@
 #include <random>
 
 #include "runtime/Digest.h"
-#include "runtime/Numbers.h"
-#include "runtime/Text.h"
-#include "timedtext/TimecodeList.h"
-#include "timedtext/TimedText.h"
-#include "timedtext/normalise.h"
-#include "timedtext/timecode.h"
+#include "support/plain_ways.h"
 
 namespace {
 
@@ -86,32 +81,6 @@ std::string RandomDocument(std::mt19937& random) {
   return document;
 }
 
-// The fields that quick and plain normalising give, and the document itself as one more.
-std::vector<std::string> QuickFields(const std::string& document) {
-  const TimedTextFields quick = NormaliseTimedText(document);
-  std::vector<std::string> fields;
-  std::size_t from = 0;
-  for (const std::size_t end : quick.ends) {
-    fields.push_back(quick.document.substr(from, end - from));
-    from = end + kSeparator.size();
-  }
-  fields.push_back(quick.document);
-  return fields;
-}
-std::vector<std::string> PlainFields(const std::string& document) {
-  const std::string normal = NormaliseStepByStep(document);
-  std::vector<std::string> fields = Split(normal, kSeparator);
-  fields.push_back(normal);
-  return fields;
-}
-
-std::string QuickStart(const std::string& start) {
-  TimecodeList list;
-  list.AppendStart({start, ""});
-  return TextOf(list.At(0));
-}
-std::string PlainStart(const std::string& start) { return ToCommaTimecode(SecsToTimecode(Val(start))); }
-
 }  // namespace
 
 TEST(Equality, NormalisingSoundAndCutDocuments) {
@@ -143,7 +112,7 @@ TEST(Equality, TimecodesOfEveryThousandthAroundTheEdges) {
   for (const std::int64_t edge : {0, 59, 60, 3599, 3600, 7199, 36000, 359999, 360000, 999999999}) {
     for (std::int64_t n = std::max<std::int64_t>(0, edge * 1000 - 1200); n < edge * 1000 + 1200; ++n) {
       const std::string start = Str(static_cast<double>(n) / 1000);
-      ASSERT_EQ(QuickStart(start), PlainStart(start)) << start;
+      ASSERT_EQ(QuickTimes(start, start), PlainTimes(start, start)) << start;
     }
   }
 }
@@ -160,28 +129,16 @@ TEST(Equality, TimecodesOfRandomAndOddTexts) {
   }
   for (const std::string& start : texts) {
     const std::string& dur = texts[random() % texts.size()];
-    TimecodeList list;
-    list.AppendEnd({start, dur});
-    const std::string end = ToCommaTimecode(SecsToTimecode(CueEndSeconds({start, dur})));
-    ASSERT_EQ(QuickStart(start), PlainStart(start)) << start;
-    ASSERT_EQ(StartTimecode(start), SecsToTimecode(Val(start))) << start;
-    ASSERT_EQ(TextOf(list.At(0)), end) << start << " + " << dur;
-    ASSERT_EQ(TextOf(list.WithPointAt(0)), Replace(end, ",", ".")) << start << " + " << dur;
+    ASSERT_EQ(QuickTimes(start, dur), PlainTimes(start, dur)) << start << " + " << dur;
   }
 }
 
 TEST(Equality, CleaningCueTexts) {
-  const auto plain = [](std::string text) {
-    text = ReplaceLineEndings(std::move(text), " ");
-    text = ReplaceAll(std::move(text), ChrB(253) + ChrB(255), " ");
-    text = ReplaceAll(std::move(text), "\n", " ");
-    return ReplaceAll(std::move(text), "\r\n", " ");
-  };
   std::mt19937 random(11);
   constexpr std::string_view kBytes = "\r\n\xFD\xFF ab";
   for (int i = 0; i < 100000; ++i) {
     std::string text;
     for (auto n = random() % 30; n > 0; --n) text += kBytes[random() % kBytes.size()];
-    ASSERT_EQ(CleanCueText(text), plain(text)) << EncodeBase64(text, 0);
+    ASSERT_EQ(CleanCueText(text), PlainCueText(text)) << EncodeBase64(text, 0);
   }
 }

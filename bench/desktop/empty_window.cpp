@@ -1,0 +1,12 @@
+// The least that a program with Qt's widgets can show: one window with nothing in it, of the form's size.
+
+#include <QApplication>
+#include <QWidget>
+
+int main(int count, char** arguments) {
+  QApplication qt(count, arguments);
+  QWidget window;
+  window.resize(692, 540);
+  window.show();
+  return QApplication::exec();
+}

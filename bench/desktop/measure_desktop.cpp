@@ -1,0 +1,96 @@
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <ostream>
+#include <stdexcept>
+#include <thread>
+
+#include "../Turns.h"
+#include "../measures.h"
+#include "FirstWindow.h"
+
+namespace {
+
+constexpr char kEmptyQt[] = "an empty Qt window";
+
+// Settings and traces of the programs that are started go where nobody misses them.
+class Home {
+ public:
+  Home() {
+    std::filesystem::create_directories(path_);
+    for (const char* name :
+         {"HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"}) {
+      ::setenv(name, path_.c_str(), 1);
+    }
+    std::filesystem::permissions(path_, std::filesystem::perms::owner_all);
+    ::setenv("QT_QPA_PLATFORM", "xcb", 1);
+  }
+  ~Home() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  Home(const Home&) = delete;
+  Home& operator=(const Home&) = delete;
+
+ private:
+  std::string path_ =
+      (std::filesystem::temp_directory_path() / ("ravelyn-bench-home-" + std::to_string(::getpid())))
+          .string();
+};
+
+struct Rest {
+  double resident, own;
+};
+
+Rest MemoryAtRest(const char* path) {
+  const StartedProgram program(path);
+  std::this_thread::sleep_for(std::chrono::seconds(2));  // what comes behind the first window is over
+  return {program.Resident(), program.Private()};
+}
+
+double MillisecondsToShow(const char* how, std::size_t hits) {
+  const std::string command = std::string("'") + RAVELYN_SHOW_HITS + "' " + how + " " + std::to_string(hits);
+  FILE* out = ::popen(command.c_str(), "r");
+  double milliseconds = 0;
+  const bool read = out && std::fscanf(out, "%lf", &milliseconds) == 1;
+  if (!out || ::pclose(out) != 0 || !read) throw std::runtime_error("the list of hits could not be shown");
+  return milliseconds;
+}
+
+}  // namespace
+
+void MeasureDesktop(Effort effort, std::ostream& out, Table& table) {
+  Measure row{"start to window, against " + std::string(kEmptyQt), Measure::Bound::AtMost, 1.5, 1.1,
+              std::nullopt};
+  if (!std::getenv("DISPLAY")) {
+    row.remark = "no display";
+    return table.push_back(row);
+  }
+  const Home home;
+  std::vector<double> us, empty, hits, items;
+  for (int turn = 0; turn <= (effort.brief ? 5 : 21); ++turn) {
+    const double ours = StartedProgram(RAVELYN_PROGRAM).Milliseconds();
+    const double theirs = StartedProgram(RAVELYN_EMPTY_WINDOW).Milliseconds();
+    if (turn > 0) us.push_back(ours), empty.push_back(theirs);  // the first one warms up
+  }
+  for (int turn = 0; turn < (effort.brief ? 1 : 5); ++turn) {
+    hits.push_back(MillisecondsToShow("us", 200'000));
+    items.push_back(MillisecondsToShow("table", 200'000));
+  }
+  const Rest atRest = MemoryAtRest(RAVELYN_PROGRAM), emptyAtRest = MemoryAtRest(RAVELYN_EMPTY_WINDOW);
+  row.seen = MedianRatio(us, empty);
+  out << "\n## The program on a screen\n\n"
+      << TableRow({"measure", "us", kEmptyQt, "Qt's table of items"})
+      << TableRow({"---", "---", "---", "---"})
+      << TableRow(
+             {"start to the first window drawn, ms", Rounded(Median(us), 0), Rounded(Median(empty), 0), ""})
+      << TableRow({"memory at rest, MB", Rounded(atRest.resident / 1e6, 1),
+                   Rounded(emptyAtRest.resident / 1e6, 1), ""})
+      << TableRow({"of it the program's alone, MB", Rounded(atRest.own / 1e6, 1),
+                   Rounded(emptyAtRest.own / 1e6, 1), ""})
+      << TableRow({"200,000 hits to the last row drawn, ms", Rounded(Median(hits), 0), "",
+                   Rounded(Median(items), 0)})
+      << std::flush;
+  table.push_back(row);
+}
