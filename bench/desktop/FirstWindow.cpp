@@ -61,7 +61,7 @@ class Screen {
 
  private:
   bool IsBlack(xcb_window_t window) const {
-    const auto cookie = xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, window, 4, 4, 1, 1, ~0u);
+    const auto cookie = xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, window, 200, 60, 1, 1, ~0u);
     const Reply<xcb_get_image_reply_t> image{xcb_get_image_reply(connection_, cookie, nullptr), &std::free};
     if (!image || xcb_get_image_data_length(image.get()) < 3) return true;
     const std::uint8_t* pixel = xcb_get_image_data(image.get());
@@ -71,6 +71,10 @@ class Screen {
   xcb_connection_t* connection_;
   xcb_window_t root_ = 0;
 };
+
+double MillisecondsSince(Clock::time_point start) {
+  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
 
 // The sum of one field's lines in a table of the process's memory, in bytes.
 double MemoryBytes(pid_t process, const std::string& field) {
@@ -92,13 +96,15 @@ StartedProgram::StartedProgram(const std::string& path) {
     throw std::runtime_error(path + " can't be started");
   }
   try {
-    screen.WaitForPixels(screen.NextMapped(start + kPatience), start + kPatience);
+    const xcb_window_t window = screen.NextMapped(start + kPatience);
+    shown_ = MillisecondsSince(start);
+    screen.WaitForPixels(window, start + kPatience);
+    drawn_ = MillisecondsSince(start);
   } catch (...) {
     ::kill(process_, SIGKILL);
     ::waitpid(process_, nullptr, 0);
     throw;
   }
-  milliseconds_ = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
 }
 
 StartedProgram::~StartedProgram() {

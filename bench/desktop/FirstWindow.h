@@ -15,12 +15,15 @@ class StartedProgram {
   StartedProgram(const StartedProgram&) = delete;
   StartedProgram& operator=(const StartedProgram&) = delete;
 
-  double Milliseconds() const { return milliseconds_; }
+  // From the start to the moment when the window is shown, and to its first pixels.
+  double ShownAfter() const { return shown_; }
+  double DrawnAfter() const { return drawn_; }
   // Bytes in memory, and those of them that the program shares with nobody.
   double Resident() const;
   double Private() const;
 
  private:
   pid_t process_ = -1;
-  double milliseconds_ = 0;
+  double shown_ = 0;  // milliseconds
+  double drawn_ = 0;
 };

@@ -60,8 +60,8 @@ class RowDelegate : public QStyledItemDelegate {
 
 ListView::ListView(Listbox& record, QWidget& content)
     : QTableView(&content), record_(&record), model_(record) {
-  setModel(&model_);
   setUp();
+  setModel(&model_);
   takeFont(*this, record.LookOf());
   connect(this, &QTableView::clicked, this, [this](const QModelIndex& cell) { clickCell(cell, released_); });
 }
@@ -80,9 +80,11 @@ void ListView::setUp() {
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setVerticalScrollMode(ScrollPerPixel);
   horizontalHeader()->hide();
+  horizontalHeader()->setHighlightSections(false);  // or a bold font is loaded for nothing
   horizontalHeader()->setMinimumSectionSize(0);
   horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   verticalHeader()->hide();
+  verticalHeader()->setHighlightSections(false);
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowMargin);
 }

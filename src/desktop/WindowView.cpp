@@ -12,7 +12,6 @@
 #include <utility>
 
 #include "desktop/Content.h"
-#include "desktop/pictures.h"
 #include "desktop/shown_text.h"
 #include "desktop/spoken_names.h"
 #include "runtime/Application.h"
@@ -51,15 +50,22 @@ bool isReturn(const QKeyEvent& event) {
 
 WindowView::WindowView(Window& record, const ChooseItem& choose)
     : record_(&record), content_(new Content(record, *this)), status_(new QLabel(content_)) {
+  content_->hide();
   setUpMenu(choose);
-  for (Control* control : record.Controls()) addControl(*control);
   setUpFrame();
-  setUpFocus();
   frame_.setSingleShot(true);
   frame_.setInterval(kFrame);
   connect(&frame_, &QTimer::timeout, this, [this] { flush(); });
-  record.OnChange = [this](Control& control) { markDirty(control); };
+}
+
+// While the screen makes room for the window, its controls are made; they are drawn with it at once.
+void WindowView::fill() {
+  for (Control* control : record_->Controls()) addControl(*control);
+  record_->OnChange = [this](Control& control) { markDirty(control); };
+  layOut();
+  setUpFocus();
   flush();
+  content_->show();
 }
 
 WindowView::~WindowView() { forget(); }
@@ -68,7 +74,6 @@ void WindowView::setUpFrame() {
   const WindowFrame& frame = record_->Frame();
   setWindowFlags(flagsOf(frame));
   setWindowTitle(shownText(frame.title));
-  setWindowIcon(programIcon());
   status_->setTextFormat(Qt::PlainText);
   takeFont(*status_, {.fontSize = kStatusFont});
   status_->hide();
@@ -162,6 +167,7 @@ void WindowView::bringForward() {
   show();
   raise();
   activateWindow();
+  if (record_ && content_->isHidden()) fill();
 }
 
 void WindowView::focus(const Control& control) {

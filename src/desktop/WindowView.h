@@ -51,6 +51,7 @@ class WindowView : public QWidget {
     bool dirty;
   };
   void setUpFrame();
+  void fill();
   void setUpMenu(const ChooseItem& choose);
   void addControl(Control& control);
   void setUpFocus();

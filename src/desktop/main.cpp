@@ -1,24 +1,46 @@
 // ravelyn: the program on a desktop.
 
+#include <dlfcn.h>
+
 #include <QApplication>
 #include <QTimer>
+#include <chrono>
+#include <thread>
 
 #include "app/App.h"
 #include "desktop/QtPlatform.h"
 #include "desktop/pictures.h"
 
+namespace {
+
+// The icon's pictures are read when the first window stands, not on the way there.
+constexpr std::chrono::milliseconds kAfterFirstFrame{200};
+
+// Reads the system's font settings, which takes as long as to reach the screen. Qt would do it at the
+// first text, with all else waiting; what is read once is there for it.
+void readFontSettings() {
+  void* const fontconfig = ::dlopen("libfontconfig.so.1", RTLD_LAZY);
+  if (void* const read = fontconfig ? ::dlsym(fontconfig, "FcInit") : nullptr) {
+    reinterpret_cast<int (*)()>(read)();
+  }
+}
+
+}  // namespace
+
 int main(int count, char** arguments) {
+  std::thread fonts(readFontSettings);
   QApplication qt(count, arguments);
+  fonts.join();
   QApplication::setApplicationName(QStringLiteral("ravelyn"));
   QApplication::setApplicationVersion(QStringLiteral(RAVELYN_VERSION));
   QApplication::setDesktopFileName(QStringLiteral("com.tarnvale.ravelyn"));
-  QApplication::setWindowIcon(programIcon());
   // The application counts its windows by itself.
   QApplication::setQuitOnLastWindowClosed(false);
 
   QtPlatform platform;
   App app(platform);
   QTimer::singleShot(0, [&app] { app.Start(); });
+  QTimer::singleShot(kAfterFirstFrame, [] { QApplication::setWindowIcon(programIcon()); });
   const int result = QApplication::exec();
   platform.dropViews();
   app.Stop();
