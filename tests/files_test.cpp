@@ -201,6 +201,27 @@ TEST(Blocks, GrowByTheirStreamAndCheckTheirBounds) {
   EXPECT_EQ(MemoryBlock(-5).Size(), 0);
 }
 
+TEST(Blocks, TakePiecesOfAnySizeInTheirOrder) {
+  const TemporaryFolder folder;
+  const auto block = std::make_shared<MemoryBlock>(1);
+  TextOutputStream toBlock(block);
+  const auto toFile = TextOutputStream::Create(At(folder / "a"));
+  std::string expected;
+  for (const std::size_t size : {0, 1, 40'000, 65'535, 65'536, 3, 65'537, 200'000, 30'000, 30'000}) {
+    const std::string text(size, static_cast<char>('a' + size % 26));
+    for (TextOutputStream* stream : {&toBlock, toFile.get()}) {
+      stream->WritePieces(text, " | ", std::int64_t{-7}, text, INT64_MIN, std::string_view());
+      stream->Write(text);
+    }
+    expected += text + " | -7" + text + "-9223372036854775808" + text;
+  }
+  toBlock.Close();
+  toFile->Close();
+  EXPECT_TRUE(block->Bytes() == std::string(1, '\0') + expected);
+  EXPECT_TRUE(ReadFile(folder / "a") == expected);
+  EXPECT_THROW(toBlock.WritePieces("more"), IOException);
+}
+
 TEST(Names, BecomePlain) {
   const std::string e = "\xC3\xA9";
   std::string many;

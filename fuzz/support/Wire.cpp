@@ -89,7 +89,7 @@ void SocketCore::Poll() {
   if (c->reply->end == wire::End::Reset) fail(ECONNRESET);
 }
 
-void SocketCore::AwaitActivity(int) const {}
+bool SocketCore::AwaitActivity(int) const { return true; }
 
 bool SocketCore::IsConnected() const { return connection_ && connection_->isConnected; }
 

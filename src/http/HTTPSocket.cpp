@@ -222,8 +222,7 @@ void HTTPSocket::WaitForPage() {
   // A host that need not look at its events sleeps longer than Poll would let it.
   const int longestWait = Platform::Current() ? Platform::Current()->LongestWait() : kPollWait;
   while (!_pageComplete && mErrorCode == 0) {
-    if (longestWait > kPollWait) AwaitActivity(longestWait);
-    Poll();
+    if (longestWait <= kPollWait || AwaitActivity(longestWait)) Poll();
     if (Yield) Application::Current().DoEvents(-1);
     if (_connectionValid != lastConnected) {
       lastConnected = _connectionValid;

@@ -224,13 +224,13 @@ void SocketCore::Poll() {
   Event_Error();
 }
 
-void SocketCore::AwaitActivity(int milliseconds) const {
+bool SocketCore::AwaitActivity(int milliseconds) const {
   using Stage = Connection::Stage;
-  if (!connection_ || connection_->stage == Stage::Failed) return;
+  if (!connection_ || connection_->stage == Stage::Failed) return true;
   const bool lookingUp = connection_->stage == Stage::LookingUp;
   const int descriptor = lookingUp ? connection_->lookUp->done : connection_->socket.native_handle();
   const bool toWrite = connection_->stage == Stage::Connecting || !connection_->toSend.empty();
-  Await(descriptor, toWrite ? POLLIN | POLLOUT : POLLIN, milliseconds);
+  return Await(descriptor, toWrite ? POLLIN | POLLOUT : POLLIN, milliseconds);
 }
 
 bool SocketCore::IsConnected() const {

@@ -36,9 +36,9 @@ class SocketCore {
   virtual void Poll();
   static constexpr int kPollWait = 10;  // milliseconds
 
-  // Waits in the kernel until Poll would find something, for so many milliseconds at most. Raises
-  // no event.
-  void AwaitActivity(int milliseconds) const;
+  // Waits in the kernel until Poll would find something, for so many milliseconds at most; false
+  // if it would not. Raises no event.
+  bool AwaitActivity(int milliseconds) const;
 
   bool IsConnected() const;
   int LastErrorCode() const { return lastError_; }
