@@ -11,7 +11,7 @@ namespace {
 constexpr std::string_view LF = EndOfLine.UNIX;
 
 void WriteCue(TextOutputStream& out, std::size_t i, const ListedTimecode& start, const ListedTimecode& end,
-              CueText text) {
+              const CueText& text) {
   out.WritePieces(static_cast<std::int64_t>(i) + 1, LF, start, " --> ", end, LF, text, LF, EndOfLine.UNIX);
 }
 

@@ -11,7 +11,7 @@
 namespace {
 
 // The timecode is formed where it is asked for.
-void AppendCue(Window1& form, std::string_view start, CueText text) {
+void AppendCue(Window1& form, std::string_view start, const CueText& text) {
   const bool byLines = form.lineBox.Value();
   if (byLines && form.timecodeBox.Value()) form.TextArea1.AppendText("[", StartTimecode(start), "]\t");
   form.TextArea1.AppendText(text, byLines ? std::string_view(EndOfLine) : " ");
