@@ -207,7 +207,8 @@ TEST(Blocks, TakePiecesOfAnySizeInTheirOrder) {
   TextOutputStream toBlock(block);
   const auto toFile = TextOutputStream::Create(At(folder / "a"));
   std::string expected;
-  for (const std::size_t size : {0, 1, 40'000, 65'535, 65'536, 3, 65'537, 200'000, 30'000, 30'000}) {
+  for (const std::size_t size :
+       std::vector<std::size_t>{0, 1, 40'000, 65'535, 65'536, 3, 65'537, 200'000, 30'000, 30'000}) {
     const std::string text(size, static_cast<char>('a' + size % 26));
     for (TextOutputStream* stream : {&toBlock, toFile.get()}) {
       stream->WritePieces(text, " | ", std::int64_t{-7}, text, INT64_MIN, std::string_view());

@@ -6,7 +6,7 @@
 int main(int count, char** arguments) {
   QApplication qt(count, arguments);
   QWidget window;
-  window.resize(692, 540);
+  window.resize(562, 500);
   window.show();
   return QApplication::exec();
 }
