@@ -272,6 +272,14 @@ TEST_F(Desktop, ACommandRefusesASecondOneAndLeavesTheFormLive) {
   EXPECT_TRUE(host.calls.empty()) << "an ended command has nothing to say";
 }
 
+TEST_F(Desktop, AWindowThatComesDuringACommandShowsThatOneRuns) {
+  const auto said = [this] { return widget<QPushButton>(SearchWin::Get().saveBtn).accessibleDescription(); };
+  QString during;
+  app->Command("Searching", [&] { during = said(); });
+  EXPECT_NE(during, QString());
+  EXPECT_EQ(said(), QString());
+}
+
 TEST_F(Desktop, QuittingDismissesAnOpenMessage) {
   host.realMessages = true;
   QTimer::singleShot(50, [&] {

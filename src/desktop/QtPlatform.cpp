@@ -73,11 +73,10 @@ void QtPlatform::dropViews() {
 
 void QtPlatform::WindowShown(Window& window) {
   WindowView*& view = views_[&window];
-  if (!view) {
-    view = new WindowView(window, [this](const std::string& item) { choose(item); });
-    view->showRunning(running_);
-  }
+  const bool isNew = !view;
+  if (isNew) view = new WindowView(window, [this](const std::string& item) { choose(item); });
   view->bringForward();
+  if (isNew) view->showRunning(running_);
 }
 
 // The view may be at work on the very click that closes it, so it goes later.

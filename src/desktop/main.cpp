@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QTimer>
 #include <chrono>
+#include <system_error>
 #include <thread>
 
 #include "app/App.h"
@@ -13,8 +14,8 @@
 
 namespace {
 
-// The icon's pictures are read when the first window stands, not on the way there.
-constexpr std::chrono::milliseconds kAfterFirstFrame{200};
+// The icon's pictures are read when the first window should stand, not on the way there.
+constexpr std::chrono::milliseconds kIconDelay{200};
 
 // Reads the system's font settings, which takes as long as to reach the screen. Qt would do it at the
 // first text, with all else waiting; what is read once is there for it.
@@ -25,12 +26,21 @@ void readFontSettings() {
   }
 }
 
+// Where the system gives no thread, Qt reads them by itself.
+std::thread startOfReadingFonts() {
+  try {
+    return std::thread(readFontSettings);
+  } catch (const std::system_error&) {
+    return {};
+  }
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
-  std::thread fonts(readFontSettings);
+  std::thread fonts = startOfReadingFonts();
   QApplication qt(count, arguments);
-  fonts.join();
+  if (fonts.joinable()) fonts.join();
   QApplication::setApplicationName(QStringLiteral("ravelyn"));
   QApplication::setApplicationVersion(QStringLiteral(RAVELYN_VERSION));
   QApplication::setDesktopFileName(QStringLiteral("com.tarnvale.ravelyn"));
@@ -40,7 +50,7 @@ int main(int count, char** arguments) {
   QtPlatform platform;
   App app(platform);
   QTimer::singleShot(0, [&app] { app.Start(); });
-  QTimer::singleShot(kAfterFirstFrame, [] { QApplication::setWindowIcon(programIcon()); });
+  QTimer::singleShot(kIconDelay, [] { QApplication::setWindowIcon(programIcon()); });
   const int result = QApplication::exec();
   platform.dropViews();
   app.Stop();

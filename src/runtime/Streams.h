@@ -30,7 +30,7 @@ class TextOutputStream {
 
   // Each raises IOException; the stream is then closed and the old file stands.
   void Write(std::string_view text);
-  void WriteLine(std::string_view text) { WritePieces(text, EndOfLine.UNIX); }
+  void WriteLine(std::string_view text) { WritePieces(text, EndOfLine); }
   // One behind the other (see runtime/pieces.h).
   template <typename... Piece>
   void WritePieces(const Piece&... pieces) {

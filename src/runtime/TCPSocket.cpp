@@ -227,6 +227,7 @@ void SocketCore::Poll() {
 bool SocketCore::AwaitActivity(int milliseconds) const {
   using Stage = Connection::Stage;
   if (!connection_ || connection_->stage == Stage::Failed) return true;
+  if (connection_->tellConnected || connection_->tellSent) return true;
   const bool lookingUp = connection_->stage == Stage::LookingUp;
   const int descriptor = lookingUp ? connection_->lookUp->done : connection_->socket.native_handle();
   const bool toWrite = connection_->stage == Stage::Connecting || !connection_->toSend.empty();

@@ -4,15 +4,11 @@
 
 #include <charconv>
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <string_view>
 
 inline std::size_t MostBytes(std::string_view text) { return text.size(); }
-inline char* Put(char* to, std::string_view text) {
-  std::memcpy(to, text.data(), text.size());
-  return to + text.size();
-}
+inline char* Put(char* to, std::string_view text) { return to + text.copy(to, text.size()); }
 
 inline std::size_t MostBytes(std::int64_t) { return 20; }
 inline char* Put(char* to, std::int64_t number) { return std::to_chars(to, to + 20, number).ptr; }

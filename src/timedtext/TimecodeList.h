@@ -33,7 +33,6 @@ class TimecodeList {
   void AppendStart(const TimedTextCue& cue);
   // A cue's own start and duration, whatever the next cue's start is.
   void AppendEnd(const TimedTextCue& cue);
-  std::size_t Count() const { return times_.size(); }
   // OutOfBoundsException for an index that is not there. The list has to last as long as what it gives.
   ListedTimecode At(std::size_t index) const { return At(index, ','); }
   ListedTimecode WithPointAt(std::size_t index) const { return At(index, '.'); }

@@ -12,7 +12,7 @@ constexpr std::string_view LF = EndOfLine.UNIX;
 
 void WriteCue(TextOutputStream& out, std::size_t i, const ListedTimecode& start, const ListedTimecode& end,
               const CueText& text) {
-  out.WritePieces(static_cast<std::int64_t>(i) + 1, LF, start, " --> ", end, LF, text, LF, EndOfLine.UNIX);
+  out.WritePieces(static_cast<std::int64_t>(i) + 1, LF, start, " --> ", end, LF, text, LF, EndOfLine);
 }
 
 // One track, from the request to the opened file; the two formats differ in their last piece.

@@ -61,10 +61,11 @@ std::size_t NextSeparator(std::string_view text, std::size_t from) {
 //
 //   cue = kStart S kDur D kTagEnd T kTextEnd
 //
-// where nothing in S, D and T is looked for by a step or by the split, but for the escaped quotation
-// marks in T. What follows can be normalised apart: of all that the steps look for, nothing has a ">"
-// but at its end, so nothing reaches across the end of a cue, whatever is removed behind it; and once
-// that end is the blank of a separator, no step that is left looks for a blank or a bar at all.
+// where nothing in S, D and T is looked for by a step or by the split any more, since the head has had
+// its own, but for the escaped quotation marks in T. What follows can be normalised apart: of all that
+// the steps look for, nothing has a ">" but at its end, so nothing reaches across the end of a cue,
+// whatever is removed behind it; and once that end is the blank of a separator, no step that is left
+// but the head's looks for a blank or a bar.
 class CueMover {
  public:
   explicit CueMover(std::string& document)
