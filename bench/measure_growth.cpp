@@ -4,10 +4,9 @@
 // pages. Otherwise the cost of fresh pages, which even a bare copy pays, would hide what the stages do.
 #include <time.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <iostream>
+#include <ostream>
 #include <stdexcept>
 
 #include "QuietPlatform.h"

@@ -2,7 +2,6 @@
 
 #include "app/Window1.h"
 #include "runtime/Application.h"
-#include "runtime/Numbers.h"
 #include "runtime/Text.h"
 #include "timedtext/save.h"
 

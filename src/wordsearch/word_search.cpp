@@ -1,8 +1,6 @@
 // The word search: tests a term against every cue of the selected tracks by itself. The term is a
 // regular expression, taken as it stands in the field; case doesn't matter.
 
-#include <algorithm>
-
 #include "app/App.h"
 #include "app/Window1.h"
 #include "runtime/Numbers.h"
