@@ -1,10 +1,10 @@
 // Names of files in the gateway's folders: what is read from a name is what stands in it, and the list
 // of tracks that is made of it brings the program the same language back.
 
-#include "gateway/caption_name.h"
-#include "gateway/language_name.h"
-#include "gateway/request_target.h"
-#include "gateway/track_list.h"
+#include "gateway/server/request_target.h"
+#include "gateway/server/track_list.h"
+#include "gateway/sources/caption_name.h"
+#include "gateway/sources/language_name.h"
 #include "support/Harness.h"
 
 namespace {

@@ -7,10 +7,10 @@
 
 #include <array>
 
-#include "gateway/Answers.h"
-#include "gateway/CaptionLibrary.h"
-#include "gateway/Connection.h"
-#include "gateway/Descriptor.h"
+#include "gateway/server/Answers.h"
+#include "gateway/server/Connection.h"
+#include "gateway/sources/CaptionLibrary.h"
+#include "gateway/sources/Descriptor.h"
 #include "support/Harness.h"
 
 namespace {

@@ -5,10 +5,10 @@
 #include <cstdio>
 #include <exception>
 
-#include "gateway/CaptionLibrary.h"
-#include "gateway/Server.h"
-#include "gateway/listener.h"
 #include "gateway/options.h"
+#include "gateway/server/Server.h"
+#include "gateway/server/listener.h"
+#include "gateway/sources/CaptionLibrary.h"
 
 namespace {
 

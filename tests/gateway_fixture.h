@@ -18,9 +18,9 @@
 #include <thread>
 #include <vector>
 
-#include "gateway/CaptionLibrary.h"
-#include "gateway/Server.h"
-#include "gateway/listener.h"
+#include "gateway/server/Server.h"
+#include "gateway/server/listener.h"
+#include "gateway/sources/CaptionLibrary.h"
 
 namespace gateway_test {
 

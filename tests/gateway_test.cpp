@@ -4,10 +4,10 @@
 
 #include <map>
 
-#include "gateway/caption_name.h"
-#include "gateway/language_name.h"
-#include "gateway/request_target.h"
-#include "gateway/track_list.h"
+#include "gateway/server/request_target.h"
+#include "gateway/server/track_list.h"
+#include "gateway/sources/caption_name.h"
+#include "gateway/sources/language_name.h"
 #include "gateway_fixture.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "gateway/language_name.h"
+#include "gateway/sources/language_name.h"
 
 #include <unicode/uloc.h>
 #include <unicode/unistr.h>

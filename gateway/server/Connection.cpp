@@ -1,4 +1,4 @@
-#include "gateway/Connection.h"
+#include "gateway/server/Connection.h"
 
 #include <poll.h>
 #include <sys/socket.h>

@@ -2,33 +2,14 @@
 // The folders that hold the caption files. Nothing is kept from one question to the next: every call reads
 // the folders anew. No text from a request becomes part of a path; it is only compared with names found.
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "gateway/Descriptor.h"
+#include "gateway/sources/CaptionFile.h"
 
 namespace gateway {
-
-/// The largest caption file that is served, in bytes. A larger one counts as absent.
-inline constexpr uint64_t kLargestCaptionFile = 64u << 20;
-
-/// A caption file that stands open. Its size is the one at opening.
-class CaptionFile {
- public:
-  CaptionFile(Descriptor file, uint64_t size) : file_(std::move(file)), size_(size) {}
-
-  uint64_t Size() const { return size_; }
-
-  /// The count of bytes put into `buffer`, from `offset` on: 0 at the end, -1 on a failure.
-  ssize_t ReadAt(uint64_t offset, char* buffer, size_t capacity) const;
-
- private:
-  Descriptor file_;
-  uint64_t size_;
-};
 
 /// Any number of threads may ask at the same time.
 ///

@@ -3,9 +3,9 @@
 
 #include <list>
 
-#include "gateway/Answers.h"
-#include "gateway/Connection.h"
-#include "gateway/Descriptor.h"
+#include "gateway/server/Answers.h"
+#include "gateway/server/Connection.h"
+#include "gateway/sources/Descriptor.h"
 
 namespace gateway {
 

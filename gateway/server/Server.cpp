@@ -1,4 +1,4 @@
-#include "gateway/Server.h"
+#include "gateway/server/Server.h"
 
 #include <netinet/in.h>
 #include <netinet/tcp.h>

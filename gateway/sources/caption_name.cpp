@@ -1,4 +1,4 @@
-#include "gateway/caption_name.h"
+#include "gateway/sources/caption_name.h"
 
 #include <algorithm>
 

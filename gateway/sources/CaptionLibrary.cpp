@@ -1,16 +1,15 @@
-#include "gateway/CaptionLibrary.h"
+#include "gateway/sources/CaptionLibrary.h"
 
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <functional>
 #include <memory>
 #include <set>
 
-#include "gateway/caption_name.h"
+#include "gateway/sources/caption_name.h"
 
 namespace gateway {
 namespace {
@@ -60,14 +59,6 @@ std::optional<CaptionFile> OpenServable(DIR* folder, const char* fileName) {
 }
 
 }  // namespace
-
-ssize_t CaptionFile::ReadAt(uint64_t offset, char* buffer, size_t capacity) const {
-  ssize_t count = 0;
-  do {
-    count = ::pread(file_.Number(), buffer, capacity, static_cast<off_t>(offset));
-  } while (count < 0 && errno == EINTR);
-  return count;
-}
 
 std::vector<std::string> CaptionLibrary::Languages(std::string_view code) const {
   std::set<std::string> languages;

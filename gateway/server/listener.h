@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "gateway/Descriptor.h"
+#include "gateway/sources/Descriptor.h"
 
 namespace gateway {
 

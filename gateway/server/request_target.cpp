@@ -1,4 +1,4 @@
-#include "gateway/request_target.h"
+#include "gateway/server/request_target.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,4 +1,4 @@
-#include "gateway/listener.h"
+#include "gateway/server/listener.h"
 
 #include <arpa/inet.h>
 #include <fcntl.h>

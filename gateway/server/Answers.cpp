@@ -1,14 +1,14 @@
-#include "gateway/Answers.h"
+#include "gateway/server/Answers.h"
 
 #include <httplib.h>
 
 #include <algorithm>
 #include <array>
 
-#include "gateway/CaptionLibrary.h"
-#include "gateway/Connection.h"
-#include "gateway/request_target.h"
-#include "gateway/track_list.h"
+#include "gateway/server/Connection.h"
+#include "gateway/server/request_target.h"
+#include "gateway/server/track_list.h"
+#include "gateway/sources/CaptionLibrary.h"
 
 namespace gateway {
 namespace {

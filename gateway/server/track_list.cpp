@@ -1,10 +1,10 @@
-#include "gateway/track_list.h"
+#include "gateway/server/track_list.h"
 
 #include <algorithm>
 #include <tuple>
 
-#include "gateway/caption_name.h"
-#include "gateway/language_name.h"
+#include "gateway/sources/caption_name.h"
+#include "gateway/sources/language_name.h"
 
 namespace gateway {
 namespace {
