@@ -108,6 +108,15 @@ TEST(RegEx, GivesUpWhatRunsAway) {
   EXPECT_LT(Clock::now() - start, std::chrono::milliseconds(1500));
 }
 
+// A pattern that is too large once it has a callout at each item: no match came out of that, and none is
+// reported.
+TEST(RegEx, GivesUpWhatCanNotBeWatched) {
+  std::string words;
+  while (words.size() < 6000) words += "word ";
+  EXPECT_THROW(Found("(?:[aeiou]|xyz){900}", words), RegExMatchLimitException);
+  EXPECT_EQ(Found("(?:[aeiou]|xyz){900}", words.substr(0, 4000)), "");
+}
+
 TEST(RegEx, NeverGivesUpOrdinaryPatterns) {
   std::string text;
   while (text.size() < 1'000'000) text += "The harbour, at 7.30; \"wet & quiet\", Ende der Straße\n";

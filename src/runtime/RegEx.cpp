@@ -144,7 +144,9 @@ int RegEx::MatchSlowly(std::string_view target) {
   PCRE2_SIZE offset = 0;
   if (!c.watched)
     c.watched = CompileWith(c.pattern, CompileOptions(Options) | PCRE2_AUTO_CALLOUT, error, offset);
-  if (!c.watched) return error;
+  // With its callouts a long pattern can be larger than PCRE2 allows. Codes of compiling are positive,
+  // as those of a match are: none may leave this function.
+  if (!c.watched) return PCRE2_ERROR_MATCHLIMIT;
   const auto free = kFreePerByte * static_cast<std::int64_t>(target.size());
   const auto start = Clock::now();
   Watch watch{start + free + kSlowBudget - c.slowTime};
