@@ -133,6 +133,23 @@ TEST(Equality, TimecodesOfRandomAndOddTexts) {
   }
 }
 
+// A cue ends where the next one starts, by either way, however the doubles of their times fall.
+TEST(Equality, TimecodesOfAdjoiningCuesMeet) {
+  std::mt19937 random(5);
+  const auto decimal = [](std::uint64_t thousandths) {
+    return std::to_string(thousandths / 1000) + "." + std::to_string(thousandths % 1000 + 1000).substr(1);
+  };
+  for (std::uint64_t i = 0, start = 0; i < 20000; ++i) {
+    const std::uint64_t dur = i % 2 ? random() % 9000 : random() % 1800 * 5;
+    const auto first = QuickTimes(decimal(start), decimal(dur));
+    const auto next = QuickTimes(decimal(start + dur), "0");
+    ASSERT_EQ(first, PlainTimes(decimal(start), decimal(dur))) << start << " + " << dur;
+    ASSERT_EQ(next, PlainTimes(decimal(start + dur), "0")) << start + dur;
+    ASSERT_EQ(first[1], next[0]) << start << " + " << dur;
+    start = i % 1000 ? start + dur : i;
+  }
+}
+
 TEST(Equality, CleaningCueTexts) {
   std::mt19937 random(11);
   constexpr std::string_view kBytes = "\r\n\xFD\xFF ab";

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 
 #include "runtime/Numbers.h"
@@ -35,10 +36,15 @@ TEST(Timecode, CarriesASecondThatRoundsUpToSixty) {
     const char* plain;
     const char* three;
   } rows[] = {
-      {59.994, "00:00:59.99", "00:00:59.994"},    {59.996, "00:01:00.00", "00:00:59.996"},
-      {59.9996, "00:01:00.00", "00:01:00.000"},   {119.996, "00:02:00.00", "00:01:59.996"},
-      {3599.999, "01:00:00.00", "00:59:59.999"},  {3599.9999, "01:00:00.00", "01:00:00.000"},
-      {35999.999, "10:00:00.00", "09:59:59.999"}, {359999.999, "100:00:00.00", "99:59:59.999"},
+      {59.994, "00:00:59.99", "00:00:59.994"},
+      {59.996, "00:01:00.00", "00:00:59.996"},
+      {59.9996, "00:01:00.00", "00:01:00.000"},
+      {119.996, "00:02:00.00", "00:01:59.996"},
+      {3599.999, "01:00:00.00", "00:59:59.999"},
+      {3599.9999, "01:00:00.00", "01:00:00.000"},
+      {35999.999, "10:00:00.00", "09:59:59.999"},
+      {359999.999, "100:00:00.00", "99:59:59.999"},
+      {119.99999999999999, "00:02:00.00", "00:02:00.000"},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(SecsToTimecode(row.seconds), row.plain) << row.seconds;
@@ -62,9 +68,10 @@ TEST(Timecode, TakesAnyNumberThatATextCanHold) {
   using Limits = std::numeric_limits<double>;
   for (const double seconds :
        {Val(std::string(400, '9')), -Limits::max(), Limits::max(), Limits::denorm_min(), Limits::infinity(),
-        -Limits::infinity(), Limits::quiet_NaN(), 1e18, 1e300}) {
+        -Limits::infinity(), Limits::quiet_NaN(), 1e18, 1e300, 59999999999999.99, 35999999999999996.0}) {
     EXPECT_GE(SecsToTimecode(seconds).size(), 11u);
     EXPECT_GE(returnTimecodeSRT(seconds).size(), 12u);
+    EXPECT_EQ(SecsToTimecode(std::fabs(seconds)).find('-'), std::string::npos) << seconds;
   }
   EXPECT_EQ(SecsToTimecode(Val("1e400")), "00:00:01.00");  // no exponents
   EXPECT_EQ(SecsToTimecode(Val("inf")), "00:00:00.00");

@@ -9,6 +9,8 @@ namespace {
 
 // Room for the digits of the largest double, a sign, a point and some places.
 constexpr std::size_t kDigits = 400;
+// As many as every double keeps, so that what the arithmetic has added beyond them does not show.
+constexpr int kSignificantDigits = 15;
 constexpr double kLargest = std::numeric_limits<double>::max();
 
 double Finite(double value) { return std::isnan(value) ? 0 : std::clamp(value, -kLargest, kLargest); }
@@ -17,6 +19,14 @@ double Finite(double value) { return std::isnan(value) ? 0 : std::clamp(value, -
 bool IsHalfway(double value, int places) {
   const double scaled = std::ldexp(value, places + 1);
   return std::fabs(scaled) < 9007199254740992.0 && std::fmod(std::fabs(scaled), 2) == 1;
+}
+
+// The number d.ddd times ten to the power of exponent, for digits "dddd" that don't end in 0.
+std::string PlainDecimal(std::string digits, int exponent) {
+  if (exponent < 0) return "0." + std::string(static_cast<std::size_t>(-exponent - 1), '0') + digits;
+  const std::size_t whole = static_cast<std::size_t>(exponent) + 1;
+  if (digits.size() <= whole) return digits.append(whole - digits.size(), '0');
+  return digits.insert(whole, ".");
 }
 
 }  // namespace
@@ -46,9 +56,16 @@ double CDbl(std::string_view text) { return Val(text); }
 std::string Str(double value) {
   value = Finite(value);
   if (value == 0) return "0";
-  char text[kDigits * 2];
-  const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::fixed).ptr;
-  return std::string(text, end);
+  char text[32];  // "d.dddddddddddddde-ddd"
+  const auto end = std::to_chars(text, text + sizeof text, std::fabs(value), std::chars_format::scientific,
+                                 kSignificantDigits - 1)
+                       .ptr;
+  std::string digits = text[0] + std::string(text + 2, kSignificantDigits - 1);
+  digits.erase(digits.find_last_not_of('0') + 1);
+  int exponent = 0;
+  const char* afterE = text + kSignificantDigits + 2;
+  std::from_chars(*afterE == '+' ? afterE + 1 : afterE, end, exponent);
+  return (value < 0 ? "-" : "") + PlainDecimal(std::move(digits), exponent);
 }
 
 std::string Str(std::int64_t value) { return std::to_string(value); }

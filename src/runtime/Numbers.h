@@ -12,8 +12,10 @@
 double Val(std::string_view text);
 double CDbl(std::string_view text);
 
-// The shortest plain decimal text that Val reads back as the same number: "3.5", "60", "0".
-// Infinity stands as the largest double, no number as "0".
+// Plain decimal text of at most 15 significant digits, without zeros at the end of its fraction:
+// "3.5", "60", "0". A decimal of up to 15 digits comes back from Val and Str as it was, and so does a
+// sum of two of them as long as it has no more: 0.1 + 0.2 gives "0.3". Infinity stands as the largest double,
+// no number as "0".
 std::string Str(double value);
 std::string Str(std::int64_t value);
 inline std::string Str(int value) { return Str(static_cast<std::int64_t>(value)); }

@@ -20,7 +20,7 @@ struct Fields {
 void MoveHoursOut(Fields& fields) {
   if (Val(fields.minutes) < 60.0) return;
   fields.hours = Format(Val(Str(Floor(Val(fields.minutes) / 60.0))), "0");
-  fields.minutes = Str(Val(fields.minutes) - Val(fields.hours) * 60.0);
+  fields.minutes = Str(std::max(Val(fields.minutes) - Val(fields.hours) * 60.0, 0.0));
 }
 
 // Rounding has made the seconds 60: they become the next minute, and that perhaps the next hour.
@@ -38,7 +38,8 @@ std::string Timecode(double seconds, std::string_view secondsPattern) {
   if (seconds >= 60.0) {
     const std::string whole = Split(Str(seconds / 60.0), ".").front();
     fields.minutes = Format(Val(whole), "00");
-    fields.secs = Str(seconds - Val(fields.minutes) * 60.0);
+    // Str may have rounded the minutes up: nothing is left then, and not less.
+    fields.secs = Str(std::max(seconds - Val(fields.minutes) * 60.0, 0.0));
   } else {
     fields.secs = Str(seconds);
   }
@@ -67,13 +68,16 @@ std::optional<std::int64_t> Thousandths(std::string_view text) {
   return value * kScale[places];
 }
 
-// Rounds to hundredths as Format does with the double, which a third decimal of 5 puts on one side
-// of the half or the other: the exact sign of double minus decimal tells which.
-std::int64_t Rounded(std::int64_t thousandths, double value) {
+// Thousandths of a second as SecsToTimecode rounds them to hundredths. A third decimal of 5 goes the way of
+// the double that Format gets, which lies on one side of the half or the other: the seconds within their
+// minute, after their way through text. fma has the exact sign of double minus decimal.
+std::int64_t Rounded(std::int64_t thousandths) {
   const std::int64_t digit = thousandths % 10;
-  const bool up =
-      digit > 5 || (digit == 5 && std::fma(value, 1000.0, -static_cast<double>(thousandths)) >= 0);
-  return thousandths / 10 + (up ? 1 : 0);
+  if (digit != 5) return thousandths / 10 + (digit > 5 ? 1 : 0);
+  const std::int64_t inMinute = thousandths % 60'000;
+  const auto minutes = static_cast<double>(thousandths / 60'000);
+  const double seconds = Val(Str(static_cast<double>(thousandths) / 1000.0 - minutes * 60.0));
+  return thousandths / 10 + (std::fma(seconds, 1000.0, -static_cast<double>(inMinute)) >= 0 ? 1 : 0);
 }
 
 }  // namespace
@@ -93,7 +97,7 @@ std::string timecodeToSecs(const std::string& timecode) {
 std::optional<std::int64_t> StartHundredths(std::string_view start) {
   const auto exact = Thousandths(start);
   if (!exact) return std::nullopt;
-  return Rounded(*exact, static_cast<double>(*exact) / 1000.0);
+  return Rounded(*exact);
 }
 
 char* PutTimecode(char* to, std::int64_t hundredths) {
@@ -127,8 +131,8 @@ std::optional<std::int64_t> EndHundredths(std::string_view start, std::string_vi
   const auto from = Thousandths(start);
   const auto length = Thousandths(dur);
   if (!from || !length) return std::nullopt;
-  return Rounded(*from + *length,
-                 static_cast<double>(*from) / 1000.0 + static_cast<double>(*length) / 1000.0);
+  // Str gives a sum of so few digits back as the decimal that it is meant to be.
+  return Rounded(*from + *length);
 }
 
 std::string Window1::SecsToTimecode(double seconds) const { return ::SecsToTimecode(seconds); }
