@@ -18,7 +18,8 @@ bool IsOneOf(const std::string& text, std::string_view marks) {
 }
 
 void CheckList(const gateway::CaptionName& name) {
-  const std::string document = gateway::TrackListDocument(name.code, {name.language});
+  const std::string document = gateway::TrackListDocument(
+      name.code, {{name.language, gateway::EnglishName(name.language), gateway::OwnName(name.language)}});
   HOLDS(!gateway::EnglishName(name.language).empty());
   HOLDS(fuzz::IsValidUTF8(document));
   fuzz::Program program;

@@ -9,8 +9,8 @@
 
 #include "gateway/server/Answers.h"
 #include "gateway/server/Connection.h"
-#include "gateway/sources/CaptionLibrary.h"
 #include "gateway/sources/Descriptor.h"
+#include "gateway/sources/FolderSource.h"
 #include "support/Harness.h"
 
 namespace {
@@ -38,8 +38,8 @@ const std::string& Captions() {
 }
 
 std::string Reply(const std::string& request) {
-  static const gateway::CaptionLibrary library({Captions()});
-  static const gateway::Answers answers(library);
+  static gateway::FolderSource source({Captions()});
+  static const gateway::Answers answers(source);
   std::array<int, 2> ends{};
   HOLDS(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0, ends.data()) == 0);
   const Descriptor client(ends[0]), server(ends[1]);

@@ -8,14 +8,14 @@
 #include "gateway/options.h"
 #include "gateway/server/Server.h"
 #include "gateway/server/listener.h"
-#include "gateway/sources/CaptionLibrary.h"
+#include "gateway/sources/FolderSource.h"
 
 namespace {
 
 using namespace gateway;
 
-/// A descriptor that can be read once the process is told to end. Comes before any thread, so that all
-/// inherit the mask.
+// A descriptor that can be read once the process is told to end. Comes before any thread, so that all
+// inherit the mask.
 Descriptor EndSignals() {
   sigset_t signals;
   sigemptyset(&signals);
@@ -37,11 +37,11 @@ void TellMissing(const std::vector<std::string>& folders) {
   }
 }
 
-std::string Counted(size_t count, const char* one) {
+std::string Counted(std::size_t count, const char* one) {
   return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
 }
 
-void TellStock(const CaptionLibrary& library, const std::string& address) {
+void TellStock(const FolderSource& library, const std::string& address) {
   const auto stock = library.TakeStock();
   std::string line = "ravelyn-gateway: " + address + " serves " + Counted(stock.videos, "video") + " with " +
                      Counted(stock.tracks, "track") + " from";
@@ -56,7 +56,7 @@ int ServeFolders(const Options& options) {
   const Descriptor stop = EndSignals();
   auto handedOver = TakeHandedOver();
   const Descriptor listener = handedOver ? std::move(*handedOver) : ListenOnLoopback(options.port);
-  const CaptionLibrary library(options.folders);
+  FolderSource library(options.folders);
   TellMissing(options.folders);
   TellStock(library, AddressOf(listener));
   Server(library).Serve(listener.Number(), stop.Number());

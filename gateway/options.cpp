@@ -6,8 +6,8 @@
 namespace gateway {
 namespace {
 
-uint16_t PortOf(std::string_view text) {
-  uint16_t port = 0;
+std::uint16_t PortOf(std::string_view text) {
+  std::uint16_t port = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
   if (error != std::errc() || end != text.data() + text.size())
     throw UsageError("--port wants a number from 0 to 65535, not \"" + std::string(text) + "\"");
@@ -28,7 +28,7 @@ void Take(Options& options, std::string_view name, std::string_view value) {
 
 Options ParseOptions(std::span<const char* const> arguments) {
   Options options;
-  for (size_t i = 0; i < arguments.size(); ++i) {
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string_view argument = arguments[i];
     const std::string_view name = argument.substr(0, argument.find('='));
     if (argument == "--help") {

@@ -45,7 +45,7 @@ std::vector<Include> IncludesBelow(const std::string& folder) {
 }
 
 bool IsForeign(const std::string& target) {
-  for (const char* begin : {"pcre2", "asio", "nlohmann/", "httplib", "unicode/", "Q"}) {
+  for (const char* begin : {"pcre2", "asio", "nlohmann/", "unicode/", "Q"}) {
     if (target.starts_with(begin)) return true;
   }
   return false;

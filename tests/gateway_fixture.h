@@ -1,5 +1,5 @@
-#pragma once
 // A gateway that serves folders within the test's own process, and a client that sends it raw bytes.
+#pragma once
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
@@ -10,9 +10,6 @@
 
 #include <array>
 #include <charconv>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -20,46 +17,22 @@
 
 #include "gateway/server/Server.h"
 #include "gateway/server/listener.h"
-#include "gateway/sources/CaptionLibrary.h"
+#include "gateway/sources/FolderSource.h"
+#include "support/TemporaryFolder.h"
 
 namespace gateway_test {
 
 using gateway::Descriptor;
 
-inline std::string ReadWhole(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-/// Removed with all that is in it.
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "gateway-XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    path_ = name;
-  }
-  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
-
-  std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
-  std::string Path() const { return path_.string(); }
-  void Write(const std::string& name, std::string_view bytes) const {
-    std::ofstream(path_ / name, std::ios::binary) << bytes;
-  }
-
- private:
-  std::filesystem::path path_;
-};
-
 struct Reply {
-  std::string head;  ///< with the blank line
+  std::string head;  // with the blank line
   std::string body;
 
   std::string Status() const { return head.substr(0, head.find("\r\n")); }
   bool Has(const std::string& line) const { return head.find("\r\n" + line + "\r\n") != std::string::npos; }
 };
 
-inline Descriptor ConnectTo(uint16_t port) {
+inline Descriptor ConnectTo(std::uint16_t port) {
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_port = htons(port);
@@ -70,17 +43,17 @@ inline Descriptor ConnectTo(uint16_t port) {
   return client;
 }
 
-/// False once the other side takes nothing more.
+// False once the other side takes nothing more.
 inline bool SendAll(const Descriptor& client, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t count = ::send(client.Number(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
     if (count <= 0) return false;
-    bytes.remove_prefix(static_cast<size_t>(count));
+    bytes.remove_prefix(static_cast<std::size_t>(count));
   }
   return true;
 }
 
-/// What comes until the other side closes, or keeps silent for half a minute.
+// What comes until the other side closes, or keeps silent for half a minute.
 inline Reply ReadReply(const Descriptor& client) {
   std::string all;
   std::array<char, 65536> bytes;
@@ -88,14 +61,14 @@ inline Reply ReadReply(const Descriptor& client) {
   while (::poll(&waiting, 1, 30'000) > 0) {
     const ssize_t count = ::recv(client.Number(), bytes.data(), bytes.size(), 0);
     if (count <= 0) break;
-    all.append(bytes.data(), static_cast<size_t>(count));
+    all.append(bytes.data(), static_cast<std::size_t>(count));
   }
-  const size_t end = std::min(all.find("\r\n\r\n"), all.size());
+  const std::size_t end = std::min(all.find("\r\n\r\n"), all.size());
   return {all.substr(0, end + 4), all.substr(std::min(end + 4, all.size()))};
 }
 
-inline uint16_t PortIn(const std::string& address) {
-  uint16_t port = 0;
+inline std::uint16_t PortIn(const std::string& address) {
+  std::uint16_t port = 0;
   const char* digits = address.data() + address.rfind(':') + 1;
   std::from_chars(digits, address.data() + address.size(), port);
   return port;
@@ -108,7 +81,7 @@ inline std::string GetRequest(const std::string& target) {
 class RunningGateway {
  public:
   explicit RunningGateway(std::vector<std::string> folders, const gateway::Limits& limits = {})
-      : library_(std::move(folders)), server_(library_, limits) {
+      : source_(std::move(folders)), server_(source_, limits) {
     thread_ = std::thread([this] { server_.Serve(listener_.Number(), stop_.Number()); });
   }
   ~RunningGateway() { Stop(); }
@@ -118,7 +91,7 @@ class RunningGateway {
     if (thread_.joinable()) thread_.join();
   }
 
-  uint16_t Port() const { return PortIn(gateway::AddressOf(listener_)); }
+  std::uint16_t Port() const { return PortIn(gateway::AddressOf(listener_)); }
 
   Reply Ask(std::string_view bytes) const {
     const Descriptor client = ConnectTo(Port());
@@ -131,7 +104,7 @@ class RunningGateway {
   }
 
  private:
-  gateway::CaptionLibrary library_;
+  gateway::FolderSource source_;
   gateway::Server server_;
   Descriptor listener_ = gateway::ListenOnLoopback(0);
   Descriptor stop_{::eventfd(0, EFD_CLOEXEC)};

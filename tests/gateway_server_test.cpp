@@ -44,7 +44,7 @@ TEST(GatewayServer, RefusesWhatItDoesNotServe) {
       {std::string(100'000, '\r'), tooLarge},
   };
   const TemporaryFolder folder;
-  folder.Write("t [abc].en.srv1", "words");
+  WriteFile(folder / "t [abc].en.srv1", "words");
   Limits limits;
   limits.linger = 20s;
   const RunningGateway server({folder.Path()}, limits);
@@ -62,13 +62,13 @@ TEST(GatewayServer, AnswersAHeadThatIsCutAnywhereWithNothing) {
   const TemporaryFolder folder;
   const RunningGateway server({folder.Path()});
   const std::string request = GetRequest("/timedtext?type=list&v=abc");
-  for (size_t length = 0; length < request.size(); ++length) {
+  for (std::size_t length = 0; length < request.size(); ++length) {
     const Descriptor client = ConnectTo(server.Port());
     SendAll(client, request.substr(0, length));
     ::shutdown(client.Number(), SHUT_WR);
     EXPECT_EQ(ReadReply(client).head, "") << length;
   }
-  for (size_t length = 0; length <= request.size(); ++length)
+  for (std::size_t length = 0; length <= request.size(); ++length)
     SendAll(ConnectTo(server.Port()), request.substr(0, length));
   const Descriptor dripping = ConnectTo(server.Port());
   for (const char c : request) {
@@ -82,19 +82,21 @@ TEST(GatewayServer, ServesManyAtOnceWithoutMixingThem) {
   constexpr int kClients = 100;
   const TemporaryFolder folder;
   const auto bytesOf = [](int i) {
-    return std::string(100'000 + static_cast<size_t>(i), static_cast<char>(i));
+    return std::string(100'000 + static_cast<std::size_t>(i), static_cast<char>(i));
   };
-  for (int i = 0; i < kClients; ++i) folder.Write("t [c" + std::to_string(i) + "].en.srv1", bytesOf(i));
-  for (const size_t places : {1u, 7u, 256u}) {
+  for (int i = 0; i < kClients; ++i)
+    WriteFile(folder / ("t [c" + std::to_string(i) + "].en.srv1"), bytesOf(i));
+  for (const std::size_t places : {1u, 7u, 256u}) {
     Limits limits;
     limits.connections = places;
     const RunningGateway server({folder.Path()}, limits);
     std::vector<Descriptor> clients;
     for (int i = 0; i < kClients; ++i) clients.push_back(ConnectTo(server.Port()));
-    for (size_t i = kClients; i-- > 0;)
+    for (std::size_t i = kClients; i-- > 0;)
       SendAll(clients[i], GetRequest("/api/timedtext?&v=c" + std::to_string(i) + "&lang=en"));
     for (int i = 0; i < kClients; ++i)
-      EXPECT_TRUE(ReadReply(clients[static_cast<size_t>(i)]).body == bytesOf(i)) << i << " of " << places;
+      EXPECT_TRUE(ReadReply(clients[static_cast<std::size_t>(i)]).body == bytesOf(i))
+          << i << " of " << places;
   }
 }
 
@@ -105,8 +107,8 @@ TEST(GatewayServer, LetsSlowClientsGo) {
   limits.linger = 50ms;
   limits.connections = 4;
   const TemporaryFolder folder;
-  folder.Write("t [abc].en.srv1", "words");
-  folder.Write("t [abc].de.srv1", std::string(32 << 20, 'x'));
+  WriteFile(folder / "t [abc].en.srv1", "words");
+  WriteFile(folder / "t [abc].de.srv1", std::string(32 << 20, 'x'));
   const RunningGateway server({folder.Path()}, limits);
   std::vector<Descriptor> slow;
   for (int i = 0; i < 20; ++i) {
@@ -119,27 +121,27 @@ TEST(GatewayServer, LetsSlowClientsGo) {
     while (SendAll(client, "x") && ::poll(&closed, 1, 10) == 0) {
     }
   });
-  size_t sipped = 0;
+  std::size_t sipped = 0;
   std::thread sipping([&server, &sipped] {
     const Descriptor client = ConnectTo(server.Port());
     SendAll(client, GetRequest("/api/timedtext?&v=abc&lang=de"));
     std::vector<char> sip(65536);
     for (ssize_t count; (count = ::recv(client.Number(), sip.data(), sip.size(), 0)) > 0;) {
-      sipped += static_cast<size_t>(count);
+      sipped += static_cast<std::size_t>(count);
       ::poll(nullptr, 0, 5);
     }
   });
   EXPECT_EQ(server.Captions("abc", "en").body, "words");
   drippingIn.join();
   sipping.join();
-  EXPECT_LT(sipped, size_t{32 << 20});
+  EXPECT_LT(sipped, std::size_t{32 << 20});
   EXPECT_EQ(ReadReply(slow[0]).head, "");
-  EXPECT_LT(ReadReply(slow[1]).body.size(), size_t{32 << 20}) << "cut off while it didn't read";
+  EXPECT_LT(ReadReply(slow[1]).body.size(), std::size_t{32 << 20}) << "cut off while it didn't read";
 }
 
 TEST(GatewayServer, StopsWhileClientsHang) {
   const TemporaryFolder folder;
-  folder.Write("t [abc].en.srv1", std::string(32 << 20, 'x'));
+  WriteFile(folder / "t [abc].en.srv1", std::string(32 << 20, 'x'));
   Limits limits;
   limits.head = limits.farewell = 60s;
   RunningGateway server({folder.Path()}, limits);
@@ -153,7 +155,7 @@ TEST(GatewayServer, StopsWhileClientsHang) {
   std::thread stopping([&server] { server.Stop(); });
   EXPECT_EQ(ReadReply(idle).head, "");
   EXPECT_LT(now() - start, 5s) << "half a request is not waited for";
-  EXPECT_EQ(ReadReply(reading).body.size(), size_t{32 << 20}) << "an answer under way is ended whole";
+  EXPECT_EQ(ReadReply(reading).body.size(), std::size_t{32 << 20}) << "an answer under way is ended whole";
   stopping.join();
 
   limits.farewell = 0ms;
@@ -166,11 +168,11 @@ TEST(GatewayServer, StopsWhileClientsHang) {
   EXPECT_LT(now() - start, 5s);
 }
 
-/// The gateway as a process of its own, its output read by the test.
+// The gateway as a process of its own, its output read by the test.
 class Process {
  public:
-  /// The words of `script` run in a shell, "$@" being the gateway and `arguments`; `handed` becomes
-  /// descriptor 3.
+  // The words of `script` run in a shell, "$@" being the gateway and `arguments`; `handed` becomes
+  // descriptor 3.
   Process(const std::string& script, std::vector<std::string> arguments, int handed = -1) {
     int out[2];
     EXPECT_EQ(::pipe2(out, O_CLOEXEC), 0);
@@ -204,7 +206,7 @@ class Process {
     for (char c = 0; ::read(output_.Number(), &c, 1) == 1;) all += c;
     return all;
   }
-  /// The exit status, or -1 if something else ended it. With `signal` 0 it is only waited for.
+  // The exit status, or -1 if something else ended it. With `signal` 0 it is only waited for.
   int End(int signal = 0) {
     int status = 0;
     if (signal != 0) ::kill(pid_, signal);
@@ -219,9 +221,9 @@ class Process {
 
 TEST(GatewayProcess, TellsWhatItServesAndEndsOnASignal) {
   const TemporaryFolder folder;
-  folder.Write("t [abc].en.srv1", "words");
-  folder.Write("u [abc].de.srv1", "Worte");
-  folder.Write("odd.srv1", "");
+  WriteFile(folder / "t [abc].en.srv1", "words");
+  WriteFile(folder / "u [abc].de.srv1", "Worte");
+  WriteFile(folder / "odd.srv1", "");
   for (const int signal : {SIGTERM, SIGINT}) {
     Process process({"--folder", folder.Path(), "--port=0"});
     const std::string line = process.ReadLine();
@@ -280,7 +282,7 @@ TEST(GatewayProcess, TellsMissingFoldersAndATakenPort) {
 
 TEST(GatewayProcess, ServesASocketThatItIsHanded) {
   const Descriptor listener = gateway::ListenOnLoopback(0);
-  const uint16_t port = PortIn(gateway::AddressOf(listener));
+  const std::uint16_t port = PortIn(gateway::AddressOf(listener));
   const std::string handOver = "LISTEN_FDS=1 LISTEN_PID=$$ exec \"$@\"";
   const std::vector<std::string> arguments = {"--folder", RAVELYN_SAMPLES_DIR};
   for (int time = 0; time < 2; ++time) {

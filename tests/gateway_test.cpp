@@ -20,8 +20,9 @@ const std::string kHeader = "<?xml version=\"1.0\" encoding=\"utf-8\" ?><transcr
 
 Lines Split(const std::string& text, const std::string& delimiter) {
   Lines parts;
-  size_t at = 0;
-  for (size_t found; (found = text.find(delimiter, at)) != std::string::npos; at = found + delimiter.size())
+  std::size_t at = 0;
+  for (std::size_t found; (found = text.find(delimiter, at)) != std::string::npos;
+       at = found + delimiter.size())
     parts.push_back(text.substr(at, found - at));
   parts.push_back(text.substr(at));
   return parts;
@@ -30,19 +31,26 @@ Lines Split(const std::string& text, const std::string& delimiter) {
 std::string Replaced(const std::string& text, const std::string& find, const std::string& by) {
   const Lines parts = Split(text, find);
   std::string out = parts[0];
-  for (size_t i = 1; i < parts.size(); ++i) out += by + parts[i];
+  for (std::size_t i = 1; i < parts.size(); ++i) out += by + parts[i];
   return out;
 }
 
-/// Cuts a list document by fixed texts, as the program does, into "code=name".
+// Cuts a list document by fixed texts, as the program does, into "code=name".
 Lines CutTracks(const std::string& document) {
   Lines tracks;
   const Lines parts = Split(Replaced(Replaced(document, "\">", "\">:::"), "\"/>", "\"/>:::"), ":::");
-  for (size_t i = 1; i + 1 < parts.size(); ++i) {
+  for (std::size_t i = 1; i + 1 < parts.size(); ++i) {
     const std::string code = Split(Split(parts[i], "lang_code=\"").at(1), "\"").at(0);
     const std::string name = Split(parts[i], "lang_translated=\"").at(1);
     tracks.push_back(code + "=" + Replaced(Replaced(name, "\"/>", ""), "\" lang_default=\"true", ""));
   }
+  return tracks;
+}
+
+std::vector<gateway::Track> TracksIn(const Lines& languages) {
+  std::vector<gateway::Track> tracks;
+  for (const auto& each : languages)
+    tracks.push_back({each, gateway::EnglishName(each), gateway::OwnName(each)});
   return tracks;
 }
 
@@ -123,7 +131,7 @@ TEST(GatewayTargets, AreReadWithEveryTail) {
 TEST(GatewayTrackList, HasTheBytesThatItsReadersCutBy) {
   EXPECT_EQ(gateway::TrackListDocument("abc", {}), kHeader + "\"abc\"></transcript_list>");
   EXPECT_EQ(
-      gateway::TrackListDocument("abc", {"de", "en", "pt-BR"}),
+      gateway::TrackListDocument("abc", TracksIn({"de", "en", "pt-BR"})),
       kHeader +
           "\"abc\"><track id=\"0\" name=\"\" lang_code=\"en\" lang_original=\"English\" "
           "lang_translated=\"English\" lang_default=\"true\"/>"
@@ -147,10 +155,14 @@ TEST(GatewayTrackList, KeepsEveryTrackInOrder) {
        {"pt_BR=Portuguese (Brazil)", "qqq=qqq", "toolongtobetrue=toolongtobetrue", "zz-ZZ=zz-ZZ"}},
   };
   for (const auto& [languages, expected] : cases) {
-    const std::string document = gateway::TrackListDocument("abc", languages);
+    const std::string document = gateway::TrackListDocument("abc", TracksIn(languages));
     EXPECT_EQ(CutTracks(document), expected);
     EXPECT_EQ(Split(document, "lang_default=\"true\"/>").size() - 1, languages.empty() ? 0u : 1u);
   }
+  const std::vector<gateway::Track> odd = {{"en", "a:::\">b\n lang_code=\"c\"/>", ":::lang_code="},
+                                           {"de", "German", ""}};
+  EXPECT_EQ(CutTracks(gateway::TrackListDocument("abc", odd)),
+            (Lines{"en=a: : :&quot;&gt;b  lang_code =&quot;c&quot;/&gt;", "de=German"}));
   EXPECT_EQ(gateway::OwnName("ja"), "\xe6\x97\xa5\xe6\x9c\xac\xe8\xaa\x9e");
 }
 
@@ -160,7 +172,7 @@ TEST(GatewayServing, SendsFilesByteForByte) {
   const TemporaryFolder folder;
   const RunningGateway server({folder.Path()});
   for (const std::string& bytes : {everyByte, std::string(), std::string("\0\r\n\r\n", 5)}) {
-    folder.Write("Any title. [abc].en.srv1", bytes);
+    WriteFile(folder / "Any title. [abc].en.srv1", bytes);
     const Reply reply = server.Captions("abc", "en");
     EXPECT_EQ(reply.Status(), "HTTP/1.1 200 OK");
     EXPECT_TRUE(reply.Has("Content-Type: text/xml; charset=utf-8"));
@@ -178,7 +190,7 @@ TEST(GatewayServing, SendsFilesByteForByte) {
 
 TEST(GatewayServing, FindsACodeWithATailByBothRequests) {
   const TemporaryFolder folder;
-  folder.Write("t [aB-_1].en.srv1", "words");
+  WriteFile(folder / "t [aB-_1].en.srv1", "words");
   const RunningGateway server({folder.Path()});
   for (const char* code : {"aB-_1", "aB-_1&t=30", "aB-_1?si=x", "aB-_1#t", "aB-_1%26t=30", "aB-_1&lang=de",
                            "aB-_1 ", "aB-_1?x=a b", "aB-_1?a?b?c#d#e"}) {
@@ -196,13 +208,13 @@ TEST(GatewayServing, FindsACodeWithATailByBothRequests) {
 
 TEST(GatewayServing, ReachesNothingButItsFiles) {
   const TemporaryFolder outside;
-  outside.Write("secret [abc].fr.srv1", "secret");
+  WriteFile(outside / "secret [abc].fr.srv1", "secret");
   const TemporaryFolder folder;
-  folder.Write("t [abc].en.srv1", "words");
-  folder.Write("t [abc].txt", "no caption");
-  folder.Write("t [abc].it.srv1", "");
+  WriteFile(folder / "t [abc].en.srv1", "words");
+  WriteFile(folder / "t [abc].txt", "no caption");
+  WriteFile(folder / "t [abc].it.srv1", "");
   std::filesystem::resize_file(folder / "t [abc].it.srv1", gateway::kLargestCaptionFile + 1);
-  folder.Write("t [abc].es.srv1", "");
+  WriteFile(folder / "t [abc].es.srv1", "");
   std::filesystem::resize_file(folder / "t [abc].es.srv1", gateway::kLargestCaptionFile);
   std::filesystem::create_symlink(outside / "secret [abc].fr.srv1", folder / "t [abc].fr.srv1");
   std::filesystem::create_symlink(outside / "nothing", folder / "t [abc].ru.srv1");
@@ -219,20 +231,20 @@ TEST(GatewayServing, ReachesNothingButItsFiles) {
     EXPECT_TRUE(reply.Has("Content-Length: 0"));
     EXPECT_EQ(reply.body, "") << language;
   }
-  const gateway::CaptionLibrary library({folder.Path()});
-  EXPECT_EQ(library.TakeStock().tracks, 2u);
-  EXPECT_EQ(library.TakeStock().leftOut, 5u);
+  const gateway::FolderSource source({folder.Path()});
+  EXPECT_EQ(source.TakeStock().tracks, 2u);
+  EXPECT_EQ(source.TakeStock().leftOut, 5u);
 }
 
 TEST(GatewayServing, ReadsTheFoldersAnew) {
   const TemporaryFolder parent;
-  const RunningGateway server({(parent / "later").string()});
+  const RunningGateway server({(parent / "later")});
   EXPECT_EQ(CutTracks(server.List("abc").body), Lines{});
   std::filesystem::create_directory(parent / "later");
-  parent.Write("later/t [abc].en.srv1", "one");
+  WriteFile(parent / "later/t [abc].en.srv1", "one");
   EXPECT_EQ(server.Captions("abc", "en").body, "one");
-  parent.Write("later/t [abc].en.srv1", "another");
-  parent.Write("later/t [abc].de.srv1", "deutsch");
+  WriteFile(parent / "later/t [abc].en.srv1", "another");
+  WriteFile(parent / "later/t [abc].de.srv1", "deutsch");
   EXPECT_EQ(server.Captions("abc", "en").body, "another");
   EXPECT_EQ(CutTracks(server.List("abc").body), (Lines{"en=English", "de=German"}));
   std::filesystem::remove_all(parent / "later");
@@ -242,20 +254,20 @@ TEST(GatewayServing, ReadsTheFoldersAnew) {
 TEST(GatewayServing, PrefersTheEarlierFolderAndName) {
   const TemporaryFolder first, second;
   for (const char* title : {"m", "z", "b", "a", "y", "c"})
-    first.Write(std::string(title) + " [abc].en.srv1", std::string("first ") + title);
-  second.Write("a [abc].en.srv1", "second");
-  second.Write("a [abc].de.srv1", "zweiter");
-  second.Write("a [xyz].de.srv1", "xyz");
+    WriteFile(first / (std::string(title) + " [abc].en.srv1"), std::string("first ") + title);
+  WriteFile(second / "a [abc].en.srv1", "second");
+  WriteFile(second / "a [abc].de.srv1", "zweiter");
+  WriteFile(second / "a [xyz].de.srv1", "xyz");
   std::filesystem::create_symlink("b [abc].en.srv1", first / "a [abc].de.srv1");
   const RunningGateway server({first.Path(), second.Path()});
   EXPECT_EQ(CutTracks(server.List("abc").body), (Lines{"en=English", "de=German"}));
   EXPECT_EQ(server.Captions("abc", "en").body, "first a");
   EXPECT_EQ(server.Captions("abc", "de").body, "zweiter") << "what can't be served hides nothing";
-  const auto stock = gateway::CaptionLibrary({first.Path(), second.Path()}).TakeStock();
+  const auto stock = gateway::FolderSource({first.Path(), second.Path()}).TakeStock();
   EXPECT_EQ(std::to_string(stock.videos) + " " + std::to_string(stock.tracks), "2 3");
 }
 
-/// The count of cues of a document in the one form that the program cuts by; -1 in any other.
+// The count of cues of a document in the one form that the program cuts by; -1 in any other.
 int CountCues(std::string_view rest) {
   const auto skip = [&rest](std::string_view text) {
     const bool there = rest.starts_with(text);
@@ -293,7 +305,7 @@ TEST(GatewaySamples, AreWellFormedAndServedWhole) {
       {"d5JmX-1uPzA", {{"en", 2006}, {"fr", 326}}},
   };
   const RunningGateway server({RAVELYN_SAMPLES_DIR});
-  size_t tracks = 0;
+  std::size_t tracks = 0;
   for (const auto& [code, languages] : expected) {
     EXPECT_EQ(CutTracks(server.List(code).body).size(), languages.size()) << code;
     for (const auto& [language, cues] : languages) {
@@ -301,7 +313,7 @@ TEST(GatewaySamples, AreWellFormedAndServedWhole) {
       EXPECT_EQ(CountCues(server.Captions(code, language).body), cues) << code << ' ' << language;
     }
   }
-  EXPECT_EQ(gateway::CaptionLibrary({RAVELYN_SAMPLES_DIR}).TakeStock().tracks, tracks);
+  EXPECT_EQ(gateway::FolderSource({RAVELYN_SAMPLES_DIR}).TakeStock().tracks, tracks);
   EXPECT_GT(Split(server.Captions("hB7rV2kQx0w", "en").body, "Orchestra").size(), 4u);
   EXPECT_GT(Split(server.Captions("hB7rV2kQx0w", "de").body, "Orchester").size(), 4u);
 }

@@ -1,138 +1,120 @@
 #include "gateway/server/Answers.h"
 
-#include <httplib.h>
-
 #include <algorithm>
 #include <array>
 
 #include "gateway/server/Connection.h"
+#include "gateway/server/request_line.h"
 #include "gateway/server/request_target.h"
 #include "gateway/server/track_list.h"
-#include "gateway/sources/CaptionLibrary.h"
 
 namespace gateway {
 namespace {
 
-constexpr const char* kXml = "text/xml; charset=utf-8";
+constexpr std::size_t kLongestCause = 200;
 
-/// Shows a request line, with no headers behind it, as the incoming side of a connection.
-class RequestStream final : public httplib::Stream {
- public:
-  RequestStream(const std::string& requestLine, Connection& connection)
-      : incoming_(requestLine + "\r\n\r\n"), connection_(connection) {}
-
-  bool is_readable() const override { return at_ < incoming_.size(); }
-  bool is_writable() const override { return !connection_.Broken(); }
-
-  ssize_t read(char* buffer, size_t capacity) override {
-    const size_t count = incoming_.copy(buffer, capacity, at_);
-    at_ += count;
-    return static_cast<ssize_t>(count);
-  }
-
-  ssize_t write(const char* bytes, size_t count) override {
-    return connection_.Send({bytes, count}) ? static_cast<ssize_t>(count) : -1;
-  }
-
-  void get_remote_ip_and_port(std::string&, int&) const override {}
-  void get_local_ip_and_port(std::string&, int&) const override {}
-  socket_t socket() const override { return INVALID_SOCKET; }
-
- private:
-  std::string incoming_;
-  size_t at_ = 0;
-  Connection& connection_;
+struct Status {
+  const char* line;
+  const char* cause;  // of an empty body, where nothing better is known
 };
 
-bool SendPiece(const CaptionFile& file, size_t offset, size_t length, httplib::DataSink& sink) {
+constexpr Status kFound{"200 OK", "no captions"};
+constexpr Status kBadRequest{"400 Bad Request", "The gateway can't read this request."};
+constexpr Status kUnknownPath{"404 Not Found", "The gateway serves nothing at this address."};
+constexpr Status kNoText{"404 Not Found", "no captions"};
+constexpr Status kNotAllowed{"405 Method Not Allowed", "The gateway answers only GET and HEAD."};
+constexpr Status kTooLarge{"431 Request Header Fields Too Large", "The request's head is too large."};
+
+struct Answer {
+  Status status;
+  Document body = {};
+  std::string cause = {};  // "" takes that of the status
+  bool hasCause = true;
+};
+
+std::size_t SizeOf(const Document& body) {
+  if (const auto* text = std::get_if<std::string>(&body)) return text->size();
+  return std::get<CaptionFile>(body).Size();
+}
+
+// One line of printable ASCII, whatever a source has found.
+std::string HeaderValue(std::string_view cause) {
+  std::string value(cause.substr(0, kLongestCause));
+  std::replace_if(
+      value.begin(), value.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
+  return value;
+}
+
+std::string HeadOf(const Answer& answer) {
+  std::string head = std::string("HTTP/1.1 ") + answer.status.line + "\r\nConnection: close\r\n";
+  if (answer.status.line == kFound.line) head += "Content-Type: text/xml; charset=utf-8\r\n";
+  if (answer.status.line == kNotAllowed.line) head += "Allow: GET, HEAD\r\n";
+  if (answer.hasCause)
+    head +=
+        "Ravelyn-Cause: " + HeaderValue(answer.cause.empty() ? answer.status.cause : answer.cause) + "\r\n";
+  return head + "Content-Length: " + std::to_string(SizeOf(answer.body)) + "\r\n\r\n";
+}
+
+void SendFile(Connection& connection, const CaptionFile& file) {
   std::array<char, 32768> bytes;
-  const ssize_t count = file.ReadAt(offset, bytes.data(), std::min(bytes.size(), length));
-  return count > 0 && sink.write(bytes.data(), static_cast<size_t>(count));
-}
-
-void AnswerWithFile(CaptionFile found, httplib::Response& response) {
-  response.status = 200;
-  response.set_header("Accept-Ranges", "none");
-  // A provider of no bytes would be sent without a length.
-  if (found.Size() == 0) return response.set_content("", kXml);
-  const auto file = std::make_shared<CaptionFile>(std::move(found));
-  response.set_content_provider(file->Size(), kXml,
-                                [file](size_t offset, size_t length, httplib::DataSink& sink) {
-                                  return SendPiece(*file, offset, length, sink);
-                                });
-}
-
-void Answer(const CaptionLibrary& library, const httplib::Request& request, httplib::Response& response) {
-  if (request.method != "GET" && request.method != "HEAD") {
-    response.status = 405;
-    return response.set_header("Allow", "GET, HEAD");
-  }
-  const CaptionRequest wanted = ReadTarget(request.target);
-  response.status = 404;
-  if (wanted.kind == CaptionRequest::Kind::TrackList) {
-    response.status = 200;
-    response.set_header("Accept-Ranges", "none");
-    response.set_content(TrackListDocument(wanted.code, library.Languages(wanted.code)), kXml);
-  } else if (wanted.kind == CaptionRequest::Kind::TimedText) {
-    if (auto file = library.Open(wanted.code, wanted.language)) AnswerWithFile(*std::move(file), response);
+  for (std::uint64_t at = 0; at < file.Size();) {
+    const std::size_t wanted = std::min<std::uint64_t>(bytes.size(), file.Size() - at);
+    const ssize_t count = file.ReadAt(at, bytes.data(), wanted);
+    if (count <= 0 || !connection.Send({bytes.data(), static_cast<std::size_t>(count)})) return;
+    at += static_cast<std::size_t>(count);
   }
 }
 
-/// The library refuses a target with a second "?" or a blank and cuts it at "#", behind all of which a
-/// language may still follow. So it is shown a plain one. A line that is no request line stays as it is, to
-/// be refused.
-std::string WithPlainTarget(const std::string& requestLine) {
-  if (TargetOf(requestLine).empty()) return requestLine;
-  return requestLine.substr(0, requestLine.find(' ')) + " /" + requestLine.substr(requestLine.rfind(' '));
+void Send(Connection& connection, const Answer& answer, bool withBody) {
+  if (!connection.Send(HeadOf(answer)) || !withBody) return;
+  if (const auto* text = std::get_if<std::string>(&answer.body)) {
+    connection.Send(*text);
+  } else {
+    SendFile(connection, std::get<CaptionFile>(answer.body));
+  }
 }
 
-void Refuse(Connection& connection, const char* status) {
-  connection.Send(std::string("HTTP/1.1 ") + status + "\r\nConnection: close\r\nContent-Length: 0\r\n\r\n");
+Answer ListOf(CaptionSource& source, std::string_view code, const Asker& asker) {
+  TrackList list = source.Tracks(code, asker);
+  const bool isEmpty = list.tracks.empty();
+  return {kFound, TrackListDocument(code, std::move(list.tracks)), std::move(list.cause), isEmpty};
+}
+
+Answer TextOf(CaptionSource& source, const CaptionRequest& wanted, const Asker& asker) {
+  CaptionText text = source.Text(wanted.code, wanted.language, asker);
+  if (!text.document) return {kNoText, {}, std::move(text.cause)};
+  return {kFound, *std::move(text.document), {}, false};
+}
+
+Answer AnswerTo(CaptionSource& source, const RequestHead& head, int connection) {
+  const auto line = ReadRequestLine(head.line);
+  if (!line) return {kBadRequest};
+  if (line->method != "GET" && line->method != "HEAD") return {kNotAllowed};
+  const CaptionRequest wanted = ReadTarget(line->target);
+  const Asker asker{std::chrono::steady_clock::now(), connection};
+  if (wanted.kind == CaptionRequest::Kind::TrackList) return ListOf(source, wanted.code, asker);
+  if (wanted.kind == CaptionRequest::Kind::TimedText) return TextOf(source, wanted, asker);
+  return {kUnknownPath};
 }
 
 }  // namespace
 
-/// The library's own accept loop waits for slow clients without a bound and closes a listening socket that
-/// others share, so only its reading of a request and writing of an answer are used.
-class Answers::Http final : public httplib::Server {
- public:
-  explicit Http(const CaptionLibrary& library) {
-    // Without a listening socket of its own the library takes itself to be stopping and sends no file.
-    svr_sock_ = 0;
-    set_pre_routing_handler([&library](const httplib::Request& request, httplib::Response& response) {
-      Answer(library, request, response);
-      return HandlerResponse::Handled;
-    });
-  }
-
-  void Process(const std::string& requestLine, Connection& connection) {
-    RequestStream stream(WithPlainTarget(requestLine), connection);
-    bool closed = false;
-    process_request(stream, true, closed,
-                    [&](httplib::Request& request) { request.target = TargetOf(requestLine); });
-  }
-};
-
-Answers::Answers(const CaptionLibrary& library) : http_(std::make_unique<Http>(library)) {}
-Answers::~Answers() = default;
-
 void Answers::Serve(Connection& connection) const {
-  std::string requestLine;
-  const Connection::Head head = connection.ReadHead(requestLine);
-  switch (head) {
+  RequestHead head;
+  switch (connection.ReadHead(head)) {
     case Connection::Head::Complete:
-      http_->Process(requestLine, connection);
+      Send(connection, AnswerTo(source_, head, connection.Socket()), !head.line.starts_with("HEAD "));
       break;
     case Connection::Head::TooLarge:
-      Refuse(connection, "431 Request Header Fields Too Large");
+      Send(connection, {kTooLarge}, true);
       break;
     case Connection::Head::Malformed:
-      Refuse(connection, "400 Bad Request");
+      Send(connection, {kBadRequest}, true);
       break;
     case Connection::Head::Gone:
       return;
   }
-  const bool withoutBody = requestLine.starts_with("GET ") || requestLine.starts_with("HEAD ");
+  const bool withoutBody = head.line.starts_with("GET ") || head.line.starts_with("HEAD ");
   connection.Finish(!withoutBody);
 }
 

@@ -6,15 +6,16 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <string>
 
 namespace gateway {
 namespace {
 
 bool IsRetry(int error) { return error == EAGAIN || error == EWOULDBLOCK || error == EINTR; }
 
-/// Whether the blank line stands in `head`, looking no further back than the bytes that came last need.
-bool HoldsBlankLine(const std::string& head, size_t newBytes) {
-  const size_t from = head.size() - std::min(head.size(), newBytes + 3);
+// Whether the blank line stands in `head`, looking no further back than the bytes that came last need.
+bool HoldsBlankLine(const std::string& head, std::size_t newBytes) {
+  const std::size_t from = head.size() - std::min(head.size(), newBytes + 3);
   return head.find("\n\r\n", from) != std::string::npos || head.find("\n\n", from) != std::string::npos;
 }
 
@@ -36,7 +37,7 @@ bool Connection::WaitFor(short events, Clock::time_point deadline) const {
   }
 }
 
-ssize_t Connection::Receive(char* buffer, size_t capacity, Clock::time_point deadline) const {
+ssize_t Connection::Receive(char* buffer, std::size_t capacity, Clock::time_point deadline) const {
   while (WaitFor(POLLIN, deadline)) {
     const ssize_t count = ::recv(socket_, buffer, capacity, 0);
     if (count >= 0 || !IsRetry(errno)) return count;
@@ -44,23 +45,22 @@ ssize_t Connection::Receive(char* buffer, size_t capacity, Clock::time_point dea
   return -1;
 }
 
-Connection::Head Connection::ReadHead(std::string& requestLine) {
+Connection::Head Connection::ReadHead(RequestHead& lines) {
   const auto deadline = Clock::now() + limits_.head;
   std::string head;
   std::array<char, 2048> bytes;
-  for (size_t count = 0; !HoldsBlankLine(head, count);) {
+  for (std::size_t count = 0; !HoldsBlankLine(head, count);) {
     if (head.size() > limits_.headBytes) return Head::TooLarge;
     const ssize_t got = Receive(bytes.data(), bytes.size(), deadline);
     if (got <= 0) return Head::Gone;
-    count = static_cast<size_t>(got);
+    count = static_cast<std::size_t>(got);
     head.append(bytes.data(), count);
   }
-  const size_t end = std::min(head.find("\n\r\n"), head.find("\n\n"));
+  const std::size_t end = std::min(head.find("\n\r\n"), head.find("\n\n"));
   if (end > limits_.headBytes) return Head::TooLarge;
   if (std::any_of(head.begin(), head.begin() + static_cast<std::ptrdiff_t>(end), IsControl))
     return Head::Malformed;
-  requestLine = head.substr(0, head.find('\n'));
-  if (requestLine.ends_with('\r')) requestLine.pop_back();
+  lines = SplitHead(std::string_view(head).substr(0, end));
   return Head::Complete;
 }
 
@@ -71,7 +71,7 @@ bool Connection::Send(std::string_view bytes) {
     if (broken_) break;
     const ssize_t count = ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
     if (count >= 0) {
-      bytes.remove_prefix(static_cast<size_t>(count));
+      bytes.remove_prefix(static_cast<std::size_t>(count));
     } else {
       broken_ = !IsRetry(errno);
     }

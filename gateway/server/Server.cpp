@@ -23,13 +23,13 @@ bool IsPassing(int error) {
          error == EPROTO || error == EPERM;
 }
 
-/// Out of descriptors or memory: there may be some again when a client has left.
+// Out of descriptors or memory: there may be some again when a client has left.
 bool IsShortage(int error) {
   return error == EMFILE || error == ENFILE || error == ENOBUFS || error == ENOMEM;
 }
 
-/// Answers go out in one or two pieces; the second shall not wait for the client's system to confirm the
-/// first.
+// Answers go out in one or two pieces; the second shall not wait for the client's system to confirm the
+// first.
 void SendAtOnce(int socket) {
   const int on = 1;
   ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
@@ -45,8 +45,8 @@ struct Server::Client {
   std::thread thread;
 };
 
-Server::Server(const CaptionLibrary& library, const Limits& limits)
-    : answers_(library), limits_(limits), ended_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
+Server::Server(CaptionSource& source, const Limits& limits)
+    : answers_(source), limits_(limits), ended_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
   if (!ended_) throw std::system_error(errno, std::system_category(), "can't make an event counter");
 }
 
@@ -99,7 +99,7 @@ void Server::Run(Client& client) {
   ::eventfd_write(ended_.Number(), 1);
 }
 
-/// Sockets are closed here, when their threads are gone, so that a number is never used for two clients.
+// Sockets are closed here, when their threads are gone, so that a number is never used for two clients.
 void Server::Reap() {
   eventfd_t count = 0;
   ::eventfd_read(ended_.Number(), &count);

@@ -1,5 +1,5 @@
-#pragma once
 // Accepts connections and gives each a thread of its own, up to a bound.
+#pragma once
 
 #include <list>
 
@@ -9,18 +9,16 @@
 
 namespace gateway {
 
-class CaptionLibrary;
-
 class Server {
  public:
-  /// `library` must outlive the server.
-  explicit Server(const CaptionLibrary& library, const Limits& limits = {});
+  // `source` must outlive the server.
+  explicit Server(CaptionSource& source, const Limits& limits = {});
   ~Server();
 
-  /// Serves `listener`, a listening socket that doesn't block, until `stop` can be read (nothing is read from
-  /// it); clients that have not finished their request are then let go, answers under way get
-  /// Limits::farewell. Both descriptors stay the caller's. Throws std::system_error if the
-  /// system fails the listener; no connection is left open either way.
+  // Serves `listener`, a listening socket that doesn't block, until `stop` can be read (nothing is read from
+  // it); clients that have not finished their request are then let go, answers under way get
+  // Limits::farewell. Both descriptors stay the caller's. Throws std::system_error if the
+  // system fails the listener; no connection is left open either way.
   void Serve(int listener, int stop);
 
  private:
@@ -36,7 +34,7 @@ class Server {
 
   Answers answers_;
   Limits limits_;
-  Descriptor ended_;  ///< an event counter: a client's thread is done
+  Descriptor ended_;  // an event counter: a client's thread is done
   std::list<Client> clients_;
 };
 

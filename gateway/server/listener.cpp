@@ -20,7 +20,7 @@ namespace {
 constexpr int kBacklog = 512;
 constexpr int kHandedOver = 3;
 
-/// The socket calls take every kind of address through one pointer type.
+// The socket calls take every kind of address through one pointer type.
 template <class Address>
 sockaddr* Generic(Address& address) {
   return static_cast<sockaddr*>(static_cast<void*>(&address));
@@ -42,7 +42,7 @@ bool IsListening(int socket) {
 
 }  // namespace
 
-Descriptor ListenOnLoopback(uint16_t port) {
+Descriptor ListenOnLoopback(std::uint16_t port) {
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_port = htons(port);

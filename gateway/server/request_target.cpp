@@ -7,10 +7,10 @@
 namespace gateway {
 namespace {
 
-/// A "%" that no two hexadecimal digits follow stands for itself.
+// A "%" that no two hexadecimal digits follow stands for itself.
 std::string Decoded(std::string_view text) {
   std::string out;
-  for (size_t i = 0; i < text.size(); ++i) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
     const char* digits = text.data() + i + 1;
     unsigned byte = 0;
     const bool escape = text[i] == '%' && i + 2 < text.size() &&
@@ -21,16 +21,16 @@ std::string Decoded(std::string_view text) {
   return out;
 }
 
-/// Cuts after decoding, since a tail arrives either way: "&t=30" or "%26t=30".
+// Cuts after decoding, since a tail arrives either way: "&t=30" or "%26t=30".
 std::string CodeOf(std::string_view value) {
   std::string code = Decoded(value);
   return code.substr(0, code.find_first_of("&?# \t"));
 }
 
 std::string_view WithoutHost(std::string_view target) {
-  const size_t mark = target.find("://");
+  const std::size_t mark = target.find("://");
   if (target.starts_with('/') || mark == std::string_view::npos) return target;
-  const size_t path = target.find('/', mark + 3);
+  const std::size_t path = target.find('/', mark + 3);
   return path == std::string_view::npos ? std::string_view() : target.substr(path);
 }
 
@@ -43,7 +43,7 @@ Query ReadQuery(std::string_view text) {
   while (!text.empty()) {
     const std::string_view pair = text.substr(0, text.find('&'));
     text.remove_prefix(std::min(text.size(), pair.size() + 1));
-    const size_t equals = pair.find('=');
+    const std::size_t equals = pair.find('=');
     if (equals == std::string_view::npos) continue;
     const std::string_view name = pair.substr(0, equals);
     const std::string_view value = pair.substr(equals + 1);
@@ -64,17 +64,10 @@ CaptionRequest::Kind KindOf(std::string_view path, const Query& query) {
 
 CaptionRequest ReadTarget(std::string_view target) {
   target = WithoutHost(target);
-  const size_t mark = std::min(target.find('?'), target.size());
+  const std::size_t mark = std::min(target.find('?'), target.size());
   const Query query = ReadQuery(target.substr(std::min(mark + 1, target.size())));
   return {KindOf(target.substr(0, mark), query), CodeOf(query.code.value_or("")),
           Decoded(query.language.value_or(""))};
-}
-
-std::string_view TargetOf(std::string_view requestLine) {
-  const size_t first = requestLine.find(' ');
-  const size_t last = requestLine.rfind(' ');
-  if (first == std::string_view::npos || first == last) return {};
-  return requestLine.substr(first + 1, last - first - 1);
 }
 
 }  // namespace gateway

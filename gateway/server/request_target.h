@@ -1,4 +1,3 @@
-#pragma once
 // What the target of a request line asks for.
 //
 // target     = [SCHEME "://" HOST] path ["?" query]     the long form is what a client behind a proxy sends
@@ -6,9 +5,9 @@
 // timed text = /api/timedtext  ? & v=CODE & lang=LANG
 //
 // A client may put a code there as it was pasted, with a tail: "CODE&t=30", "CODE?si=x", "CODE#t", a blank.
-// So
-// "?" and "#" inside the query end nothing but the code, the first `v` counts (a tail stands behind it),
+// So "?" and "#" inside the query end nothing but the code, the first `v` counts (a tail follows it),
 // and the last `lang` (a tail stands in front of it).
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -19,13 +18,10 @@ struct CaptionRequest {
   enum class Kind { TrackList, TimedText, Unknown };
 
   Kind kind = Kind::Unknown;
-  std::string code;      ///< decoded and cut; any bytes at all, perhaps none
-  std::string language;  ///< decoded; any bytes at all, perhaps none
+  std::string code;      // decoded and cut; any bytes at all, perhaps none
+  std::string language;  // decoded; any bytes at all, perhaps none
 };
 
 CaptionRequest ReadTarget(std::string_view target);
-
-/// The second of the three words of a request line; "" if there is none. Blanks inside it stay.
-std::string_view TargetOf(std::string_view requestLine);
 
 }  // namespace gateway

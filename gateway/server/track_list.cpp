@@ -4,15 +4,9 @@
 #include <tuple>
 
 #include "gateway/sources/caption_name.h"
-#include "gateway/sources/language_name.h"
 
 namespace gateway {
 namespace {
-
-struct Track {
-  std::string name;
-  std::string language;
-};
 
 std::string Quoted(std::string_view value) {
   std::string out = "\"";
@@ -37,15 +31,26 @@ std::string Quoted(std::string_view value) {
   return out + '"';
 }
 
+void ReplaceEach(std::string& text, std::string_view find, std::string_view by) {
+  for (std::size_t at = 0; (at = text.find(find, at)) != std::string::npos; at += by.size() - 1)
+    text.replace(at, find.size(), by);
+}
+
+// The readers cut at ":::" and at "lang_code=" wherever they stand, and take a name as one line.
+std::string QuotedName(std::string name) {
+  std::replace_if(
+      name.begin(), name.end(), [](char c) { return (c >= 0 && c < ' ') || c == 0x7f; }, ' ');
+  ReplaceEach(name, "::", ": :");
+  ReplaceEach(name, "lang_code=", "lang_code =");
+  return Quoted(name);
+}
+
 int EnglishRank(const Track& track) {
   if (track.language == "en") return 0;
   return track.language.starts_with("en-") || track.language.starts_with("en_") ? 1 : 2;
 }
 
-std::vector<Track> Sorted(const std::vector<std::string>& languages) {
-  std::vector<Track> tracks;
-  tracks.reserve(languages.size());
-  for (const auto& language : languages) tracks.push_back({EnglishName(language), language});
+void Sort(std::vector<Track>& tracks) {
   const auto byName = [](const Track& a, const Track& b) {
     return std::tie(a.name, a.language) < std::tie(b.name, b.language);
   };
@@ -54,22 +59,21 @@ std::vector<Track> Sorted(const std::vector<std::string>& languages) {
     return EnglishRank(a) < EnglishRank(b);
   });
   if (first != tracks.end()) std::rotate(tracks.begin(), first, first + 1);
-  return tracks;
 }
 
-std::string Element(size_t id, const Track& track) {
+std::string Element(std::size_t id, const Track& track) {
   return "<track id=" + Quoted(std::to_string(id)) + " name=\"\" lang_code=" + Quoted(track.language) +
-         " lang_original=" + Quoted(OwnName(track.language)) + " lang_translated=" + Quoted(track.name) +
+         " lang_original=" + QuotedName(track.ownName) + " lang_translated=" + QuotedName(track.name) +
          (id == 0 ? " lang_default=\"true\"/>" : "/>");
 }
 
 }  // namespace
 
-std::string TrackListDocument(std::string_view code, const std::vector<std::string>& languages) {
+std::string TrackListDocument(std::string_view code, std::vector<Track> tracks) {
   std::string document = "<?xml version=\"1.0\" encoding=\"utf-8\" ?><transcript_list docid=" +
                          Quoted(IsVideoCode(code) ? code : "") + ">";
-  const std::vector<Track> tracks = Sorted(languages);
-  for (size_t id = 0; id < tracks.size(); ++id) document += Element(id, tracks[id]);
+  Sort(tracks);
+  for (std::size_t id = 0; id < tracks.size(); ++id) document += Element(id, tracks[id]);
   return document + "</transcript_list>";
 }
 

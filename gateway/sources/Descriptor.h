@@ -1,5 +1,5 @@
-#pragma once
 // One open file descriptor and its owner.
+#pragma once
 
 #include <unistd.h>
 
@@ -7,7 +7,7 @@
 
 namespace gateway {
 
-/// Closes what it holds when it ends; -1 is none. Moves, never copies.
+// Closes what it holds when it ends; -1 is none. Moves, never copies.
 class Descriptor {
  public:
   explicit Descriptor(int number = -1) : number_(number) {}

@@ -15,9 +15,9 @@ bool ConsistsOf(std::string_view text, std::string_view marks) {
   return !text.empty() && std::all_of(text.begin(), text.end(), allowed);
 }
 
-/// Takes from the end of `rest` what stands behind the last `mark`, and the mark too.
+// Takes from the end of `rest` what stands behind the last `mark`, and the mark too.
 std::optional<std::string_view> TakeBehindLast(std::string_view mark, std::string_view& rest) {
-  const size_t at = rest.rfind(mark);
+  const std::size_t at = rest.rfind(mark);
   if (at == std::string_view::npos) return std::nullopt;
   const std::string_view taken = rest.substr(at + mark.size());
   rest = rest.substr(0, at);

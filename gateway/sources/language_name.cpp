@@ -9,20 +9,20 @@
 namespace gateway {
 namespace {
 
-/// The name by which the tables know the language, "" if they don't.
+// The name by which the tables know the language, "" if they don't.
 std::string LocaleOf(std::string tag) {
   std::replace(tag.begin(), tag.end(), '_', '-');
   std::array<char, ULOC_FULLNAME_CAPACITY> locale{};
   int32_t understood = 0;
   UErrorCode status = U_ZERO_ERROR;
   uloc_forLanguageTag(tag.c_str(), locale.data(), static_cast<int32_t>(locale.size()), &understood, &status);
-  const bool whole = status == U_ZERO_ERROR && static_cast<size_t>(understood) == tag.size();
+  const bool whole = status == U_ZERO_ERROR && static_cast<std::size_t>(understood) == tag.size();
   return whole ? locale.data() : "";
 }
 
 using NameReader = int32_t (*)(const char*, const char*, UChar*, int32_t, UErrorCode*);
 
-/// "" if the tables have no such name; the warning tells a name from a code that was handed back.
+// "" if the tables have no such name; the warning tells a name from a code that was handed back.
 std::string Read(NameReader read, const std::string& locale, const char* inLanguage) {
   std::array<UChar, 256> name{};
   UErrorCode status = U_ZERO_ERROR;

@@ -1,4 +1,4 @@
-#include "gateway/sources/CaptionLibrary.h"
+#include "gateway/sources/FolderSource.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -10,9 +10,12 @@
 #include <set>
 
 #include "gateway/sources/caption_name.h"
+#include "gateway/sources/language_name.h"
 
 namespace gateway {
 namespace {
+
+constexpr const char* kNoFile = "No folder holds captions of this video in this language.";
 
 struct CloseFolder {
   void operator()(DIR* folder) const { ::closedir(folder); }
@@ -24,7 +27,7 @@ struct Entry {
   CaptionName name;
 };
 
-/// Calls `visit` with every file name of `folder` that has the ending of a caption file.
+// Calls `visit` with every file name of `folder` that has the ending of a caption file.
 void VisitNames(DIR* folder, const std::function<void(std::string_view)>& visit) {
   while (const dirent* found = ::readdir(folder)) {
     const std::string_view name = found->d_name;
@@ -44,23 +47,23 @@ std::vector<Entry> EntriesOf(DIR* folder, std::string_view code) {
 }
 
 bool IsServable(const struct stat& facts) {
-  return S_ISREG(facts.st_mode) && static_cast<uint64_t>(facts.st_size) <= kLargestCaptionFile;
+  return S_ISREG(facts.st_mode) && static_cast<std::uint64_t>(facts.st_size) <= kLargestCaptionFile;
 }
 
-/// Asks before it opens, since opening alone can act on a device, and again afterwards, since the name may
-/// have changed hands in between. A pipe that was put there meanwhile doesn't block.
+// Asks before it opens, since opening alone can act on a device, and again afterwards, since the name may
+// have changed hands in between. A pipe that was put there meanwhile doesn't block.
 std::optional<CaptionFile> OpenServable(DIR* folder, const char* fileName) {
   struct stat facts {};
   const int place = ::dirfd(folder);
   if (::fstatat(place, fileName, &facts, AT_SYMLINK_NOFOLLOW) != 0 || !IsServable(facts)) return std::nullopt;
   Descriptor file(::openat(place, fileName, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
   if (!file || ::fstat(file.Number(), &facts) != 0 || !IsServable(facts)) return std::nullopt;
-  return CaptionFile(std::move(file), static_cast<uint64_t>(facts.st_size));
+  return CaptionFile(std::move(file), static_cast<std::uint64_t>(facts.st_size));
 }
 
 }  // namespace
 
-std::vector<std::string> CaptionLibrary::Languages(std::string_view code) const {
+TrackList FolderSource::Tracks(std::string_view code, const Asker&) {
   std::set<std::string> languages;
   for (const auto& path : folders_) {
     const Folder folder(::opendir(path.c_str()));
@@ -68,22 +71,26 @@ std::vector<std::string> CaptionLibrary::Languages(std::string_view code) const 
     for (const auto& [fileName, name] : EntriesOf(folder.get(), code))
       if (OpenServable(folder.get(), fileName.c_str())) languages.insert(name.language);
   }
-  return {languages.begin(), languages.end()};
+  TrackList list;
+  for (const auto& language : languages)
+    list.tracks.push_back({language, EnglishName(language), OwnName(language)});
+  if (list.tracks.empty()) list.cause = "No folder holds captions of this video.";
+  return list;
 }
 
-std::optional<CaptionFile> CaptionLibrary::Open(std::string_view code, std::string_view language) const {
+CaptionText FolderSource::Text(std::string_view code, std::string_view language, const Asker&) {
   for (const auto& path : folders_) {
     const Folder folder(::opendir(path.c_str()));
     if (!folder) continue;
     for (const auto& [fileName, name] : EntriesOf(folder.get(), code)) {
       if (name.language != language) continue;
-      if (auto file = OpenServable(folder.get(), fileName.c_str())) return file;
+      if (auto file = OpenServable(folder.get(), fileName.c_str())) return {*std::move(file), ""};
     }
   }
-  return std::nullopt;
+  return {std::nullopt, kNoFile};
 }
 
-CaptionLibrary::Stock CaptionLibrary::TakeStock() const {
+FolderSource::Stock FolderSource::TakeStock() const {
   Stock stock;
   std::set<std::string> videos;
   std::set<std::pair<std::string, std::string>> tracks;
