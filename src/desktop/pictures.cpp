@@ -7,7 +7,7 @@
 namespace {
 
 // name is that of a resource, without the ending.
-const QPixmap& pixmap(const QString& name) {
+QPixmap pixmap(const QString& name) {
   static std::map<QString, QPixmap> pixmaps;
   const auto [at, isNew] = pixmaps.try_emplace(name);
   if (isNew) {
@@ -22,7 +22,7 @@ const QPixmap& pixmap(const QString& name) {
 void drawPicture(QPainter& painter, const QRect& place, const std::string& file) {
   const QString name = QString::fromStdString(file).section(QChar(u'.'), 0, 0);
   const bool fine = painter.device()->devicePixelRatioF() > 1;
-  const QPixmap& picture = pixmap(fine ? name + QStringLiteral("@2x") : name);
+  const QPixmap picture = pixmap(fine ? name + QStringLiteral("@2x") : name);
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
   if (!picture.isNull()) painter.drawPixmap(place, picture);
 }
