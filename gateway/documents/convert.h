@@ -1,6 +1,11 @@
 // The one road from a caption file to the document that the program reads:
 //
 //   bytes -> encoding -> reader -> cues -> cleaning -> document
+//
+// Every step is linear in the file. A file, and its text in UTF-8, may have 64 MiB, its cues may number
+// 1.5 million, and the document may have 96 MiB; more is a fault. A conversion takes at most 350 MiB at
+// its peak, which only a file made for it reaches, and about four times the file in general. Files of
+// more than 1 MiB are converted one after the other.
 #pragma once
 
 #include <span>
@@ -9,9 +14,15 @@
 
 namespace gateway {
 
+class Cues;
+
 // A kind of caption file. The table of them stands in the order of preference for one language.
 struct CaptionFormat {
   std::string_view ending;  // without the dot, in small letters: "srv1"
+  // Adds the cues of a file's text, which is UTF-8 without NUL, in the file's order. What it gives is
+  // why they can't be read, a short English sentence, or "".
+  std::string (*read)(std::string text, Cues& cues);
+  bool isXml = false;  // whose head may declare an encoding
 };
 
 std::span<const CaptionFormat> CaptionFormats();
@@ -30,6 +41,7 @@ struct Conversion {
   std::string fault;     // then why not, in a short English sentence: "this file is a web page"
 };
 
+// Any number of threads may call it. A code that ends in "-orig" is an automatic track's.
 Conversion ToDocument(std::string bytes, const CaptionFormat& format, const TrackFacts& facts);
 
 }  // namespace gateway

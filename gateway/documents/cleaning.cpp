@@ -1,0 +1,122 @@
+#include "gateway/documents/cleaning.h"
+
+#include <algorithm>
+#include <array>
+
+#include "gateway/documents/Cues.h"
+
+namespace gateway {
+namespace {
+
+constexpr std::int64_t kLastLength = 3000;
+
+constexpr std::string_view kZeroWidth = "\xE2\x80\x8B";      // U+200B
+constexpr std::string_view kByteOrder = "\xEF\xBB\xBF";      // U+FEFF
+constexpr std::string_view kNoBreak = "\xC2\xA0";            // U+00A0
+constexpr std::string_view kNarrowNoBreak = "\xE2\x80\xAF";  // U+202F
+
+bool WritesNoBlanks(std::string_view language) {
+  constexpr std::array<std::string_view, 4> kLanguages = {"km", "lo", "my", "th"};
+  std::string base(language.substr(0, std::min(language.find_first_of("-_"), std::size_t{3})));
+  for (char& c : base) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+  return std::find(kLanguages.begin(), kLanguages.end(), base) != kLanguages.end();
+}
+
+// Writes the words of one cue anew over themselves: nothing of them gets longer.
+class WordsTidier {
+ public:
+  WordsTidier(char* to, bool keepsZeroWidth) : begin_(to), to_(to), keepsZeroWidth_(keepsZeroWidth) {}
+
+  std::uint32_t Tidy(std::string_view words) {
+    while (!words.empty()) words.remove_prefix(TakeOne(words));
+    if (lineEnd_) {
+      to_ = lineEnd_;
+    } else if (to_ > begin_) {
+      --to_;  // the line feed of the last line with words
+    }
+    return static_cast<std::uint32_t>(to_ - begin_);
+  }
+
+ private:
+  std::size_t TakeOne(std::string_view words) {
+    const auto byte = static_cast<unsigned char>(words.front());
+    if (byte == '\n' || byte == '\r') return EndLine(), 1;
+    if (byte <= 0x20 || byte == 0x7F) return PutBlank(), 1;
+    if (words.starts_with(kNoBreak)) return PutBlank(), kNoBreak.size();
+    if (words.starts_with(kNarrowNoBreak)) return PutBlank(), kNarrowNoBreak.size();
+    if (words.starts_with(kByteOrder)) return kByteOrder.size();
+    if (words.starts_with(kZeroWidth)) return PutZeroWidth(), kZeroWidth.size();
+    *to_++ = words.front();
+    lineEnd_ = to_;
+    return 1;
+  }
+  void PutBlank() {
+    if (lineEnd_ && to_[-1] != ' ') *to_++ = ' ';
+  }
+  void PutZeroWidth() {
+    if (keepsZeroWidth_ && lineEnd_) to_ = std::copy(kZeroWidth.begin(), kZeroWidth.end(), to_);
+  }
+  // What stands after the line's last word goes.
+  void EndLine() {
+    if (!lineEnd_) return;
+    to_ = lineEnd_;
+    *to_++ = '\n';
+    lineEnd_ = nullptr;
+  }
+
+  char* begin_;
+  char* to_;
+  char* lineEnd_ = nullptr;  // of the line's words so far; null if it has none
+  bool keepsZeroWidth_;
+};
+
+}  // namespace
+
+void SortByStart(Cues& cues) {
+  const auto isEarlier = [](const Cue& a, const Cue& b) { return a.start < b.start; };
+  if (!std::is_sorted(cues.list.begin(), cues.list.end(), isEarlier))
+    std::stable_sort(cues.list.begin(), cues.list.end(), isEarlier);
+}
+
+void CloseOpenEnds(Cues& cues) {
+  std::int64_t later = kUntilNext;  // the next start after this one
+  for (std::size_t i = cues.list.size(); i-- > 0;) {
+    Cue& cue = cues.list[i];
+    if (i + 1 < cues.list.size() && cues.list[i + 1].start > cue.start) later = cues.list[i + 1].start;
+    if (cue.end == kUntilNext) cue.end = later == kUntilNext ? cue.start + kLastLength : later;
+  }
+}
+
+void TidyWords(Cues& cues, std::string_view language) {
+  const bool keepsZeroWidth = WritesNoBlanks(language);
+  for (Cue& cue : cues.list)
+    cue.length = WordsTidier(cues.words.data() + cue.at, keepsZeroWidth).Tidy(cues.WordsOf(cue));
+  std::erase_if(cues.list, [](const Cue& cue) { return cue.length == 0; });
+}
+
+void DropRepeats(Cues& cues) {
+  const auto repeats = [&](const Cue& one, const Cue& next) {
+    return one.start == next.start && cues.WordsOf(one) == cues.WordsOf(next);
+  };
+  cues.list.erase(std::unique(cues.list.begin(), cues.list.end(), repeats), cues.list.end());
+}
+
+void CutOverlaps(Cues& cues) {
+  std::int64_t later = kLatestTime;
+  for (std::size_t i = cues.list.size(); i-- > 0;) {
+    Cue& cue = cues.list[i];
+    if (i + 1 < cues.list.size() && cues.list[i + 1].start > cue.start) later = cues.list[i + 1].start;
+    cue.end = std::min(cue.end, later);
+  }
+}
+
+void Clean(Cues& cues, std::string_view language, bool automatic) {
+  SortByStart(cues);
+  CloseOpenEnds(cues);
+  TidyWords(cues, language);
+  DropRepeats(cues);
+  const bool rolled = Unroll(cues);
+  if (automatic || rolled) CutOverlaps(cues);
+}
+
+}  // namespace gateway

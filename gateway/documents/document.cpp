@@ -1,0 +1,85 @@
+#include "gateway/documents/document.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "gateway/documents/Cues.h"
+
+namespace gateway {
+namespace {
+
+constexpr std::string_view kHead = R"(<?xml version="1.0" encoding="utf-8" ?><transcript>)";
+constexpr std::string_view kFoot = "</transcript>";
+constexpr std::string_view kStart = R"(<text start=")";
+constexpr std::string_view kDur = R"(" dur=")";
+constexpr std::string_view kTagEnd = R"(">)";
+constexpr std::string_view kTextEnd = "</text>";
+constexpr std::size_t kCueSize = 60;  // without its words, with the digits of a long video
+
+// What stands in a document for a text that must not stand there. The first row that fits counts.
+struct Escape {
+  std::string_view text;
+  std::string_view put;
+};
+
+constexpr Escape kEscapes[] = {
+    {"'", "&amp;#39;"},
+    {"\"", "&amp;quot;"},
+    {" |||", "\n|||"},
+    {"</text>", "< /text>"},
+    {"&amp;#39;", "&#39;"},
+    {"&amp;quot;", "&quot;"},
+    {"</transcript>", "<<text start=\"/transcript>"},
+    // Their last character may be the first one of the next.
+    {"/\\r/", "/<text start=\"\\r"},
+    {"/\\n/", "/<text start=\"\\n"},
+};
+
+const Escape* EscapeAt(std::string_view text) {
+  const auto fits = [&](const Escape& escape) { return text.starts_with(escape.text); };
+  const auto* found = std::find_if(std::begin(kEscapes), std::end(kEscapes), fits);
+  return found == std::end(kEscapes) ? nullptr : found;
+}
+
+void AppendWords(std::string& to, std::string_view words) {
+  for (;;) {
+    const std::size_t at = std::min(words.find_first_of("'\" <&/"), words.size());
+    to += words.substr(0, at);
+    words.remove_prefix(at);
+    if (words.empty()) return;
+    const Escape* escape = EscapeAt(words);
+    escape ? to += escape->put : to += words.front();
+    const bool sharesItsLast = escape && escape->text.size() > 1 && escape->text.back() == '/';
+    words.remove_prefix(!escape ? 1 : escape->text.size() - (sharesItsLast ? 1 : 0));
+  }
+}
+
+void AppendSeconds(std::string& to, std::int64_t milliseconds) {
+  char digits[24];
+  const auto whole = std::to_chars(std::begin(digits), std::end(digits), milliseconds / 1000);
+  to.append(digits, whole.ptr);
+  const auto rest = milliseconds % 1000;
+  to += '.';
+  for (const auto weight : {100, 10, 1}) to += static_cast<char>('0' + rest / weight % 10);
+}
+
+}  // namespace
+
+std::optional<std::string> WriteDocument(const Cues& cues) {
+  std::string document(kHead);
+  document.reserve(cues.words.size() + cues.list.size() * kCueSize + kHead.size());
+  for (const Cue& cue : cues.list) {
+    document += kStart;
+    AppendSeconds(document, cue.start);
+    document += kDur;
+    AppendSeconds(document, cue.end - cue.start);
+    document += kTagEnd;
+    AppendWords(document, cues.WordsOf(cue));
+    document += kTextEnd;
+    if (document.size() > kLargestDocument) return std::nullopt;
+  }
+  document += kFoot;
+  return document;
+}
+
+}  // namespace gateway

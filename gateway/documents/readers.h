@@ -1,0 +1,14 @@
+// The readers, one for each kind of caption file; see CaptionFormat::read.
+#pragma once
+
+#include <string>
+
+namespace gateway {
+
+class Cues;
+
+std::string ReadSrv1(std::string text, Cues& cues);
+std::string ReadVtt(std::string text, Cues& cues);
+std::string ReadSrt(std::string text, Cues& cues);
+
+}  // namespace gateway
