@@ -2,6 +2,7 @@
 // file that it does not serve.
 
 #include <fcntl.h>
+#include <strings.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -63,6 +64,23 @@ std::string Header(const std::string& head, const std::string& name) {
   return head.substr(value, head.find("\r\n", value) - value);
 }
 
+bool StartsWith(const std::string& line, const std::string& name) {
+  return ::strncasecmp(line.c_str(), name.c_str(), name.size()) == 0;
+}
+
+// No header that only a web page brings is let through, wherever in the head it stands.
+void CheckAsker(const std::string& request) {
+  const std::size_t end = std::min(request.find("\n\r\n"), request.find("\n\n"));
+  for (const std::string& line :
+       fuzz::Lines(request.substr(request.find('\n') + 1, end - request.find('\n')))) {
+    HOLDS(!StartsWith(line, "Origin:") && !StartsWith(line, "Referer:") && line[0] != ' ');
+    HOLDS(!StartsWith(line, "Sec-Fetch-Site:") || line.find("none") != line.npos);
+    HOLDS(!StartsWith(line, "Host:") ||
+          StartsWith(line.substr(line.find_first_not_of(" \t", 5)), "localhost") ||
+          line.find("127.0.0.1") != line.npos || line.find("[::1]") != line.npos);
+  }
+}
+
 void CheckReply(const std::string& request, const std::string& reply) {
   HOLDS(reply.find(kSecret) == std::string::npos);
   const std::size_t end = reply.find("\r\n\r\n");
@@ -70,12 +88,13 @@ void CheckReply(const std::string& request, const std::string& reply) {
   const std::string head = reply.substr(0, end + 2);
   const std::string body = reply.substr(end + 4);
   const std::string status = head.substr(9, 3);
-  HOLDS(status == "200" || status == "400" || status == "404" || status == "405" || status == "414" ||
+  HOLDS(status == "200" || status == "400" || status == "403" || status == "404" || status == "405" ||
         status == "431");
-  HOLDS(Header(head, "Connection") == "close");
+  HOLDS(Header(head, "Connection") == "close" && head.find("Access-Control") == head.npos);
+  if (status == "200" || status == "404" || status == "405") CheckAsker(request);
   if (request.starts_with("HEAD ")) return HOLDS(body.empty());
   HOLDS(Header(head, "Content-Length") == std::to_string(body.size()));
-  if (status != "200") return HOLDS(body.empty());
+  if (status != "200") return HOLDS(body.empty() && !Header(head, "Ravelyn-Cause").empty());
   HOLDS(request.starts_with("GET "));
   HOLDS(body.empty() || body == kEnglish || body == kGerman || body.ends_with("</transcript_list>"));
 }

@@ -10,6 +10,7 @@
 
 #include <array>
 #include <charconv>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -75,13 +76,15 @@ inline std::uint16_t PortIn(const std::string& address) {
 }
 
 inline std::string GetRequest(const std::string& target) {
-  return "GET " + target + " HTTP/1.0\r\nHost: here\r\n\r\n";
+  return "GET " + target + " HTTP/1.0\r\nHost: 127.0.0.1\r\n\r\n";
 }
 
 class RunningGateway {
  public:
   explicit RunningGateway(std::vector<std::string> folders, const gateway::Limits& limits = {})
-      : source_(std::move(folders)), server_(source_, limits) {
+      : RunningGateway(std::make_shared<gateway::FolderSource>(std::move(folders)), limits) {}
+  explicit RunningGateway(std::shared_ptr<gateway::CaptionSource> source, const gateway::Limits& limits = {})
+      : source_(std::move(source)), server_(*source_, limits) {
     thread_ = std::thread([this] { server_.Serve(listener_.Number(), stop_.Number()); });
   }
   ~RunningGateway() { Stop(); }
@@ -104,7 +107,7 @@ class RunningGateway {
   }
 
  private:
-  gateway::FolderSource source_;
+  std::shared_ptr<gateway::CaptionSource> source_;
   gateway::Server server_;
   Descriptor listener_ = gateway::ListenOnLoopback(0);
   Descriptor stop_{::eventfd(0, EFD_CLOEXEC)};

@@ -3,10 +3,13 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 
+#include <atomic>
 #include <chrono>
-#include <map>
+#include <condition_variable>
+#include <mutex>
 
 #include "gateway_fixture.h"
 
@@ -17,6 +20,7 @@ namespace {
 using namespace gateway_test;
 using namespace std::chrono_literals;
 using gateway::Limits;
+using Lines = std::vector<std::string>;
 
 TEST(GatewayServer, RefusesWhatItDoesNotServe) {
   const std::string notFound = "HTTP/1.1 404 Not Found", bad = "HTTP/1.1 400 Bad Request";
@@ -54,8 +58,95 @@ TEST(GatewayServer, RefusesWhatItDoesNotServe) {
     const Reply reply = ReadReply(client);
     EXPECT_EQ(reply.Status(), status) << request.substr(0, 60);
     EXPECT_TRUE(reply.Has("Content-Length: 0")) << request.substr(0, 60);
+    EXPECT_EQ(reply.Has("Allow: GET, HEAD"), status == notAllowed) << request.substr(0, 60);
+    EXPECT_NE(reply.head.find("\r\nRavelyn-Cause: "), std::string::npos) << request.substr(0, 60);
     EXPECT_EQ(reply.body, "");
   }
+}
+
+// Counts what it is asked, and has nothing.
+struct AskedSource final : gateway::CaptionSource {
+  gateway::TrackList Tracks(std::string_view, const gateway::Asker&) override {
+    ++asked;
+    return {};
+  }
+  gateway::CaptionText Text(std::string_view, std::string_view, const gateway::Asker&) override {
+    ++asked;
+    return {};
+  }
+  std::atomic<int> asked = 0;
+};
+
+TEST(GatewayServer, LetsNoWebPageIn) {
+  const Lines allowed = {"",
+                         "Accept: */*\r\nAccept-Language: en\r\nHost: 127.0.0.1:17733\r\n",
+                         "Host: 127.0.0.1\r\n",
+                         "hOST:localhost:1\r\n",
+                         "Host: \t LocalHost \t\r\n",
+                         "Host: [::1]\r\n",
+                         "Host: [::1]:65535\n",
+                         "Sec-Fetch-Site: none\r\nX-Origin: https://evil.example\r\nReferers: x\r\n"};
+  const Lines refused = {
+      "Host: evil.example\r\n",
+      "Host: evil.example:17733\r\n",
+      "Host: 127.0.0.1.evil.example\r\n",
+      "Host: localhost.evil.example:17733\r\n",
+      "Host: localhost.\r\n",
+      "Host: 127.0.0.1:\r\n",
+      "Host: 127.0.0.1:80x\r\n",
+      "Host: 127.0.0.1:177330\r\n",
+      "Host: user@127.0.0.1\r\n",
+      "Host: 127.0.0.1, evil.example\r\n",
+      "Host: 127.0.0.1 evil.example\r\n",
+      "Host: 127.1\r\n",
+      "Host: 127.0.0.2\r\n",
+      "Host: 2130706433\r\n",
+      "Host: 0x7f000001\r\n",
+      "Host: 127.000.000.001\r\n",
+      "Host: ::1\r\n",
+      "Host: [::1\r\n",
+      "Host: [0:0:0:0:0:0:0:1]\r\n",
+      "Host: [::ffff:127.0.0.1]\r\n",
+      "Host:\r\n",
+      "Host: 127.0.0.1\r\nHost: evil.example\r\n",
+      "Host: evil.example\r\nHost: 127.0.0.1\r\n",
+      "Host: 127.0.0.1\r\nhost: 127.0.0.1\r\n",
+      "Host: 127.0.0.1\r\n evil.example\r\n",
+      "Host:\r\n 127.0.0.1\r\n",
+      "X: y\r\n\tHost: evil.example\r\n",
+      "Host : 127.0.0.1\r\n",
+      "Host : evil.example\r\n",
+      " Host: evil.example\r\n",
+      "Host\r\n",
+      "X: y\rHost: evil.example\r\n",
+      "Origin: https://evil.example\r\n",
+      "Host: 127.0.0.1:17733\r\noRIGIN: http://127.0.0.1:17733\r\n",
+      "Origin: null\r\n",
+      "Origin:\r\n",
+      "Referer: https://evil.example/page\r\n",
+      "Referer: http://127.0.0.1:17733/\r\n",
+      "Sec-Fetch-Site: cross-site\r\n",
+      "Sec-Fetch-Site: same-origin\r\n",
+      "Sec-Fetch-Site:\r\n",
+      "Sec-Fetch-Site: none\r\nSec-Fetch-Site: cross-site\r\n",
+  };
+  const auto source = std::make_shared<AskedSource>();
+  const RunningGateway server(source);
+  const auto ask = [&](const std::string& method, const std::string& headers) {
+    return server.Ask(method + " /api/timedtext?&v=abc&lang=en HTTP/1.1\r\n" + headers + "\r\n");
+  };
+  for (const std::string& headers : allowed)
+    EXPECT_EQ(ask("GET", headers).Status(), "HTTP/1.1 404 Not Found") << headers;
+  EXPECT_EQ(source->asked, static_cast<int>(allowed.size()));
+  source->asked = 0;
+  for (const std::string& headers : refused) {
+    for (const char* method : {"GET", "HEAD", "OPTIONS", "POST"}) {
+      const Reply reply = ask(method, headers);
+      EXPECT_EQ(reply.Status(), "HTTP/1.1 403 Forbidden") << method << " " << headers;
+      EXPECT_EQ(reply.head.find("Access-Control"), std::string::npos);
+    }
+  }
+  EXPECT_EQ(source->asked, 0) << "before anything is looked for";
 }
 
 TEST(GatewayServer, AnswersAHeadThatIsCutAnywhereWithNothing) {
@@ -68,13 +159,8 @@ TEST(GatewayServer, AnswersAHeadThatIsCutAnywhereWithNothing) {
     ::shutdown(client.Number(), SHUT_WR);
     EXPECT_EQ(ReadReply(client).head, "") << length;
   }
-  for (std::size_t length = 0; length <= request.size(); ++length)
-    SendAll(ConnectTo(server.Port()), request.substr(0, length));
   const Descriptor dripping = ConnectTo(server.Port());
-  for (const char c : request) {
-    SendAll(dripping, {&c, 1});
-    ::poll(nullptr, 0, 1);
-  }
+  for (const char c : request) SendAll(dripping, {&c, 1});
   EXPECT_EQ(ReadReply(dripping).Status(), "HTTP/1.1 200 OK") << "a whole one that drips in is answered";
 }
 
@@ -98,6 +184,97 @@ TEST(GatewayServer, ServesManyAtOnceWithoutMixingThem) {
       EXPECT_TRUE(ReadReply(clients[static_cast<std::size_t>(i)]).body == bytesOf(i))
           << i << " of " << places;
   }
+}
+
+// Keeps everybody who asks until it is opened.
+class Gate final : public gateway::CaptionSource {
+ public:
+  gateway::TrackList Tracks(std::string_view, const gateway::Asker&) override { return {}; }
+  gateway::CaptionText Text(std::string_view, std::string_view, const gateway::Asker&) override {
+    std::unique_lock lock(mutex_);
+    ++inside_;
+    changed_.notify_all();
+    changed_.wait(lock, [this] { return open_; });
+    return {"words", ""};
+  }
+  // Whether so many have come in before the time is over.
+  bool HasIn(int count, std::chrono::milliseconds time) {
+    std::unique_lock lock(mutex_);
+    return changed_.wait_for(lock, time, [&] { return inside_ >= count; });
+  }
+  void Open() {
+    const std::lock_guard lock(mutex_);
+    open_ = true;
+    changed_.notify_all();
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  int inside_ = 0;
+  bool open_ = false;
+};
+
+TEST(GatewayServer, ServesNoMoreAtATimeThanItHasPlaces) {
+  Limits limits;
+  limits.connections = 2;
+  const auto gate = std::make_shared<Gate>();
+  const RunningGateway server(gate, limits);
+  std::vector<Descriptor> clients;
+  for (int i = 0; i < 5; ++i) {
+    clients.push_back(ConnectTo(server.Port()));
+    SendAll(clients.back(), GetRequest("/api/timedtext?&v=abc&lang=en"));
+  }
+  EXPECT_TRUE(gate->HasIn(2, 30s));
+  EXPECT_FALSE(gate->HasIn(3, 200ms));
+  gate->Open();
+  for (const Descriptor& client : clients) EXPECT_EQ(ReadReply(client).body, "words");
+}
+
+TEST(GatewayServer, GivesThePlaceOnAsSoonAsItHasAnswered) {
+  Limits limits;
+  limits.connections = 1;
+  limits.linger = limits.head = 20s;
+  const RunningGateway server(std::make_shared<AskedSource>(), limits);
+  const auto start = std::chrono::steady_clock::now();
+  std::vector<Descriptor> stayOpen;
+  for (const char* request :
+       {"HEAD / HTTP/1.0\r\n\r\n", "GET / HTTP/1.0\r\n\r\n", "GET / HTTP/1.0\r\n\r\n"}) {
+    stayOpen.push_back(ConnectTo(server.Port()));
+    SendAll(stayOpen.back(), request);
+    EXPECT_EQ(ReadReply(stayOpen.back()).Status(), "HTTP/1.1 404 Not Found");
+  }
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 10s);
+}
+
+// Processor time of all threads since the start.
+std::chrono::nanoseconds Used() {
+  timespec used{};
+  ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
+  return std::chrono::seconds(used.tv_sec) + std::chrono::nanoseconds(used.tv_nsec);
+}
+
+TEST(GatewayServer, RestsAfterAClientAndWithoutDescriptors) {
+  Limits limits;
+  limits.connections = 1;
+  limits.head = 400ms;
+  const RunningGateway server(std::make_shared<AskedSource>(), limits);
+  server.List("abc");
+  auto before = Used();
+  const Descriptor silent = ConnectTo(server.Port()), next = ConnectTo(server.Port());
+  SendAll(next, GetRequest("/timedtext?type=list&v=abc"));
+  rlimit files{};
+  ::getrlimit(RLIMIT_NOFILE, &files);
+  const rlimit none{3, files.rlim_max};
+  ::setrlimit(RLIMIT_NOFILE, &none);
+  EXPECT_EQ(ReadReply(silent).head, "");
+  EXPECT_LT(Used() - before, 200ms) << "in 400 ms of silence";
+  before = Used();
+  pollfd answered{next.Number(), POLLIN, 0};
+  EXPECT_EQ(::poll(&answered, 1, 400), 0) << "there is no descriptor for it";
+  EXPECT_LT(Used() - before, 200ms) << "in 400 ms without descriptors";
+  ::setrlimit(RLIMIT_NOFILE, &files);
+  EXPECT_EQ(ReadReply(next).Status(), "HTTP/1.1 200 OK");
 }
 
 TEST(GatewayServer, LetsSlowClientsGo) {
@@ -285,10 +462,13 @@ TEST(GatewayProcess, ServesASocketThatItIsHanded) {
   const std::uint16_t port = PortIn(gateway::AddressOf(listener));
   const std::string handOver = "LISTEN_FDS=1 LISTEN_PID=$$ exec \"$@\"";
   const std::vector<std::string> arguments = {"--folder", RAVELYN_SAMPLES_DIR};
+  const auto flags = [&] { return ::fcntl(listener.Number(), F_GETFL); };
   for (int time = 0; time < 2; ++time) {
     const Descriptor early = ConnectTo(port);  // comes before there is anybody to serve it
+    ::fcntl(listener.Number(), F_SETFL, flags() & ~O_NONBLOCK);
     Process process(handOver, arguments, listener.Number());
     EXPECT_NE(process.ReadLine().find(":" + std::to_string(port) + "/ serves 3 videos"), std::string::npos);
+    EXPECT_NE(flags() & O_NONBLOCK, 0) << "a client that is gone before it is accepted must hold nobody up";
     SendAll(early, GetRequest("/timedtext?type=list&v=hB7rV2kQx0w"));
     EXPECT_EQ(ReadReply(early).Status(), "HTTP/1.1 200 OK");
     EXPECT_EQ(process.End(SIGTERM), 0) << "and the socket lives on for the next";

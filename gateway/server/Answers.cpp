@@ -7,6 +7,7 @@
 #include "gateway/server/request_line.h"
 #include "gateway/server/request_target.h"
 #include "gateway/server/track_list.h"
+#include "gateway/server/who_asks.h"
 
 namespace gateway {
 namespace {
@@ -20,6 +21,8 @@ struct Status {
 
 constexpr Status kFound{"200 OK", "no captions"};
 constexpr Status kBadRequest{"400 Bad Request", "The gateway can't read this request."};
+constexpr Status kForbidden{
+    "403 Forbidden", "The gateway answers only programs of this machine, at 127.0.0.1, localhost or [::1]."};
 constexpr Status kUnknownPath{"404 Not Found", "The gateway serves nothing at this address."};
 constexpr Status kNoText{"404 Not Found", "no captions"};
 constexpr Status kNotAllowed{"405 Method Not Allowed", "The gateway answers only GET and HEAD."};
@@ -87,6 +90,7 @@ Answer TextOf(CaptionSource& source, const CaptionRequest& wanted, const Asker& 
 }
 
 Answer AnswerTo(CaptionSource& source, const RequestHead& head, int connection) {
+  if (!MayAsk(head)) return {kForbidden};
   const auto line = ReadRequestLine(head.line);
   if (!line) return {kBadRequest};
   if (line->method != "GET" && line->method != "HEAD") return {kNotAllowed};

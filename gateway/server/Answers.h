@@ -9,6 +9,7 @@ class Connection;
 
 // Every answer is the last on its connection and names its length, so HTTP/1.0 clients are at home.
 //
+//   not for this asker        403, empty; see who_asks.h
 //   track list                200, text/xml, also for a code that is unknown
 //   timed text                200, text/xml, the document; 404 with an empty body if there is none
 //   any other path            404, empty
