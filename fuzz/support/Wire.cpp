@@ -91,6 +91,8 @@ void SocketCore::Poll() {
 
 bool SocketCore::AwaitActivity(int) const { return true; }
 
+std::size_t SocketCore::BytesToSend() const { return 0; }
+
 bool SocketCore::IsConnected() const { return connection_ && connection_->isConnected; }
 
 std::string_view TCPSocket::Lookahead() const { return std::string_view(received_).substr(receivedFrom_); }

@@ -219,6 +219,7 @@ void HTTPSocket::WaitForPage() {
   std::int64_t deadline = Deadline(timeoutSeconds);
   bool lastConnected = false;
   std::int64_t lastSize = 0;
+  std::size_t lastToSend = 0;
   // A host that need not look at its events sleeps longer than Poll would let it.
   const int longestWait = Platform::Current() ? Platform::Current()->LongestWait() : kPollWait;
   while (!_pageComplete && mErrorCode == 0) {
@@ -227,8 +228,9 @@ void HTTPSocket::WaitForPage() {
     if (_connectionValid != lastConnected) {
       lastConnected = _connectionValid;
       deadline = Deadline(timeoutSeconds);
-    } else if (_pageBuffer->Size() != lastSize) {
+    } else if (_pageBuffer->Size() != lastSize || BytesToSend() != lastToSend) {
       lastSize = _pageBuffer->Size();
+      lastToSend = BytesToSend();
       deadline = Deadline(timeoutSeconds);
     }
     if (timeoutSeconds >= 1 && deadline < Ticks()) {

@@ -1,9 +1,9 @@
 // An HTTP/1.0 client on a plain TCP connection (RFC 1945). No TLS, no redirects, no chunks: a
 // reply ends at its Content-Length or at the peer's close, and every status is a page.
 //
-// The blocking road takes a time-out in seconds and hands the result back. It counts silence, from
-// the last change of the connection or of the body in memory; below 1 there is none. The other road
-// returns at once and raises the events while its user calls Poll.
+// The blocking road takes a time-out in seconds and hands the result back. It counts silence, from the
+// last change of the connection, of what is still to be sent, or of the body in memory; below 1 there
+// is none. The other road returns at once and raises the events while its user calls Poll.
 //
 //   request = method " " path " HTTP/1.0" CRLF headers CRLF CRLF content
 #pragma once

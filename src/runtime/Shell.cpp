@@ -14,7 +14,8 @@ extern char** environ;
 
 namespace {
 
-// Starts /bin/sh -c command in a process group of its own, without input or output; -1 on failure.
+// Starts /bin/sh -c command in a process group of its own, without input, output or any other
+// descriptor of ours; -1 on failure.
 pid_t Spawn(const std::string& command) {
   posix_spawn_file_actions_t files;
   posix_spawnattr_t attributes;
@@ -23,6 +24,7 @@ pid_t Spawn(const std::string& command) {
   for (const int descriptor : {0, 1, 2}) {
     posix_spawn_file_actions_addopen(&files, descriptor, "/dev/null", descriptor ? O_WRONLY : O_RDONLY, 0);
   }
+  posix_spawn_file_actions_addclosefrom_np(&files, 3);
   posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
   posix_spawnattr_setpgroup(&attributes, 0);
   std::string shell = "sh", dash = "-c", text = command;

@@ -88,6 +88,8 @@ struct SocketCore::Connection {
   Endpoints endpoints;  // still to be tried
   tcp::socket socket{Context()};
   std::string toSend;
+  std::size_t sent = 0;  // bytes of toSend that the kernel has taken
+  int sendFailure = 0;   // after which nothing is sent any more
   bool tellConnected = false;
   bool tellSent = false;
   int failure = 0;  // to be told
@@ -96,10 +98,21 @@ struct SocketCore::Connection {
   void StartLookUp(const std::string& address, std::uint16_t port);
   void TryNext(int lastError);
   // Each does what can be done now, waiting for it as long as it may; the last is true if bytes came.
+  bool WantsToSend() const { return sent < toSend.size() && sendFailure == 0; }
+  void Open(const tcp& protocol, asio::error_code& error);
   void AwaitLookUp(int milliseconds);
   void AwaitConnection(int milliseconds);
   bool Receive(std::string& into, int milliseconds);
   void Send();
+  void Queue(std::string_view bytes) {
+    // What was sent goes once it is the greater part: a byte is moved once for each that follows it at most.
+    if (sent > toSend.size() / 2) toSend.erase(0, std::exchange(sent, 0));
+    toSend.append(bytes);
+  }
+  void DropUnsent() {
+    toSend.clear();
+    sent = 0;
+  }
   void Fail(int code) {
     failure = code;
     stage = Stage::Failed;
@@ -133,6 +146,19 @@ void SocketCore::Connection::AwaitLookUp(int milliseconds) {
   TryNext(kErrorNameNotFound);
 }
 
+// A socket that no child process inherits, from its first moment on.
+void SocketCore::Connection::Open(const tcp& protocol, asio::error_code& error) {
+  const int type = SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK;
+  const int descriptor = ::socket(protocol.family(), type, protocol.protocol());
+  if (descriptor < 0) {
+    error.assign(errno, asio::error::get_system_category());
+    return;
+  }
+  socket.assign(protocol, descriptor, error);
+  if (error) ::close(descriptor);
+  if (!error) socket.non_blocking(true, error);
+}
+
 // Begins a connection to the next endpoint; with none left the last error is the connection's.
 void SocketCore::Connection::TryNext(int lastError) {
   while (!endpoints.empty()) {
@@ -140,8 +166,7 @@ void SocketCore::Connection::TryNext(int lastError) {
     endpoints.erase(endpoints.begin());
     asio::error_code error;
     socket.close(error);
-    socket.open(peer.protocol(), error);
-    if (!error) socket.non_blocking(true, error);
+    Open(peer.protocol(), error);
     lastError = error.value();
     if (error) continue;
     stage = Stage::Connecting;
@@ -165,22 +190,26 @@ void SocketCore::Connection::AwaitConnection(int milliseconds) {
 
 bool SocketCore::Connection::Receive(std::string& into, int milliseconds) {
   static thread_local std::array<char, kReceiveAtOnce> bytes;
-  if (!Await(socket.native_handle(), toSend.empty() ? POLLIN : POLLIN | POLLOUT, milliseconds)) return false;
+  if (!Await(socket.native_handle(), WantsToSend() ? POLLIN | POLLOUT : POLLIN, milliseconds)) return false;
   Send();
   asio::error_code error;
   const std::size_t got = socket.read_some(asio::buffer(bytes), error);
   if (error && !IsForLater(error)) Fail(CodeOf(error));
+  // The system tells once why it could not send; after that a reset reads like an orderly end.
+  if (sendFailure != 0 && got == 0) Fail(sendFailure);
   into.append(bytes.data(), got);
   return got > 0;
 }
 
+// A failure is reported by the reading side, after the bytes that the peer sent before it.
 void SocketCore::Connection::Send() {
-  if (stage != Stage::Connected || toSend.empty()) return;
+  if (stage != Stage::Connected || !WantsToSend()) return;
   asio::error_code error;
-  toSend.erase(0, socket.write_some(asio::buffer(toSend), error));
-  // A failure to send is told by the reading side, behind the bytes that the peer sent before it.
-  if (error && !IsForLater(error)) toSend.clear();
-  tellSent |= toSend.empty();
+  sent += socket.write_some(asio::buffer(toSend.data() + sent, toSend.size() - sent), error);
+  if (error && !IsForLater(error)) sendFailure = error.value();
+  if (sent < toSend.size()) return;
+  DropUnsent();
+  tellSent = true;
 }
 
 SocketCore::SocketCore() = default;
@@ -203,7 +232,7 @@ void SocketCore::Close() {
 void SocketCore::Purge() {
   received_.clear();
   receivedFrom_ = 0;
-  if (connection_) connection_->toSend.clear();
+  if (connection_) connection_->DropUnsent();
 }
 
 void SocketCore::Poll() {
@@ -218,7 +247,7 @@ void SocketCore::Poll() {
   if (isSame() && c->stage == Stage::Connected && c->Receive(received_, kPollWait)) Event_DataAvailable();
   if (!isSame() || c->failure == 0) return;
   lastError_ = c->failure;
-  const bool cancelled = !c->toSend.empty();
+  const bool cancelled = c->sent < c->toSend.size();
   SocketCore::Close();
   if (cancelled) Event_SendComplete(true);
   Event_Error();
@@ -230,8 +259,12 @@ bool SocketCore::AwaitActivity(int milliseconds) const {
   if (connection_->tellConnected || connection_->tellSent) return true;
   const bool lookingUp = connection_->stage == Stage::LookingUp;
   const int descriptor = lookingUp ? connection_->lookUp->done : connection_->socket.native_handle();
-  const bool toWrite = connection_->stage == Stage::Connecting || !connection_->toSend.empty();
+  const bool toWrite = connection_->stage == Stage::Connecting || connection_->WantsToSend();
   return Await(descriptor, toWrite ? POLLIN | POLLOUT : POLLIN, milliseconds);
+}
+
+std::size_t SocketCore::BytesToSend() const {
+  return connection_ ? connection_->toSend.size() - connection_->sent : 0;
 }
 
 bool SocketCore::IsConnected() const {
@@ -256,7 +289,7 @@ std::string TCPSocket::Read(std::int64_t count) {
 
 void TCPSocket::Write(std::string_view bytes) {
   if (!connection_) return;
-  connection_->toSend.append(bytes);
+  connection_->Queue(bytes);
   connection_->Send();
 }
 

@@ -41,13 +41,15 @@ class SocketCore {
   bool AwaitActivity(int milliseconds) const;
 
   bool IsConnected() const;
+  // Bytes that were written and that the kernel has not taken yet.
+  std::size_t BytesToSend() const;
   int LastErrorCode() const { return lastError_; }
 
  protected:
   virtual void Event_Connected() {}
   virtual void Event_DataAvailable() {}
   virtual void Event_Error() {}
-  // cancelled says that the connection went before all was sent.
+  // cancelled says that the connection went before all was sent; Event_Error follows.
   virtual void Event_SendComplete(bool cancelled) { static_cast<void>(cancelled); }
   void SetLastErrorCode(int code) { lastError_ = code; }
 

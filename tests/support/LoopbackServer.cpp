@@ -33,12 +33,12 @@ void AwaitTaken(int connection, const std::atomic<bool>& stop) {
 
 std::size_t AnnouncedLength(const std::string& headers) {
   const std::size_t at = headers.find("Content-length: ");
-  return at == std::string::npos ? 0 : std::stoul(headers.substr(at + 16));
+  return at == std::string::npos ? 0 : std::stoul(headers.substr(at + 16, 20));
 }
 
 std::string ReadRequest(int connection, const std::atomic<bool>& stop) {
   std::string request;
-  char bytes[4096];
+  char bytes[64 * 1024];
   while (!stop) {
     const std::size_t end = request.find("\r\n\r\n");
     if (end != std::string::npos && request.size() >= end + 4 + AnnouncedLength(request)) break;
