@@ -6,9 +6,11 @@
 
 #include <algorithm>
 #include <chrono>
+#include <functional>
 #include <random>
 
 #include "runtime/Text.h"
+#include "support/FakePlatform.h"
 
 namespace {
 
@@ -188,6 +190,25 @@ TEST(Headers, AgreeWithAPlainListOverRandomChanges) {
       ASSERT_EQ(ValuesOf(h, each), expected) << "step " << step;
       ASSERT_EQ(h._HasHeader(each), !m.Of(each).empty());
     }
+  }
+}
+
+TEST(Headers, AreWalkedWithAYieldAtEach) {
+  FakePlatform host;
+  const Application app(host);
+  InternetHeaders h =
+      Made({{"Received", "1"}, {"Received", "2"}, {"To", "3"}, {"X", "4"}, {"Received", "5"}});
+  const std::pair<std::function<void()>, int> walks[] = {
+      {[&] { h._FormatHTTPHeaders(); }, 5},
+      {[&] { h._FormatEmailHeaders(); }, 3 + 1 + 5},
+      {[&] { h.CommaSeparatedValues("received"); }, 3},
+      {[&] { h.Delete("Received", 0); }, 2},
+      {[&] { h.Delete("Received"); }, 2},
+  };
+  for (const auto& [walk, passes] : walks) {
+    host.yields = 0;
+    walk();
+    EXPECT_EQ(host.yields, passes);
   }
 }
 

@@ -1,13 +1,28 @@
 // Requests on the wire and replies that are as they should be, on both roads.
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
+#include <cerrno>
 #include <utility>
 
 #include "http/HTTPSocket.h"
 #include "runtime/Text.h"
 #include "support/LoopbackServer.h"
 #include "support/TemporaryFolder.h"
+
+// Closing the file at this path fails, once what it holds was written.
+static thread_local std::string closesBadly;
+extern "C" int close(int descriptor) {
+  static const auto real = reinterpret_cast<decltype(&close)>(::dlsym(RTLD_NEXT, "close"));
+  struct stat bad, own;
+  const bool fails = !closesBadly.empty() && ::stat(closesBadly.c_str(), &bad) == 0 &&
+                     ::fstat(descriptor, &own) == 0 && own.st_ino == bad.st_ino && bad.st_size > 0;
+  const int closed = real(descriptor);
+  if (fails) errno = EDQUOT;
+  return fails ? -1 : closed;
+}
 
 namespace {
 
@@ -107,6 +122,10 @@ TEST_F(HTTP, AsksAProxyForTheWholeURL) {
   EXPECT_EQ(socket.Get("http://far.example:8080/p?q", kPatience), "via");
   EXPECT_EQ(server.Requests(), Lines({"GET http://far.example:8080/p?q HTTP/1.0\r\n" + kDefaults +
                                       "Host: far.example:8080\r\n\r\n"}));
+  HTTPSocket fresh;
+  fresh.HTTPProxyAddress = "\x01";
+  fresh.Get("http://far.example:8080/p?q", 1);
+  EXPECT_EQ(fresh.Port, 80) << "of a proxy without a port";
 }
 
 TEST_F(HTTP, HeadHasHeadersAndNoBody) {
@@ -117,6 +136,7 @@ TEST_F(HTTP, HeadHasHeadersAndNoBody) {
   EXPECT_EQ(headers->_FormatHTTPHeaders(), "Content-Length: 99\r\nX: y");
   EXPECT_EQ(server.Requests(), Lines({"HEAD /h HTTP/1.0\r\n" + kDefaults + HostLine() + "\r\n\r\n"}));
   EXPECT_EQ(socket.ErrorCode(), 0);
+  EXPECT_EQ(socket.GetHeaders("127.0.0.1:1/", kPatience), nullptr) << "these are of the request before";
 }
 
 TEST_F(HTTP, EveryStatusIsAPage) {
@@ -201,7 +221,15 @@ TEST_F(HTTP, OneObjectMakesManyRequests) {
   EXPECT_EQ(socket.Get(Url("/3"), kPatience), "");
   EXPECT_EQ(socket.Get(Url("/4"), kPatience), "4");
   EXPECT_EQ(socket.Get("127.0.0.1:1/", kPatience), "") << "nothing of the earlier page";
+  EXPECT_EQ(socket.ErrorCode(), ECONNREFUSED);
   EXPECT_EQ(socket.HTTPStatusCode(), 200) << "of the last reply until a connection stands";
+}
+
+TEST_F(HTTP, ALengthThatWasNotReachedBoundsNoLaterPage) {
+  server.Answer("HTTP/1.0 200 OK\r\nContent-Length: 99\r\n\r\nhello");
+  server.Answer(OpenPage(std::string(100'000, 'b')));
+  EXPECT_EQ(socket.Get(Url("/"), kPatience), "hello");
+  EXPECT_EQ(socket.Get(Url("/"), kPatience), std::string(100'000, 'b'));
 }
 
 TEST_F(HTTP, DownloadsIntoAFile) {
@@ -218,7 +246,7 @@ TEST_F(HTTP, DownloadsIntoAFile) {
   EXPECT_EQ(socket.ErrorCode(), kErrorDownloadFile);
   EXPECT_EQ(server.Requests().size(), before) << "no connection";
   EXPECT_FALSE(socket.Get(Url("/"), std::make_shared<FolderItem>("/dev/full"), kPatience));
-  EXPECT_EQ(socket.ErrorCode(), kErrorDownloadFile);
+  EXPECT_EQ(socket.ErrorCode(), ENOSPC);
 }
 
 // The event road: what was raised, one line each.
@@ -266,6 +294,18 @@ TEST_F(Events, ComeInOrder) {
   EXPECT_EQ(Wait(), Lines({"error 10004"}));
   EXPECT_EQ(socket.Get(Url("/4"), kPatience), "open");
   EXPECT_EQ(seen, Lines()) << "the blocking road raises none";
+}
+
+// As a disk does that keeps a quota only when the file is closed.
+TEST_F(Events, ADownloadThatCantBeClosedIsAnError) {
+  server.Answer(Page("body"));
+  closesBadly = folder / "f";
+  EXPECT_FALSE(socket.Get(Url("/"), File("f"), kPatience));
+  EXPECT_EQ(socket.ErrorCode(), EDQUOT);
+  socket.Get(Url("/"), File("f"));
+  EXPECT_EQ(Wait().back(), "error " + std::to_string(EDQUOT));
+  closesBadly.clear();
+  EXPECT_TRUE(socket.Get(Url("/"), File("f"), kPatience));
 }
 
 TEST_F(Events, AHandlerMayAskForTheNextPage) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <new>
 
 #include "runtime/Dictionary.h"
 #include "runtime/Digest.h"
@@ -53,6 +54,9 @@ TEST(Text, SplitsIntoOnePieceMoreThanDelimiters) {
   EXPECT_EQ(Split("a ||| b|| c", " ||| "), StringArray({"a", "b|| c"}));
   EXPECT_EQ(Split("aVbv", "v"), StringArray({"aVb", ""}));
   EXPECT_EQ(Split("a:b", ""), StringArray({"a:b"}));
+  EXPECT_EQ(CreateArray(0), Split("", ":"));
+  EXPECT_EQ(CreateArray(-1).size() + CreateArray(INT64_MIN).size(), 0u);
+  EXPECT_THROW(CreateArray(INT64_MAX), std::bad_alloc);
 }
 
 TEST(Text, PositionsCountBytesFromOne) {

@@ -64,8 +64,9 @@ bool HTTPSocket::SendRequest(const std::string& method, const std::string& url, 
 }
 
 HTTPSocket::HeadersPtr HTTPSocket::GetHeaders(const std::string& url, std::int64_t timeout) {
+  const HeadersPtr earlier = _pageHeaders;  // which stay until a connection stands
   SendRequest("HEAD", url, timeout);
-  return _pageHeaders;
+  return _pageHeaders == earlier ? nullptr : _pageHeaders;
 }
 
 void HTTPSocket::SendRequest(const std::string& method, const std::string& url, const FolderItemPtr& file) {
@@ -172,7 +173,7 @@ void HTTPSocket::_ParseURL(const std::string& url) {
 }
 
 bool HTTPSocket::_SetDownloadFile(const FolderItemPtr& file) {
-  _KillDownloadStream();
+  _KillDownloadStream();  // of an earlier request, whose failure is not this one's
   if (!file) return true;
   const auto failed = [this] {
     SetError(kErrorDownloadFile);
@@ -191,9 +192,15 @@ bool HTTPSocket::_SetDownloadFile(const FolderItemPtr& file) {
   return true;
 }
 
-void HTTPSocket::_KillDownloadStream() {
+int HTTPSocket::_KillDownloadStream() {
   _downloadFile = nullptr;
-  if (const auto stream = std::move(_downloadStream)) stream->Close();
+  const auto stream = std::move(_downloadStream);
+  try {
+    if (stream) stream->Close();
+  } catch (const IOException& e) {
+    return e.ErrorNumber();
+  }
+  return 0;
 }
 
 void HTTPSocket::_SendRequest(const std::string& action) {

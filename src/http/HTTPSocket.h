@@ -20,9 +20,10 @@
 #include "runtime/Streams.h"
 #include "runtime/TCPSocket.h"
 
-// ErrorCode beyond 0, none, and the socket's LastErrorCode of a connection that never stood.
+// ErrorCode beyond 0, none, the socket's LastErrorCode of a connection that never stood, and the errno with
+// which a download's file could not take the bytes (a full disk, a quota).
 inline constexpr int kErrorTimeOut = -1;
-inline constexpr int kErrorDownloadFile = 1;  // is a folder, or can't be created, opened or written
+inline constexpr int kErrorDownloadFile = 1;  // is a folder, or can't be created or opened
 // These two stand in LastErrorCode as well.
 inline constexpr int kErrorBadURL = 10004;         // method or URL hold CR, LF or NUL: not sent
 inline constexpr int kErrorReplyTooLarge = 10005;  // past a limit below: closed, the body dropped
@@ -48,7 +49,7 @@ class HTTPSocket : public TCPSocket {
   bool Post(const std::string& url, const FolderItemPtr& file, std::int64_t timeoutSeconds);
   bool SendRequest(const std::string& method, const std::string& url, const FolderItemPtr& file,
                    std::int64_t timeoutSeconds);
-  // nil if none came.
+  // nil if none came for this request.
   HeadersPtr GetHeaders(const std::string& url, std::int64_t timeoutSeconds);
 
   void Get(const std::string& url) { SendRequest("GET", url); }
@@ -107,7 +108,8 @@ class HTTPSocket : public TCPSocket {
   void _DoConnect(const std::string& url, const std::string& action, FolderItemPtr file);
   void _ParseURL(const std::string& url);
   bool _SetDownloadFile(const FolderItemPtr& file);
-  void _KillDownloadStream();
+  // The errno if the file could not be closed well, 0 if it could.
+  int _KillDownloadStream();
   void _SendRequest(const std::string& action);
   void _HandleNewData();
   void _ParseHeaders(const std::string& text);

@@ -94,11 +94,11 @@ void HTTPSocket::_ProcessData(const std::string& data) {
   }
   try {
     (_downloadStream ? _downloadStream : _pageBufferStream)->Write(data);
-  } catch (const IOException&) {
+  } catch (const IOException& e) {
     // The disk is full, say: nothing more can be kept of this download.
     Close();
     _KillDownloadStream();
-    return SetError(kErrorDownloadFile);
+    return SetError(e.ErrorNumber());
   }
   if (!synchronous && ReceiveProgress) ReceiveProgress(_currentLength, _totalLength, data);
   if ((_httpStatusCode == 401 || _httpStatusCode == 407) && !IsConnected()) return _ProcessPage();
@@ -112,7 +112,7 @@ void HTTPSocket::_ProcessPage() {
   if (_pageComplete) return;
   _pageComplete = true;
   const FolderItemPtr file = _downloadFile;
-  _KillDownloadStream();
+  if (const int error = _KillDownloadStream()) return SetError(error);
   if (_httpAction == "HEAD" || synchronous) return;
   if (file) {
     if (DownloadComplete) DownloadComplete(_processingURL, _httpStatusCode, _pageHeaders, file);

@@ -38,10 +38,17 @@ void InternetHeaders::SetHeader(const std::string& name, const std::string& valu
   }
 }
 
+// The last one goes first, so that no gap is open while the yield lets others look.
 void InternetHeaders::Delete(const std::string& name) {
-  const std::int64_t count = NameCount(name);
-  for (std::int64_t i = 0; i < count; ++i) _Headers.Remove(KeyOf(name, i));
-  counts_.erase(Lowercase(name));
+  while (const std::int64_t count = NameCount(name)) {
+    RemoveLast(name, count);
+    RuntimeBackgroundTask();
+  }
+}
+
+void InternetHeaders::RemoveLast(const std::string& name, std::int64_t count) {
+  _Headers.Remove(KeyOf(name, count - 1));
+  if (--counts_[Lowercase(name)] == 0) counts_.erase(Lowercase(name));
 }
 
 void InternetHeaders::Delete(const std::string& name, std::int64_t index) {
@@ -49,9 +56,9 @@ void InternetHeaders::Delete(const std::string& name, std::int64_t index) {
   if (index < 0 || index >= count) return;
   for (std::int64_t next = index + 1; next < count; ++next) {
     _Headers.SetValue(KeyOf(name, next - 1), _Headers.Value(KeyOf(name, next)));
+    RuntimeBackgroundTask();
   }
-  _Headers.Remove(KeyOf(name, count - 1));
-  if (--counts_[Lowercase(name)] == 0) counts_.erase(Lowercase(name));
+  RemoveLast(name, count);
 }
 
 void InternetHeaders::DeleteAllHeaders() {
@@ -80,7 +87,10 @@ std::int64_t InternetHeaders::NameCount(const std::string& name) const {
 
 std::string InternetHeaders::CommaSeparatedValues(const std::string& name) const {
   std::string values;
-  for (std::int64_t i = 0; i < NameCount(name); ++i) values += (i ? ", " : "") + Value(name, i);
+  for (std::int64_t i = 0; i < NameCount(name); ++i) {
+    values += (i ? ", " : "") + Value(name, i);
+    RuntimeBackgroundTask();
+  }
   return values;
 }
 
@@ -102,7 +112,10 @@ void InternetHeaders::_ParseHeaders(const std::string& text) {
 
 std::string InternetHeaders::_FormatHTTPHeaders() const {
   std::string out;
-  for (std::int64_t i = 0; i < Count(); ++i) out.append(kCRLF).append(Name(i)).append(": ").append(Value(i));
+  for (std::int64_t i = 0; i < Count(); ++i) {
+    out.append(kCRLF).append(Name(i)).append(": ").append(Value(i));
+    RuntimeBackgroundTask();
+  }
   return Mid(out, LenB(kCRLF) + 1);
 }
 
@@ -113,7 +126,10 @@ std::string InternetHeaders::_FormatEmailHeaders() const {
     out.append(kCRLF).append(name).append(": ").append(value);
   };
   if (_HasHeader("Return-Path")) line("Return-Path", Value("Return-Path"));
-  for (std::int64_t i = 0; i < NameCount("Received"); ++i) line("Received", Value("Received", i));
+  for (std::int64_t i = 0; i < NameCount("Received"); ++i) {
+    line("Received", Value("Received", i));
+    RuntimeBackgroundTask();
+  }
   for (const char* name : {"Date", "Subject", "From"}) {
     if (_HasHeader(name)) line(name, Value(name));
   }
@@ -122,6 +138,7 @@ std::string InternetHeaders::_FormatEmailHeaders() const {
   }
   for (std::int64_t i = 0; i < Count(); ++i) {
     if (InStr(0, kPlaced, ":" + Name(i) + ":") == 0) line(Name(i), Value(i));
+    RuntimeBackgroundTask();
   }
   return Mid(out, LenB(kCRLF) + 1);
 }

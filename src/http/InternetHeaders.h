@@ -5,8 +5,8 @@
 //   line   = name ":" blanks value       in that order of preference; a line without a colon,
 //          | ( " " | TAB ) more          such as a status line, is passed over
 //
-// The headers of one name have the indexes 0, 1, 2, ... without a gap. A name holds no colon;
-// what stands behind one in a name that is handed in is dropped.
+// What walks the headers yields at each of them. The headers of one name have the indexes 0, 1, 2, ...
+// without a gap. A name holds no colon; what stands behind one in a name that is handed in is dropped.
 #pragma once
 
 #include <cstdint>
@@ -53,6 +53,8 @@ class InternetHeaders {
   static std::string _DetermineEOLCharacter(std::string_view text);
 
  private:
+  // Of the count that it has.
+  void RemoveLast(const std::string& name, std::int64_t count);
   Dictionary _Headers;  // under "X", "X:1", "X:2", ...
   std::string _rawHeaders;
   // How many headers a name has, by its lower-case form: what the keys tell, without the walk.

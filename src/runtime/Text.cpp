@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <new>
 
 namespace {
 
@@ -75,7 +76,9 @@ StringArray Split(std::string_view source, std::string_view delimiter) {
 }
 
 StringArray CreateArray(std::int64_t upperBound) {
-  return StringArray(static_cast<std::size_t>(std::max<std::int64_t>(upperBound + 1, 0)));
+  const std::size_t count = upperBound < 0 ? 0 : static_cast<std::size_t>(upperBound) + 1;
+  if (count > StringArray().max_size()) throw std::bad_alloc();
+  return StringArray(count);
 }
 
 std::string Chr(std::int64_t code) {

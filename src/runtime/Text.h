@@ -27,7 +27,7 @@ std::string ReplaceLineEndings(std::string source, std::string_view lineEnding);
 // pieces, so "" gives one empty piece. An empty delimiter does not occur.
 StringArray Split(std::string_view source, std::string_view delimiter);
 
-// New array with indexes 0 to upperBound; empty for -1.
+// New array with indexes 0 to upperBound; empty for -1. Raises std::bad_alloc where memory can't hold it.
 StringArray CreateArray(std::int64_t upperBound);
 template <typename T>
 std::int64_t Ubound(const std::vector<T>& array) {
