@@ -1,18 +1,38 @@
 // Files on a real disk: replaced whole or not at all, read within bounds, named plainly.
 
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <functional>
+#include <utility>
 
+#include "runtime/Application.h"
 #include "runtime/FolderItem.h"
 #include "runtime/Streams.h"
 #include "runtime/exceptions.h"
+#include "support/FakePlatform.h"
 #include "support/TemporaryFolder.h"
+
+// What was done to files by name, in order.
+static thread_local std::vector<std::string> done;
+extern "C" int fsync(int descriptor) {
+  struct stat found {};
+  ::fstat(descriptor, &found);
+  done.push_back("fsync " + std::to_string(found.st_size));
+  return reinterpret_cast<decltype(&fsync)>(::dlsym(RTLD_NEXT, "fsync"))(descriptor);
+}
+extern "C" int renameat(int fromFolder, const char* from, int toFolder, const char* to) {
+  done.push_back("rename " + std::string(to));
+  return reinterpret_cast<decltype(&renameat)>(::dlsym(RTLD_NEXT, "renameat"))(fromFolder, from, toFolder,
+                                                                               to);
+}
 
 namespace {
 
@@ -53,6 +73,63 @@ TEST(Saving, TheOldFileIsWholeUntilClose) {
   EXPECT_THROW(stream->Close(), IOException);
 }
 
+TEST(Saving, TheBytesReachTheDiskBeforeTheName) {
+  const TemporaryFolder folder;
+  done.clear();
+  EXPECT_EQ(Save(folder / "a.txt", "five\n"), 0);
+  EXPECT_EQ(done, (std::vector<std::string>{"fsync 5", "rename a.txt"}));
+}
+
+// A pipe that the test reads, and a program that goes on meanwhile.
+struct Pipes : testing::Test {
+  Pipes() {
+    ::mkfifo(path.c_str(), 0600);
+    reader = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  }
+  const TemporaryFolder folder;
+  const std::string path = folder / "pipe", text = std::string(300'000, 'p') + "end";
+  int reader = -1;
+  FakePlatform host;
+  Application app{host};
+};
+
+TEST_F(Pipes, WhoseReaderGoesAreAnError) {
+  const auto stream = TextOutputStream::Create(At(path));
+  stream->Write("short");
+  host.onYield = [&] { ::close(std::exchange(reader, -1)); };
+  EXPECT_EQ(Save(path, text), EPIPE) << "goes while it is waited for";
+  try {
+    stream->Close();
+    ADD_FAILURE() << "has gone before";
+  } catch (const IOException& e) {
+    EXPECT_EQ(e.ErrorNumber(), EPIPE);
+  }
+}
+
+TEST_F(Pipes, AreFilledAsFastAsTheyAreRead) {
+  std::string taken(2 * text.size(), '\0');
+  std::size_t length = 0;
+  const auto take = [&] {
+    const ssize_t got = ::read(reader, taken.data() + length, 50'000);
+    length += got > 0 ? static_cast<std::size_t>(got) : 0;
+    return got > 0;
+  };
+  host.onYield = take;
+  EXPECT_EQ(Save(path, text), 0);
+  while (take()) continue;
+  EXPECT_TRUE(taken.substr(0, length) == text);
+}
+
+TEST_F(Pipes, ThatNobodyReadsAreLeftByQuitting) {
+  bool wentOn = false;
+  host.onYield = [&] {
+    if (host.yields == 3) app.Quit();
+  };
+  app.Dispatch(nullptr, [&] { Save(path, text), wentOn = true; });
+  EXPECT_FALSE(wentOn);
+  EXPECT_EQ(host.calls, std::vector<std::string>()) << "without a message";
+}
+
 TEST(Saving, ADroppedStreamLeavesNothing) {
   const TemporaryFolder folder;
   WriteFile(folder / "old.txt", "old");
@@ -82,7 +159,7 @@ TEST(Saving, LinksAreFollowedAndStay) {
 
 TEST(Saving, ModeIsKeptAndANewFileObeysTheMask) {
   const TemporaryFolder folder;
-  for (const mode_t mode : {0600u, 0644u, 0755u, 0640u}) {
+  for (const mode_t mode : {0600u, 0644u, 0755u, 0640u, 02755u}) {
     WriteFile(folder / "a", "old");
     ::chmod((folder / "a").c_str(), mode);
     EXPECT_EQ(Save(folder / "a", "new"), 0);
@@ -122,12 +199,12 @@ TEST(Saving, TheItemKnowsWhyItsStreamFailed) {
   EXPECT_EQ(IOException(ENOSPC).what(), "No space left on device"s);
 }
 
-// Runs body as a user without rights to anything of ours; permission bits are no obstacle to root.
+// Runs body as a user whom permission bits stop, as they don't stop root.
 int AsNobody(const std::function<int()>& body) {
   const pid_t child = ::fork();
   if (child == 0) {
-    const bool dropped = ::setgid(65534) == 0 && ::setuid(65534) == 0;
-    ::_exit(dropped || ::getuid() != 0 ? body() : 99);
+    const bool dropped = ::getuid() != 0 || (::setgid(65534) == 0 && ::setuid(65534) == 0);
+    ::_exit(dropped ? body() : 99);
   }
   int status = 0;
   ::waitpid(child, &status, 0);
@@ -135,16 +212,23 @@ int AsNobody(const std::function<int()>& body) {
 }
 
 TEST(Saving, WritesInPlaceWhereTheFolderTakesNoFile) {
-  if (::getuid() != 0) GTEST_SKIP() << "needs a second user";
   const TemporaryFolder folder;
   for (const char* name : {"open", "locked"}) WriteFile(folder / name, "the old and longer text");
-  ::chmod(folder.Path().c_str(), 0755);
+  ::chmod(folder.Path().c_str(), 0555);
   ::chmod((folder / "open").c_str(), 0666);
   ::chmod((folder / "locked").c_str(), 0444);
   EXPECT_EQ(AsNobody([&] { return Save(folder / "open", "new"); }), 0);
   EXPECT_EQ(ReadFile(folder / "open"), "new");
   EXPECT_EQ(AsNobody([&] { return Save(folder / "open", std::string(5000, 'x')); }), 0);
   EXPECT_EQ(ReadFile(folder / "open"), std::string(5000, 'x'));
+  const auto onAFullDisk = [&] {
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit most{6000, 6000};
+    ::setrlimit(RLIMIT_FSIZE, &most);
+    return Save(folder / "open", std::string(9000, 'y'));
+  };
+  EXPECT_EQ(AsNobody(onAFullDisk), EFBIG);
+  EXPECT_EQ(ReadFile(folder / "open"), std::string(5000, 'x')) << "its room is reserved first";
   EXPECT_EQ(AsNobody([&] { return Save(folder / "locked", "new"); }), EACCES);
   EXPECT_EQ(AsNobody([&] { return Save(folder / "made", "new"); }), EACCES);
   EXPECT_EQ(ReadFile(folder / "locked"), "the old and longer text");
@@ -153,7 +237,7 @@ TEST(Saving, WritesInPlaceWhereTheFolderTakesNoFile) {
   EXPECT_EQ(AsNobody([&] { return Save(folder / "open", "mine?"); }), 0);
   struct stat found {};
   ::stat((folder / "open").c_str(), &found);
-  EXPECT_EQ(found.st_uid, 0u) << "the owner is kept";
+  EXPECT_EQ(found.st_uid, ::getuid()) << "the owner is kept";
   EXPECT_EQ(folder.Count(), 2u);
 }
 
@@ -235,6 +319,11 @@ TEST(Names, BecomePlain) {
       {"a\xE2\x81\xA6"
        "b\xD8\x9C\xEF\xBB\xBF\xC2\x85",
        "a_b___"},
+      {"\x1F\xC2\x80\xC2\x9F\xC2\xAD \xE2\x80\x8B\xE2\x80\x8F \xE2\x80\xA8\xE2\x80\xAE "
+       "\xE2\x81\xA0\xE2\x81\xAF",
+       "____ __ __ __"},  // first and last of what is dropped, then what stands next to it
+      {" \xC2\xA0\xE2\x80\x8A\xE2\x80\x90\xE2\x80\xA7\xE2\x80\xAF\xE2\x81\x9F\xE2\x81\xB0",
+       " \xC2\xA0\xE2\x80\x8A\xE2\x80\x90\xE2\x80\xA7\xE2\x80\xAF\xE2\x81\x9F\xE2\x81\xB0"},
       {".hidden", "_.hidden"},
       {"..txt", "_.txt"},
       {"...a.srt", "___a.srt"},

@@ -108,6 +108,25 @@ TEST(RegEx, GivesUpWhatRunsAway) {
   EXPECT_LT(Clock::now() - start, std::chrono::milliseconds(1500));
 }
 
+// Searches that are slow, but none of which goes past the limit by itself.
+TEST(RegEx, GivesUpWhenAllSearchesTogetherTakeTooLong) {
+  std::string target = "aaaaaaaaaaaaaaaa!";
+  for (auto taken = Clock::duration(); taken < std::chrono::milliseconds(50) && target.size() < 60;) {
+    target.insert(0, "a");
+    const auto start = Clock::now();
+    EXPECT_EQ(Found("(a+)+$", target), "");
+    taken = Clock::now() - start;
+  }
+  RegEx regex;
+  regex.SearchPattern = "(a+)+$";
+  int searches = 0;
+  try {
+    while (++searches < 100) regex.Search(target);
+  } catch (const RegExMatchLimitException&) {
+  }
+  EXPECT_LT(searches, 100);
+}
+
 // A pattern that is too large once it has a callout at each item: no match came out of that, and none is
 // reported.
 TEST(RegEx, GivesUpWhatCanNotBeWatched) {

@@ -1,13 +1,16 @@
 #include "runtime/FileReplacement.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <climits>
+#include <csignal>
 #include <cstdlib>
 #include <random>
 
+#include "runtime/Application.h"
 #include "runtime/exceptions.h"
 
 namespace {
@@ -42,12 +45,40 @@ std::string FreshName() {
   return name;
 }
 
+// The reader of a pipe may go. That is an error, not the end of the program: the signal that comes with it is
+// held back and taken away.
+ssize_t WriteWithoutSignal(int descriptor, std::string_view bytes) {
+  sigset_t pipe, before;
+  ::sigemptyset(&pipe);
+  ::sigaddset(&pipe, SIGPIPE);
+  ::pthread_sigmask(SIG_BLOCK, &pipe, &before);
+  const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+  const int error = errno;
+  const timespec now{};
+  while (written < 0 && error == EPIPE && ::sigtimedwait(&pipe, nullptr, &now) < 0 && errno == EINTR)
+    continue;
+  ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  errno = error;
+  return written;
+}
+
+// A pipe takes bytes when its reader likes. Meanwhile the events come, and the user can leave.
+void AwaitRoom(int descriptor) {
+  RuntimeBackgroundTask();
+  pollfd waiting{descriptor, POLLOUT, 0};
+  ::poll(&waiting, 1, 10);
+}
+
 }  // namespace
 
 void WriteAll(int descriptor, std::string_view bytes) {
   while (!bytes.empty()) {
-    const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+    const ssize_t written = WriteWithoutSignal(descriptor, bytes);
     if (written < 0 && errno == EINTR) continue;
+    if (written < 0 && errno == EAGAIN) {
+      AwaitRoom(descriptor);
+      continue;
+    }
     if (written < 0) throw IOException(errno);
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }
@@ -96,7 +127,7 @@ bool FileReplacement::TakeModeAndOwner() {
 }
 
 void FileReplacement::OpenInPlace() {
-  // O_NONBLOCK: a pipe that nobody reads is an error, not a wait.
+  // O_NONBLOCK: a pipe that nobody has opened for reading is an error, not a wait.
   descriptor_ = ::openat(folder_, NameOf(target_).c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
   if (descriptor_ < 0) throw IOException(errno);
 }
@@ -129,7 +160,6 @@ void FileReplacement::CommitInPlace() {
       throw IOException(error);
     }
   }
-  ::fcntl(descriptor_, F_SETFL, 0);
   WriteAll(descriptor_, inPlace_);
   if (S_ISREG(old_.st_mode) && ::ftruncate(descriptor_, size) != 0) throw IOException(errno);
 }

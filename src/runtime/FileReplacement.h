@@ -6,7 +6,8 @@
 #include <string>
 #include <string_view>
 
-// All bytes to an open file; raises IOException.
+// All bytes to an open file; raises IOException. Where a pipe that doesn't block takes no more, events are
+// delivered until it does.
 void WriteAll(int descriptor, std::string_view bytes);
 
 class FileReplacement {

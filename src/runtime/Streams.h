@@ -18,7 +18,8 @@ class MemoryBlock;
 // whole or not at all: what stood there before is untouched until then, and stays if anything
 // fails. A link is followed once, at the start; mode and owner of an old file are kept, a new
 // one has what the umask gives. Where no file can be made beside the target, and for a target
-// that is no plain file, the bytes are kept in memory and written in place at Close.
+// that is no plain file, the bytes are kept in memory and written in place at Close. That may wait for the
+// reader of a pipe, with events and yields.
 class TextOutputStream {
  public:
   // Raises IOException with the errno, which is then the file's LastErrorCode too;
