@@ -1,40 +1,15 @@
 // From the bytes of a caption file to the cues that the program reads in its document.
 
-#include "gateway/documents/convert.h"
+#include "support/documents.h"
 
 #include <gtest/gtest.h>
 
-#include "runtime/Text.h"
 #include "support/captions.h"
-#include "timedtext/TimedText.h"
 
 namespace {
 
 using namespace std::string_literals;
 using Lines = std::vector<std::string>;
-
-gateway::Conversion Convert(const std::string& ending, std::string bytes,
-                            const std::string& language = "en") {
-  return gateway::ToDocument(std::move(bytes), *gateway::FormatWithEnding(ending), {language, false});
-}
-
-// What the program reads in a document: "start+dur words" of each cue.
-Lines ReadBack(const std::string& document) {
-  TimedTextFields fields = NormaliseTimedText(document);
-  const TimedText track(std::make_shared<const std::string>(std::move(fields.document)),
-                        std::move(fields.ends));
-  EXPECT_EQ(track.Starts(), track.Cues());
-  Lines lines;
-  for (std::size_t i = 0; i < track.Cues(); ++i)
-    lines.push_back(std::string(track.Times(i).start) + "+" + std::string(track.Times(i).dur) + " " +
-                    TextOf(track.Text(i)));
-  return lines;
-}
-
-Lines CuesOf(const std::string& ending, std::string bytes, const std::string& language = "en") {
-  const auto conversion = Convert(ending, std::move(bytes), language);
-  return conversion.fault.empty() ? ReadBack(conversion.document) : Lines{conversion.fault};
-}
 
 std::string Srv1(const std::string& cues) {
   return "<?xml version=\"1.0\" encoding=\"utf-8\" ?><transcript>" + cues + "</transcript>";
@@ -74,38 +49,194 @@ TEST(Documents, CarryWhatTheProgramTakesForMarks) {
   }
 }
 
-TEST(Documents, AreMadeOfEachFormat) {
-  const Lines cues = {"0.500+1.250 It's R&D", "2.000+1.000 >> \"so\" < two lines"};
-  EXPECT_EQ(
-      CuesOf("srv1", Srv1("<text start=\"0.5\" dur=\"1.25\">It&amp;#39;s R&amp;amp;D</text>\n"
-                          "<text start=\"2\" dur=\"1\">&amp;gt;&amp;gt; \"so\" &lt; two\nlines</text>")),
-      cues);
-  EXPECT_EQ(CuesOf("vtt",
-                   "WEBVTT - a file\nKind: captions\nLanguage: en\n\nNOTE --> nothing\n\n1\n"
-                   "00:00.500 --> 00:01.750 align:start\n<v Bob>It&#39;s</v> R&amp;D\n\n"
-                   "00:00:02.000 --> 00:00:03.000\n&gt;&gt; <i>\"so\"</i> &lt; two\nlines"),
-            cues);
-  EXPECT_EQ(CuesOf("srt",
-                   "1\n00:00:00,500 --> 00:00:01,750\n<i>It's</i> R&D\n\n2\n0:0:2.0-->0:0:3,0\n"
-                   "{\\an8}>> \"so\" < two\n\nlines\n"),
-            cues);
+// One text as each format has it, with the oddities that files of its kind hold.
+TEST(Documents, OfOneTextAreTheSameInEveryFormat) {
+  const std::pair<std::string, std::string> files[] = {
+      {"srv1",
+       Srv1("<text start=\"0.5\" dur=\"1.25\">It&amp;#39;s R&amp;amp;D</text>\n<text start=\"1\" dur=\"1\"/>"
+            "<text start=\"2\" dur=\"1\">&amp;gt;&amp;gt; \"so\" &lt; 3\n[Music]</text>"
+            "<text start=\"4\">caf\u00E9 &quot;x&quot;</text><text start=\"5\" dur=\"3\">end</text>")},
+      {"srv2",
+       "<?xml version=\"1.0\" encoding=\"utf-8\"?><timedtext><window id=\"1\" op=\"define\"/>"
+       "<text t=\"500\" d=\"1250\">It&#39;s R&amp;D</text><text w=\"1\" t=\"2000\" d=\"1000\" r=\"1\">"
+       "&gt;&gt; \"so\" &lt; 3\n[Music]</text><text t=\"4000\">caf&#xE9; &quot;x&quot;</text>"
+       "<text t=\"5000\" d=\"3000\">end</text></timedtext>"},
+      {"srv3",
+       "<?xml version=\"1.0\" encoding=\"utf-8\" ?><timedtext format=\"3\">\n<head><ws id=\"0\"/><pen "
+       "id=\"1\"/>"
+       "</head><body>\n<w t=\"0\" id=\"1\"/><p t=\"500\" d=\"1250\" w=\"1\"><s ac=\"0\">It&#39;s</s>"
+       "<s t=\"300\" ac=\"0\"> R&amp;D</s></p>\n<p t=\"1740\" d=\"10\" w=\"1\" a=\"1\">\n</p>"
+       "<p t=\"2000\" d=\"1000\" p=\"1\">&gt;&gt; \"so\" &lt; 3<br/>[Music]</p><p t=\"4000\">caf\u00E9 "
+       "&quot;x&quot;</p>"
+       "<p t=\"4500\" a=\"1\">\n</p><p t=\"5000\" d=\"3000\">end</p></body></timedtext>"},
+      {"json3",
+       R"({"wireMagic":"pb3","pens":[{"segs":[{"utf8":"no"}]}],"wsWinStyles":[{}],"events":[)"
+       R"({"tStartMs":0,"dDurationMs":9000,"id":1,"wpWinPosId":1},)"
+       R"({"tStartMs":500,"dDurationMs":1250,"wWinId":1,"segs":[{"utf8":"It's","acAsrConf":0},)"
+       R"({"utf8":" R\u0026D","tOffsetMs":300}]},{"tStartMs":1740,"dDurationMs":10,"aAppend":1,"segs":[{"utf8":"\n"}]},)"
+       R"({"tStartMs":2000,"dDurationMs":1000,"segs":[{"utf8":">> \"so\" < 3\n[Music]"}]},)"
+       R"({"tStartMs":4000,"segs":[{"utf8":"caf\u00e9 \"x\""}]},{"tStartMs":5000,"dDurationMs":3e3,"segs":[{"utf8":"end"}]}]})"},
+      {"ttml",
+       "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n<tt xml:lang=\"en\" xmlns=\"http://www.w3.org/ns/ttml\" "
+       "xmlns:ttp=\"http://www.w3.org/ns/ttml#parameter\" ttp:frameRate=\"25\" "
+       "ttp:tickRate=\"1000\">\n<head/>\n"
+       "<body>\n<div>\n<p begin=\"00:00:00.500\" end=\"00:00:01.750\" style=\"s2\">It&#39;s\n  "
+       "<span>R&amp;D</span></p>\n"
+       "<p begin=\"00:00:02:00\" dur=\"25f\">&gt;&gt; \"so\" &lt; 3<br />[Music]</p></div>\n<div "
+       "begin=\"3s\">"
+       "<p><span begin=\"1000t\" end=\"2000ms\">caf\u00E9 &quot;x&quot;</span>\n<span begin=\"2s\" "
+       "dur=\"0.05m\">end</span></p>"
+       "</div></body></tt>"},
+      {"vtt",
+       "\xEF\xBB\xBFWEBVTT - a file\r\nKind: captions\r\nLanguage: en\r\n\r\nSTYLE\r\n::cue { color: red "
+       "}\r\n\r\n"
+       "NOTE a\r\nremark\r\n\r\n1\r\n00:00.500 --> 00:01.750 align:start position:0%\r\n"
+       "<v.loud Bob>It&#39;s</v> <00:00:01.000><c> R&amp;D</c>\r\n \r\n\r\n"
+       "00:00:02.000 --> 00:00:03.000\r\n&gt;&gt; <i>\"so\"</i> < 3\r\n[Music]\r\n"
+       "0000:00:04.000 --> 00:00:05.000\r\ncaf\u00E9&nbsp;&quot;x&quot;\r\n\r\n00:05.000 --> "
+       "00:08.000\r\nend"},
+      {"srt",
+       "1\n00:00:00,500 --> 00:00:01,750\n<font color=\"#fff\">It's</font> R&D\n\n2\n0:0:2.0-->0:0:3,0 X1:1 "
+       "X2:2\n"
+       "{\\an8}>> \"so\" < 3\n\n[Music]\n3\n00:00:04,000 --> 00:00:05,000\ncaf\u00E9&#160;\"x\"\n\n\n"
+       "00:00:05,000 --> 00:00:08,000\nend\n"},
+  };
+  const std::string document = Document({{"0.500", "1.250", "It&amp;#39;s R&D"},
+                                         {"2.000", "1.000", ">> &amp;quot;so&amp;quot; < 3\n[Music]"},
+                                         {"4.000", "1.000", "caf\u00E9 &amp;quot;x&amp;quot;"},
+                                         {"5.000", "3.000", "end"}});
+  std::size_t at = 0;
+  for (const gateway::CaptionFormat& format : gateway::CaptionFormats()) {
+    ASSERT_LT(at, std::size(files));
+    const auto& [ending, bytes] = files[at++];
+    EXPECT_EQ(format.ending, ending);
+    const auto conversion = Convert(ending, bytes);
+    EXPECT_EQ(conversion.document, document) << ending;
+    EXPECT_EQ(conversion.fault, "") << ending;
+  }
+  EXPECT_EQ(at, std::size(files));
+  EXPECT_EQ(gateway::FormatWithEnding("SRT")->ending, "srt");
+  EXPECT_EQ(gateway::FormatWithEnding("srt3"), nullptr);
+  EXPECT_EQ(gateway::FormatWithEnding(""), nullptr);
+}
+
+// What each reader makes of what stands rarely in a file of its kind.
+TEST(Documents, KeepTheWordsOfOddFiles) {
+  const struct {
+    std::string ending, bytes;
+    Lines cues;
+  } rows[] = {
+      {"srv1",
+       "<transcript><text dur=\"x\" start=\"-1\">a < b & c&nbsp;&bogus; &#0;</text></transcript>",
+       {"0.000+3.000 a < b & c &bogus;"}},
+      {"srv1",
+       "<transcript><text start='1.9999' dur='1'><![CDATA[a &lt; b]]><b>c</b> <b>d</b></text></transcript>",
+       {"1.999+1.000 a < bc d"}},
+      {"srv1",
+       Srv1("<text start=\"1\" dur=\"1\">&amp;amp;lt; &amp;#x1F600;</text>"),
+       {"1.000+1.000 &lt; \U0001F600"}},
+      {"srv3",
+       "<timedtext format=\"3\"><body><p t=\"9\"><s>a</s><s> </s><s>b</s></p><p t=\"5\" d=\"1\" a=\"1\">c</p>"
+       "</body></timedtext>",
+       {"0.005+0.001 c", "0.009+3.000 a b"}},
+      {"json3",
+       R"({"events":[{"segs":[{"utf8":"a"}],"x":{"segs":[{"utf8":"no"}]},"tStartMs":1},{"tStartMs":7}]})",
+       {"0.001+0.006 a"}},
+      {"ttml",
+       "<tt:tt xmlns:tt=\"x\" a:frameRate=\"30\" a:frameRateMultiplier=\"1000 1001\"><tt:body "
+       "begin=\"1s\"><tt:p "
+       "begin=\"30f\" end=\"00:00:09\" dur=\"1h\">a</tt:p><tt:p>b</tt:p></tt:body></tt:tt>",
+       {"1.000+1.001 b", "2.001+7.999 a"}},
+      // A browser drops any tag; a sign before a blank or a number is none. A time line ends a cue as well.
+      {"vtt",
+       "WEBVTT\n\n1:01:01.001 --> 1:01:02.000\n<x>I</x> <3 a<b\n\n0:1.0 --> 0:0.5\n&lt;i&gt; a --> "
+       "b\n0:2.0-->0:3.0\n<b",
+       {"1.000+0.000 <i> a --> b", "2.000+1.000 <b", "3661.001+0.999 I <3 a<b"}},
+      {"vtt",
+       "WEBVTT\n\n00:61:61.000 --> 99999999999:00:00.000\na\0b\n"s,
+       {"3721.000+999996278.999 a\xEF\xBF\xBD"
+        "b"}},
+      {"srt",
+       "7\n00:00:01,5 --> 00:00:02,50\n42\n\n8\n00:00:02,000 --> 00:00:03,000\n<sighs> &amp;lt; &eacute; "
+       "{x}\n",
+       {"1.500+1.000 42", "2.000+1.000 <sighs> &lt; &eacute; {x}"}},
+      {"srt",
+       "00:00:01,000 --> 00:00:02,000\n00:00:02,000 --> 00:00:03,000\na<br>b\r\r<I>c",
+       {"2.000+1.000 a b c"}},
+  };
+  for (const auto& [ending, bytes, cues] : rows) EXPECT_EQ(CuesOf(ending, bytes), cues) << bytes;
+}
+
+TEST(Documents, AreReadInTheEncodingOfTheFile) {
+  const auto srt = [](const std::string& words) {
+    return "1\n00:00:01,000 --> 00:00:02,000\n" + words + "\n";
+  };
+  const auto wide = [](const std::string& text, bool bigEndian) {
+    std::string bytes = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
+    for (const char c : text) bytes += bigEndian ? std::string{'\0', c} : std::string{c, '\0'};
+    return bytes;
+  };
+  const Lines cafe = {"1.000+1.000 caf\u00E9"};
+  EXPECT_EQ(CuesOf("srt", srt("caf\u00E9")), cafe);
+  EXPECT_EQ(CuesOf("srt", "\xEF\xBB\xBF" + srt("caf\u00E9")), cafe);
+  EXPECT_EQ(CuesOf("srt", srt("caf\xE9")), cafe);
+  EXPECT_EQ(CuesOf("srt", wide(srt("caf\xE9"), false)), cafe);
+  EXPECT_EQ(CuesOf("srt", wide(srt("caf\xE9"), true)), cafe);
+  EXPECT_EQ(CuesOf("srt", "\xEF\xBB\xBF" + srt("a\xFF")), (Lines{"1.000+1.000 a\uFFFD"}));
+  EXPECT_EQ(CuesOf("srt", srt("\x93so\x94 \x80")), (Lines{"1.000+1.000 \u201Cso\u201D \u20AC"}));
+  const auto xml = [](const std::string& encoding, const std::string& words) {
+    return "<?xml version='1.0' encoding='" + encoding + "' ?><transcript><text start='1' dur='1'>" + words +
+           "</text></transcript>";
+  };
+  EXPECT_EQ(CuesOf("srv1", xml("koi8-r", "\xC4\xC1")), (Lines{"1.000+1.000 \u0434\u0430"}));
+  EXPECT_EQ(CuesOf("srv1", xml("iso-8859-1", "caf\xE9")), cafe);
+  for (const char* untrue : {"utf-16", "utf-8", "no such thing", ""})
+    EXPECT_EQ(CuesOf("srv1", xml(untrue, "caf\u00E9")), cafe) << untrue;
 }
 
 TEST(Documents, AreNotMadeOfOtherFiles) {
-  const std::pair<std::string, std::string> rows[] = {
-      {"", "this file is empty"},
-      {" \n", "this file is empty"},
-      {"\xEF\xBB\xBF<!-- x -->\n<!DOCTYPE HTML><html>", "this file is a web page"},
-      {"<transcript><text start=\"1\" dur=\"1\">a", "this file is damaged"},
-      {"<transcript><text start=\"1\" dur=\"1\"> </text></transcript>", "this file holds no captions"},
-      {"<timedtext/>", "this file is not in the srv1 format"},
-      {"<!DOCTYPE t [<!ENTITY a \"b\">]><transcript/>", "this file declares entities"},
+  const std::string deep =
+      ReplaceAll(std::string(200, '<'), "<", "<div>") + ReplaceAll(std::string(200, '<'), "<", "</div>");
+  const struct {
+    std::string ending, bytes, fault;
+  } rows[] = {
+      {"srv1", "", "this file is empty"},
+      {"vtt", "\xEF\xBB\xBF \r\n", "this file is empty"},
+      {"srv1", "\xEF\xBB\xBF<?xml version=\"1.0\"?><!-- x -->\n<!DOCTYPE HTML><html>",
+       "this file is a web page"},
+      {"json3", "<html><body>Before you continue", "this file is a web page"},
+      {"srt", "\n<HEAD>", "this file is a web page"},
+      {"srv1", "<transcript><text start=\"1\" dur=\"1\">a", "this file is damaged"},
+      {"srv1", "<transcript><text start=\"1\" dur=\"1\"> </text></transcript>",
+       "this file holds no captions"},
+      {"srv1", "<timedtext/>", "this file is not in the srv1 format"},
+      {"srv1", "<!DOCTYPE t [<!ENTITY a \"b\">]><transcript/>", "this file declares entities"},
+      {"srv2", "<timedtext><body/></timedtext>", "this file is not in the srv2 format"},
+      {"srv3", "<timedtext/>", "this file is not in the srv3 format"},
+      {"json3", "{\"events\":[{\"segs\":[{\"utf8\":\"a", "this file is damaged"},
+      {"json3", "{\"error\":{\"code\":429}}", "this file is not in the json3 format"},
+      {"json3", "{\"events\":[{\"tStartMs\":1}]}", "this file holds no captions"},
+      {"ttml", "<tt><body>" + deep + "</body></tt>", "this file is nested too deeply"},
+      {"ttml", "<smil/>", "this file is not in the ttml format"},
+      {"vtt", "00:01.000 --> 00:02.000\na\n", "this file is not in the vtt format"},
+      {"vtt", "WEBVTTx\n\n00:01.000 --> 00:02.000\na\n", "this file is not in the vtt format"},
+      {"srt", "no times at all\n00:01 -> 00:02\n", "this file holds no captions"},
   };
-  for (const auto& [bytes, fault] : rows) {
-    const auto conversion = Convert("srv1", bytes);
-    EXPECT_EQ(conversion.fault, fault);
+  for (const auto& [ending, bytes, fault] : rows) {
+    const auto conversion = Convert(ending, bytes);
+    EXPECT_EQ(conversion.fault, fault) << bytes;
     EXPECT_EQ(conversion.document, "");
   }
-  EXPECT_EQ(Convert("vtt", "00:01.000 --> 00:02.000\na\n").fault, "this file is not in the vtt format");
-  EXPECT_EQ(Convert("srt", "no times at all\n").fault, "this file holds no captions");
+}
+
+TEST(Documents, AreNotMadeOfFilesThatTakeTooMuch) {
+  const auto srtOf = [](std::size_t cues) {
+    return ReplaceAll(std::string(cues, '\n'), "\n", "0:0-->0:0\na\n");
+  };
+  const std::string quotes(10u << 20, '"');
+  const std::string tags = ReplaceAll(std::string(3u << 20, '<'), "<", "<a/>");
+  EXPECT_EQ(Convert("srt", srtOf(1'500'001)).fault, "this file is too large");
+  EXPECT_EQ(Convert("vtt", "WEBVTT\n\n0:0-->0:0\n" + quotes).fault, "this file is too large");
+  EXPECT_EQ(Convert("srv1", "<transcript>" + tags + "</transcript>").fault, "this file is too large");
+  EXPECT_EQ(Convert("srt", std::string(33u << 20, '\x80')).fault, "this file is too large");
 }

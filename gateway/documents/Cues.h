@@ -43,6 +43,10 @@ class Cues {
     closed_ = static_cast<std::uint32_t>(words.size());
   }
 
+  bool IsBlankSinceLast() const { return words.find_first_not_of(" \t\r\n", closed_) == std::string::npos; }
+  // Forgets the words that were appended since the last cue.
+  void Drop() { words.resize(closed_); }
+
   std::string_view WordsOf(const Cue& cue) const { return {words.data() + cue.at, cue.length}; }
 
   std::string words;  // of all cues, one after the other; UTF-8

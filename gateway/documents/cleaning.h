@@ -30,7 +30,8 @@ void CutOverlaps(Cues& cues);
 // line. A hold cue shows only lines that the cue before ended with, starts where that one ended (up to
 // 50 ms beside it), and either lasts no more than 50 ms or times no words while the cue before does. Where
 // such cues are at least two and at least a fifth of all, each cue loses the longest run of its first lines
-// that the cue before ended with; one with nothing left goes, and the cue before lasts until its end.
+// that the cue before ended with; one with nothing left goes, and the cue before lasts until its end. After a
+// pause of more than 50 ms the same lines have been said again: one that would have nothing left keeps them.
 // True if it was such a file. Requires: TidyWords.
 bool Unroll(Cues& cues);
 

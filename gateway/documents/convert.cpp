@@ -14,9 +14,8 @@ namespace gateway {
 namespace {
 
 constexpr CaptionFormat kFormats[] = {
-    {"srv1", ReadSrv1, true},
-    {"vtt", ReadVtt},
-    {"srt", ReadSrt},
+    {"srv1", ReadSrv1, true}, {"srv2", ReadSrv2, true}, {"srv3", ReadSrv3, true}, {"json3", ReadJson3},
+    {"ttml", ReadTtml, true}, {"vtt", ReadVtt},         {"srt", ReadSrt},
 };
 
 constexpr std::size_t kLargeFile = 1u << 20;

@@ -46,13 +46,21 @@ std::int64_t Total(std::int64_t hours, std::int64_t minutes, std::int64_t second
 
 }  // namespace
 
+std::optional<std::int64_t> Milliseconds(std::string_view text) {
+  const bool isNegative = TakeOne(text, "-");
+  const auto value = TakeDigits(text);
+  if (!value || !text.empty()) return std::nullopt;
+  return isNegative ? 0 : *value;
+}
+
 std::optional<std::int64_t> Seconds(std::string_view text) {
+  const bool isNegative = TakeOne(text, "-");
   const auto whole = TakeDigits(text);
   const bool hasPoint = TakeOne(text, ".");
   if (!whole && (!hasPoint || text.empty())) return std::nullopt;
   const std::int64_t fraction = hasPoint ? TakeFraction(text) : 0;
   if (!text.empty()) return std::nullopt;
-  return Total(0, 0, whole.value_or(0), fraction);
+  return isNegative ? 0 : Total(0, 0, whole.value_or(0), fraction);
 }
 
 std::optional<std::int64_t> TakeClock(std::string_view& text) {

@@ -8,8 +8,11 @@
 
 namespace gateway {
 
-// "12", "12.5", ".5": seconds; nullopt for any other text.
+// "12", "12.5", ".5": seconds; 0 for what is earlier than 0, nullopt for any other text.
 std::optional<std::int64_t> Seconds(std::string_view text);
+
+// "1500": whole milliseconds; 0 for what is earlier than 0, nullopt for any other text.
+std::optional<std::int64_t> Milliseconds(std::string_view text);
 
 //   clock = [1*DIGIT ":"] 1*DIGIT ":" 1*DIGIT [("." | ",") 1*DIGIT]
 //

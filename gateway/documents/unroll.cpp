@@ -23,9 +23,13 @@ bool EndsWithLines(std::string_view one, std::string_view other) {
   return one.size() == other.size() || one[one.size() - other.size() - 1] == '\n';
 }
 
+// Whether cue starts where the one before ends.
+bool Follows(const Cue& before, const Cue& cue) {
+  return cue.start >= before.end - kMoment && cue.start <= before.end + kMoment;
+}
+
 bool IsHold(const Cues& cues, const Cue& before, const Cue& cue) {
-  const bool follows = cue.start >= before.end - kMoment && cue.start <= before.end + kMoment;
-  if (!follows || !EndsWithLines(cues.WordsOf(before), cues.WordsOf(cue))) return false;
+  if (!Follows(before, cue) || !EndsWithLines(cues.WordsOf(before), cues.WordsOf(cue))) return false;
   return cue.end - cue.start <= kMoment || (before.timesWords && !cue.timesWords);
 }
 
@@ -78,20 +82,21 @@ void CutFirstLines(Cue& cue, const Lines& lines, std::size_t count) {
 bool Unroll(Cues& cues) {
   if (!Rolls(cues)) return false;
   RunFinder runs;
-  std::string_view before = cues.WordsOf(cues.list.front());
+  Cue before = cues.list.front();  // as it stood in the file
   std::size_t kept = 1;
   for (std::size_t i = 1; i < cues.list.size(); ++i) {
     Cue cue = cues.list[i];
-    const std::string_view words = cues.WordsOf(cue);
-    const std::size_t run = runs.Find(before, words);
-    before = words;
-    if (run == runs.FoundIn().size()) {
+    const std::size_t run = runs.Find(cues.WordsOf(before), cues.WordsOf(cue));
+    const bool isWhole = run == runs.FoundIn().size();
+    const bool isPause = cue.start > before.end + kMoment;
+    before = cue;
+    if (isWhole && !isPause) {
       Cue& last = cues.list[kept - 1];
       last.end = std::max(last.end, cue.end);
-    } else {
-      CutFirstLines(cue, runs.FoundIn(), run);
-      cues.list[kept++] = cue;
+      continue;
     }
+    if (!isWhole) CutFirstLines(cue, runs.FoundIn(), run);
+    cues.list[kept++] = cue;
   }
   cues.list.resize(kept);
   return true;

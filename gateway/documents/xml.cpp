@@ -1,7 +1,7 @@
 #include "gateway/documents/xml.h"
 
+#include <algorithm>
 #include <pugixml.hpp>
-#include <string_view>
 
 #include "gateway/documents/references.h"
 
@@ -78,11 +78,16 @@ std::string_view LocalName(const pugi::xml_node& node) {
   return name.substr(name.find(':') + 1);
 }
 
-void AppendWords(std::string& to, const pugi::xml_node& node) {
-  AppendResolved(to, node.value(), WebCharacters());
+void AppendWords(std::string& to, const pugi::xml_node& node, LineFeeds lineFeeds) {
+  const auto append = [&](const pugi::xml_node& part) {
+    const auto from = static_cast<std::ptrdiff_t>(to.size());
+    AppendResolved(to, part.value(), WebCharacters());
+    if (lineFeeds == LineFeeds::AreBlanks) std::replace(to.begin() + from, to.end(), '\n', ' ');
+  };
+  append(node);
   for (auto inner = NextBelow(node, node); inner; inner = NextBelow(inner, node)) {
     if (inner.type() == pugi::node_element && LocalName(inner) == "br") to += '\n';
-    AppendResolved(to, inner.value(), WebCharacters());
+    append(inner);
   }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace pugi {
 class xml_document;
@@ -20,8 +21,12 @@ std::string ParseXml(std::string& text, pugi::xml_document& tree);
 // The name without its prefix: "p" of "tt:p".
 std::string_view LocalName(const pugi::xml_node& node);
 
+// What a line feed between words is: the end of a line, or a blank, as in formats whose only line end is
+// <br/>.
+enum class LineFeeds { EndLines, AreBlanks };
+
 // Appends the words inside of node: those of all elements in it one after the other as they stand, a
 // line feed for each <br/>, and the references that are left after those of XML resolved once.
-void AppendWords(std::string& to, const pugi::xml_node& node);
+void AppendWords(std::string& to, const pugi::xml_node& node, LineFeeds lineFeeds = LineFeeds::EndLines);
 
 }  // namespace gateway

@@ -1,0 +1,102 @@
+// What is put right in caption files, and which files keep what they have.
+
+#include <gtest/gtest.h>
+
+#include "support/documents.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+std::string Vtt(const std::string& cues) { return "WEBVTT\nKind: captions\nLanguage: en\n\n" + cues; }
+// A cue of these hundredths of a second.
+std::string At(const std::string& start, const std::string& end, const std::string& words) {
+  return "00:00:" + start + " --> 00:00:" + end + " align:start position:0%\n" + words + "\n\n";
+}
+
+const Lines kUnrolled = {"1.000+2.010 so here we are", "3.010+2.000 so here we are", "5.010+1.510 at last",
+                         "7.000+1.010 [Music]", "9.000+1.000 at last"};
+
+// As the site writes them: each line spoken, held, and above the next one.
+const std::string kRolling = Vtt(
+    At("01.000", "03.000", " \nso<00:00:01.500><c> here</c><00:00:02.000><c> we are</c>") +
+    At("03.000", "03.010", "so here we are\n ") +
+    At("03.010", "05.000", "so here we are\nso<00:00:03.500><c> here</c><00:00:04.000><c> we are</c>") +
+    At("05.000", "05.010", "so here we are\n ") +
+    At("05.010", "06.510", "so here we are\nat<00:00:05.500><c> last</c>") +
+    At("06.510", "06.520", "at last\n ") + At("07.000", "08.000", "at last\n[Music]") +
+    At("08.000", "08.010", "[Music]\n ") + At("09.000", "10.000", "[Music]\nat<00:00:09.500><c> last</c>"));
+
+}  // namespace
+
+TEST(Cleaning, GivesRollingLinesOnce) {
+  EXPECT_EQ(CuesOf("vtt", kRolling), kUnrolled);
+  // The same as a converter makes an SRT of it, and with its hold cues as long as the gaps.
+  std::string srt = ReplaceAll(kRolling, " align:start position:0%", "");
+  for (const char* time : {"01.500", "02.000", "03.500", "04.000", "05.500", "09.500"})
+    srt = ReplaceAll(srt, "<00:00:" + std::string(time) + "><c>", "");
+  EXPECT_EQ(CuesOf("srt", ReplaceAll(srt, "</c>", "")), kUnrolled);
+  // Holds that last: the line before times its words, they don't. Overlaps of what is unrolled are cut.
+  const std::string longHolds =
+      Vtt(At("01.000", "02.000", "a<00:00:01.500><c> b</c>") + At("02.000", "03.000", "a b") +
+          At("03.000", "04.500", "a b\nc<00:00:03.500><c> d</c>") + At("04.450", "06.000", "c d"));
+  EXPECT_EQ(CuesOf("vtt", longHolds), (Lines{"1.000+2.000 a b", "3.000+3.000 c d"}));
+  const std::string overlapping = longHolds + At("05.000", "07.000", "c d\ne");
+  EXPECT_EQ(CuesOf("vtt", overlapping).at(1), "3.000+2.000 c d");
+}
+
+// Rolling back what doesn't roll would lose words.
+TEST(Cleaning, KeepsRepeatedLinesOfFilesThatDoNotRoll) {
+  const std::pair<std::string, Lines> rows[] = {
+      // A refrain: each line twice, for as long as it is sung.
+      {At("01.000", "02.000", "la la") + At("02.000", "03.000", "la la") + At("03.000", "04.000", "la la"),
+       {"1.000+1.000 la la", "2.000+1.000 la la", "3.000+1.000 la la"}},
+      // Karaoke: the line again with other words marked.
+      {At("01.000", "02.000", "<00:00:01.100>a b") + At("02.000", "03.000", "a <00:00:02.100>b") +
+           At("03.000", "04.000", "a<00:00:03.100> b"),
+       {"1.000+1.000 a b", "2.000+1.000 a b", "3.000+1.000 a b"}},
+      // One hold alone is a coincidence, two in eleven cues as well.
+      {At("01.000", "02.000", "a") + At("02.000", "02.010", "a"), {"1.000+1.000 a", "2.000+0.010 a"}},
+      {At("01.000", "02.000", "b\na") + At("02.060", "02.070", "a") + At("02.070", "02.080", "xa"),
+       {"1.000+1.000 b a", "2.060+0.010 a", "2.070+0.010 xa"}},
+  };
+  for (const auto& [cues, lines] : rows) EXPECT_EQ(CuesOf("vtt", Vtt(cues)), lines);
+  std::string rare = At("01.000", "02.000", "a") + At("02.000", "02.010", "a") + At("02.010", "02.020", "a");
+  for (int i = 10; i < 18; ++i) rare += At(std::to_string(i) + ".000", std::to_string(i) + ".500", "z");
+  EXPECT_EQ(CuesOf("vtt", Vtt(rare)).size(), 11u);
+  EXPECT_EQ(CuesOf("vtt", Vtt(rare.substr(0, rare.rfind("00:00:17.000")))).size(), 8u);  // two of ten
+}
+
+TEST(Cleaning, CutsOverlapsOfAutomaticTracksAlone) {
+  const std::string file = Vtt(At("01.000", "09.000", "a") + At("01.000", "04.000", "b") +
+                               At("03.000", "05.000", "c") + At("05.000", "06.000", "d"));
+  const Lines kept = {"1.000+8.000 a", "1.000+3.000 b", "3.000+2.000 c", "5.000+1.000 d"};
+  const Lines cut = {"1.000+2.000 a", "1.000+2.000 b", "3.000+2.000 c", "5.000+1.000 d"};
+  EXPECT_EQ(CuesOf("vtt", file, {"en", false}), kept);
+  EXPECT_EQ(CuesOf("vtt", file, {"original", false}), kept);
+  EXPECT_EQ(CuesOf("vtt", file, {"en", true}), cut);
+  EXPECT_EQ(CuesOf("vtt", file, {"en-orig", false}), cut);
+}
+
+TEST(Cleaning, SortsAndDropsWhatRepeatsStartAndWords) {
+  EXPECT_EQ(CuesOf("vtt", Vtt(At("05.000", "06.000", "late") + At("01.000", "02.000", "a") +
+                              At("01.000", "02.500", "<b>a</b> ") + At("01.000", "02.000", "b") +
+                              At("01.000", "02.000", "a") + At("02.000", "03.000", "a") +
+                              At("03.000", "04.000", " "))),
+            (Lines{"1.000+1.000 a", "1.000+1.000 b", "1.000+1.000 a", "2.000+1.000 a", "5.000+1.000 late"}));
+}
+
+TEST(Cleaning, TidiesBlanksAndMarksThatNobodySees) {
+  const std::string zeroWidth = "\u200B";
+  const std::string words =
+      " \u00A0\u200B a\u00A0\t \u202F"
+      "b\uFEFF \n\u200B\n\x01"
+      "c\u200Bd\x7F"
+      "e \u200B ";
+  EXPECT_EQ(CuesOf("vtt", Vtt(At("01.000", "02.000", words))), (Lines{"1.000+1.000 a b cd e"}));
+  const std::string khmer = Vtt(At("01.000", "02.000", words + "\n\u200B f \u200B g"));
+  for (const char* language : {"km", "th-TH", "LO", "my-orig"})
+    EXPECT_EQ(CuesOf("vtt", khmer, {language}), (Lines{"1.000+1.000 a b c\u200Bd e f \u200B g"})) << language;
+  EXPECT_EQ(CuesOf("vtt", khmer, {"kmb"}), (Lines{"1.000+1.000 a b cd e f g"}));
+  EXPECT_EQ(Convert("vtt", Vtt(At("01.000", "02.000", words))).document.find('\r'), std::string::npos);
+}
