@@ -4,6 +4,7 @@
 #include <array>
 
 #include "gateway/documents/Cues.h"
+#include "gateway/documents/byte_set.h"
 
 namespace gateway {
 namespace {
@@ -14,6 +15,9 @@ constexpr std::string_view kZeroWidth = "\xE2\x80\x8B";      // U+200B
 constexpr std::string_view kByteOrder = "\xEF\xBB\xBF";      // U+FEFF
 constexpr std::string_view kNoBreak = "\xC2\xA0";            // U+00A0
 constexpr std::string_view kNarrowNoBreak = "\xE2\x80\xAF";  // U+202F
+
+// With the first byte of each of the four.
+constexpr ByteSet kMeansSomething("\x7F\xC2\xE2\xEF", 0x20);
 
 bool WritesNoBlanks(std::string_view language) {
   constexpr std::array<std::string_view, 4> kLanguages = {"km", "lo", "my", "th"};
@@ -46,9 +50,11 @@ class WordsTidier {
     if (words.starts_with(kNarrowNoBreak)) return PutBlank(), kNarrowNoBreak.size();
     if (words.starts_with(kByteOrder)) return kByteOrder.size();
     if (words.starts_with(kZeroWidth)) return PutZeroWidth(), kZeroWidth.size();
-    *to_++ = words.front();
-    lineEnd_ = to_;
-    return 1;
+    return PutPlain(words.substr(0, kMeansSomething.FindIn(words, 1)));
+  }
+  std::size_t PutPlain(std::string_view plain) {
+    lineEnd_ = to_ = std::copy(plain.begin(), plain.end(), to_);
+    return plain.size();
   }
   void PutBlank() {
     if (lineEnd_ && to_[-1] != ' ') *to_++ = ' ';

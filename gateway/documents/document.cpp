@@ -4,6 +4,7 @@
 #include <charconv>
 
 #include "gateway/documents/Cues.h"
+#include "gateway/documents/byte_set.h"
 
 namespace gateway {
 namespace {
@@ -16,7 +17,8 @@ constexpr std::string_view kTagEnd = R"(">)";
 constexpr std::string_view kTextEnd = "</text>";
 constexpr std::size_t kCueSize = 60;  // without its words, with the digits of a long video
 
-// What stands in a document for a text that must not stand there. The first row that fits counts.
+// What stands in a document for a text that must not stand there, beside the blank in front of bars. The
+// first row that fits counts.
 struct Escape {
   std::string_view text;
   std::string_view put;
@@ -25,7 +27,6 @@ struct Escape {
 constexpr Escape kEscapes[] = {
     {"'", "&amp;#39;"},
     {"\"", "&amp;quot;"},
-    {" |||", "\n|||"},
     {"</text>", "< /text>"},
     {"&amp;#39;", "&#39;"},
     {"&amp;quot;", "&quot;"},
@@ -42,15 +43,17 @@ const Escape* EscapeAt(std::string_view text) {
 }
 
 void AppendWords(std::string& to, std::string_view words) {
-  for (;;) {
-    const std::size_t at = std::min(words.find_first_of("'\" <&/"), words.size());
-    to += words.substr(0, at);
-    words.remove_prefix(at);
-    if (words.empty()) return;
-    const Escape* escape = EscapeAt(words);
-    escape ? to += escape->put : to += words.front();
+  constexpr ByteSet kFirst("'\"<&/|");
+  for (std::size_t from = 0;;) {
+    const std::size_t at = kFirst.FindIn(words, from);
+    to += words.substr(from, at - from);
+    if (at == words.size()) return;
+    const std::string_view left = words.substr(at);
+    if (at > 0 && words[at - 1] == ' ' && left.starts_with("|||")) to.back() = '\n';
+    const Escape* escape = EscapeAt(left);
+    escape ? to += escape->put : to += left.front();
     const bool sharesItsLast = escape && escape->text.size() > 1 && escape->text.back() == '/';
-    words.remove_prefix(!escape ? 1 : escape->text.size() - (sharesItsLast ? 1 : 0));
+    from = at + (escape ? escape->text.size() - (sharesItsLast ? 1 : 0) : 1);
   }
 }
 

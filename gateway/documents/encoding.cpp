@@ -4,6 +4,7 @@
 #include <unicode/utf8.h>
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <string_view>
 
@@ -22,11 +23,20 @@ Converter OpenConverter(const std::string& encoding) {
   return Converter(ucnv_open(encoding.c_str(), &error));
 }
 
+// Eight letters of ASCII at the start of bytes.
+bool AreAscii(const std::uint8_t* bytes) {
+  std::uint64_t eight;
+  std::memcpy(&eight, bytes, sizeof eight);
+  return (eight & 0x8080808080808080u) == 0;
+}
+
 bool IsUtf8(std::string_view text) {
   const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
   for (std::size_t i = 0; i < text.size();) {
     UChar32 character = bytes[i];
-    if (character < 0x80) {
+    if (i + 8 <= text.size() && AreAscii(bytes + i)) {
+      i += 8;
+    } else if (character < 0x80) {
       ++i;
     } else {
       U8_NEXT(bytes, i, text.size(), character);

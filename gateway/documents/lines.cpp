@@ -2,7 +2,16 @@
 
 #include <algorithm>
 
+#include "gateway/documents/byte_set.h"
+
 namespace gateway {
+namespace {
+
+constexpr ByteSet kMarks("<&{");
+constexpr ByteSet kBrackets("<>");
+constexpr ByteSet kBraces("{}");
+
+}  // namespace
 
 void UnifyLineEnds(std::string& text) {
   std::size_t from = text.find('\r');
@@ -26,8 +35,8 @@ bool AppendMarkedUp(std::string& to, std::string_view text, const Markup& markup
   bool timesWords = false;
   // A tag holds no bracket, a brace no brace: each place is looked at a bounded number of times.
   const auto lengthOfTag = [&]() -> std::size_t {
-    const std::size_t end = text.find_first_of("<>", 1);
-    if (end == std::string_view::npos || text[end] != '>') return 0;
+    const std::size_t end = kBrackets.FindIn(text, 1);
+    if (end == text.size() || text[end] != '>') return 0;
     const auto tag = markup.tagOf(text.substr(1, end - 1));
     if (tag == Markup::Tag::None) return 0;
     if (tag == Markup::Tag::Break) to += '\n';
@@ -36,11 +45,11 @@ bool AppendMarkedUp(std::string& to, std::string_view text, const Markup& markup
   };
   const auto lengthOfBrace = [&]() -> std::size_t {
     if (!markup.hasBraces || !text.starts_with("{\\")) return 0;
-    const std::size_t end = text.find_first_of("{}", 1);
-    return end == std::string_view::npos || text[end] != '}' ? 0 : end + 1;
+    const std::size_t end = kBraces.FindIn(text, 1);
+    return end == text.size() || text[end] != '}' ? 0 : end + 1;
   };
   while (!text.empty()) {
-    const std::size_t plain = std::min(text.find_first_of("<&{"), text.size());
+    const std::size_t plain = kMarks.FindIn(text);
     to += text.substr(0, plain);
     text.remove_prefix(plain);
     if (text.empty()) break;

@@ -17,31 +17,40 @@ bool BeginsMark(char c) {
          c == ':' || c == '/' || c == '!' || c == '?';
 }
 
-struct Marks {
-  std::size_t strayBrackets = 0;
-  std::size_t treeSize = 0;  // at most, of the tree that they make
-};
-
-// Each "<" makes an element or a text after one, each "=" an attribute.
-Marks CountMarks(std::string_view text) {
-  Marks marks;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == '=') marks.treeSize += kAttributeSize;
-    if (text[i] != '<') continue;
-    marks.treeSize += kNodeSize;
-    if (i + 1 == text.size() || !BeginsMark(text[i + 1])) ++marks.strayBrackets;
-  }
-  return marks;
+bool IsStray(std::string_view text, std::size_t bracket) {
+  return bracket + 1 == text.size() || !BeginsMark(text[bracket + 1]);
 }
 
-std::string WithStrayBracketsEscaped(std::string_view text, std::size_t count) {
-  std::string escaped;
-  escaped.reserve(text.size() + 3 * count);
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool isStray = text[i] == '<' && (i + 1 == text.size() || !BeginsMark(text[i + 1]));
-    isStray ? escaped += "&lt;" : escaped += text[i];
+// Whether a text of its own follows the tag at the start of part, which reaches to the next tag. The text
+// after a tag that opens an element is kept in that element.
+bool MakesText(std::string_view part) {
+  if (part.back() == '>') return false;
+  const std::size_t end = part.find('>');
+  return part.starts_with("</") || (end != std::string_view::npos && part[end - 1] == '/');
+}
+
+std::size_t MostTreeSize(std::string_view text) {
+  const auto attributes = static_cast<std::size_t>(std::count(text.begin(), text.end(), '='));
+  std::size_t nodes = 0;
+  for (std::size_t at = text.find('<'); at < text.size();) {
+    const std::size_t next = std::min(text.find('<', at + 1), text.size());
+    const std::string_view part = text.substr(at, next - at);
+    nodes += part.starts_with("</") ? 0 : 1;
+    nodes += MakesText(part) ? 1 : 0;
+    at = next;
   }
-  return escaped;
+  return nodes * kNodeSize + attributes * kAttributeSize;
+}
+
+void EscapeStrayBrackets(std::string& text) {
+  std::string escaped;
+  std::size_t from = 0;
+  for (std::size_t at = text.find('<'); at != std::string::npos; at = text.find('<', at + 1)) {
+    if (!IsStray(text, at)) continue;
+    escaped.append(text, from, at - from).append("&lt;");
+    from = at + 1;
+  }
+  if (from > 0) text = escaped.append(text, from, std::string::npos);
 }
 
 bool DeclaresEntities(const pugi::xml_document& tree) {
@@ -62,9 +71,8 @@ pugi::xml_node NextBelow(pugi::xml_node node, const pugi::xml_node& root) {
 }  // namespace
 
 std::string ParseXml(std::string& text, pugi::xml_document& tree) {
-  const Marks marks = CountMarks(text);
-  if (marks.treeSize > kLargestTree) return "this file is too large";
-  if (marks.strayBrackets > 0) text = WithStrayBracketsEscaped(text, marks.strayBrackets);
+  if (MostTreeSize(text) > kLargestTree) return "this file is too large";
+  EscapeStrayBrackets(text);
   constexpr unsigned kOptions = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_eol |
                                 pugi::parse_doctype | pugi::parse_ws_pcdata | pugi::parse_embed_pcdata;
   const auto result = tree.load_buffer_inplace(text.data(), text.size(), kOptions, pugi::encoding_utf8);
