@@ -15,7 +15,7 @@ namespace {
 constexpr char kUsage[] =
     "Usage: ravelyn-bench [--brief] [SUBJECT...]\n"
     "Measures, prints Markdown, and exits with 1 where a must is missed.\n"
-    "Subjects: conversion growth tracks search fetch memory desktop (default: all).\n"
+    "Subjects: conversion growth tracks captions search fetch memory desktop (default: all).\n"
     "--brief takes fewer turns and leaves out the million cues.\n";
 
 using Subject = std::pair<std::string, std::function<void(Effort, Table&)>>;
@@ -40,6 +40,7 @@ int Run(const std::vector<std::string>& chosen, Effort effort) {
                   {"conversion", [&](Effort e, Table& t) { MeasureConversion(window, e, out, t); }},
                   {"growth", [&](Effort e, Table& t) { MeasureGrowth(e, out, t); }},
                   {"tracks", [&](Effort e, Table& t) { MeasureTracks(window, e, out, t); }},
+                  {"captions", [&](Effort e, Table& t) { MeasureCaptions(e, out, t); }},
                   {"search", [&](Effort e, Table& t) { MeasureSearch(e, out, t); }},
                   {"memory", [&](Effort e, Table& t) { MeasureMemory(server.Host(), e, out, t); }},
                   {"desktop", [&](Effort e, Table& t) { MeasureDesktop(e, out, t); }}},

@@ -17,6 +17,7 @@ void MeasureConversion(Window1& window, Effort effort, std::ostream& out, Table&
 void MeasureGrowth(Effort effort, std::ostream& out, Table& table);
 void MeasureTracks(Window1& window, Effort effort, std::ostream& out, Table& table);
 void MeasureSearch(Effort effort, std::ostream& out, Table& table);
+void MeasureCaptions(Effort effort, std::ostream& out, Table& table);
 void MeasureFetch(const std::string& host, Effort effort, std::ostream& out, Table& table);
 void MeasureMemory(const std::string& host, Effort effort, std::ostream& out, Table& table);
 // On the X display of DISPLAY.
