@@ -65,7 +65,7 @@ struct Run : testing::Test {
 
 TEST_F(Run, AnExceptionEndsItsHandlerAndIsShown) {
   app.Dispatch(nullptr, [] { throw OutOfBoundsException("No row 7."); });
-  app.Dispatch(nullptr, [] { std::vector<int>().at(3); });
+  app.Dispatch(nullptr, [] { static_cast<void>(std::vector<int>().at(3)); });
   app.Dispatch(nullptr, [] { throw IOException(ENOSPC); });
   app.Dispatch(nullptr, [] { throw std::bad_alloc(); });
   app.Dispatch(nullptr, [] { throw std::runtime_error("odd"); });
