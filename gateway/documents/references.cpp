@@ -3,6 +3,7 @@
 #include <unicode/utf8.h>
 
 #include <charconv>
+#include <cstdint>
 
 namespace gateway {
 namespace {
