@@ -13,7 +13,7 @@ class QuietPlatform : public Platform {
   std::optional<std::string> savePath;
   int messages = 0;
 
-  void MessageBox(const std::string&) override { ++messages; }
+  void MessageBox(const std::string&, const std::string&) override { ++messages; }
   std::optional<std::string> AskSavePath(const std::string&, const std::string&) override { return savePath; }
   void ShowURL(const std::string&) override {}
   void Launch(const std::string&) override {}

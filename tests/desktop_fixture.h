@@ -35,9 +35,9 @@ class TestHost : public QtPlatform {
   bool hasLeft = false;
   TemporaryFolder prefs;
 
-  void MessageBox(const std::string& text) override {
+  void MessageBox(const std::string& text, const std::string& cause) override {
     calls.push_back("message: " + text);
-    if (realMessages) QtPlatform::MessageBox(text);
+    if (realMessages) QtPlatform::MessageBox(text, cause);
   }
   std::optional<std::string> AskSavePath(const std::string& filter, const std::string& name) override {
     calls.push_back("save: " + filter + " " + name);

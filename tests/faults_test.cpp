@@ -26,11 +26,14 @@ const Lines kSRT = {"1\n00:00:01,500 --> 00:00:03,500\none\n\n",
 constexpr char kOld[] = "an earlier file\n";
 constexpr char kOldPrefs[] = "SRT\nfalse\nfalse\nfalse\nfalse\n";
 
-std::string NoConnection(int code) {
+std::string NoConnection(int code, const std::string& cause = "") {
   return "message: Error code: " + std::to_string(code) +
          " - A connection to YouTube was not able to be established. Check your internet connection and try "
-         "again.";
+         "again." +
+         (cause.empty() ? "" : "\ncause: " + cause);
 }
+
+constexpr char kBrokeOff[] = "The reply broke off before its first byte.";
 
 std::string NotSaved(const std::string& name, const std::string& why) {
   return "message: \"" + name + "\" could not be saved: " + why + ".";
@@ -131,8 +134,9 @@ TEST(FaultyReplies, CutInTheBodyGiveTheCuesThatAreWhole) {
     }
     // A reset may overtake the last bytes.
     const Lines calls = program.Run({OpenPage(body), Reply::End::Reset});
-    EXPECT_TRUE(calls == program.saved ? IsFirstCues(ReadFile(program.target))
-                                       : calls == Lines{NoConnection(0)} && ReadFile(program.target) == kOld);
+    EXPECT_TRUE(calls == program.saved
+                    ? IsFirstCues(ReadFile(program.target))
+                    : calls == Lines{NoConnection(0, kBrokeOff)} && ReadFile(program.target) == kOld);
   }
   EXPECT_EQ(ReadFile(program.prefsPath), kOldPrefs);
   EXPECT_EQ(program.folder.Count(), 1U);
@@ -144,7 +148,8 @@ TEST(FaultyReplies, CutInTheHeadAreToldAndChangeNothing) {
   for (std::size_t cut = 0; cut < head.size(); ++cut) {
     SCOPED_TRACE(cut);
     // Without a byte the page is an empty one; with some the end of the head is waited for.
-    EXPECT_EQ(program.Run({head.substr(0, cut)}), Lines{NoConnection(cut == 0 ? 0 : kErrorTimeOut)});
+    EXPECT_EQ(program.Run({head.substr(0, cut)}),
+              Lines{NoConnection(cut == 0 ? 0 : kErrorTimeOut, kBrokeOff)});
     program.ExpectUntouched();
   }
   EXPECT_EQ(program.Run({head}), Lines{NoConnection(0)});
@@ -218,7 +223,7 @@ TEST(FaultyReplies, ToOneTrackOfThreeLeaveTheOthers) {
   program.server.AnswerAt(TrackPath("abc", "de"), {""});
   for (const char* name : {"1", "2"}) program.WillSave(name);
   program.Click("PushButton1");
-  EXPECT_EQ(program.Calls(), (Lines{"save:  English.srt", NoConnection(0), "save:  French.srt"}));
+  EXPECT_EQ(program.Calls(), (Lines{"save:  English.srt", NoConnection(0, kBrokeOff), "save:  French.srt"}));
   EXPECT_EQ(ReadFile(program.folder / "1"), FileOf(kDocument));
   EXPECT_EQ(ReadFile(program.folder / "2"), FileOf(kDocument));
 }

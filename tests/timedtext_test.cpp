@@ -202,7 +202,7 @@ TEST(Download, TellsALostConnectionAndGoesOnWithTheNextTrack) {
   program.Click("PushButton1");
   const std::string words =
       " - A connection to YouTube was not able to be established. Check your internet connection and try "
-      "again.";
+      "again.\ncause: The reply broke off before its first byte.";
   EXPECT_EQ(program.Calls(),
             (Lines{"save:  English.srt", "launch: " + first, "message: Error code: 0" + words,
                    "save:  French.srt", "launch: " + third}));

@@ -166,7 +166,9 @@ int QtPlatform::run(QDialog& dialog) {
   return result;
 }
 
-void QtPlatform::MessageBox(const std::string& text) { run(*makeMessage(text, parentForDialog())); }
+void QtPlatform::MessageBox(const std::string& text, const std::string& cause) {
+  run(*makeMessage(text, cause, parentForDialog()));
+}
 
 std::optional<std::string> QtPlatform::AskSavePath(const std::string& filter, const std::string& name) {
   if (saveFolder_.isEmpty()) saveFolder_ = documentsFolder();

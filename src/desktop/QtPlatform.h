@@ -27,7 +27,7 @@ class QtPlatform : public Platform {
   // Takes all windows from the screen; the records stay as they are.
   void dropViews();
 
-  void MessageBox(const std::string& text) override;
+  void MessageBox(const std::string& text, const std::string& cause) override;
   std::optional<std::string> AskSavePath(const std::string& filter, const std::string& name) override;
   void ShowURL(const std::string& address) override;
   void Launch(const std::string& path) override;

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QPushButton>
 
 #include "desktop/shown_text.h"
@@ -11,6 +12,7 @@
 namespace {
 
 constexpr qsizetype kLongestMessage = 1200;
+constexpr qsizetype kLongestCause = 300;
 constexpr qsizetype kMostLines = 20;
 
 QString messageText(const std::string& text) {
@@ -29,18 +31,21 @@ QStringList nameFiltersOf(const std::string& filter) {
 
 }  // namespace
 
-std::unique_ptr<QMessageBox> makeMessage(const std::string& text, QWidget* parent) {
+std::unique_ptr<QMessageBox> makeMessage(const std::string& text, const std::string& cause, QWidget* parent) {
   auto box = std::make_unique<QMessageBox>(parent);
   box->setWindowTitle(QStringLiteral("Ravelyn"));
   box->setTextFormat(Qt::PlainText);
   box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   box->setText(messageText(text));
+  box->setInformativeText(withBreaks(shownText(cause, Lines::One, kLongestCause)));
+  // The box's text format is not that of its second text, which would take tags for markup.
+  for (QLabel* label : box->findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
   box->setStandardButtons(QMessageBox::Ok);
   return box;
 }
 
 std::unique_ptr<QMessageBox> makeCannotOpen(const QString& words, const std::string& what, QWidget* parent) {
-  auto box = makeMessage(words.toStdString() + "\n\n" + what, parent);
+  auto box = makeMessage(words.toStdString() + "\n\n" + what, "", parent);
   QPushButton* copy = box->addButton(QObject::tr("Copy"), QMessageBox::ActionRole);
   QObject::connect(copy, &QPushButton::clicked, copy,
                    [what] { QGuiApplication::clipboard()->setText(QString::fromStdString(what)); });

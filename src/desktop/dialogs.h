@@ -7,8 +7,8 @@
 
 class QFileDialog;
 
-// A message with one button.
-std::unique_ptr<QMessageBox> makeMessage(const std::string& text, QWidget* parent);
+// A message with one button, and below it its cause, if it has one.
+std::unique_ptr<QMessageBox> makeMessage(const std::string& text, const std::string& cause, QWidget* parent);
 
 // A message that something, an address or a path, could not be opened, with a button that copies it.
 std::unique_ptr<QMessageBox> makeCannotOpen(const QString& words, const std::string& what, QWidget* parent);

@@ -27,7 +27,9 @@ bool Platform::CanEdit(EditAction) {
 Platform* Platform::Current() { return current ? &current->Host() : nullptr; }
 
 std::int64_t Ticks() { return current ? current->Host().Ticks() : SteadyTicks(); }
-void MsgBox(const std::string& text) { Application::Current().Host().MessageBox(text); }
+void MsgBox(const std::string& text, const std::string& cause) {
+  Application::Current().Host().MessageBox(text, cause);
+}
 void ShowURL(const std::string& address) { Application::Current().Host().ShowURL(address); }
 
 void RuntimeBackgroundTask() {
@@ -75,13 +77,13 @@ void Application::Dispatch(Window* owner, const Handler& handler) {
     handler();
   } catch (const HandlerEnded&) {
   } catch (const RuntimeException& e) {
-    host_.MessageBox(e.Kind() + ": " + e.what());
+    host_.MessageBox(e.Kind() + ": " + e.what(), "");
   } catch (const std::out_of_range&) {
-    host_.MessageBox("OutOfBoundsException: An index was outside its array.");
+    host_.MessageBox("OutOfBoundsException: An index was outside its array.", "");
   } catch (const std::bad_alloc&) {
-    host_.MessageBox("OutOfMemoryException: There is not enough memory for this.");
+    host_.MessageBox("OutOfMemoryException: There is not enough memory for this.", "");
   } catch (const std::exception& e) {
-    host_.MessageBox(std::string("Exception: ") + e.what());
+    host_.MessageBox(std::string("Exception: ") + e.what(), "");
   }
   frames_.pop_back();
   RunPosted();

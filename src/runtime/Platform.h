@@ -16,8 +16,9 @@ class Platform {
  public:
   virtual ~Platform() = default;
 
-  // Shows text with one button and returns when the person has dismissed it.
-  virtual void MessageBox(const std::string& text) = 0;
+  // Shows text with one button and returns when the user has dismissed it. Below it stands the cause, as
+  // plain text, unless it is "".
+  virtual void MessageBox(const std::string& text, const std::string& cause) = 0;
   // Asks where to save. filter is "", "TEXT" or the name of a file type; name is a plain file
   // name to start from. nullopt if the person cancels.
   virtual std::optional<std::string> AskSavePath(const std::string& filter, const std::string& name) = 0;
@@ -57,5 +58,5 @@ class Platform {
   static Platform* Current();
 };
 
-void MsgBox(const std::string& text);
+void MsgBox(const std::string& text, const std::string& cause = "");
 void ShowURL(const std::string& address);

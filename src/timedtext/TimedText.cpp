@@ -2,6 +2,7 @@
 
 #include "app/App.h"
 #include "app/Window1.h"
+#include "app/cause.h"
 #include "http/HTTPSocket.h"
 #include "runtime/Numbers.h"
 #include "runtime/byte_search.h"
@@ -29,10 +30,11 @@ std::optional<TimedText> FetchTimedText(Window1& form, std::int64_t row) {
   HTTPSocket socket;
   std::string body = socket.Get(AddressOf(form, row), kTimedTextTimeOut);
   if (body.empty() && socket.LastErrorCode() != 0) {
-    MsgBox(
-        "Error code: " + Str(socket.ErrorCode()) +
-        " - A connection to YouTube was not able to be established. Check your internet connection and try "
-        "again.");
+    MsgBox("Error code: " + Str(socket.ErrorCode()) +
+               " - A connection to YouTube was not able to be established. Check your internet connection "
+               "and try "
+               "again.",
+           CauseOf(socket, body));
     return std::nullopt;
   }
   TimedText track = CutTimedText(form, DefineEncoding(std::move(body), Encodings::UTF8));

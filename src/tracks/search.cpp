@@ -13,6 +13,7 @@
 
 #include "app/App.h"
 #include "app/Window1.h"
+#include "app/cause.h"
 #include "http/HTTPSocket.h"
 #include "runtime/RegEx.h"
 #include "runtime/Text.h"
@@ -120,11 +121,14 @@ void Window1::PushButton2_Action() {
   HTTPSocket socket;
   const std::string address =
       "http://" + app.endpoints.TrackListEndpoint + "/timedtext?type=list&v=" + app.vidCode;
-  TakeTrackList(*this, socket.Get(address, kTrackListTimeOut));
+  std::string reply = socket.Get(address, kTrackListTimeOut);
+  const std::string cause = CauseOf(socket, reply);
+  TakeTrackList(*this, std::move(reply));
   if (Listbox1.ListCount() == 0) {
     MsgBox(
         "There are no transcripts available for this video. Auto-generated transcripts contain no data and "
         "cannot "
-        "be downloaded.");
+        "be downloaded.",
+        cause);
   }
 }

@@ -4,6 +4,10 @@
 
 #include "runtime/TextControls.h"
 
+void FakePlatform::MessageBox(const std::string& text, const std::string& cause) {
+  calls.push_back("message: " + text + (cause.empty() ? "" : "\ncause: " + cause));
+}
+
 std::optional<std::string> FakePlatform::AskSavePath(const std::string& filter, const std::string& name) {
   calls.push_back("save: " + filter + " " + name);
   if (onSaveDialog) onSaveDialog();

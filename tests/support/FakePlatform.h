@@ -15,7 +15,8 @@
 
 class FakePlatform : public Platform {
  public:
-  // One line a call, such as "message: Hello", "save: TEXT search_results.txt", "show: Window1".
+  // One line a call, such as "message: Hello" (a cause follows on a line of its own), "save: TEXT
+  // search_results.txt", "show: Window1".
   std::vector<std::string> calls;
   std::deque<std::optional<std::string>> saves;  // answers to the next save dialogs; then all are cancelled
   std::string prefsFolder;
@@ -26,7 +27,7 @@ class FakePlatform : public Platform {
   std::function<void()> onSaveDialog;
   std::string clipboard;
 
-  void MessageBox(const std::string& text) override { calls.push_back("message: " + text); }
+  void MessageBox(const std::string& text, const std::string& cause) override;
   std::optional<std::string> AskSavePath(const std::string& filter, const std::string& name) override;
   void ShowURL(const std::string& address) override { calls.push_back("browse: " + address); }
   void Launch(const std::string& path) override { calls.push_back("launch: " + path); }

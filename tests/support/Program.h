@@ -20,8 +20,8 @@
 struct WaitingPlatform : FakePlatform {
   std::function<void()> onMessage;
 
-  void MessageBox(const std::string& text) override {
-    FakePlatform::MessageBox(text);
+  void MessageBox(const std::string& text, const std::string& cause) override {
+    FakePlatform::MessageBox(text, cause);
     if (onMessage) onMessage();
   }
   void ProcessEvents(int milliseconds) override {

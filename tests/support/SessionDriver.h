@@ -18,8 +18,9 @@ using Lines = std::vector<std::string>;
 
 // The objects that a session prints, letter by letter.
 inline std::string Quote(const std::string& text) { return nlohmann::json(text).dump(); }
-inline std::string Message(const std::string& text) {
-  return R"({"event":"message","text":)" + Quote(text) + "}";
+inline std::string Message(const std::string& text, const std::string& cause = "") {
+  return R"({"event":"message","text":)" + Quote(text) + (cause.empty() ? "" : ",\"cause\":" + Quote(cause)) +
+         "}";
 }
 inline std::string Saved(const std::string& filter, const std::string& name, const std::string& path) {
   return R"({"event":"save","filter":)" + Quote(filter) + R"(,"name":)" + Quote(name) + R"(,"path":)" +

@@ -125,7 +125,11 @@ Json StateOf(const App& app) {
 
 }  // namespace
 
-void Printer::Message(const std::string& text) { PrintLine(out_, {{"event", "message"}, {"text", text}}); }
+void Printer::Message(const std::string& text, const std::string& cause) {
+  Json message = {{"event", "message"}, {"text", text}};
+  if (!cause.empty()) message["cause"] = cause;
+  PrintLine(out_, message);
+}
 
 void Printer::Save(const std::string& filter, const std::string& name,
                    const std::optional<std::string>& path) {

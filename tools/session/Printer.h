@@ -12,7 +12,8 @@ class Printer {
  public:
   explicit Printer(std::ostream& out) : out_(out) {}
 
-  void Message(const std::string& text);
+  // Without the member cause where that is "".
+  void Message(const std::string& text, const std::string& cause);
   void Save(const std::string& filter, const std::string& name, const std::optional<std::string>& path);
   void Launch(const std::string& path);
   void Browse(const std::string& address);

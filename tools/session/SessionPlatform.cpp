@@ -7,7 +7,9 @@
 #include "runtime/TextControls.h"
 #include "runtime/Window.h"
 
-void SessionPlatform::MessageBox(const std::string& text) { printer_.Message(text); }
+void SessionPlatform::MessageBox(const std::string& text, const std::string& cause) {
+  printer_.Message(text, cause);
+}
 
 std::optional<std::string> SessionPlatform::AskSavePath(const std::string& filter, const std::string& name) {
   std::optional<std::string> path;

@@ -16,7 +16,7 @@ class SessionPlatform : public Platform {
   // The answer to the next save dialog; nullopt cancels it. With nothing queued a dialog is cancelled.
   void QueueSave(std::optional<std::string> path) { saves_.push_back(std::move(path)); }
 
-  void MessageBox(const std::string& text) override;
+  void MessageBox(const std::string& text, const std::string& cause) override;
   std::optional<std::string> AskSavePath(const std::string& filter, const std::string& name) override;
   void ShowURL(const std::string& address) override;
   void Launch(const std::string& path) override;

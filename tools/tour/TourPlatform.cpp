@@ -2,7 +2,9 @@
 
 #include <iostream>
 
-void TourPlatform::MessageBox(const std::string& text) { std::cout << "Ravelyn says: " << text << std::endl; }
+void TourPlatform::MessageBox(const std::string& text, const std::string& cause) {
+  std::cout << "Ravelyn says: " << text << (cause.empty() ? "" : "\n  " + cause) << std::endl;
+}
 
 std::optional<std::string> TourPlatform::AskSavePath(const std::string&, const std::string& name) {
   return folder_ + "/" + prefix_ + name;

@@ -10,7 +10,7 @@ class TourPlatform : public QtPlatform {
   explicit TourPlatform(std::string folder) : folder_(std::move(folder)) {}
   void SavePrefixed(std::string prefix) { prefix_ = std::move(prefix); }
 
-  void MessageBox(const std::string& text) override;
+  void MessageBox(const std::string& text, const std::string& cause) override;
   std::optional<std::string> AskSavePath(const std::string& filter, const std::string& name) override;
   void ShowURL(const std::string& address) override;
   void Launch(const std::string& path) override;
