@@ -200,6 +200,32 @@ TEST_F(Desktop, WindowsCloseAndComeBack) {
   EXPECT_TRUE(host.hasLeft) << "the last window takes the program with it";
 }
 
+TEST_F(Desktop, AMinimisedWindowIsBroughtForward) {
+  Offer(server, "abc", kTwoLanguages);
+  search(QStringLiteral("abc"));
+  clickRow(languages(), 0);
+  form().searchField.PersonTypes("harbour");
+  click(form().PushButton3);
+  aboutWin::Get().Show();
+  const struct {
+    Window& window;
+    std::function<void()> road;
+  } cases[] = {{form(), [&] { app->ChooseMenuItem("FileNewWindow"); }},
+               {aboutWin::Get(), [&] { app->ChooseMenuItem("FileAboutRavelyn"); }},
+               {aboutWin::Get(), [&] { click(form().Canvas1); }},
+               {SearchWin::Get(), [&] { click(form().PushButton3); }}};
+  for (const auto& [window, road] : cases) {
+    for (const Qt::WindowState kept : {Qt::WindowNoState, Qt::WindowMaximized}) {
+      view(window).setWindowState(kept);
+      view(window).showMinimized();
+      ASSERT_TRUE(view(window).isMinimized());
+      road();
+      EXPECT_EQ(view(window).windowState() & ~Qt::WindowActive, kept) << window.Name();
+      EXPECT_TRUE(QTest::qWaitForWindowActive(&view(window))) << window.Name();
+    }
+  }
+}
+
 TEST_F(Desktop, OnlyAPersonsChangeOfSizeIsTold) {
   SearchWin& results = SearchWin::Get();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&view(results)));

@@ -164,6 +164,7 @@ void WindowView::keyPressEvent(QKeyEvent* event) {
 
 void WindowView::bringForward() {
   flush();
+  setWindowState(windowState() & ~Qt::WindowMinimized);
   show();
   raise();
   activateWindow();
