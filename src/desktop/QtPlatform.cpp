@@ -126,6 +126,11 @@ void QtPlatform::dismissDialogsOf(const QWidget* parent) {
   }
 }
 
+void QtPlatform::quit() {
+  Application::Current().Quit();
+  quitIfAsked();
+}
+
 void QtPlatform::quitIfAsked() {
   if (!isQuitting()) return;
   dismissDialogsOf(nullptr);

@@ -24,6 +24,8 @@ class QtPlatform : public Platform {
 
   // nullptr for a window that was not shown yet.
   WindowView* viewOf(const Window& window) const;
+  // Ends the program as the user's Quit does.
+  void quit();
   // Takes all windows from the screen; the records stay as they are.
   void dropViews();
 

@@ -11,6 +11,7 @@
 #include "app/App.h"
 #include "desktop/QtPlatform.h"
 #include "desktop/pictures.h"
+#include "desktop/run.h"
 
 namespace {
 
@@ -49,10 +50,6 @@ int main(int count, char** arguments) {
 
   QtPlatform platform;
   App app(platform);
-  QTimer::singleShot(0, [&app] { app.Start(); });
   QTimer::singleShot(kIconDelay, [] { QApplication::setWindowIcon(programIcon()); });
-  const int result = QApplication::exec();
-  platform.dropViews();
-  app.Stop();
-  return result;
+  return run(app, platform);
 }

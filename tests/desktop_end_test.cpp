@@ -1,0 +1,136 @@
+// Who ends the program, and what is left of it: real processes that run the program's own loop, driven from
+// inside by the events of a user.
+
+#include <sys/wait.h>
+
+#include <QEvent>
+#include <csignal>
+
+#include "desktop/run.h"
+#include "desktop_fixture.h"
+
+namespace {
+
+// The program on Qt's own platform, with one answer for the save dialog.
+class Answering : public QtPlatform {
+ public:
+  explicit Answering(std::string path) : path_(std::move(path)) {}
+  std::optional<std::string> AskSavePath(const std::string&, const std::string&) override { return path_; }
+
+ private:
+  std::string path_;
+};
+
+// Calls again and again until it is true, between the program's other events.
+void when(const std::function<bool()>& isTime, const std::function<void()>& deed) {
+  auto* const turn = new QTimer(qApp);
+  QObject::connect(turn, &QTimer::timeout, turn, [turn, isTime, deed] {
+    if (!isTime()) return;
+    turn->stop();
+    turn->deleteLater();
+    deed();
+  });
+  turn->start(0);
+}
+
+void end(const std::string& how) {
+  if (how == "session") {
+    QEvent quit(QEvent::Quit);  // what Qt sends when the session manager says die
+    QCoreApplication::sendEvent(qApp, &quit);
+  } else {
+    ::raise(how == "TERM" ? SIGTERM : how == "INT" ? SIGINT : SIGHUP);
+  }
+}
+
+std::size_t filesIn(const std::string& folder) {
+  return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder), {}));
+}
+
+// Saves a track into folder and is ended as soon as isTime, in the middle of it.
+void saveAndEnd(const std::string& how, const std::function<bool()>& isTime) {
+  Window1& form = Window1::Get();
+  form.TextField1.PersonTypes("https://host/watch?v=abc");
+  form.PushButton2.PersonClicks();
+  form.Listbox1.PersonSelects({0});
+  form.openBox.PersonClicks();
+  form.SRTBox.PersonClicks();
+  when(isTime, [how] { end(how); });
+  form.PushButton1.PersonClicks();
+}
+
+// arguments: the part's name, who ends the program, when, its server and the folder for what it saves.
+int runProgram(int count, char** arguments) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication qt(count, arguments);
+  QApplication::setQuitOnLastWindowClosed(false);
+  const std::string how = arguments[2], moment = arguments[3], folder = arguments[5];
+  Answering platform(folder + "/a.srt");
+  App app(platform, EndpointsAt(arguments[4]));
+  const auto isOpen = [&app] { return app.preferencesLoaded; };
+  const auto isWriting = [folder] { return filesIn(folder) > 0; };
+  if (moment == "idle") {
+    when(isOpen, [&] { Window1::Get().SRTBox.PersonClicks(), end(how); });
+  } else if (moment == "message") {
+    when(isOpen, [&] {
+      Window1::Get().SRTBox.PersonClicks();
+      when([] { return QApplication::activeModalWidget(); }, [how] { end(how); });
+      Window1::Get().PushButton2.PersonClicks();
+    });
+  } else {
+    when(isOpen, [&] {
+      const bool writing = moment == "writing";
+      saveAndEnd(
+          how, writing ? std::function<bool()>(isWriting) : [&app] { return app.IsCommandRunning(); });
+    });
+  }
+  const int result = run(app, platform);
+  return moment == "writing" && filesIn(folder) > 0 ? 3 : result;
+}
+
+struct Ended {
+  int status;
+  std::string preferences;
+  std::size_t files;
+};
+
+Ended runAndEnd(const std::string& how, const std::string& moment, const std::string& server) {
+  const TemporaryFolder config, folder;
+  const std::string self = std::filesystem::read_symlink("/proc/self/exe");
+  const pid_t process = ::fork();
+  if (process == 0) {
+    ::setenv("XDG_CONFIG_HOME", config.Path().c_str(), 1);
+    ::alarm(60);
+    ::execl(self.c_str(), "ravelyn", "--program", how.c_str(), moment.c_str(), server.c_str(),
+            folder.Path().c_str(), nullptr);
+  }
+  int status = -1;
+  ::waitpid(process, &status, 0);
+  return {status, ReadFile(config / "com.tarnvale.ravelyn.user.prefs"), filesIn(folder.Path())};
+}
+
+}  // namespace
+
+TEST(End, KeepsThePreferencesAndLeavesNoHalfMadeFile) {
+  LoopbackServer server;
+  std::vector<Cue> cues(300'000, Cue{"1", "2", "many words"});
+  Offer(server, "abc", {{"en", "English", Document(cues)}});
+  LoopbackServer stalling;
+  stalling.AnswerAt(ListPath("abc"), {Page(TrackList({{"en", "English", ""}}))});
+  stalling.Answer({"HTTP/1.0 200 OK\r\nContent-Length: 999\r\n\r\nhalf", Reply::End::Stall});
+  for (const std::string how : {"TERM", "INT", "HUP", "session"}) {
+    for (const std::string moment : {"idle", "message", "fetching", "writing"}) {
+      SCOPED_TRACE(how + " while " + moment);
+      const bool opens = moment == "fetching" || moment == "writing";
+      const Ended ended = runAndEnd(how, moment, moment == "fetching" ? stalling.Host() : server.Host());
+      EXPECT_EQ(ended.status, 0);
+      EXPECT_EQ(ended.preferences,
+                std::string("SRT\n") + (opens ? "false" : "true") + "\nfalse\nfalse\nfalse\n");
+      EXPECT_EQ(ended.files, 0U);
+    }
+  }
+}
+
+int main(int count, char** arguments) {
+  if (count > 1 && arguments[1] == std::string("--program")) return runProgram(count, arguments);
+  return runOffscreen(count, arguments);
+}
