@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 
 #include <QApplication>
+#include <QSocketNotifier>
 #include <QTimer>
 #include <chrono>
 #include <system_error>
@@ -12,11 +13,12 @@
 #include "desktop/QtPlatform.h"
 #include "desktop/pictures.h"
 #include "desktop/run.h"
+#include "ravelyn/OwnGateway.h"
 
 namespace {
 
-// The icon's pictures are read when the first window should stand, not on the way there.
-constexpr std::chrono::milliseconds kIconDelay{200};
+// What can wait until the first window stands, waits: the icon's pictures, the gateway's process.
+constexpr std::chrono::milliseconds kAfterTheWindow{200};
 
 // Reads the system's font settings, which takes as long as to reach the screen. Qt would do it at the
 // first text, with all else waiting; what is read once is there for it.
@@ -36,6 +38,18 @@ std::thread startOfReadingFonts() {
   }
 }
 
+// Starts the gateway, and again whenever it ends.
+void keepRunning(OwnGateway& gateway) {
+  gateway.Start();
+  if (gateway.Ended() < 0) return;
+  auto* const ended = new QSocketNotifier(gateway.Ended(), QSocketNotifier::Read, qApp);
+  QObject::connect(ended, &QSocketNotifier::activated, ended, [ended, &gateway] {
+    ended->setEnabled(false);
+    ended->deleteLater();
+    keepRunning(gateway);
+  });
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -48,8 +62,12 @@ int main(int count, char** arguments) {
   // The application counts its windows by itself.
   QApplication::setQuitOnLastWindowClosed(false);
 
+  OwnGateway gateway({}, GatewayCommand());
+  QTimer::singleShot(kAfterTheWindow, qApp, [&gateway] {
+    QApplication::setWindowIcon(programIcon());
+    keepRunning(gateway);
+  });
   QtPlatform platform;
   App app(platform);
-  QTimer::singleShot(kIconDelay, [] { QApplication::setWindowIcon(programIcon()); });
   return run(app, platform);
 }

@@ -1,0 +1,233 @@
+// The gateway that the program brings along, as real processes on real sockets. This test program plays
+// three parts: the tests, a gateway that answers with what it was started with, and a program to be killed.
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include "http/HTTPSocket.h"
+#include "ravelyn/OwnGateway.h"
+#include "runtime/Text.h"
+#include "support/LoopbackServer.h"
+#include "support/TemporaryFolder.h"
+#include "support/captions.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string kSelf = fs::read_symlink("/proc/self/exe");
+
+int FreePort() {
+  int port = 0;
+  ::close(ListenOnLoopback(port));
+  return port;
+}
+
+std::string At(int port) { return "127.0.0.1:" + std::to_string(port); }
+
+std::string Ask(int port, const std::string& path = "/") {
+  HTTPSocket client;
+  return client.Get("http://" + At(port) + path, 20);
+}
+
+bool EndsWithinTenSeconds(pid_t process) {
+  pollfd ended{static_cast<int>(::syscall(SYS_pidfd_open, process, 0)), POLLIN, 0};
+  const bool ends = ended.fd < 0 || ::poll(&ended, 1, 10'000) == 1;
+  ::close(ended.fd);
+  return ends;
+}
+
+bool HasEnded(const OwnGateway& gateway) {
+  pollfd ended{gateway.Ended(), POLLIN, 0};
+  return ::poll(&ended, 1, 10'000) == 1;
+}
+
+// What a gateway was given, in one line.
+std::string OwnState() {
+  std::string state = "pid " + std::to_string(::getpid()) + " descriptors";
+  for (int i = 0; i < 1000; ++i) {
+    if (::fcntl(i, F_GETFD) >= 0) state += " " + std::to_string(i);
+  }
+  const bool isNamed = std::getenv("LISTEN_PID") == std::to_string(::getpid());
+  state += isNamed && std::getenv("LISTEN_FDS") == std::string("1") ? " handed over" : "";
+  sigset_t blocked;
+  ::sigprocmask(SIG_BLOCK, nullptr, &blocked);
+  state += ::sigismember(&blocked, SIGTERM) != 0 ? " blocked" : "";
+  return state + (::signal(SIGPIPE, SIG_IGN) == SIG_IGN ? " ignoring" : "");
+}
+
+// Answers every request with its state, and ends with its input or, on "/crash", at once.
+int RunGateway() {
+  const std::string state = OwnState();
+  for (;;) {
+    pollfd waiting[] = {{0, POLLIN, 0}, {3, POLLIN, 0}};
+    ::poll(waiting, 2, -1);
+    if (waiting[0].revents) return 0;
+    const int client = ::accept(3, nullptr, nullptr);
+    if (client < 0) continue;
+    char request[4096];
+    const ssize_t size = ::read(client, request, sizeof request);
+    if (std::string_view(request, static_cast<std::size_t>(std::max<ssize_t>(size, 0)))
+            .starts_with("GET /crash"))
+      ::abort();
+    const std::string page = Page(state);
+    ::send(client, page.data(), page.size(), MSG_NOSIGNAL);
+    ::close(client);
+  }
+}
+
+// Starts a gateway, and a child that outlives both; says so and waits to be killed.
+int RunProgram(const std::string& endpoint) {
+  OwnGateway gateway(EndpointsAt(endpoint), {kSelf, "--gateway"});
+  gateway.Start();
+  const pid_t other = ::fork();
+  if (other == 0) ::execl("/bin/sleep", "sleep", "20", nullptr);
+  const std::string line = std::to_string(other) + "\n";
+  const ssize_t written = ::write(1, line.data(), line.size());
+  for (;;) ::pause();
+  return written < 0;
+}
+
+struct Running {
+  explicit Running(int at = FreePort()) : port(at) {}
+  int port;
+  OwnGateway gateway{EndpointsAt(At(port)), {kSelf, "--gateway"}};
+};
+
+}  // namespace
+
+TEST(OwnGateway, AnswersWhatCameBeforeItStarted) {
+  sigset_t term;
+  ::sigemptyset(&term);
+  ::sigaddset(&term, SIGTERM);
+  ::sigprocmask(SIG_BLOCK, &term, nullptr);
+  const auto wasPipe = ::signal(SIGPIPE, SIG_IGN);
+  const int leaky = ::open("/dev/null", O_RDONLY);
+
+  Running own;
+  HTTPSocket early;
+  std::string answer;
+  early.PageReceived = [&](const std::string&, int, auto, const std::string& page) { answer = page; };
+  early.Get("http://" + At(own.port) + "/");
+  while (!early.IsConnected()) early.Poll();
+  own.gateway.Start();
+  while (answer.empty() && early.LastErrorCode() == 0) early.Poll();
+  const std::string pid = NthField(answer, " ", 2);
+  EXPECT_EQ(answer, "pid " + pid + " descriptors 0 1 2 3 handed over");
+  EXPECT_EQ(::getpgid(std::stoi(pid)), std::stoi(pid)) << "a group of its own";
+
+  ::close(leaky);
+  ::signal(SIGPIPE, wasPipe);
+  ::sigprocmask(SIG_UNBLOCK, &term, nullptr);
+}
+
+TEST(OwnGateway, EndsWithTheProgram) {
+  pid_t process = -1;
+  const int port = FreePort();
+  {
+    Running own(port);
+    own.gateway.Start();
+    process = std::stoi(NthField(Ask(port), " ", 2));
+  }
+  EXPECT_EQ(::kill(process, 0), -1) << "it is waited for";
+  EXPECT_TRUE(Running(port).gateway.IsListening()) << "and the next program finds the port free";
+}
+
+TEST(OwnGateway, EndsWithAProgramThatIsKilled) {
+  int output[2];
+  ASSERT_EQ(::pipe(output), 0);
+  const int port = FreePort();
+  const pid_t program = ::fork();
+  if (program == 0) {
+    ::dup2(output[1], 1);
+    ::execl(kSelf.c_str(), "program", "--program", At(port).c_str(), nullptr);
+  }
+  char line[32] = {};
+  ASSERT_GT(::read(output[0], line, sizeof line - 1), 0);
+  const pid_t gateway = std::stoi(NthField(Ask(port), " ", 2)), other = std::stoi(line);
+  ::kill(program, SIGKILL);
+  ::waitpid(program, nullptr, 0);
+  EXPECT_TRUE(EndsWithinTenSeconds(gateway));
+  EXPECT_TRUE(Running(port).gateway.IsListening());
+  EXPECT_EQ(::kill(other, SIGKILL), 0) << "which another child of the program did not keep";
+  ::close(output[0]);
+  ::close(output[1]);
+}
+
+TEST(OwnGateway, StartsNothingWhereItIsNotWanted) {
+  int taken = 0;
+  const int listener = ListenOnLoopback(taken);
+  Endpoints two = EndpointsAt(At(FreePort()));
+  two.TimedTextEndpoint = At(FreePort());
+  const std::string port = ":" + std::to_string(FreePort());
+  for (const Endpoints& where : {EndpointsAt(At(taken)), two, EndpointsAt("captions.example" + port),
+                                 EndpointsAt("127.0.0.1"), EndpointsAt("127.0.0.1:99999")}) {
+    OwnGateway gateway(where, {kSelf, "--gateway"});
+    gateway.Start();
+    EXPECT_FALSE(gateway.IsListening()) << where.TrackListEndpoint;
+    EXPECT_EQ(gateway.Ended(), -1) << where.TrackListEndpoint;
+  }
+  ::close(listener);
+  EXPECT_TRUE(OwnGateway(EndpointsAt("localhost" + port), {kSelf}).IsListening());
+  EXPECT_FALSE(OwnGateway(EndpointsAt("127.0.0.1" + port), {}).IsListening()) << "nothing to start";
+}
+
+TEST(OwnGateway, ComesBackAfterACrashButNotForEver) {
+  Running own;
+  own.gateway.Start();
+  for (int crashes = 1; crashes <= 3; ++crashes) {
+    const std::string before = Ask(own.port);
+    EXPECT_TRUE(before.starts_with("pid "));
+    EXPECT_EQ(Ask(own.port, "/crash"), "");
+    ASSERT_TRUE(HasEnded(own.gateway));
+    own.gateway.Start();
+    EXPECT_NE(Ask(own.port), before);
+  }
+  HTTPSocket client;
+  EXPECT_EQ(client.Get("http://" + At(own.port) + "/", 20), "");
+  EXPECT_EQ(client.LastErrorCode(), ECONNREFUSED);
+}
+
+TEST(OwnGateway, OfAProgramThatCantRunRefusesAtOnce) {
+  OwnGateway gateway(EndpointsAt(At(FreePort())), {"/nowhere/ravelyn-gateway"});
+  for (int i = 0; i < 4 && gateway.IsListening(); ++i) {
+    gateway.Start();
+    EXPECT_TRUE(gateway.Ended() < 0 || HasEnded(gateway));
+  }
+  EXPECT_FALSE(gateway.IsListening());
+}
+
+TEST(OwnGateway, IsFoundInThePathAndServesTwoFolders) {
+  const TemporaryFolder folder;
+  for (const char* name : {"no", "plain", "bin"}) fs::create_directory(folder / name);
+  WriteFile(folder / "plain/ravelyn-gateway", "");
+  WriteFile(folder / "bin/ravelyn-gateway", "");
+  fs::permissions(folder / "bin/ravelyn-gateway", fs::perms::owner_all);
+  const std::string path = std::getenv("PATH"), home = std::getenv("HOME");
+  ::setenv("HOME", "/home/user", 1);
+  ::setenv("PATH",
+           (":relative:" + (folder / "no") + ":" + (folder / "plain") + ":" + (folder / "bin")).c_str(), 1);
+  const auto command = GatewayCommand();
+  ::setenv("PATH", (folder / "plain").c_str(), 1);
+  EXPECT_TRUE(GatewayCommand().empty());
+  ::setenv("PATH", path.c_str(), 1);
+  ::setenv("HOME", home.c_str(), 1);
+  EXPECT_EQ(command, (OwnGateway::CommandLine{folder / "bin/ravelyn-gateway", "--fetch", "--stop-with-input",
+                                              "--folder", "/home/user/.local/share/ravelyn/captions",
+                                              "--folder", folder / "share/ravelyn/captions"}));
+}
+
+int main(int count, char** arguments) {
+  const std::string part = count > 1 ? arguments[1] : "";
+  if (part == "--gateway") return RunGateway();
+  if (part == "--program") return RunProgram(arguments[2]);
+  ::testing::InitGoogleTest(&count, arguments);
+  return RUN_ALL_TESTS();
+}
