@@ -184,6 +184,25 @@ TEST_F(Desktop, AListOfManyHitsGrowsWithoutStalling) {
   EXPECT_LT(stall, 1000) << "something goes through all rows at every step";
 }
 
+TEST_F(Desktop, AListHasItsGridLines) {
+  Listbox& results = SearchWin::Get().resultsList;
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&view(SearchWin::Get())));
+  results.AddRow("00:00:00.000");
+  draw();
+  ListView& list = widget<ListView>(results);
+  const QImage seen = list.viewport()->grab().toImage();
+  const auto at = [&](int x, int y) { return seen.pixelColor(QPoint(x, y) * seen.devicePixelRatio()); };
+  const QColor ground = list.palette().color(QPalette::Base);
+  const int right = list.viewport()->width() - 5, bottom = list.viewport()->height() - 5;
+  const int below = list.rowHeight(0), beside = list.columnWidth(0);
+  EXPECT_NE(at(right, below - 1), ground) << "below each row";
+  EXPECT_EQ(at(right, below - 2), ground);
+  EXPECT_EQ(at(right, below), ground);
+  for (const int thick : {1, 2}) EXPECT_NE(at(beside - thick, bottom), ground) << "between the columns";
+  EXPECT_EQ(at(beside - 3, bottom), ground);
+  EXPECT_EQ(at(beside, bottom), ground);
+}
+
 TEST(SaveDialog, StartsWithNameFolderAndKinds) {
   const TemporaryFolder folder;
   const auto dialog =
@@ -207,7 +226,7 @@ TEST(PreferencesFolder, IsTheSystemsAndIsMade) {
   EXPECT_EQ(folder(""), home / ".config");
   EXPECT_EQ(folder("relative"), home / ".config");
   EXPECT_EQ(folder((home / "a/b").c_str()), home / "a/b");
-  EXPECT_TRUE(std::filesystem::is_directory(home / "a/b"));
+  EXPECT_EQ(std::filesystem::status(home / "a/b").permissions(), std::filesystem::perms::owner_all);
   WriteFile(home / "file", "");
   EXPECT_EQ(folder((home / "file").c_str()), "");
 #endif

@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QClipboard>
+#include <QFileDialog>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -128,6 +129,10 @@ TEST_F(Desktop, RecordsAndWidgetsFollowEachOther) {
   EXPECT_EQ(languages().model()->rowCount(), 1);
   EXPECT_FALSE(widget<QWidget>(form().paragraphBox).isEnabled());
 
+  link().setCursorPosition(2);
+  form().TextField1.SetText("by code again");
+  draw();
+  EXPECT_EQ(link().cursorPosition(), 2) << "the user is at work there";
   link().selectAll();
   QApplication::clipboard()->setText(QStringLiteral("two\nlines"));
   link().paste();
@@ -151,6 +156,8 @@ TEST_F(Desktop, AListKeepsItsSelectionThroughChanges) {
   clickRow(languages(), 3, Qt::ShiftModifier);
   EXPECT_EQ(list.SelCount(), 3);
   list.RemoveRow(0);
+  draw();
+  EXPECT_EQ(list.SelCount(), 3) << "rows that leave the view deselect nothing";
   list.AddRow("e");
   draw();
   QStringList selected;
@@ -246,6 +253,8 @@ TEST_F(Desktop, TheEditMenuActsOnTheFocusedText) {
       if (action->isEnabled() && !action->isSeparator()) names << action->data().toString();
     }
     emit menu.aboutToHide();
+    for (const QAction* action : menu.actions())
+      EXPECT_TRUE(action->isEnabled()) << "or its shortcut is dead";
     return names.join(QChar(u' ')).toStdString();
   };
   QApplication::clipboard()->setText(QStringLiteral("pasted"));
@@ -306,18 +315,44 @@ TEST_F(Desktop, AWindowThatComesDuringACommandShowsThatOneRuns) {
   EXPECT_EQ(said(), QString());
 }
 
-TEST_F(Desktop, QuittingDismissesAnOpenMessage) {
+TEST_F(Desktop, AFormThatClosesTakesItsMessageAlong) {
   host.realMessages = true;
-  QTimer::singleShot(50, [&] {
-    const auto* box = dynamic_cast<QMessageBox*>(QApplication::activeModalWidget());
-    ASSERT_TRUE(box);
-    EXPECT_EQ(box->textFormat(), Qt::PlainText);
-    EXPECT_EQ(box->text(), QStringLiteral("This does not appear to be a YouTube URL."));
-    form().PersonCloses();
-  });
-  write(QStringLiteral("no link"));
-  press(Qt::Key_Return);
-  EXPECT_FALSE(QApplication::activeModalWidget());
+  for (const bool isLast : {false, true}) {
+    if (!isLast) aboutWin::Get().Show();
+    form().Show();
+    QTimer::singleShot(50, [&] {
+      const auto* box = dynamic_cast<QMessageBox*>(QApplication::activeModalWidget());
+      ASSERT_TRUE(box);
+      EXPECT_EQ(box->text(), QStringLiteral("This does not appear to be a YouTube URL."));
+      form().PersonCloses();
+    });
+    form().TextField1.PersonTypes("no link");
+    form().PushButton2.PersonClicks();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(QApplication::activeModalWidget());
+    EXPECT_EQ(host.hasLeft, isLast);
+    if (!isLast) form().Show(), aboutWin::Get().PersonCloses();
+  }
+}
+
+TEST_F(Desktop, ASaveDialogStartsWhereTheLastFileWent) {
+  const TemporaryFolder folder;
+  std::vector<std::string> folders;
+  const auto ask = [&](const std::string& path) {
+    QTimer::singleShot(0, [&] {
+      auto* dialog = dynamic_cast<QFileDialog*>(QApplication::activeModalWidget());
+      ASSERT_TRUE(dialog);
+      folders.push_back(dialog->directory().path().toStdString());
+      dialog->selectFile(QString::fromStdString(path));
+      path.empty() ? dialog->reject() : static_cast<QDialog*>(dialog)->accept();
+    });
+    return host.QtPlatform::AskSavePath("", "German.srt");
+  };
+  EXPECT_EQ(ask(folder / "a.srt"), folder / "a.srt");
+  EXPECT_EQ(ask(""), std::nullopt);
+  EXPECT_EQ(ask(folder / "\xC3\xA9.srt"), folder / "\xC3\xA9.srt");
+  EXPECT_EQ(folders.at(1), folder.Path());
+  EXPECT_EQ(folders.at(2), folder.Path()) << "also after one that was cancelled";
 }
 
 TEST_F(Desktop, WhatNothingOpensIsShownForCopying) {
@@ -336,14 +371,14 @@ TEST_F(Desktop, WhatNothingOpensIsShownForCopying) {
   host.ShowURL("https://www.youtube.com/watch?v=a b&t=1");
   EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("https://www.youtube.com/watch?v=a b&t=1"));
   QTimer::singleShot(0, dismiss);
-  host.Launch("/tmp/a;b.txt");
+  host.Launch("/tmp/a;\xC3\xA9.txt");
   QTimer::singleShot(0, dismiss);
   host.ShowURL("file:///etc/passwd");
   EXPECT_EQ(host.calls,
-            (Calls{"open: https://www.youtube.com/watch?v=a%20b&t=1", "open: file:///tmp/a;b.txt"}))
+            (Calls{"open: https://www.youtube.com/watch?v=a%20b&t=1", "open: file:///tmp/a;%C3%A9.txt"}))
       << "only the web is browsed";
   ASSERT_EQ(texts.size(), 3U);
-  EXPECT_TRUE(texts[1].endsWith(QStringLiteral("\n\n/tmp/a;b.txt")));
+  EXPECT_TRUE(texts[1].endsWith(QStringLiteral("\n\n/tmp/a;\u00E9.txt")));
 }
 
 int main(int count, char** arguments) { return runOffscreen(count, arguments); }

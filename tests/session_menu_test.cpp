@@ -1,6 +1,5 @@
 // The menus, and which window answers them.
 
-#include "app/MainMenuBar.h"
 #include "support/SessionDriver.h"
 
 namespace {
@@ -70,16 +69,4 @@ TEST(Menu, EditActsOnTheFocusedTextField) {
     EXPECT_EQ(driver.Run(actions), Lines{});
     EXPECT_EQ(driver.State()["windows"]["Window1"]["controls"]["searchField"]["text"], text) << actions;
   }
-}
-
-TEST(Menu, HasAnAccessorForEachItem) {
-  Lines names;
-  for (const MenuItem* item :
-       {&FileQuit(), &FileNewWindow(), &FileAboutRavelyn(), &FileHelp(), &EditUndo(), &EditSeparator1(),
-        &EditCut(), &EditCopy(), &EditPaste(), &EditClear(), &EditSeparator2(), &EditSelectAll()})
-    names.push_back(item->Name);
-  Lines expected;
-  for (const Menu* menu : {&FileMenu(), &EditMenu()})
-    for (const MenuItem& item : menu->Items) expected.push_back(item.Name);
-  EXPECT_EQ(names, expected);
 }
