@@ -39,7 +39,7 @@ const std::string& Captions() {
 }
 
 std::string Reply(const std::string& request) {
-  static gateway::FolderSource source({Captions()});
+  static gateway::FolderSource source({Captions()}, gateway::FolderSource::Manner::AsIs);
   static const gateway::Answers answers(source);
   std::array<int, 2> ends{};
   HOLDS(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0, ends.data()) == 0);

@@ -41,12 +41,11 @@ std::string Counted(std::size_t count, const char* one) {
   return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
 }
 
-void TellStock(const FolderSource& library, const std::string& address) {
-  const auto stock = library.TakeStock();
+void TellStock(const FolderSource& source, const Options& options, const std::string& address) {
+  const auto stock = source.TakeStock();
   std::string line = "ravelyn-gateway: " + address + " serves " + Counted(stock.videos, "video") + " with " +
                      Counted(stock.tracks, "track") + " from";
-  for (const auto& folder : library.Folders())
-    line += (&folder == &library.Folders()[0] ? " " : ", ") + folder;
+  for (const auto& folder : options.folders) line += (&folder == &options.folders[0] ? " " : ", ") + folder;
   if (stock.leftOut > 0) line += "; " + Counted(stock.leftOut, "caption file") + " left out, see --help";
   std::puts(line.c_str());
   std::fflush(stdout);
@@ -56,10 +55,10 @@ int ServeFolders(const Options& options) {
   const Descriptor stop = EndSignals();
   auto handedOver = TakeHandedOver();
   const Descriptor listener = handedOver ? std::move(*handedOver) : ListenOnLoopback(options.port);
-  FolderSource library(options.folders);
+  FolderSource folders(options.folders);
   TellMissing(options.folders);
-  TellStock(library, AddressOf(listener));
-  Server(library).Serve(listener.Number(), stop.Number());
+  TellStock(folders, options, AddressOf(listener));
+  Server(folders).Serve(listener.Number(), stop.Number());
   return 0;
 }
 

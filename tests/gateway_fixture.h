@@ -79,10 +79,15 @@ inline std::string GetRequest(const std::string& target) {
   return "GET " + target + " HTTP/1.0\r\nHost: 127.0.0.1\r\n\r\n";
 }
 
+// Files byte for byte, so that they may hold anything.
+inline std::shared_ptr<gateway::FolderSource> AsIs(const std::vector<std::string>& folders) {
+  return std::make_shared<gateway::FolderSource>(folders, gateway::FolderSource::Manner::AsIs);
+}
+
 class RunningGateway {
  public:
-  explicit RunningGateway(std::vector<std::string> folders, const gateway::Limits& limits = {})
-      : RunningGateway(std::make_shared<gateway::FolderSource>(std::move(folders)), limits) {}
+  explicit RunningGateway(const std::vector<std::string>& folders, const gateway::Limits& limits = {})
+      : RunningGateway(std::make_shared<gateway::FolderSource>(folders), limits) {}
   explicit RunningGateway(std::shared_ptr<gateway::CaptionSource> source, const gateway::Limits& limits = {})
       : source_(std::move(source)), server_(*source_, limits) {
     thread_ = std::thread([this] { server_.Serve(listener_.Number(), stop_.Number()); });

@@ -56,28 +56,31 @@ std::vector<gateway::Track> TracksIn(const Lines& languages) {
 
 TEST(GatewayNames, AreReadFromTheRight) {
   const std::map<std::string, Lines> names = {
-      {"A walk [hB7rV2kQx0w].en.srv1", {"A walk", "hB7rV2kQx0w", "en"}},
-      {"Vol. 2 [a reading] [Qn3_tW8-yLc].pt-BR.srv1", {"Vol. 2 [a reading]", "Qn3_tW8-yLc", "pt-BR"}},
-      {"x [a].en [b].de.srv1", {"x [a].en", "b", "de"}},
-      {"  [a].zh_Hant.srv1", {" ", "a", "zh_Hant"}},
-      {"\xff\n\" [a.b~c].en.srv1", {"\xff\n\"", "a.b~c", "en"}},
+      {"A walk [hB7rV2kQx0w].en.srv1", {"A walk", "hB7rV2kQx0w", "en", "srv1"}},
+      {"Vol. 2 [a reading] [Qn3_tW8-yLc].pt-BR.vtt", {"Vol. 2 [a reading]", "Qn3_tW8-yLc", "pt-BR", "vtt"}},
+      {"x [a].en [b].de.srt", {"x [a].en", "b", "de", "srt"}},
+      {"[a].en.SRV1", {"", "a", "en", "srv1"}},
+      {"  [a].en-nP7-2PuUl7o.Vtt", {" ", "a", "en-nP7-2PuUl7o", "vtt"}},
+      {"\xff\n\" [a.b~c].zh_Hant.srv1", {"\xff\n\"", "a.b~c", "zh_Hant", "srv1"}},
   };
   for (const auto& [fileName, expected] : names) {
     const auto name = gateway::ParseCaptionName(fileName);
     ASSERT_TRUE(name) << fileName;
-    EXPECT_EQ((Lines{name->title, name->code, name->language}), expected) << fileName;
+    EXPECT_EQ((Lines{std::string(name->title), std::string(name->code), std::string(name->language),
+                     std::string(name->format->ending)}),
+              expected)
+        << fileName;
   }
   for (const char* odd : {"",
                           ".srv1",
-                          "x [a].en.SRV1",
                           "x [a].en.srv1~",
-                          "x [a].en.srv2",
+                          "x [a].en.txt",
+                          "x [a].live_chat.srv1",
                           "x [a]en.srv1",
                           "x [a].srv1",
                           "x [a]..srv1",
                           "x[a].en.srv1",
                           " [a].en.srv1",
-                          "[a].en.srv1",
                           "x [].en.srv1",
                           "x [a b].en.srv1",
                           "x [a&b].en.srv1",
@@ -170,7 +173,7 @@ TEST(GatewayServing, SendsFilesByteForByte) {
   std::string everyByte;
   for (int i = 0; i < 3 << 20; ++i) everyByte += static_cast<char>(i * 7 >> 3);
   const TemporaryFolder folder;
-  const RunningGateway server({folder.Path()});
+  const RunningGateway server(AsIs({folder.Path()}));
   for (const std::string& bytes : {everyByte, std::string(), std::string("\0\r\n\r\n", 5)}) {
     WriteFile(folder / "Any title. [abc].en.srv1", bytes);
     const Reply reply = server.Captions("abc", "en");
@@ -191,7 +194,7 @@ TEST(GatewayServing, SendsFilesByteForByte) {
 TEST(GatewayServing, FindsACodeWithATailByBothRequests) {
   const TemporaryFolder folder;
   WriteFile(folder / "t [aB-_1].en.srv1", "words");
-  const RunningGateway server({folder.Path()});
+  const RunningGateway server(AsIs({folder.Path()}));
   for (const char* code : {"aB-_1", "aB-_1&t=30", "aB-_1?si=x", "aB-_1#t", "aB-_1%26t=30", "aB-_1&lang=de",
                            "aB-_1 ", "aB-_1?x=a b", "aB-_1?a?b?c#d#e"}) {
     EXPECT_EQ(CutTracks(server.List(code).body), Lines{"en=English"}) << code;
@@ -221,7 +224,7 @@ TEST(GatewayServing, ReachesNothingButItsFiles) {
   std::filesystem::create_directory(folder / "t [abc].de.srv1");
   ASSERT_EQ(::mkfifo((folder / "t [abc].ja.srv1").c_str(), 0600), 0);
 
-  const RunningGateway server({folder.Path()});
+  const RunningGateway server(AsIs({folder.Path()}));
   EXPECT_EQ(CutTracks(server.List("abc").body), (Lines{"en=English", "es=Spanish"}));
   EXPECT_EQ(server.Captions("abc", "es").body.size(), gateway::kLargestCaptionFile);
   for (const std::string language :
@@ -238,7 +241,7 @@ TEST(GatewayServing, ReachesNothingButItsFiles) {
 
 TEST(GatewayServing, ReadsTheFoldersAnew) {
   const TemporaryFolder parent;
-  const RunningGateway server({(parent / "later")});
+  const RunningGateway server(AsIs({(parent / "later")}));
   EXPECT_EQ(CutTracks(server.List("abc").body), Lines{});
   std::filesystem::create_directory(parent / "later");
   WriteFile(parent / "later/t [abc].en.srv1", "one");
@@ -259,7 +262,7 @@ TEST(GatewayServing, PrefersTheEarlierFolderAndName) {
   WriteFile(second / "a [abc].de.srv1", "zweiter");
   WriteFile(second / "a [xyz].de.srv1", "xyz");
   std::filesystem::create_symlink("b [abc].en.srv1", first / "a [abc].de.srv1");
-  const RunningGateway server({first.Path(), second.Path()});
+  const RunningGateway server(AsIs({first.Path(), second.Path()}));
   EXPECT_EQ(CutTracks(server.List("abc").body), (Lines{"en=English", "de=German"}));
   EXPECT_EQ(server.Captions("abc", "en").body, "first a");
   EXPECT_EQ(server.Captions("abc", "de").body, "zweiter") << "what can't be served hides nothing";
@@ -304,13 +307,15 @@ TEST(GatewaySamples, AreWellFormedAndServedWhole) {
       {"Qn3_tW8-yLc", {{"en", 30}, {"de", 30}, {"ru", 30}}},
       {"d5JmX-1uPzA", {{"en", 2006}, {"fr", 326}}},
   };
-  const RunningGateway server({RAVELYN_SAMPLES_DIR});
+  const RunningGateway server({RAVELYN_SAMPLES_DIR}), asIs(AsIs({RAVELYN_SAMPLES_DIR}));
   std::size_t tracks = 0;
   for (const auto& [code, languages] : expected) {
     EXPECT_EQ(CutTracks(server.List(code).body).size(), languages.size()) << code;
     for (const auto& [language, cues] : languages) {
       ++tracks;
-      EXPECT_EQ(CountCues(server.Captions(code, language).body), cues) << code << ' ' << language;
+      EXPECT_EQ(CountCues(asIs.Captions(code, language).body), cues) << code << ' ' << language;
+      const Lines parts = Split(server.Captions(code, language).body, "<text start=");
+      EXPECT_EQ(parts.size(), static_cast<std::size_t>(cues) + 1) << code << ' ' << language;
     }
   }
   EXPECT_EQ(gateway::FolderSource({RAVELYN_SAMPLES_DIR}).TakeStock().tracks, tracks);

@@ -1,109 +1,144 @@
 #include "gateway/sources/FolderSource.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <functional>
 #include <memory>
 #include <set>
+#include <tuple>
 
+#include "gateway/sources/OpenedFile.h"
 #include "gateway/sources/caption_name.h"
-#include "gateway/sources/language_name.h"
+#include "gateway/sources/track_name.h"
 
 namespace gateway {
 namespace {
 
-constexpr const char* kNoFile = "No folder holds captions of this video in this language.";
+constexpr std::uint64_t kLargeFile = 1u << 20;
+constexpr std::string_view kAsIsEnding = "srv1";
 
-struct CloseFolder {
-  void operator()(DIR* folder) const { ::closedir(folder); }
+class Turn {
+ public:
+  explicit Turn(std::counting_semaphore<>& places) : places_(places) { places_.acquire(); }
+  ~Turn() { places_.release(); }
+  Turn(const Turn&) = delete;
+  Turn& operator=(const Turn&) = delete;
+
+ private:
+  std::counting_semaphore<>& places_;
 };
-using Folder = std::unique_ptr<DIR, CloseFolder>;
-
-struct Entry {
-  std::string fileName;
-  CaptionName name;
-};
-
-// Calls `visit` with every file name of `folder` that has the ending of a caption file.
-void VisitNames(DIR* folder, const std::function<void(std::string_view)>& visit) {
-  while (const dirent* found = ::readdir(folder)) {
-    const std::string_view name = found->d_name;
-    if (name.ends_with(kCaptionEnding)) visit(name);
-  }
-}
-
-std::vector<Entry> EntriesOf(DIR* folder, std::string_view code) {
-  std::vector<Entry> entries;
-  VisitNames(folder, [&](std::string_view fileName) {
-    auto name = ParseCaptionName(fileName);
-    if (name && name->code == code) entries.push_back({std::string(fileName), *std::move(name)});
-  });
-  const auto byBytes = [](const Entry& a, const Entry& b) { return a.fileName < b.fileName; };
-  std::sort(entries.begin(), entries.end(), byBytes);
-  return entries;
-}
-
-bool IsServable(const struct stat& facts) {
-  return S_ISREG(facts.st_mode) && static_cast<std::uint64_t>(facts.st_size) <= kLargestCaptionFile;
-}
-
-// Asks before it opens, since opening alone can act on a device, and again afterwards, since the name may
-// have changed hands in between. A pipe that was put there meanwhile doesn't block.
-std::optional<CaptionFile> OpenServable(DIR* folder, const char* fileName) {
-  struct stat facts {};
-  const int place = ::dirfd(folder);
-  if (::fstatat(place, fileName, &facts, AT_SYMLINK_NOFOLLOW) != 0 || !IsServable(facts)) return std::nullopt;
-  Descriptor file(::openat(place, fileName, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-  if (!file || ::fstat(file.Number(), &facts) != 0 || !IsServable(facts)) return std::nullopt;
-  return CaptionFile(std::move(file), static_cast<std::uint64_t>(facts.st_size));
-}
 
 }  // namespace
 
+// A file that may be a track by its name.
+struct FolderSource::Candidate {
+  std::shared_ptr<const Descriptor> folder;
+  std::string path;  // for the log
+  std::string fileName;
+  std::string language;
+  const CaptionFormat* format;
+};
+
+FolderSource::FolderSource(const std::vector<std::string>& folders, Manner manner,
+                           std::chrono::milliseconds settling)
+    : manner_(manner), settling_(settling) {
+  for (const std::string& path : folders) folders_.emplace_back(path, settling);
+}
+
+bool FolderSource::IsServed(const CaptionFormat& format) const {
+  return manner_ == Manner::Convert || format.ending == kAsIsEnding;
+}
+
+std::vector<FolderSource::Candidate> FolderSource::CandidatesIn(FolderIndex& index,
+                                                                std::string_view code) const {
+  FolderIndex::Found found = index.Find(code);
+  const auto folder = std::make_shared<const Descriptor>(std::move(found.folder));
+  std::vector<Candidate> candidates;
+  for (std::string& fileName : found.fileNames) {
+    const auto name = ParseCaptionName(fileName);
+    if (!name || !IsServed(*name->format)) continue;
+    std::string path = index.Path() + "/" + fileName;
+    candidates.push_back({folder, std::move(path), fileName, std::string(name->language), name->format});
+  }
+  // The formats stand in one table, in the order of preference.
+  std::stable_sort(candidates.begin(), candidates.end(), [](const Candidate& a, const Candidate& b) {
+    return std::tie(a.language, a.format) < std::tie(b.language, b.format);
+  });
+  return candidates;
+}
+
 TrackList FolderSource::Tracks(std::string_view code, const Asker&) {
   std::set<std::string> languages;
-  for (const auto& path : folders_) {
-    const Folder folder(::opendir(path.c_str()));
-    if (!folder) continue;
-    for (const auto& [fileName, name] : EntriesOf(folder.get(), code))
-      if (OpenServable(folder.get(), fileName.c_str())) languages.insert(name.language);
+  TrackList list{{}, "", kNoFile};
+  for (FolderIndex& index : folders_) {
+    for (const Candidate& candidate : CandidatesIn(index, code)) {
+      if (languages.contains(candidate.language)) continue;
+      CaptionText text = TextOf(candidate, true);
+      if (text.document) languages.insert(candidate.language);
+      if (!text.document && list.cause == kNoFile) list.cause = std::move(text.cause);
+    }
   }
-  TrackList list;
-  for (const auto& language : languages)
-    list.tracks.push_back({language, EnglishName(language), OwnName(language)});
-  if (list.tracks.empty()) list.cause = "No folder holds captions of this video.";
+  for (const std::string& language : languages) {
+    TrackName name = NameOfTrack(language);
+    list.tracks.push_back({language, std::move(name.english), std::move(name.own), name.automatic});
+  }
+  if (!languages.empty()) list.cause.clear();
   return list;
 }
 
 CaptionText FolderSource::Text(std::string_view code, std::string_view language, const Asker&) {
-  for (const auto& path : folders_) {
-    const Folder folder(::opendir(path.c_str()));
-    if (!folder) continue;
-    for (const auto& [fileName, name] : EntriesOf(folder.get(), code)) {
-      if (name.language != language) continue;
-      if (auto file = OpenServable(folder.get(), fileName.c_str())) return {*std::move(file), ""};
+  CaptionText none{std::nullopt, kNoFile};
+  for (FolderIndex& index : folders_) {
+    for (const Candidate& candidate : CandidatesIn(index, code)) {
+      if (candidate.language != language) continue;
+      CaptionText text = TextOf(candidate, false);
+      if (text.document) return text;
+      if (none.cause == kNoFile) none = std::move(text);
     }
   }
-  return {std::nullopt, kNoFile};
+  return none;
+}
+
+CaptionText FolderSource::TextOf(const Candidate& candidate, bool onlyWhether) {
+  OpenedFile opened = OpenCaptionFile(candidate.folder->Number(), candidate.fileName);
+  if (opened.file && manner_ == Manner::AsIs) return {*std::move(opened.file), ""};
+  const bool settled = opened.state.IsSettled(settling_);
+  Conversion conversion{"", std::move(opened.fault)};
+  if (opened.file) {
+    const auto known = verdicts_.Find(candidate.path, opened.state);
+    if (known && (onlyWhether || !known->empty())) {
+      conversion.fault = *known;
+    } else {
+      conversion = Converted(candidate, *opened.file);
+    }
+  }
+  verdicts_.Keep(candidate.path, opened.state, settled, conversion.fault);
+  if (!conversion.fault.empty()) return {std::nullopt, std::move(conversion.fault)};
+  return {std::move(conversion.document), ""};
+}
+
+Conversion FolderSource::Converted(const Candidate& candidate, const CaptionFile& file) {
+  const Turn turn(file.Size() > kLargeFile ? large_ : small_);
+  return ToDocument(ReadWhole(file), *candidate.format, {candidate.language});
 }
 
 FolderSource::Stock FolderSource::TakeStock() const {
   Stock stock;
   std::set<std::string> videos;
   std::set<std::pair<std::string, std::string>> tracks;
-  for (const auto& path : folders_) {
-    const Folder folder(::opendir(path.c_str()));
-    if (!folder) continue;
-    VisitNames(folder.get(), [&](std::string_view fileName) {
+  for (const FolderIndex& index : folders_) {
+    index.VisitAll([&](int folder, const std::string& fileName) {
       const auto name = ParseCaptionName(fileName);
-      if (!name || !OpenServable(folder.get(), std::string(fileName).c_str())) {
+      struct stat facts {};
+      const bool is = name && IsServed(*name->format) &&
+                      ::fstatat(folder, fileName.c_str(), &facts, AT_SYMLINK_NOFOLLOW) == 0 &&
+                      FaultIn(facts).empty();
+      if (!is) {
         ++stock.leftOut;
         return;
       }
-      videos.insert(name->code);
+      videos.emplace(name->code);
       tracks.emplace(name->code, name->language);
     });
   }

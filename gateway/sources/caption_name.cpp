@@ -5,18 +5,19 @@
 namespace gateway {
 namespace {
 
-constexpr std::string_view kLettersAndDigits =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
+constexpr std::size_t kLongestLanguage = 64;
+
+bool IsLetterOrDigit(char c) {
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
+}
 
 bool ConsistsOf(std::string_view text, std::string_view marks) {
-  const auto allowed = [marks](char c) {
-    return kLettersAndDigits.find(c) != std::string_view::npos || marks.find(c) != std::string_view::npos;
-  };
+  const auto allowed = [marks](char c) { return IsLetterOrDigit(c) || marks.find(c) != marks.npos; };
   return !text.empty() && std::all_of(text.begin(), text.end(), allowed);
 }
 
-// Takes from the end of `rest` what stands behind the last `mark`, and the mark too.
-std::optional<std::string_view> TakeBehindLast(std::string_view mark, std::string_view& rest) {
+// Takes from the end of `rest` what follows the last `mark`, and the mark too.
+std::optional<std::string_view> TakeAfterLast(std::string_view mark, std::string_view& rest) {
   const std::size_t at = rest.rfind(mark);
   if (at == std::string_view::npos) return std::nullopt;
   const std::string_view taken = rest.substr(at + mark.size());
@@ -24,18 +25,37 @@ std::optional<std::string_view> TakeBehindLast(std::string_view mark, std::strin
   return taken;
 }
 
+// Takes the blank between a title and what follows. False if a name can't start with `rest`.
+bool TakeBlank(std::string_view& rest) {
+  if (rest.empty()) return true;
+  if (rest.size() < 2 || !rest.ends_with(' ')) return false;
+  rest.remove_suffix(1);
+  return true;
+}
+
 }  // namespace
 
 bool IsVideoCode(std::string_view text) { return ConsistsOf(text, "-._~"); }
 
+bool IsTrackLanguage(std::string_view text) {
+  return text.size() <= kLongestLanguage && ConsistsOf(text, "-_") && text != "live_chat";
+}
+
+bool HasCaptionEnding(std::string_view fileName) {
+  const auto ending = TakeAfterLast(".", fileName);
+  return ending && FormatWithEnding(*ending) != nullptr;
+}
+
 std::optional<CaptionName> ParseCaptionName(std::string_view fileName) {
-  if (!fileName.ends_with(kCaptionEnding)) return std::nullopt;
-  std::string_view rest = fileName.substr(0, fileName.size() - kCaptionEnding.size());
-  const auto language = TakeBehindLast("].", rest);
-  const auto code = TakeBehindLast(" [", rest);
-  if (!language || !code || rest.empty()) return std::nullopt;
-  if (!ConsistsOf(*language, "-_") || !IsVideoCode(*code)) return std::nullopt;
-  return CaptionName{std::string(rest), std::string(*code), std::string(*language)};
+  std::string_view rest = fileName;
+  const auto ending = TakeAfterLast(".", rest);
+  const CaptionFormat* format = ending ? FormatWithEnding(*ending) : nullptr;
+  if (format == nullptr) return std::nullopt;
+  const auto language = TakeAfterLast("].", rest);
+  const auto code = TakeAfterLast("[", rest);
+  if (!language || !code || !TakeBlank(rest)) return std::nullopt;
+  if (!IsTrackLanguage(*language) || !IsVideoCode(*code)) return std::nullopt;
+  return CaptionName{rest, *code, *language, format};
 }
 
 }  // namespace gateway

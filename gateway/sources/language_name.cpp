@@ -9,10 +9,13 @@
 namespace gateway {
 namespace {
 
+using Locale = std::array<char, ULOC_FULLNAME_CAPACITY>;
+
 // The name by which the tables know the language, "" if they don't.
-std::string LocaleOf(std::string tag) {
+std::string LocaleOf(std::string_view code) {
+  std::string tag(code);
   std::replace(tag.begin(), tag.end(), '_', '-');
-  std::array<char, ULOC_FULLNAME_CAPACITY> locale{};
+  Locale locale{};
   int32_t understood = 0;
   UErrorCode status = U_ZERO_ERROR;
   uloc_forLanguageTag(tag.c_str(), locale.data(), static_cast<int32_t>(locale.size()), &understood, &status);
@@ -35,21 +38,33 @@ std::string Read(NameReader read, const std::string& locale, const char* inLangu
   return utf8;
 }
 
-std::string NameIn(std::string_view language, const std::string& locale, const char* inLanguage) {
-  const bool known = !locale.empty() && !Read(uloc_getDisplayLanguage, locale, "en").empty();
-  const std::string name = known ? Read(uloc_getDisplayName, locale, inLanguage) : "";
-  return name.empty() ? std::string(language) : name;
+bool IsKnown(const std::string& locale) {
+  return !locale.empty() && !Read(uloc_getDisplayLanguage, locale, "en").empty();
+}
+
+std::string NameIn(std::string_view code, const std::string& locale, const char* inLanguage) {
+  const std::string name = IsKnown(locale) ? Read(uloc_getDisplayName, locale, inLanguage) : "";
+  return name.empty() ? std::string(code) : name;
 }
 
 }  // namespace
 
-std::string EnglishName(std::string_view language) {
-  return NameIn(language, LocaleOf(std::string(language)), "en");
+bool IsKnownLanguage(std::string_view code) { return IsKnown(LocaleOf(code)); }
+
+std::string EnglishName(std::string_view code) { return NameIn(code, LocaleOf(code), "en"); }
+
+std::string OwnName(std::string_view code) {
+  const std::string locale = LocaleOf(code);
+  return NameIn(code, locale, locale.c_str());
 }
 
-std::string OwnName(std::string_view language) {
-  const std::string locale = LocaleOf(std::string(language));
-  return NameIn(language, locale, locale.c_str());
+std::string HomeRegion(std::string_view code) {
+  Locale full{}, region{};
+  UErrorCode status = U_ZERO_ERROR;
+  const auto size = static_cast<int32_t>(full.size());
+  uloc_addLikelySubtags(LocaleOf(code).c_str(), full.data(), size, &status);
+  uloc_getCountry(full.data(), region.data(), size, &status);
+  return U_SUCCESS(status) ? region.data() : "";
 }
 
 }  // namespace gateway

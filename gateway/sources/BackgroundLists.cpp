@@ -1,0 +1,113 @@
+#include "gateway/sources/BackgroundLists.h"
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <system_error>
+#include <thread>
+
+#include "gateway/sources/Descriptor.h"
+#include "gateway/sources/log.h"
+
+namespace gateway {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::size_t kMostQuestions = 16;
+
+// Whether `done` could be read before the deadline and before the client closed its connection. A
+// connection of -1 is left out.
+enum class Outcome { Done, TooLate, Gone };
+
+Outcome Await(int done, int connection, Clock::time_point deadline) {
+  std::array<pollfd, 2> waiting{{{done, POLLIN, 0}, {connection, POLLRDHUP, 0}}};
+  for (;;) {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
+    if (left <= 0) return Outcome::TooLate;
+    if (::poll(waiting.data(), waiting.size(), static_cast<int>(left)) < 0 && errno != EINTR)
+      return Outcome::TooLate;
+    if (waiting[0].revents != 0) return Outcome::Done;
+    if (waiting[1].revents != 0) return Outcome::Gone;
+  }
+}
+
+}  // namespace
+
+// Its thread sees one end of a pair of sockets as its client's connection; closing the other ends it.
+struct BackgroundLists::Question {
+  explicit Question(std::string_view video) : code(video), done(::eventfd(0, EFD_CLOEXEC)) {
+    std::array<int, 2> ends{-1, -1};
+    const int failed = ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data());
+    seen = Descriptor(ends[0]);
+    held = Descriptor(ends[1]);
+    if (failed != 0 || !done) throw std::system_error(errno, std::system_category(), "no descriptor left");
+  }
+  ~Question() {
+    if (thread.joinable()) thread.join();
+  }
+
+  void End() {
+    isEnded = true;
+    ::shutdown(held.Number(), SHUT_RDWR);
+  }
+
+  const std::string code;
+  const Descriptor done;  // an event counter; can be read once the list is there
+  Descriptor seen, held;
+  TrackList list;
+  std::atomic<bool> isDone = false;
+  int askers = 0;
+  bool outlives = false;  // somebody has left for want of patience: it goes on without askers
+  bool isEnded = false;   // all askers have gone: nobody may join it any more
+  std::thread thread;
+};
+
+BackgroundLists::~BackgroundLists() {
+  for (const auto& question : questions_) question->End();
+  questions_.clear();
+}
+
+std::optional<TrackList> BackgroundLists::Ask(std::string_view code, const Asker& asker,
+                                              std::chrono::milliseconds patience) {
+  const auto deadline = Clock::now() + patience;
+  const auto question = Join(code);
+  if (!question) return std::nullopt;
+  const Outcome outcome = Await(question->done.Number(), asker.connection, deadline);
+  std::optional<TrackList> list;
+  if (outcome == Outcome::Done) list = question->list;
+  const std::lock_guard lock(mutex_);
+  question->outlives |= outcome == Outcome::TooLate;
+  if (--question->askers == 0 && !question->outlives) question->End();
+  return list;
+}
+
+std::shared_ptr<BackgroundLists::Question> BackgroundLists::Join(std::string_view code) try {
+  const std::lock_guard lock(mutex_);
+  questions_.remove_if([](const auto& question) { return question->isDone.load(); });
+  auto found = std::find_if(questions_.begin(), questions_.end(), [&](const auto& question) {
+    return question->code == code && !question->isEnded;
+  });
+  if (found == questions_.end()) {
+    if (questions_.size() >= kMostQuestions) return nullptr;
+    auto question = std::make_shared<Question>(code);
+    question->thread = std::thread([this, &question = *question] {
+      question.list = source_.Tracks(question.code, {Clock::now(), question.seen.Number()});
+      question.isDone = true;
+      ::eventfd_write(question.done.Number(), 1);
+    });
+    found = questions_.insert(questions_.end(), std::move(question));
+  }
+  ++(*found)->askers;
+  return *found;
+} catch (const std::system_error& error) {
+  Log(std::string("a list is not asked for: ") + error.what());
+  return nullptr;
+}
+
+}  // namespace gateway
