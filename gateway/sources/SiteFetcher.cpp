@@ -1,0 +1,136 @@
+#include "gateway/sources/SiteFetcher.h"
+
+#include <filesystem>
+#include <utility>
+
+#include "gateway/documents/convert.h"
+#include "gateway/sources/log.h"
+#include "gateway/sources/version.h"
+#include "gateway/sources/yt_dlp.h"
+
+namespace gateway {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+SiteSettings WithWholePaths(SiteSettings settings) {
+  std::error_code ignored;  // a child runs in a folder of its own
+  for (std::string* path : {&settings.program, &settings.config, &settings.scratch})
+    if (!path->empty()) *path = std::filesystem::absolute(*path, ignored).string();
+  return settings;
+}
+
+std::chrono::sys_days Today() {
+  return std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now());
+}
+
+// Why a child that ended did not do what it should.
+Cause FaultOf(const ChildEnd& end) {
+  const Cause said = end.how == ChildEnd::How::Exited ? CauseIn(end.messages) : Cause{};
+  return said.sentence.empty() ? CauseOf(end) : said;
+}
+
+}  // namespace
+
+SiteFetcher::SiteFetcher(SiteSettings settings, const SiteLimits& limits)
+    : settings_(WithWholePaths(std::move(settings))),
+      limits_(limits),
+      places_(limits.children, limits.betweenLists),
+      warm_([this] { return StartChild(TextCommand(settings_)); }, limits.warm) {}
+
+SiteAnswer SiteFetcher::List(std::string_view code, const Patience& patience) {
+  SiteAnswer answer =
+      Run(Places::Kind::List, patience, [&](const Patience& bounded) { return RunList(code, bounded); });
+  if (answer.list && !answer.list->tracks.empty()) Prepare();
+  return answer;
+}
+
+SiteAnswer SiteFetcher::Text(const SiteTrack& track, const Patience& patience) {
+  return Run(Places::Kind::Text, patience, [&](const Patience& bounded) { return RunText(track, bounded); });
+}
+
+SiteAnswer SiteFetcher::Run(Places::Kind kind, const Patience& patience,
+                            const std::function<SiteAnswer(const Patience&)>& run) {
+  if (settings_.program.empty()) return {nullptr, "", {"yt-dlp is not installed."}};
+  Waited waited = Waited::Ready;
+  const auto place = places_.Take(kind, patience, waited);
+  if (!place) return {nullptr, "", {"Too many videos are asked for at a time; try again."}};
+  if (Cause paused = Paused(); !paused.sentence.empty()) return {nullptr, "", std::move(paused)};
+  SiteAnswer answer = run(patience);
+  Heed(answer.cause);
+  answer.cause = InLightOf(settings_.version, Today(), std::move(answer.cause));
+  return answer;
+}
+
+SiteAnswer SiteFetcher::RunList(std::string_view code, const Patience& patience) {
+  const auto ready = StartChild(ListCommand(settings_, code));
+  const ChildEnd end = Finish(*ready, "", patience);
+  auto list = ReadSiteList(end.output, code, limits_);
+  SiteAnswer answer;
+  if (list && !list->tracks.empty()) {
+    answer.cause = GapIn(end.messages);
+  } else {
+    Log("yt-dlp about " + std::string(code) + ": " + WordsWorthKeeping(end.messages));
+    answer.cause = FaultOf(end);
+    if (list && end.how == ChildEnd::How::Exited && end.code == 0 && CauseIn(end.messages).sentence.empty())
+      answer.cause = {"This video has no captions.", Effect::Silent};
+  }
+  if (list) answer.list = std::make_shared<const SiteList>(*std::move(list));
+  return answer;
+}
+
+SiteAnswer SiteFetcher::RunText(const SiteTrack& track, const Patience& patience) {
+  auto ready = warm_.Take();
+  if (!ready) ready = StartChild(TextCommand(settings_));
+  Prepare();
+  const ChildEnd end = Finish(*ready, TextInput(track.entry), patience);
+  SiteAnswer answer = ReadText(track, ready->folder, end);
+  if (answer.document.empty())
+    Log("yt-dlp about a text: " + answer.cause.sentence + " " + WordsWorthKeeping(end.messages));
+  return answer;
+}
+
+SiteAnswer SiteFetcher::ReadText(const SiteTrack& track, const ScratchFolder& folder,
+                                 const ChildEnd& end) const {
+  if (end.how != ChildEnd::How::Exited || end.code != 0) return {nullptr, "", FaultOf(end)};
+  auto bytes = folder.Read(std::string(kTextFile) + std::string(track.format), limits_.fileBytes);
+  if (!bytes) return {nullptr, "", FaultOf(end)};
+  if (bytes->empty()) return {nullptr, "", {"The site sent empty captions.", Effect::Outdated}};
+  const CaptionFormat* format = FormatWithEnding(track.format);
+  if (!format) return {nullptr, "", {"The site has these captions in an unknown format only."}};
+  auto [document, fault] =
+      ToDocument(*std::move(bytes), *format, {track.track.language, track.track.automatic});
+  if (document.empty()) return {nullptr, "", {"The site sent no captions: " + fault + "."}};
+  return {nullptr, std::move(document), {}};
+}
+
+std::unique_ptr<ReadyChild> SiteFetcher::StartChild(const std::vector<std::string>& command) const {
+  ScratchFolder folder(settings_.scratch);
+  Child child(command, folder.Path(), limits_.fileBytes);
+  return std::make_unique<ReadyChild>(ReadyChild{std::move(folder), std::move(child)});
+}
+
+ChildEnd SiteFetcher::Finish(ReadyChild& ready, std::string_view input, const Patience& patience) const {
+  return ready.child.Finish(input, limits_.outputBytes, limits_.messageBytes, patience);
+}
+
+void SiteFetcher::Prepare() {
+  if (Paused().sentence.empty()) warm_.Prepare();
+}
+
+Cause SiteFetcher::Paused() {
+  const std::lock_guard lock(mutex_);
+  return Clock::now() < pausedUntil_ ? pauseCause_ : Cause{};
+}
+
+void SiteFetcher::Heed(const Cause& cause) {
+  if (cause.effect != Effect::Pause) return;
+  {
+    const std::lock_guard lock(mutex_);
+    pausedUntil_ = Clock::now() + limits_.pause;
+    pauseCause_ = cause;
+  }
+  warm_.Take();
+}
+
+}  // namespace gateway

@@ -1,0 +1,44 @@
+// One list or one text from the site: a place, a child, and what it left.
+#pragma once
+
+#include <mutex>
+#include <string_view>
+
+#include "gateway/sources/Errands.h"
+#include "gateway/sources/Places.h"
+#include "gateway/sources/SiteSettings.h"
+#include "gateway/sources/WarmChild.h"
+
+namespace gateway {
+
+// Any number of threads may ask at the same time.
+class SiteFetcher {
+ public:
+  SiteFetcher(SiteSettings settings, const SiteLimits& limits);
+
+  // Requires: IsSiteCode(code).
+  SiteAnswer List(std::string_view code, const Patience& patience);
+  SiteAnswer Text(const SiteTrack& track, const Patience& patience);
+
+ private:
+  SiteAnswer Run(Places::Kind kind, const Patience& patience,
+                 const std::function<SiteAnswer(const Patience&)>& run);
+  SiteAnswer RunList(std::string_view code, const Patience& patience);
+  SiteAnswer RunText(const SiteTrack& track, const Patience& patience);
+  SiteAnswer ReadText(const SiteTrack& track, const ScratchFolder& folder, const ChildEnd& end) const;
+  std::unique_ptr<ReadyChild> StartChild(const std::vector<std::string>& command) const;
+  ChildEnd Finish(ReadyChild& ready, std::string_view input, const Patience& patience) const;
+  void Prepare();
+  Cause Paused();
+  void Heed(const Cause& cause);
+
+  const SiteSettings settings_;
+  const SiteLimits limits_;
+  Places places_;
+  std::mutex mutex_;
+  std::chrono::steady_clock::time_point pausedUntil_{};
+  Cause pauseCause_;
+  WarmChild warm_;
+};
+
+}  // namespace gateway

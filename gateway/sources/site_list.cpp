@@ -1,0 +1,174 @@
+#include "gateway/sources/site_list.h"
+
+#include <algorithm>
+#include <charconv>
+#include <nlohmann/json.hpp>
+
+#include "gateway/sources/language_name.h"
+#include "gateway/sources/yt_dlp.h"
+
+namespace gateway {
+namespace {
+
+using nlohmann::json;
+using std::chrono::system_clock;
+
+constexpr std::string_view kOriginal = "-orig";
+constexpr std::size_t kLongestName = 200;
+constexpr std::size_t kLongestTitle = 1000;
+
+bool IsLanguage(std::string_view key) {
+  const auto allowed = [](char c) {
+    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == '-';
+  };
+  return !key.empty() && key.size() <= 64 && std::all_of(key.begin(), key.end(), allowed);
+}
+
+std::string TextOf(const json& object, const char* key) {
+  const auto found = object.find(key);
+  return found != object.end() && found->is_string() ? found->get<std::string>() : "";
+}
+
+// One line, cut between two characters. JSON holds valid UTF-8 only.
+std::string Plain(std::string text, std::size_t longest) {
+  if (text.size() > longest) {
+    while (longest > 0 && (text[longest] & 0xC0) == 0x80) --longest;
+    text.resize(longest);
+  }
+  std::replace_if(
+      text.begin(), text.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; }, ' ');
+  const std::size_t first = text.find_first_not_of(' '), last = text.find_last_not_of(' ');
+  return first == std::string::npos ? "" : text.substr(first, last - first + 1);
+}
+
+// The value of a name in a URL's query.
+std::string_view QueryValue(std::string_view url, std::string_view name) {
+  for (std::size_t at = url.find('?'); at < url.size(); at = url.find('&', at)) {
+    std::string_view pair = url.substr(++at);
+    pair = pair.substr(0, pair.find('&'));
+    if (pair.starts_with(name) && pair.substr(name.size()).starts_with('='))
+      return pair.substr(name.size() + 1);
+  }
+  return {};
+}
+
+bool IsWebAddress(std::string_view url) { return url.starts_with("https://") || url.starts_with("http://"); }
+
+// The entry of the best format; nullptr if there is none.
+const json* BestEntry(const json& entries, std::string_view& format) {
+  if (!entries.is_array()) return nullptr;
+  for (const std::string_view wanted : kTextFormats) {
+    for (const json& entry : entries) {
+      if (!entry.is_object() || TextOf(entry, "ext") != wanted || !IsWebAddress(TextOf(entry, "url")))
+        continue;
+      format = wanted;
+      return &entry;
+    }
+  }
+  return nullptr;
+}
+
+std::string WithoutEnding(std::string text, std::string_view ending) {
+  if (text.ends_with(ending)) text.resize(text.size() - ending.size());
+  return text;
+}
+
+std::string NameOf(const json& entry, const Track& track) {
+  std::string name = Plain(TextOf(entry, "name"), kLongestName);
+  if (track.automatic) {
+    for (const std::string_view ending : {" (Original)", " (auto-generated)"})
+      name = WithoutEnding(name, ending);
+    if (name.empty()) name = EnglishName(WithoutEnding(track.language, kOriginal));
+    return name + " (automatic)";
+  }
+  return name.empty() ? EnglishName(track.language) : name;
+}
+
+class Reader {
+ public:
+  explicit Reader(const SiteLimits& limits)
+      : now_(system_clock::now()), expires_(now_ + limits.longestList), limits_(limits) {}
+
+  void Take(const json& keys, bool automatic) {
+    if (!keys.is_object()) return;
+    for (const auto& [key, entries] : keys.items()) {
+      SiteTrack track{{key, "", "", automatic}, "", ""};
+      const json* entry = IsLanguage(key) ? BestEntry(entries, track.format) : nullptr;
+      if (!entry || (automatic && !IsOneToShow(keys, track.track.language, *entry))) continue;
+      if (Find(track.track.language)) continue;
+      track.track.name = NameOf(*entry, track.track);
+      track.track.ownName = OwnName(WithoutEnding(key, automatic ? kOriginal : ""));
+      track.entry = entry->dump(-1, ' ', true);
+      NoteExpiry(QueryValue(TextOf(*entry, "url"), "expire"));
+      list.tracks.push_back(std::move(track));
+    }
+  }
+
+  SiteList Done() {
+    list.expires = anyExpiry_ ? expires_ - limits_.beforeExpiry : now_ + limits_.unknownList;
+    return std::move(list);
+  }
+
+  SiteList list;
+
+ private:
+  const SiteTrack* Find(std::string_view language) const { return list.Find(language); }
+
+  // Not a translation; not "en" beside "en-orig", which is the same. Beside a written "en" it becomes
+  // "en-orig".
+  bool IsOneToShow(const json& keys, std::string& language, const json& entry) const {
+    const std::string url = TextOf(entry, "url");
+    if (!QueryValue(url, "tlang").empty()) return false;
+    if (language.ends_with(kOriginal)) return true;
+    const std::string original = language + std::string(kOriginal);
+    std::string_view format;
+    const auto twin = keys.find(original);
+    if (twin != keys.end() && BestEntry(*twin, format)) return false;
+    if (Find(language)) language = original;
+    return true;
+  }
+
+  void NoteExpiry(std::string_view seconds) {
+    long long count = 0;
+    const auto [end, error] = std::from_chars(seconds.data(), seconds.data() + seconds.size(), count);
+    constexpr long long kFar = 1LL << 33;  // seconds; further ones would not fit a clock
+    if (error != std::errc() || seconds.empty() || count < 0 || count > kFar) return;
+    anyExpiry_ = true;
+    expires_ = std::min(expires_, system_clock::time_point(std::chrono::seconds(count)));
+  }
+
+  system_clock::time_point now_;
+  system_clock::time_point expires_;
+  bool anyExpiry_ = false;
+  const SiteLimits& limits_;
+};
+
+// Of the rest yt-dlp tells nothing is needed, however much it is.
+json ParseOnlyWhatIsNeeded(std::string_view text) {
+  const auto keep = [](int depth, json::parse_event_t event, json& value) {
+    if (depth != 1 || event != json::parse_event_t::key) return true;
+    return value == "id" || value == "title" || value == "subtitles" || value == "automatic_captions";
+  };
+  return json::parse(text.begin(), text.end(), keep, false);
+}
+
+}  // namespace
+
+const SiteTrack* SiteList::Find(std::string_view language) const {
+  const auto found = std::find_if(tracks.begin(), tracks.end(), [language](const SiteTrack& track) {
+    return track.track.language == language;
+  });
+  return found == tracks.end() ? nullptr : &*found;
+}
+
+std::optional<SiteList> ReadSiteList(std::string_view text, std::string_view code, const SiteLimits& limits) {
+  const json whole = ParseOnlyWhatIsNeeded(text);
+  if (!whole.is_object() || TextOf(whole, "id") != code) return std::nullopt;
+  Reader reader(limits);
+  reader.list.title = Plain(TextOf(whole, "title"), kLongestTitle);
+  if (const auto written = whole.find("subtitles"); written != whole.end()) reader.Take(*written, false);
+  if (const auto made = whole.find("automatic_captions"); made != whole.end()) reader.Take(*made, true);
+  return reader.Done();
+}
+
+}  // namespace gateway

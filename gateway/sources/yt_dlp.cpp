@@ -1,0 +1,108 @@
+#include "gateway/sources/yt_dlp.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <iterator>
+
+#include "gateway/sources/Child.h"
+#include "gateway/sources/version.h"
+
+namespace gateway {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool IsProgram(const fs::path& path) {
+  std::error_code ignored;
+  return fs::is_regular_file(path, ignored) && ::access(path.c_str(), X_OK) == 0;
+}
+
+std::string Variable(const char* name) {
+  const char* value = std::getenv(name);
+  return value ? value : "";
+}
+
+std::string InPath(const std::string& name) {
+  std::string folders = Variable("PATH");
+  for (std::size_t end = 0; !folders.empty(); folders.erase(0, end)) {
+    end = std::min(folders.find(':'), folders.size() - 1) + 1;
+    const std::string folder = folders.substr(0, folders.find(':'));
+    if (!folder.empty() && IsProgram(fs::path(folder) / name)) return fs::path(folder) / name;
+  }
+  return "";
+}
+
+std::string ProgramOf(const std::string& named) {
+  if (named.find('/') != std::string::npos) return named;
+  if (!named.empty()) return InPath(named);
+  const fs::path ofTheUser = fs::path(Variable("HOME")) / ".local/bin/yt-dlp";
+  return IsProgram(ofTheUser) ? ofTheUser.string() : InPath("yt-dlp");
+}
+
+std::string VersionOf(const std::string& program, std::chrono::milliseconds patience) {
+  constexpr std::size_t kEnough = 4096;
+  Child child({program, "--ignore-config", "--version"}, "/", 0);
+  const ChildEnd end =
+      child.Finish("", kEnough, kEnough, {std::chrono::steady_clock::now() + patience, -1, 0});
+  const std::string line = end.output.substr(0, end.output.find('\n'));
+  return end.how == ChildEnd::How::Exited && end.code == 0 && IsVersion(line) ? line : "";
+}
+
+// What both calls begin with. The user's file comes after --ignore-config, which would leave it out
+// otherwise.
+std::vector<std::string> Beginning(const SiteSettings& settings) {
+  std::vector<std::string> command = {settings.program, "--ignore-config"};
+  if (!settings.config.empty()) command.insert(command.end(), {"--config-locations", settings.config});
+  command.insert(command.end(),
+                 {"--no-update", "--no-progress", "--skip-download", "--ignore-no-formats-error",
+                  "--write-subs", "--socket-timeout", "10", "--retries", "1"});
+  return command;
+}
+
+}  // namespace
+
+YtDlp FindYtDlp(const std::string& named, std::chrono::milliseconds patience) {
+  const std::string found = ProgramOf(named);
+  if (found.empty()) return {};
+  std::error_code ignored;
+  const std::string program = fs::absolute(found, ignored).string();
+  return {program, VersionOf(program, patience)};
+}
+
+// --write-subs writes nothing here, but has yt-dlp say which tracks it dropped. Its sister for automatic
+// tracks would build each translation of each track.
+std::vector<std::string> ListCommand(const SiteSettings& settings, std::string_view code) {
+  std::vector<std::string> command = Beginning(settings);
+  command.insert(command.end(), {"--no-playlist", "--extractor-retries", "1", "--print",
+                                 "%(.{id,title,subtitles,automatic_captions})j", "--",
+                                 "https://www.youtube.com/watch?v=" + std::string(code)});
+  return command;
+}
+
+// Without --abort-on-error a refused text ends without a word.
+std::vector<std::string> TextCommand(const SiteSettings& settings) {
+  std::string formats;
+  for (const std::string_view format : kTextFormats)
+    formats += (formats.empty() ? "" : "/") + std::string(format);
+  std::vector<std::string> command = Beginning(settings);
+  command.insert(command.end(), {"--quiet", "--abort-on-error", "--sub-langs", "c", "--sub-format", formats,
+                                 "-o", "c.%(ext)s", "--load-info-json", "-"});
+  return command;
+}
+
+// No address of the page: yt-dlp would list the video anew by itself, even where the site asks for a pause.
+std::string TextInput(std::string_view entry) {
+  return R"({"id":"c","title":"c","subtitles":{"c":[)" + std::string(entry) + "]}}";
+}
+
+bool IsSiteCode(std::string_view code) {
+  const auto allowed = [](char c) {
+    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == '-';
+  };
+  return code.size() == 11 && std::all_of(code.begin(), code.end(), allowed);
+}
+
+}  // namespace gateway

@@ -1,0 +1,37 @@
+// The program yt-dlp: where it is, how it is called, and which file it writes.
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "gateway/sources/SiteSettings.h"
+
+namespace gateway {
+
+struct YtDlp {
+  std::string program;  // an absolute path; "" if there is none
+  std::string version;  // "2023.03.04"; "" if it said none in time
+};
+
+// The program that the user named, else ~/.local/bin/yt-dlp, else the first in PATH. Runs it once for its
+// version, for no longer than patience.
+YtDlp FindYtDlp(const std::string& named, std::chrono::milliseconds patience = std::chrono::seconds(10));
+
+// Prints the tracks of a video as one line of JSON. Requires: IsSiteCode(code).
+std::vector<std::string> ListCommand(const SiteSettings& settings, std::string_view code);
+
+// Reads TextInput from standard input and writes the text into its folder as kTextFile and the format's
+// ending.
+std::vector<std::string> TextCommand(const SiteSettings& settings);
+std::string TextInput(std::string_view entry);  // entry: one track in one format, JSON as it was listed
+inline constexpr std::string_view kTextFile = "c.c.";
+
+// The formats that are taken, the first that a track has.
+inline constexpr std::string_view kTextFormats[] = {"srv1", "srv3", "json3", "vtt", "srt"};
+
+// Eleven of 0-9 A-Z a-z _ -: no other code is one of the site's.
+bool IsSiteCode(std::string_view code);
+
+}  // namespace gateway
