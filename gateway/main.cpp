@@ -1,77 +1,72 @@
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/signalfd.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <cstdio>
 #include <exception>
 
+#include "gateway/AllSources.h"
 #include "gateway/options.h"
 #include "gateway/server/Server.h"
 #include "gateway/server/listener.h"
-#include "gateway/sources/FolderSource.h"
+#include "gateway/sources/log.h"
 
 namespace {
 
 using namespace gateway;
 
-// A descriptor that can be read once the process is told to end. Comes before any thread, so that all
-// inherit the mask.
+// Descriptors 0 to 2 are taken in any case, so that nothing else that is opened gets their numbers.
+void OpenStandardDescriptors() {
+  int opened = 0;
+  do {
+    opened = ::open("/dev/null", O_RDWR);
+  } while (opened >= 0 && opened <= 2);
+  if (opened > 2) ::close(opened);
+}
+
+// A descriptor that can be read once the process is asked to end. Comes before any thread, so that all
+// inherit the mask. A write that fails is reported where it is made, not by a signal.
 Descriptor EndSignals() {
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
   sigset_t signals;
   sigemptyset(&signals);
-  sigaddset(&signals, SIGTERM);
-  sigaddset(&signals, SIGINT);
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) sigaddset(&signals, signal);
   sigprocmask(SIG_BLOCK, &signals, nullptr);
   return Descriptor(::signalfd(-1, &signals, SFD_CLOEXEC));
 }
 
-void TellMissing(const std::vector<std::string>& folders) {
+void LogMissing(const std::vector<std::string>& folders) {
   for (const auto& folder : folders) {
     if (DIR* found = ::opendir(folder.c_str())) {
       ::closedir(found);
     } else {
-      std::fprintf(stderr,
-                   "ravelyn-gateway: can't read the folder %s; it counts as empty until it can be read\n",
-                   folder.c_str());
+      Log("can't read the folder " + folder + "; it counts as empty until it can be read");
     }
   }
 }
 
-std::string Counted(std::size_t count, const char* one) {
-  return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
-}
-
-void TellStock(const FolderSource& source, const Options& options, const std::string& address) {
-  const auto stock = source.TakeStock();
-  std::string line = "ravelyn-gateway: " + address + " serves " + Counted(stock.videos, "video") + " with " +
-                     Counted(stock.tracks, "track") + " from";
-  for (const auto& folder : options.folders) line += (&folder == &options.folders[0] ? " " : ", ") + folder;
-  if (stock.leftOut > 0) line += "; " + Counted(stock.leftOut, "caption file") + " left out, see --help";
-  std::puts(line.c_str());
-  std::fflush(stdout);
-}
-
-int ServeFolders(const Options& options) {
-  const Descriptor stop = EndSignals();
+int Serve(const Options& options) {
   auto handedOver = TakeHandedOver();
+  OpenStandardDescriptors();
+  const Descriptor end = EndSignals();
   const Descriptor listener = handedOver ? std::move(*handedOver) : ListenOnLoopback(options.port);
-  FolderSource folders(options.folders);
-  TellMissing(options.folders);
-  TellStock(folders, options, AddressOf(listener));
-  Server(folders).Serve(listener.Number(), stop.Number());
+  AllSources sources(options);
+  LogMissing(options.folders);
+  std::printf("ravelyn-gateway: %s serves %s\n", AddressOf(listener).c_str(),
+              sources.Summary(options).c_str());
+  std::fflush(stdout);
+  Server(sources.Whole())
+      .Serve(listener.Number(), {end.Number(), options.stopsWithInput ? STDIN_FILENO : -1});
   return 0;
 }
 
 int Run(const Options& options) {
-  if (options.help) {
-    std::printf("%s\n%s", kUsage, kHelp);
-    return 0;
-  }
-  if (options.version) {
-    std::puts("ravelyn-gateway " RAVELYN_VERSION);
-    return 0;
-  }
-  return ServeFolders(options);
+  if (options.help) return std::fputs(HelpText().c_str(), stdout) < 0 ? 1 : 0;
+  if (options.version) return std::puts("ravelyn-gateway " RAVELYN_VERSION) < 0 ? 1 : 0;
+  return Serve(options);
 }
 
 }  // namespace

@@ -1,7 +1,11 @@
 #include "gateway/options.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <string_view>
+
+#include "gateway/documents/convert.h"
 
 namespace gateway {
 namespace {
@@ -14,15 +18,116 @@ std::uint16_t PortOf(std::string_view text) {
   return port;
 }
 
-void Take(Options& options, std::string_view name, std::string_view value) {
-  if (name == "--port") {
-    options.port = PortOf(value);
-  } else if (value.empty()) {
-    throw UsageError("--folder wants the path of a folder");
-  } else {
-    options.folders.emplace_back(value);
-  }
+struct Option {
+  std::string_view name;
+  std::string_view value;  // what --help calls its value; "" if it takes none
+  std::string_view help;   // lines
+  void (*take)(Options& options, std::string_view value);
+};
+
+constexpr std::array<Option, 11> kOptions{{
+    {"--folder", "DIR",
+     "serve the caption files in DIR, subfolders left out; may be given several\n"
+     "times. Where two folders hold the same video and language, the one named\n"
+     "first wins. A folder that is missing counts as empty until it is made.",
+     [](Options& options, std::string_view value) { options.folders.emplace_back(value); }},
+    {"--as-is", "", "serve only .srv1 files, byte for byte, whatever they hold",
+     [](Options& options, std::string_view) { options.asIs = true; }},
+    {"--fetch", "",
+     "ask the video site, by yt-dlp, for what no folder holds. Without this option\n"
+     "the gateway connects to nothing and starts nothing.",
+     [](Options& options, std::string_view) { options.fetch = true; }},
+    {"--ytdlp", "PROGRAM", "the yt-dlp to use. Default: ~/.local/bin/yt-dlp, else the first in PATH",
+     [](Options& options, std::string_view value) { options.ytdlp = value; }},
+    {"--ytdlp-config", "FILE",
+     "options for yt-dlp, such as --cookies or --proxy; its other files are not read",
+     [](Options& options, std::string_view value) { options.ytdlpConfig = value; }},
+    {"--cache", "DIR",
+     "keep fetched texts in DIR. Default: ravelyn/captions in $XDG_CACHE_HOME, else\n"
+     "in ~/.cache",
+     [](Options& options, std::string_view value) { options.cache = value; }},
+    {"--no-cache", "", "keep no fetched texts, and use none that were kept",
+     [](Options& options, std::string_view) { options.keepsTexts = false; }},
+    {"--port", "N", "listen at 127.0.0.1, port N; 0 takes any free one. Default: 17733",
+     [](Options& options, std::string_view value) { options.port = PortOf(value); }},
+    {"--stop-with-input", "", "end at the end of standard input",
+     [](Options& options, std::string_view) { options.stopsWithInput = true; }},
+    {"--help", "", "print this text", [](Options& options, std::string_view) { options.help = true; }},
+    {"--version", "", "print the version",
+     [](Options& options, std::string_view) { options.version = true; }},
+}};
+
+const Option* Find(std::string_view name) {
+  const auto* found = std::find_if(kOptions.begin(), kOptions.end(),
+                                   [=](const Option& option) { return option.name == name; });
+  return found == kOptions.end() ? nullptr : found;
 }
+
+void Take(Options& options, const Option& option, std::string_view value) {
+  if (value.empty()) throw UsageError(std::string(option.name) + " wants a value");
+  option.take(options, value);
+}
+
+// One option's name and value, and its text in a column of its own.
+std::string HelpOn(const Option& option) {
+  constexpr std::size_t kColumn = 24;
+  std::string line = "  " + std::string(option.name);
+  if (!option.value.empty()) line += " " + std::string(option.value);
+  line.resize(std::max(line.size() + 1, kColumn), ' ');
+  for (const char c : option.help) {
+    line += c;
+    if (c == '\n') line.append(kColumn, ' ');
+  }
+  return line + "\n";
+}
+
+constexpr const char* kAbove = R"(
+Serves captions to Ravelyn, on this machine only: the caption files of folders and, on
+demand, what the video site has.
+
+Options:
+)";
+
+constexpr const char* kBelow = R"(
+Caption files:
+  A caption file is named  TITLE [CODE].LANG.EXT  or  [CODE].LANG.EXT , for example
+      A walk round the harbour [hB7rV2kQx0w].pt-BR.srt
+  CODE is the code of the video, as it stands in its link; LANG is a language code, also as
+  yt-dlp writes it (en-orig, de-en); EXT is)";
+
+constexpr const char* kBelowFormats = R"(, capital or
+  small. For one language the EXT that is named first here wins. Files can be added, changed
+  and removed at any time.
+  Left out are files with other names, links, anything but regular files, files that can't
+  be read or hold no captions, and files of more than 64 MiB.
+
+Fetched captions:
+  Texts are kept for 30 days, 256 MiB in all; the oldest go first.
+
+Requests (GET and HEAD; one to a connection):
+  /timedtext?type=list&v=CODE          the list of the video's tracks; an unknown code
+                                       gives a list without tracks
+  /api/timedtext?&v=CODE&lang=LANG     the captions; 404 without a body if there are none
+  A code may arrive with a tail such as &t=30 or ?si=x, which is cut off.
+  Where there is nothing to serve, the header Ravelyn-Cause says why. Requests that a web
+  page could have sent are refused with 403: another Host than 127.0.0.1, localhost or
+  [::1], an Origin, a Referer, a Sec-Fetch-Site other than "none".
+
+Limits:
+  A request's head may have 16 KiB and take 10 seconds, its answer 60 seconds; 256
+  connections are served at a time, others wait. Where a folder has something, a list waits
+  5 seconds for the site.
+
+Start and stop:
+  On start one line names the address, the folders, what they hold, and the yt-dlp in use.
+  SIGTERM, SIGINT and SIGHUP end the gateway; answers under way are given up to 3 seconds.
+  Started with a listening socket (LISTEN_FDS=1), it serves that socket, and --port has no effect.
+
+Exit status:
+  0  ended by a signal or the end of its input, or --help or --version
+  1  can't listen at the address, or the system failed it later
+  2  wrong options
+)";
 
 }  // namespace
 
@@ -31,66 +136,31 @@ Options ParseOptions(std::span<const char* const> arguments) {
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string_view argument = arguments[i];
     const std::string_view name = argument.substr(0, argument.find('='));
-    if (argument == "--help") {
-      options.help = true;
-    } else if (argument == "--version") {
-      options.version = true;
-    } else if (name != "--folder" && name != "--port") {
+    const Option* option = Find(name);
+    const bool hasValue = name != argument;
+    if (option == nullptr || (hasValue && option->value.empty()))
       throw UsageError("unknown option \"" + std::string(argument) + "\"");
-    } else if (name != argument) {
-      Take(options, name, argument.substr(name.size() + 1));
-    } else if (++i < arguments.size()) {
-      Take(options, name, arguments[i]);
+    if (option->value.empty()) {
+      option->take(options, "");
+    } else if (hasValue) {
+      Take(options, *option, argument.substr(name.size() + 1));
     } else {
-      throw UsageError(std::string(name) + " wants a value");
+      Take(options, *option, ++i < arguments.size() ? arguments[i] : "");
     }
   }
-  if (options.folders.empty() && !options.help && !options.version)
-    throw UsageError("there is no --folder to serve");
+  if (options.folders.empty() && !options.fetch && !options.help && !options.version)
+    throw UsageError("there is no --folder to serve, and no --fetch");
   return options;
 }
 
-const char* const kUsage = "Usage: ravelyn-gateway --folder DIR [--folder DIR ...] [--port N]";
+const char* const kUsage = "Usage: ravelyn-gateway [--folder DIR ...] [--fetch] [OPTION ...], see --help";
 
-const char* const kHelp = R"(
-Serves the caption files of one or more folders to Ravelyn, on this machine only.
-
-Options:
-  --folder DIR  serve the caption files in DIR, subfolders left out; may be given several
-                times. Where two folders hold the same video and language, the one named
-                first wins. A folder that is missing counts as empty until it is made.
-  --port N      listen at 127.0.0.1, port N; 0 takes any free one. Default: 17733
-  --help        print this text
-  --version     print the version
-
-Caption files:
-  A caption file is named  TITLE [CODE].LANG.srv1 , for example
-      A walk round the harbour [hB7rV2kQx0w].pt-BR.srv1
-  CODE is the code of the video, as it stands in its link; LANG is a language code. The
-  file holds a timed-text document in UTF-8 and is served byte for byte. Files can be added,
-  changed and removed at any time: the folders are read anew for each request.
-  Left out are files with other names, links, anything but regular files, files that can't
-  be read, and files of more than 64 MiB.
-
-Requests (GET and HEAD; one to a connection):
-  /timedtext?type=list&v=CODE          the list of the video's tracks; an unknown code
-                                       gives a list without tracks
-  /api/timedtext?&v=CODE&lang=LANG     the caption file; 404 without a body if there is none
-  A code may arrive with a tail such as &t=30 or ?si=x, which is cut off.
-
-Limits:
-  A request's head may have 16 KiB and take 10 seconds, its answer 60 seconds; 256
-  connections are served at a time, others wait.
-
-Start and stop:
-  On start one line tells the address, the folders and what they hold. SIGTERM and SIGINT
-  end the gateway; answers under way are given up to 3 seconds. Started by systemd with a
-  listening socket (LISTEN_FDS=1), it serves that socket, and --port has no effect.
-
-Exit status:
-  0  ended by a signal, or --help or --version
-  1  can't listen at the address, or the system failed it later
-  2  wrong options
-)";
+std::string HelpText() {
+  std::string text = std::string(kUsage) + "\n" + kAbove;
+  for (const Option& option : kOptions) text += HelpOn(option);
+  text += kBelow;
+  for (const CaptionFormat& format : CaptionFormats()) text += " " + std::string(format.ending);
+  return text + kBelowFormats;
+}
 
 }  // namespace gateway

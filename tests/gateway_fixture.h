@@ -90,7 +90,7 @@ class RunningGateway {
       : RunningGateway(std::make_shared<gateway::FolderSource>(folders), limits) {}
   explicit RunningGateway(std::shared_ptr<gateway::CaptionSource> source, const gateway::Limits& limits = {})
       : source_(std::move(source)), server_(*source_, limits) {
-    thread_ = std::thread([this] { server_.Serve(listener_.Number(), stop_.Number()); });
+    thread_ = std::thread([this] { server_.Serve(listener_.Number(), {stop_.Number()}); });
   }
   ~RunningGateway() { Stop(); }
 

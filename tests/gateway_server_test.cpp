@@ -1,19 +1,18 @@
 // How the gateway behaves towards many, slow and hostile clients, and as a process.
 
 #include <fcntl.h>
-#include <signal.h>
-#include <spawn.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
 
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
 
-#include "gateway_fixture.h"
-
-extern char** environ;
+#include "app/Endpoints.h"
+#include "gateway/options.h"
+#include "gateway/sources/CaptionCache.h"
+#include "gateway/sources/JoinedSource.h"
+#include "gateway_process.h"
 
 namespace {
 
@@ -258,23 +257,28 @@ TEST(GatewayServer, RestsAfterAClientAndWithoutDescriptors) {
   Limits limits;
   limits.connections = 1;
   limits.head = 400ms;
-  const RunningGateway server(std::make_shared<AskedSource>(), limits);
-  server.List("abc");
-  auto before = Used();
-  const Descriptor silent = ConnectTo(server.Port()), next = ConnectTo(server.Port());
-  SendAll(next, GetRequest("/timedtext?type=list&v=abc"));
+  const auto gate = std::make_shared<Gate>();
+  const RunningGateway server(gate, limits);
+  const std::string request = GetRequest("/api/timedtext?&v=abc&lang=en");
+  const Descriptor first = ConnectTo(server.Port()), next = ConnectTo(server.Port());
+  SendAll(first, request);
+  ASSERT_TRUE(gate->HasIn(1, 30s));
+  SendAll(next, request);
   rlimit files{};
   ::getrlimit(RLIMIT_NOFILE, &files);
-  const rlimit none{3, files.rlim_max};
+  const rlimit none{4, files.rlim_max};  // poll wants as many as it is given
   ::setrlimit(RLIMIT_NOFILE, &none);
-  EXPECT_EQ(ReadReply(silent).head, "");
-  EXPECT_LT(Used() - before, 200ms) << "in 400 ms of silence";
-  before = Used();
+  gate->Open();
+  EXPECT_EQ(ReadReply(first).body, "words");
+  auto before = Used();
   pollfd answered{next.Number(), POLLIN, 0};
   EXPECT_EQ(::poll(&answered, 1, 400), 0) << "there is no descriptor for it";
   EXPECT_LT(Used() - before, 200ms) << "in 400 ms without descriptors";
   ::setrlimit(RLIMIT_NOFILE, &files);
-  EXPECT_EQ(ReadReply(next).Status(), "HTTP/1.1 200 OK");
+  EXPECT_EQ(ReadReply(next).body, "words");
+  before = Used();
+  EXPECT_EQ(ReadReply(ConnectTo(server.Port())).head, "");
+  EXPECT_LT(Used() - before, 200ms) << "in 400 ms of silence";
 }
 
 TEST(GatewayServer, LetsSlowClientsGo) {
@@ -345,57 +349,6 @@ TEST(GatewayServer, StopsWhileClientsHang) {
   EXPECT_LT(now() - start, 5s);
 }
 
-// The gateway as a process of its own, its output read by the test.
-class Process {
- public:
-  // The words of `script` run in a shell, "$@" being the gateway and `arguments`; `handed` becomes
-  // descriptor 3.
-  Process(const std::string& script, std::vector<std::string> arguments, int handed = -1) {
-    int out[2];
-    EXPECT_EQ(::pipe2(out, O_CLOEXEC), 0);
-    output_ = Descriptor(out[0]);
-    const Descriptor writing(out[1]);
-    std::vector<std::string> words = {"sh", "-c", script, "sh", RAVELYN_GATEWAY_PATH};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<char*> argv;
-    for (auto& word : words) argv.push_back(word.data());
-    argv.push_back(nullptr);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, writing.Number(), 1);
-    posix_spawn_file_actions_adddup2(&actions, writing.Number(), 2);
-    if (handed >= 0) posix_spawn_file_actions_adddup2(&actions, handed, 3);
-    EXPECT_EQ(::posix_spawn(&pid_, "/bin/sh", &actions, nullptr, argv.data(), environ), 0);
-    posix_spawn_file_actions_destroy(&actions);
-  }
-  explicit Process(std::vector<std::string> arguments) : Process("exec \"$@\"", std::move(arguments)) {}
-  ~Process() {
-    if (pid_ > 0) End(SIGKILL);
-  }
-
-  std::string ReadLine() {
-    std::string line;
-    for (char c = 0; ::read(output_.Number(), &c, 1) == 1 && c != '\n';) line += c;
-    return line;
-  }
-  std::string ReadAll() {
-    std::string all;
-    for (char c = 0; ::read(output_.Number(), &c, 1) == 1;) all += c;
-    return all;
-  }
-  // The exit status, or -1 if something else ended it. With `signal` 0 it is only waited for.
-  int End(int signal = 0) {
-    int status = 0;
-    if (signal != 0) ::kill(pid_, signal);
-    ::waitpid(std::exchange(pid_, -1), &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  }
-
- private:
-  pid_t pid_ = -1;
-  Descriptor output_;
-};
-
 TEST(GatewayProcess, TellsWhatItServesAndEndsOnASignal) {
   const TemporaryFolder folder;
   WriteFile(folder / "t [abc].en.srv1", "words");
@@ -404,10 +357,10 @@ TEST(GatewayProcess, TellsWhatItServesAndEndsOnASignal) {
   for (const int signal : {SIGTERM, SIGINT}) {
     Process process({"--folder", folder.Path(), "--port=0"});
     const std::string line = process.ReadLine();
-    const std::string address = line.substr(0, line.find("/ "));
+    const std::string address = Address(line);
     EXPECT_EQ(line, "ravelyn-gateway: http://127.0.0.1:" + std::to_string(PortIn(address)) +
                         "/ serves 1 video with 2 tracks from " + folder.Path() +
-                        "; 1 caption file left out, see --help");
+                        "; 1 caption file left out, see --help; fetches nothing");
     const Descriptor hanging = ConnectTo(PortIn(address));
     const Descriptor client = ConnectTo(PortIn(address));
     SendAll(client, GetRequest("/api/timedtext?&v=abc&lang=de"));
@@ -417,29 +370,90 @@ TEST(GatewayProcess, TellsWhatItServesAndEndsOnASignal) {
 }
 
 TEST(GatewayProcess, RefusesBadOptions) {
-  const std::pair<std::vector<std::string>, std::string> cases[] = {
-      {{}, "there is no --folder to serve"},
-      {{"--port", "0"}, "there is no --folder to serve"},
+  const std::pair<Lines, std::string> cases[] = {
+      {{}, "there is no --folder to serve, and no --fetch"},
+      {{"--port", "0", "--as-is"}, "there is no --folder to serve, and no --fetch"},
       {{"--folder"}, "--folder wants a value"},
-      {{"--folder", ""}, "--folder wants the path of a folder"},
+      {{"--folder", ""}, "--folder wants a value"},
+      {{"--fetch", "--cache="}, "--cache wants a value"},
+      {{"--fetch=yes"}, "unknown option \"--fetch=yes\""},
       {{"--folder", "/tmp", "--port", "65536"}, "--port wants a number from 0 to 65535, not \"65536\""},
       {{"--folder", "/tmp", "--port=-1"}, "--port wants a number from 0 to 65535, not \"-1\""},
       {{"--folder", "/tmp", "--port", "80x"}, "--port wants a number from 0 to 65535, not \"80x\""},
-      {{"--folder", "/tmp", "--port", ""}, "--port wants a number from 0 to 65535, not \"\""},
       {{"--folder", "/tmp", "more"}, "unknown option \"more\""},
-      {{"--help=x"}, "unknown option \"--help=x\""},
   };
   for (const auto& [arguments, message] : cases) {
     Process process(arguments);
     EXPECT_EQ(process.ReadLine(), "ravelyn-gateway: " + message);
-    EXPECT_EQ(process.ReadLine(), "Usage: ravelyn-gateway --folder DIR [--folder DIR ...] [--port N]");
+    EXPECT_EQ(process.ReadLine(), gateway::kUsage);
     EXPECT_EQ(process.End(), 2) << message;
   }
-  for (const char* option : {"--help", "--version"}) {
-    Process process({option});
-    EXPECT_NE(process.ReadAll().find("ravelyn-gateway "), std::string::npos);
-    EXPECT_EQ(process.End(), 0) << option;
+}
+
+std::string Counted(auto count, const char* unit) { return std::to_string(count) + " " + unit; }
+
+// The text in one line, and as a man page shows it.
+std::string Flattened(const std::string& text) {
+  std::string flat;
+  for (const char c : text) {
+    if (c == '\\') continue;
+    if (c != '\n' && c != ' ') {
+      flat += c;
+    } else if (!flat.ends_with(' ')) {
+      flat += ' ';
+    }
   }
+  return flat;
+}
+
+TEST(GatewayOptions, AreDescribedWithTheBoundsThatHold) {
+  const Limits limits;
+  const gateway::CacheLimits cache;
+  const auto seconds = [](auto time) {
+    return Counted(std::chrono::duration_cast<std::chrono::seconds>(time).count(), "seconds");
+  };
+  const std::string port = std::to_string(gateway::kDefaultPort);
+  const std::string phrases[] = {
+      "Default: " + port,
+      "may have " + Counted(limits.headBytes >> 10, "KiB") + " and take " + seconds(limits.head) +
+          ", its answer " + seconds(limits.answer),
+      Counted(limits.connections, "connections are served at a time"),
+      "are given up to " + seconds(limits.farewell),
+      "of more than " + Counted(gateway::kLargestCaptionFile >> 20, "MiB"),
+      "kept for " + Counted(cache.age.count() / 86'400, "days, ") + Counted(cache.bytes >> 20, "MiB in all"),
+      seconds(gateway::kSitePatience) + " for the site",
+  };
+  const std::string root = RAVELYN_SOURCE_DIR;
+  const std::string help = Flattened(gateway::HelpText());
+  std::string man = Flattened(ReadFile(root + "/packaging/man/ravelyn-gateway.1"));
+  for (const std::string& phrase : phrases) {
+    EXPECT_NE(help.find(phrase), help.npos) << phrase;
+    EXPECT_NE(man.find(phrase), man.npos) << phrase;
+  }
+  for (const auto& format : gateway::CaptionFormats()) {
+    EXPECT_NE(help.find(" " + std::string(format.ending)), help.npos);
+    EXPECT_NE(man.find(" " + std::string(format.ending)), man.npos);
+  }
+  EXPECT_EQ(gateway::ParseOptions(std::array<const char*, 1>{"--fetch"}).port, gateway::kDefaultPort);
+  EXPECT_EQ(Endpoints().TrackListEndpoint, "127.0.0.1:" + port);
+  EXPECT_EQ(Endpoints().TimedTextEndpoint, "127.0.0.1:" + port);
+  const std::string unit = ReadFile(root + "/packaging/systemd/ravelyn-gateway.socket");
+  EXPECT_NE(unit.find("ListenStream=127.0.0.1:" + port + "\n"), unit.npos);
+}
+
+TEST(GatewayProcess, EndsWithItsInput) {
+  int ends[2];
+  ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
+  const Descriptor reading(ends[0]);
+  Descriptor writing(ends[1]);
+  Process process({"--folder", RAVELYN_SAMPLES_DIR, "--port=0", "--stop-with-input"}, reading);
+  const std::uint16_t port = PortIn(Address(process.ReadLine()));
+  ASSERT_EQ(::write(writing.Number(), "more", 4), 4);
+  const Descriptor client = ConnectTo(port);
+  SendAll(client, GetRequest("/timedtext?type=list&v=hB7rV2kQx0w"));
+  EXPECT_EQ(ReadReply(client).Status(), "HTTP/1.1 200 OK") << "what it reads means nothing";
+  writing = Descriptor();
+  EXPECT_EQ(process.End(), 0);
 }
 
 TEST(GatewayProcess, TellsMissingFoldersAndATakenPort) {

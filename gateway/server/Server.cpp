@@ -5,6 +5,7 @@
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -35,6 +36,12 @@ void SendAtOnce(int socket) {
   ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
 }
 
+bool IsOver(int input) {
+  std::array<char, 4096> ignored;
+  const ssize_t count = ::read(input, ignored.data(), ignored.size());
+  return count == 0 || (count < 0 && errno != EAGAIN && errno != EINTR);
+}
+
 }  // namespace
 
 struct Server::Client {
@@ -52,17 +59,20 @@ Server::Server(CaptionSource& source, const Limits& limits)
 
 Server::~Server() { DismissAll(); }
 
-void Server::Serve(int listener, int stop) {
+void Server::Serve(int listener, const Stop& stop) {
   for (;;) {
     const int accepting = clients_.size() < limits_.connections ? listener : -1;
-    std::array<pollfd, 3> waiting{{{stop, POLLIN, 0}, {ended_.Number(), POLLIN, 0}, {accepting, POLLIN, 0}}};
+    std::array<pollfd, 4> waiting{{{stop.event, POLLIN, 0},
+                                   {stop.input, POLLIN, 0},
+                                   {ended_.Number(), POLLIN, 0},
+                                   {accepting, POLLIN, 0}}};
     if (::poll(waiting.data(), waiting.size(), -1) < 0) {
       if (errno == EINTR) continue;
       throw std::system_error(errno, std::system_category(), "can't wait for connections");
     }
-    if (waiting[0].revents != 0) break;
-    if (waiting[1].revents != 0) Reap();
-    if (waiting[2].revents != 0) Accept(listener);
+    if (waiting[0].revents != 0 || (waiting[1].revents != 0 && IsOver(stop.input))) break;
+    if (waiting[2].revents != 0) Reap();
+    if (waiting[3].revents != 0) Accept(listener);
   }
   DismissAll();
 }

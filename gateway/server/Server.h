@@ -9,17 +9,23 @@
 
 namespace gateway {
 
+// What ends a server.
+struct Stop {
+  int event = -1;  // can be read from then on; nothing is read from it
+  int input = -1;  // comes to its end, or fails; what can be read from it is read and means nothing
+};
+
 class Server {
  public:
   // `source` must outlive the server.
   explicit Server(CaptionSource& source, const Limits& limits = {});
   ~Server();
 
-  // Serves `listener`, a listening socket that doesn't block, until `stop` can be read (nothing is read from
-  // it); clients that have not finished their request are then let go, answers under way get
-  // Limits::farewell. Both descriptors stay the caller's. Throws std::system_error if the
-  // system fails the listener; no connection is left open either way.
-  void Serve(int listener, int stop);
+  // Serves `listener`, a listening socket that doesn't block, until `stop` says so; clients that have not
+  // finished their request are then let go, answers under way get Limits::farewell. All descriptors stay the
+  // caller's. Throws std::system_error if the system fails the listener; no connection is left open either
+  // way.
+  void Serve(int listener, const Stop& stop);
 
  private:
   struct Client;

@@ -82,6 +82,13 @@ struct Kept {
 
 }  // namespace
 
+std::string UsualCacheFolder() {
+  const char* cache = std::getenv("XDG_CACHE_HOME");
+  if (cache != nullptr && cache[0] == '/') return std::string(cache) + "/ravelyn/captions";
+  const char* home = std::getenv("HOME");
+  return home != nullptr && home[0] == '/' ? std::string(home) + "/.cache/ravelyn/captions" : "";
+}
+
 CaptionCache::CaptionCache(std::string folder, const CacheLimits& limits)
     : folder_(std::move(folder)), limits_(limits) {}
 

@@ -17,6 +17,10 @@ struct CacheLimits {
   std::chrono::seconds age{30 * 24 * 60 * 60L};  // of a file; an older one counts as absent
 };
 
+// Where the user's programs keep what they can fetch again: ravelyn/captions in $XDG_CACHE_HOME, else in
+// ~/.cache. "" if the environment names neither.
+std::string UsualCacheFolder();
+
 // A folder with one file for each text and one for each video's list:
 //
 //   [CODE].LANG.captions     the document in the form that the program reads

@@ -210,6 +210,6 @@ server = Server(('127.0.0.1', 0), Site)
 threading.Thread(target=server.serve_forever, daemon=True).start()
 with open(FOLDER + '/yt-dlp.conf', 'w') as config:
     config.write('--proxy http://127.0.0.1:%d\n--no-check-certificates\n' % server.server_port)
-print('ready', flush=True)
+os.write(1, b'ready\n')  # at once, so that the reader may leave after its first byte
 sys.stdin.buffer.read()
 os._exit(0)

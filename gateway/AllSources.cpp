@@ -1,0 +1,65 @@
+#include "gateway/AllSources.h"
+
+#include <filesystem>
+
+#include "gateway/sources/log.h"
+#include "gateway/sources/yt_dlp.h"
+
+namespace gateway {
+namespace {
+
+std::string Counted(std::size_t count, const char* one) {
+  return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
+}
+
+std::string WordsOn(const YtDlp& found) {
+  if (found.program.empty()) return "yt-dlp is not installed";
+  const std::string version = found.version.empty() ? "which does not say its version" : found.version;
+  return "fetches by " + found.program + ", " + version;
+}
+
+// Each yt-dlp runs in a folder of its own.
+std::string Absolute(const std::string& path) {
+  std::error_code ignored;
+  return path.empty() ? "" : std::filesystem::absolute(path, ignored).string();
+}
+
+std::string CacheFolderOf(const Options& options) {
+  if (!options.keepsTexts) return "";
+  std::string folder = options.cache.empty() ? UsualCacheFolder() : options.cache;
+  if (folder.empty())
+    Log("no fetched text is kept: neither --cache nor XDG_CACHE_HOME nor HOME names a folder");
+  return folder;
+}
+
+}  // namespace
+
+AllSources::AllSources(const Options& options)
+    : folders_(options.folders, options.asIs ? FolderSource::Manner::AsIs : FolderSource::Manner::Convert),
+      fetching_("fetches nothing") {
+  if (!options.fetch) return;
+  const YtDlp found = FindYtDlp(options.ytdlp);
+  fetching_ = WordsOn(found);
+  site_.emplace(SiteSettings{found.program, found.version, Absolute(options.ytdlpConfig), ""});
+  CaptionSource* fetched = &*site_;
+  if (const std::string folder = CacheFolderOf(options); !folder.empty())
+    fetched = &cache_.emplace(*site_, folder);
+  joined_.emplace(folders_, *fetched);
+}
+
+CaptionSource& AllSources::Whole() {
+  if (joined_) return *joined_;
+  return folders_;
+}
+
+std::string AllSources::Summary(const Options& options) const {
+  const FolderSource::Stock stock = folders_.TakeStock();
+  std::string line = Counted(stock.videos, "video") + " with " + Counted(stock.tracks, "track") + " from";
+  for (const std::string& folder : options.folders)
+    line += (&folder == &options.folders[0] ? " " : ", ") + folder;
+  if (options.folders.empty()) line += " no folder";
+  if (stock.leftOut > 0) line += "; " + Counted(stock.leftOut, "caption file") + " left out, see --help";
+  return line + "; " + fetching_;
+}
+
+}  // namespace gateway

@@ -1,0 +1,107 @@
+// The gateway as a process that fetches, by the real yt-dlp from a site on the loopback.
+
+#include <sys/inotify.h>
+
+#include "gateway_process.h"
+#include "site_fixture.h"
+
+namespace {
+
+using namespace gateway_test;
+using site_test::CodeOf;
+
+// The gateway with a folder, a home and a cache of its own.
+class Fetching : public testing::Test {
+ protected:
+  Fetching() {
+    std::filesystem::create_directory(folder_ / "captions");
+    WriteFile(folder_ / ("captions/[" + CodeOf("plain") + "].de.srt"), "00:01,000 --> 00:02,000\neigene\n");
+  }
+  Process Start(std::vector<std::string> more) {
+    std::vector<std::string> arguments = {"--fetch",  "--folder",       folder_ / "captions",
+                                          "--port=0", "--ytdlp-config", site_.Folder() / "yt-dlp.conf"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return Process("HOME=" + folder_.Path() + " XDG_CACHE_HOME=" + folder_ / "cache" + " exec \"$@\"",
+                   arguments);
+  }
+  // How many programs run with this site's options.
+  std::size_t Children() const {
+    std::size_t count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc"))
+      count += ReadFile(entry.path() / "cmdline").find("--load-info-json") != std::string::npos &&
+               ReadFile(entry.path() / "cmdline").find(site_.Folder().Path()) != std::string::npos;
+    return count;
+  }
+  static Reply Ask(std::uint16_t port, const std::string& target) {
+    const Descriptor client = ConnectTo(port);
+    SendAll(client, GetRequest(target));
+    return ReadReply(client);
+  }
+  static Reply List(std::uint16_t port, const std::string& code) {
+    return Ask(port, "/timedtext?type=list&v=" + code);
+  }
+  static Reply Text(std::uint16_t port, const std::string& code, const std::string& language) {
+    return Ask(port, "/api/timedtext?&v=" + code + "&lang=" + language);
+  }
+  static std::vector<std::string> Languages(const std::string& list) {
+    std::vector<std::string> languages;
+    for (std::size_t at = 0; (at = list.find("lang_code=\"", at)) != std::string::npos;) {
+      at += 11;
+      languages.push_back(list.substr(at, list.find('"', at) - at));
+    }
+    return languages;
+  }
+
+  const site_test::Site site_;
+  const TemporaryFolder folder_;
+};
+
+TEST_F(Fetching, JoinsTheSiteWithTheFoldersAndGoesOnWithoutIt) {
+  const std::string code = CodeOf("plain");
+  const std::vector<std::string> all = {"en", "fr-orig", "de"};
+  {
+    Process process = Start({});
+    const std::string line = process.ReadLine();
+    EXPECT_NE(line.find("/ serves 1 video with 1 track from " + folder_.Path() + "/captions; fetches by /"),
+              line.npos)
+        << line;
+    const std::uint16_t port = PortIn(Address(line));
+    EXPECT_EQ(Languages(List(port, code).body), all);
+    EXPECT_NE(Text(port, code, "en").body.find(">R&D in en</text>"), std::string::npos);
+    EXPECT_NE(Text(port, code, "de").body.find(">eigene</text>"), std::string::npos);
+    const Reply removed = List(port, CodeOf("removed"));
+    EXPECT_NE(removed.head.find("\r\nRavelyn-Cause: This video is unavailable or removed"), std::string::npos)
+        << removed.head;
+    EXPECT_EQ(Languages(removed.body).size(), 0u);
+    EXPECT_EQ(process.End(SIGTERM), 0);
+  }
+  Process process = Start({"--ytdlp", folder_ / "nowhere/yt-dlp"});
+  const std::uint16_t port = PortIn(Address(process.ReadLine()));
+  EXPECT_EQ(Languages(List(port, code).body), all);
+  EXPECT_NE(Text(port, code, "en").body.find(">R&D in en</text>"), std::string::npos) << "kept";
+  const Reply missing = Text(port, code, "fr-orig");
+  EXPECT_EQ(missing.Status(), "HTTP/1.1 404 Not Found");
+  EXPECT_TRUE(missing.Has("Content-Length: 0") && missing.Has("Connection: close"));
+  EXPECT_TRUE(missing.Has("Ravelyn-Cause: yt-dlp is not installed.")) << missing.head;
+}
+
+TEST_F(Fetching, LeavesNothingWhenItIsEndedInTheMiddle) {
+  Process process = Start({"--no-cache"});
+  const std::uint16_t port = PortIn(Address(process.ReadLine()));
+  const std::string code = CodeOf("faults");
+  EXPECT_FALSE(Languages(List(port, code).body).empty());
+  const Descriptor logged(::inotify_init1(IN_CLOEXEC)), client = ConnectTo(port);
+  ::inotify_add_watch(logged.Number(), (site_.Folder() / "requests").c_str(), IN_MODIFY);
+  SendAll(client, GetRequest("/api/timedtext?&v=" + code + "&lang=stall"));
+  pollfd changed{logged.Number(), POLLIN, 0};
+  for (std::array<char, 4096> events; site_.Requests("text").empty() && ::poll(&changed, 1, 30'000) == 1;)
+    EXPECT_GT(::read(logged.Number(), events.data(), events.size()), 0);
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_GE(Children(), 1u);
+  EXPECT_EQ(process.End(SIGTERM), 0);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(15));
+  EXPECT_EQ(Children(), 0u);
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "cache"));
+}
+
+}  // namespace

@@ -1,0 +1,70 @@
+// The gateway as a process, for tests.
+#pragma once
+
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "gateway_fixture.h"
+
+extern char** environ;
+
+namespace gateway_test {
+
+inline std::string Address(const std::string& startLine) { return startLine.substr(0, startLine.find("/ ")); }
+
+// The gateway as a process of its own, its output read by the test.
+class Process {
+ public:
+  // The words of `script` run in a shell, "$@" being the gateway and `arguments`; `handed` becomes
+  // descriptor 3, `input` its standard input.
+  Process(const std::string& script, std::vector<std::string> arguments, int handed = -1,
+          const Descriptor& input = Descriptor()) {
+    int out[2];
+    EXPECT_EQ(::pipe2(out, O_CLOEXEC), 0);
+    output_ = Descriptor(out[0]);
+    const Descriptor writing(out[1]);
+    std::vector<std::string> words = {"sh", "-c", script, "sh", RAVELYN_GATEWAY_PATH};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> argv;
+    for (auto& word : words) argv.push_back(word.data());
+    argv.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, writing.Number(), 1);
+    posix_spawn_file_actions_adddup2(&actions, writing.Number(), 2);
+    if (input) posix_spawn_file_actions_adddup2(&actions, input.Number(), 0);
+    if (handed >= 0) posix_spawn_file_actions_adddup2(&actions, handed, 3);
+    EXPECT_EQ(::posix_spawn(&pid_, "/bin/sh", &actions, nullptr, argv.data(), environ), 0);
+    posix_spawn_file_actions_destroy(&actions);
+  }
+  explicit Process(std::vector<std::string> arguments, const Descriptor& input = Descriptor())
+      : Process("exec \"$@\"", std::move(arguments), -1, input) {}
+  ~Process() {
+    if (pid_ > 0) End(SIGKILL);
+  }
+
+  std::string ReadLine() {
+    std::string line;
+    for (char c = 0; ::read(output_.Number(), &c, 1) == 1 && c != '\n';) line += c;
+    return line;
+  }
+  // The exit status, or -1 if something else ended it. With `signal` 0 it is only waited for.
+  int End(int signal = 0) {
+    int status = 0;
+    if (signal != 0) ::kill(pid_, signal);
+    ::waitpid(std::exchange(pid_, -1), &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+ private:
+  pid_t pid_ = -1;
+  Descriptor output_;
+};
+
+}  // namespace gateway_test
