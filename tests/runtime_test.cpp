@@ -159,13 +159,35 @@ TEST_F(Run, AWindowOpensAfterTheHandlerThatMadeIt) {
 
 TEST_F(Run, ASecondCommandIsIgnoredUntilTheFirstHasEnded) {
   const auto command = [&](const char* name, const Application::Handler& then) {
-    app.Command(name, [&] { told.push_back(name), then(); });
+    app.Dispatch(nullptr, [&] { app.Command(name, [&] { told.push_back(name), then(); }); });
   };
   command("first", [&] { command("ignored", [] {}); });
-  app.Dispatch(nullptr, [&] { command("throws", [] { throw IOException(EIO); }); });
+  command("throws", [] { throw IOException(EIO); });
   EXPECT_FALSE(app.IsCommandRunning());
-  command("next", [&] { EXPECT_TRUE(app.IsCommandRunning()); });
+  command("next", [&] { EXPECT_EQ(host.running, "next"); });
+  EXPECT_EQ(host.running, "");
   EXPECT_EQ(told, Lines({"first", "throws", "next"}));
+}
+
+TEST_F(Run, ACommandThatWasEndedIsOverAtOnce) {
+  Form& form = Form::Get();
+  for (Window* owner : {static_cast<Window*>(&form), static_cast<Window*>(nullptr)}) {
+    told.clear();
+    app.Dispatch(owner, [&] {
+      app.Command("ended", [&] {
+        app.EndHandlerWith("Other");
+        Other::Get().Close();
+        EXPECT_EQ(host.running, "");
+        app.Dispatch(nullptr, [&] {
+          app.Command("next", [&] { told.push_back(host.running), RuntimeBackgroundTask(); });
+        });
+        told.push_back(app.IsCommandRunning() ? "still" : "over");
+        RuntimeBackgroundTask();
+        told.push_back("never");
+      });
+    });
+    EXPECT_EQ(told, Lines({"next", "over"}));
+  }
 }
 
 TEST_F(Run, TheActiveWindowIsTheLastOneStillOpen) {

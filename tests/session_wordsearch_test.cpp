@@ -134,7 +134,7 @@ TEST(WordSearch, ChecksTheFormInOrder) {
   EXPECT_EQ(driver.server.Requests().size(), 1u);
 }
 
-TEST(WordSearch, TellsWhereATermIsNoExpressionAndEndsThere) {
+TEST(WordSearch, ReportsATermThatIsNoExpressionOnceAndFetchesNothing) {
   SessionDriver driver;
   driver.OpenWith(kTracks, "");
   const std::pair<const char*, const char*> rows[] = {
@@ -148,6 +148,7 @@ TEST(WordSearch, TellsWhereATermIsNoExpressionAndEndsThere) {
               Lines{Message(std::string("The term \"") + term +
                             "\" is not a valid search expression: " + why + ".")});
   }
+  EXPECT_EQ(driver.server.Requests().size(), 1u);
   EXPECT_EQ(ResultsOf(driver), (Results{"", "", "0"}));
   EXPECT_EQ(Search(driver, "0", "begins"), kTwice);
 }
@@ -206,4 +207,21 @@ TEST(Results, AreSavedByteForByte) {
             (Lines{Saved("TEXT", "search_results.txt", "/nowhere/x"),
                    Message("\"x\" could not be saved: No such file or directory.")}));
   EXPECT_EQ(driver.Run("dump").at(0), before);
+}
+
+TEST(Results, AreSavedWithTheTermOfTheLastRunWhereNoFormIsOpen) {
+  SessionDriver driver;
+  driver.OpenWith(kTracks, "");
+  Search(driver, "0", "begins");
+  Search(driver, "0", "it's gone");
+  const std::string path = driver.folder / "out";
+  EXPECT_EQ(driver
+                .Run("type searchField (\nclick PushButton3\nclose Window1\nsave " + path +
+                     "\nclick SearchWin.saveBtn")
+                .size(),
+            4u);
+  EXPECT_EQ(ReadFile(path),
+            "Search results for the term 'it's gone' in the video: https://www.youtube.com/watch?v=abc\n\n"
+            "[00:01:02.500]\tthe orchestra begins\n\n\n");
+  EXPECT_FALSE(driver.State()["windows"].contains("Window1"));
 }

@@ -26,6 +26,7 @@ class App : public Application {
   std::string timecodeChecked = "false";   // line-by-line text with timecode
   std::string linebyline = "false";        // text transcript line by line
   std::string searchCount = "0";           // word search hits, in decimal digits
+  std::string lastTerm;                    // of the last run of the word search; "" before the first
 
   // Part of the run state since the first version; no command fills or reads them.
   StringArray timingArray;

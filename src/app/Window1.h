@@ -15,7 +15,9 @@ class Window1 : public Window {
   Window1();
   // Made hidden at the first call, and anew after it was closed. Its Open, with the probe, is raised
   // when the handler that made it has returned.
-  static Window1& Get() { return GetOrMake<Window1>("Window1", Opening::AfterHandler); }
+  static Window1& Get() { return GetOrMake<Window1>(kName, Opening::AfterHandler); }
+  static Window1* OpenOrNil() { return static_cast<Window1*>(Find(kName)); }
+  static constexpr char kName[] = "Window1";
 
   PushButton PushButton1{*this};
   Label Label1{*this}, Label2{*this};
@@ -65,7 +67,7 @@ class Window1 : public Window {
   void getTranscriptions(std::int64_t row);
   void DoSRT(std::int64_t row);
   void DoVTT(std::int64_t row);
-  // False where the term itself can't be searched for, so that no other row is worth a try.
+  // False where the term can't be searched for, so that no other row is worth a try.
   bool DoWordSearch(std::int64_t row);
 
   std::string SecsToTimecode(double seconds) const;

@@ -9,7 +9,7 @@ constexpr std::uint32_t kGrey = 0x6F7573;
 }
 
 Window1::Window1()
-    : Window(App::Get(), "Window1",
+    : Window(App::Get(), kName,
              {.title = "Ravelyn for YouTube", .width = 562, .height = 479, .menuBar = true}) {
   const std::string sample = App::Get().endpoints.WatchPage(App::Get().endpoints.SampleCode);
   const Look heading{.fontSize = 14};

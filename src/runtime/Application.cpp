@@ -1,7 +1,9 @@
 #include "runtime/Application.h"
 
 #include <algorithm>
+#include <cassert>
 #include <chrono>
+#include <utility>
 
 #include "runtime/Control.h"
 #include "runtime/Numbers.h"
@@ -68,11 +70,11 @@ void Application::Stop() {
 
 void Application::Quit() {
   quitting_ = true;
-  for (Frame& frame : frames_) frame.ended = true;
+  for (Frame& frame : frames_) End(frame);
 }
 
 void Application::Dispatch(Window* owner, const Handler& handler) {
-  frames_.push_back({owner, false});
+  frames_.push_back({owner});
   try {
     handler();
   } catch (const HandlerEnded&) {
@@ -107,19 +109,34 @@ void Application::RunPosted() {
 }
 
 void Application::Command(const std::string& what, const Handler& handler) {
-  if (commandRunning_) return;
+  assert(!frames_.empty());
+  if (IsCommandRunning()) return;
   struct Running {
     Application& app;
     Running(Application& a, const std::string& w) : app(a) {
-      app.commandRunning_ = true;
+      app.frames_.back().isCommand = true;
       app.host_.CommandRunning(w);
     }
     ~Running() {
-      app.commandRunning_ = false;
-      app.host_.CommandRunning("");
+      Frame& frame = app.frames_.back();
+      frame.isCommand = false;
+      if (!frame.ended) app.host_.CommandRunning("");
     }
   } running(*this, what);
   handler();
+}
+
+bool Application::IsCommandRunning() const {
+  return std::any_of(frames_.begin(), frames_.end(), [](const Frame& f) { return f.isCommand && !f.ended; });
+}
+
+void Application::EndHandlerWith(const std::string& window) {
+  if (!frames_.empty()) frames_.back().endsWith = window;
+}
+
+void Application::End(Frame& frame) {
+  if (std::exchange(frame.ended, true)) return;
+  if (frame.isCommand) host_.CommandRunning("");
 }
 
 void Application::CheckEnded() const {
@@ -143,7 +160,9 @@ void Application::CloseWindow(Window& window) {
   if (at == windows_.end()) return;
   closed_.push_back(std::move(*at));
   windows_.erase(at);
-  for (Frame& frame : frames_) frame.ended |= frame.owner == &window;
+  for (Frame& frame : frames_) {
+    if (frame.owner == &window || frame.endsWith == window.Name()) End(frame);
+  }
   std::erase_if(posted_, [&](const Posted& posted) { return posted.owner == &window; });
   if (focus_ && &focus_->Owner() == &window) focus_ = nullptr;
   std::erase(activated_, &window);

@@ -48,9 +48,13 @@ class Application {
   void Dispatch(Window* owner, const Handler& handler);
   // Runs handler as an event when the handler on top of the stack has returned.
   void Post(Window* owner, Handler handler);
-  // Runs a command unless one is running already; then it is ignored. what is for the person.
+  // Runs a command in the frame on top of the stack unless one is running already; then it is ignored.
+  // what is a short phrase for the user. A command that was ended counts as over at once, though its
+  // frame may still stand on the stack. Requires: called from inside a handler.
   void Command(const std::string& what, const Handler& handler);
-  bool IsCommandRunning() const { return commandRunning_; }
+  bool IsCommandRunning() const;
+  // The handler on top of the stack ends also when a window of this name closes.
+  void EndHandlerWith(const std::string& window);
   // Lets events run; waits for them at most so many milliseconds, -1 for not at all.
   void DoEvents(int milliseconds) { host_.ProcessEvents(milliseconds); }
   // Throws HandlerEnded if the handler on top of the stack was ended.
@@ -87,7 +91,9 @@ class Application {
  private:
   struct Frame {
     Window* owner;
-    bool ended;
+    bool ended = false;
+    bool isCommand = false;
+    std::string endsWith = {};  // a window's name
   };
   struct Posted {
     Window* owner;
@@ -95,6 +101,7 @@ class Application {
     std::size_t depth;  // of the handler that posted it, 1 for the outermost
   };
   void RunPosted();
+  void End(Frame& frame);
   const std::function<bool()>* MenuHandlerOf(const std::string& item, Window** owner) const;
 
   Platform& host_;
@@ -106,7 +113,6 @@ class Application {
   MenuBar* menuBar_ = nullptr;
   std::vector<Window*> activated_;  // the visible ones, the active one last
   Control* focus_ = nullptr;
-  bool commandRunning_ = false;
   bool quitting_ = false;
   bool stopped_ = false;
 };

@@ -37,15 +37,15 @@ class RegEx {
   RegExOptions Options;  // to be set before the first Search
   std::string SearchPattern;
 
+  // Raises RegExSearchPatternException for a SearchPattern that is not valid.
+  void Compile();
   // The first match from the beginning of target; nullptr if there is none. The match belongs
-  // to the RegEx and holds until the next Search. Compiles SearchPattern when it has changed.
-  // Raises RegExSearchPatternException for a pattern that is not valid, and
-  // RegExMatchLimitException for one that was given up.
+  // to the RegEx and holds until the next Search. Compiles SearchPattern when it has changed, and
+  // raises RegExMatchLimitException for a target that was given up.
   const RegExMatch* Search(std::string_view target);
 
  private:
   struct Compiled;
-  void Compile();
   int MatchSlowly(std::string_view target);
   std::unique_ptr<Compiled> compiled_;
 };

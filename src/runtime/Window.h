@@ -76,10 +76,11 @@ class Window {
   enum class Opening { AtOnce, AfterHandler };
   template <typename W>
   static W& GetOrMake(const char* name, Opening opening);
+  // nullptr if none of that name is open.
+  static Window* Find(const std::string& name);
 
  private:
   friend class Control;
-  static Window* Find(const std::string& name);
   static Window& Register(std::unique_ptr<Window> window, Opening opening);
 
   Application& app_;

@@ -85,8 +85,10 @@ void SearchWin::saveBtn_Action() {
   const FolderItemPtr file = GetSaveFolderItem("TEXT", "search_results.txt");
   if (!file) return;
   const App& app = App::Get();
-  const std::string heading = "Search results for the term '" + Window1::Get().searchField.Text() +
-                              "' in the video: " + app.endpoints.WatchPage(app.vidCode);
+  const Window1* form = Window1::OpenOrNil();
+  const std::string& term = form ? form->searchField.Text() : app.lastTerm;
+  const std::string heading =
+      "Search results for the term '" + term + "' in the video: " + app.endpoints.WatchPage(app.vidCode);
   const bool saved = SaveFile(file, [&](TextOutputStream& out) {
     out.WriteLine(heading);
     out.WriteLine("");

@@ -12,6 +12,7 @@ class SearchWin : public Window {
   SearchWin();
   // Made, shown and opened at the first call, and anew, empty, after it was closed.
   static SearchWin& Get() { return GetOrMake<SearchWin>(kName, Opening::AtOnce); }
+  static SearchWin* OpenOrNil() { return static_cast<SearchWin*>(Find(kName)); }
   static constexpr char kName[] = "SearchWin";
 
   Label searchTerm{*this};

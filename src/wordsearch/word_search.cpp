@@ -13,31 +13,56 @@
 
 namespace {
 
-SearchWin* OpenResults() { return static_cast<SearchWin*>(App::Get().FindWindow(SearchWin::kName)); }
-
-// Takes back what one run has shown: its rows, or the window that it made. The one that was open
-// before may have been closed meanwhile; it is not destroyed before the command has returned.
-class RunRows {
+// What one run shows: its hits, the last rows of the results window. That window is the same to the end
+// of the run, since its closing ends the command.
+class Run {
  public:
-  RunRows() : window_(OpenResults()), before_(window_ ? window_->resultsList.ListCount() : 0) {}
-  void TakeBack() const {
-    SearchWin* open = OpenResults();
-    if (!open) return;
-    open == window_ ? open->resultsList.RemoveRowsFrom(before_) : open->Close();
+  std::int64_t Hits() const { return hits_; }
+  void AddHit(const std::string& start, const std::string& text) {
+    window_ = &SearchWin::Get();
+    window_->resultsList.AddRow(start);
+    window_->resultsList.SetCell(window_->resultsList.LastIndex(), 1, text);
+    ++hits_;
+  }
+  // Removes the rows, or the window that the run has made. The latter ends the command, which has no more
+  // left to do than to say why.
+  void TakeBack() {
+    if (hits_ == 0) return;
+    wasOpen_ ? window_->resultsList.RemoveRowsFrom(before_) : window_->Close();
+  }
+  // Nothing where no row of the run stands, or those of a later run follow them.
+  void ShowCount(const std::string& term) const {
+    const bool open = hits_ > 0 && SearchWin::OpenOrNil() == window_;
+    if (!open || window_->resultsList.ListCount() != before_ + hits_) return;
+    window_->searchTerm.SetText("Displaying " + Str(hits_) + " results for search term: \"" + term + "\".");
   }
 
  private:
-  const SearchWin* window_;
-  std::int64_t before_;
+  SearchWin* window_ = SearchWin::OpenOrNil();
+  const bool wasOpen_ = window_;
+  const std::int64_t before_ = wasOpen_ ? window_->resultsList.ListCount() : 0;
+  std::int64_t hits_ = 0;
 };
 
-void AddHit(const std::string& start, const std::string& text) {
-  Listbox& results = SearchWin::Get().resultsList;
-  results.AddRow(start);
-  results.SetCell(results.LastIndex(), 1, text);
+std::string Quoted(const std::string& term) { return "The term \"" + term + "\""; }
+
+// Reports a term that is no regular expression; false then.
+bool CompileOrReport(RegEx& term) {
+  try {
+    term.Compile();
+    return true;
+  } catch (const RegExSearchPatternException& e) {
+    MsgBox(Quoted(term.SearchPattern) + " is not a valid search expression: at character " +
+           Str(e.Position()) + ", " + e.what() + ".");
+    return false;
+  }
 }
 
-std::string Quoted(const std::string& term) { return "The term \"" + term + "\""; }
+RegEx TermOf(const Window1& form) {
+  RegEx term;
+  term.SearchPattern = form.searchField.Text();
+  return term;
+}
 
 }  // namespace
 
@@ -51,6 +76,8 @@ void Window1::PushButton3_Action() {
   }
   if (Listbox1.ListCount() == 0) return MsgBox("There are no selected languages to retrieve.");
   if (Listbox1.SelCount() == 0) return MsgBox("You must choose a language to do a word search on.");
+  if (RegEx term = TermOf(*this); !CompileOrReport(term)) return;
+  Owner().EndHandlerWith(SearchWin::kName);
   for (std::int64_t row = 0; row < Listbox1.ListCount(); ++row) {
     if (Listbox1.Selected(row) && !DoWordSearch(row)) return;
     RuntimeBackgroundTask();
@@ -67,38 +94,33 @@ bool Window1::DoWordSearch(std::int64_t row) {
     RuntimeBackgroundTask();
   }
 
-  const RunRows rows;
-  RegEx term;
-  term.SearchPattern = searchField.Text();
-  std::int64_t hits = 0;
+  RegEx term = TermOf(*this);
+  if (!CompileOrReport(term)) return false;  // it was changed meanwhile
+  App& app = App::Get();
+  app.lastTerm = term.SearchPattern;
+  Run run;
   std::string room;
   try {
     for (std::size_t i = 0; i < track->Cues(); ++i) {
       const std::string_view text = track->Text(i).In(room);
-      if (term.Search(text)) {
-        ++hits;
-        AddHit(TextOf(starts.WithPointAt(i)), std::string(text));
-      }
-      App::Get().searchCount = Str(hits);
+      if (term.Search(text)) run.AddHit(TextOf(starts.WithPointAt(i)), std::string(text));
+      app.searchCount = Str(run.Hits());
       RuntimeBackgroundTask();
     }
-  } catch (const RegExSearchPatternException& e) {
-    MsgBox(Quoted(term.SearchPattern) + " is not a valid search expression: at character " +
-           Str(e.Position()) + ", " + e.what() + ".");
-    return false;
   } catch (const RegExMatchLimitException& e) {
-    rows.TakeBack();
+    run.TakeBack();
     MsgBox(Quoted(term.SearchPattern) + " could not be searched for: " + e.what() + ".");
     return false;
+  } catch (...) {
+    run.ShowCount(searchField.Text());
+    throw;
   }
 
-  if (hits < 1) {
+  if (run.Hits() < 1) {
     MsgBox(Quoted(searchField.Text()) + " could not be found.");
     return true;
   }
-  SearchWin& window = SearchWin::Get();
-  window.Show();
-  window.searchTerm.SetText("Displaying " + App::Get().searchCount + " results for search term: \"" +
-                            searchField.Text() + "\".");
+  SearchWin::Get().Show();
+  run.ShowCount(searchField.Text());
   return true;
 }

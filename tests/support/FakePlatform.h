@@ -26,6 +26,7 @@ class FakePlatform : public Platform {
   std::function<void()> onYield;  // what a person does meanwhile
   std::function<void()> onSaveDialog;
   std::string clipboard;
+  std::string running;  // the command that is shown as running
 
   void MessageBox(const std::string& text, const std::string& cause) override;
   std::optional<std::string> AskSavePath(const std::string& filter, const std::string& name) override;
@@ -38,6 +39,6 @@ class FakePlatform : public Platform {
   void WindowClosed(Window& window) override { calls.push_back("close: " + window.Name()); }
   void ControlFocused(Control& control) override { calls.push_back("focus: " + control.Name()); }
   void Edit(EditAction action) override;
-  void CommandRunning(const std::string&) override {}
+  void CommandRunning(const std::string& what) override { running = what; }
   std::int64_t Ticks() override { return ticks; }
 };
