@@ -41,6 +41,10 @@ TEST(Cleaning, GivesRollingLinesOnce) {
       Vtt(At("01.000", "02.000", "a<00:00:01.500><c> b</c>") + At("02.000", "03.000", "a b") +
           At("03.000", "04.500", "a b\nc<00:00:03.500><c> d</c>") + At("04.450", "06.000", "c d"));
   EXPECT_EQ(CuesOf("vtt", longHolds), (Lines{"1.000+2.000 a b", "3.000+3.000 c d"}));
+  // The longest run counts, where the same words stand in several lines.
+  EXPECT_EQ(
+      CuesOf("vtt", longHolds + At("06.000", "07.000", "c d\nx\nx\nx") + At("07.000", "08.000", "x\nx\ny")),
+      (Lines{"1.000+2.000 a b", "3.000+3.000 c d", "6.000+1.000 x x x", "7.000+1.000 y"}));
   const std::string overlapping = longHolds + At("05.000", "07.000", "c d\ne");
   EXPECT_EQ(CuesOf("vtt", overlapping).at(1), "3.000+2.000 c d");
 }
@@ -55,10 +59,13 @@ TEST(Cleaning, KeepsRepeatedLinesOfFilesThatDoNotRoll) {
       {At("01.000", "02.000", "<00:00:01.100>a b") + At("02.000", "03.000", "a <00:00:02.100>b") +
            At("03.000", "04.000", "a<00:00:03.100> b"),
        {"1.000+1.000 a b", "2.000+1.000 a b", "3.000+1.000 a b"}},
-      // One hold alone is a coincidence, two in eleven cues as well.
+      // One hold alone is a coincidence.
       {At("01.000", "02.000", "a") + At("02.000", "02.010", "a"), {"1.000+1.000 a", "2.000+0.010 a"}},
-      {At("01.000", "02.000", "b\na") + At("02.060", "02.070", "a") + At("02.070", "02.080", "xa"),
-       {"1.000+1.000 b a", "2.060+0.010 a", "2.070+0.010 xa"}},
+      // Not at the end of the cue before, and not a whole line of it.
+      {At("01.000", "02.000", "a") + At("02.060", "02.070", "a") + At("02.130", "02.140", "a"),
+       {"1.000+1.000 a", "2.060+0.010 a", "2.130+0.010 a"}},
+      {At("01.000", "02.000", "aab") + At("02.000", "02.010", "ab") + At("02.010", "02.020", "b"),
+       {"1.000+1.000 aab", "2.000+0.010 ab", "2.010+0.010 b"}},
   };
   for (const auto& [cues, lines] : rows) EXPECT_EQ(CuesOf("vtt", Vtt(cues)), lines);
   std::string rare = At("01.000", "02.000", "a") + At("02.000", "02.010", "a") + At("02.010", "02.020", "a");

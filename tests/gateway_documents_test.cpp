@@ -140,8 +140,9 @@ TEST(Documents, KeepTheWordsOfOddFiles) {
        "</body></timedtext>",
        {"0.005+0.001 c", "0.009+3.000 a b"}},
       {"json3",
-       R"({"events":[{"segs":[{"utf8":"a"}],"x":{"segs":[{"utf8":"no"}]},"tStartMs":1},{"tStartMs":7}]})",
-       {"0.001+0.006 a"}},
+       R"({"events":[{"segs":[{"utf8":"a"},{"utf8":["no"]}],"x":{"segs":[{"utf8":"no"}]},"tStartMs":1},)"
+       R"({"tStartMs":7},{"tStartMs":9,"dDurationMs":1,"aAppend":1,"segs":[{"utf8":"b"}]}]})",
+       {"0.001+0.006 a", "0.009+0.001 b"}},
       {"ttml",
        "<tt:tt xmlns:tt=\"x\" a:frameRate=\"30\" a:frameRateMultiplier=\"1000 1001\"><tt:body "
        "begin=\"1s\"><tt:p "
@@ -158,8 +159,9 @@ TEST(Documents, KeepTheWordsOfOddFiles) {
         "b"}},
       {"srt",
        "7\n00:00:01,5 --> 00:00:02,50\n42\n\n8\n00:00:02,000 --> 00:00:03,000\n<sighs> &amp;lt; &eacute; "
+       "&#1; "
        "{x}\n",
-       {"1.500+1.000 42", "2.000+1.000 <sighs> &lt; &eacute; {x}"}},
+       {"1.500+1.000 42", "2.000+1.000 <sighs> &lt; &eacute; &#1; {x}"}},
       {"srt",
        "00:00:01,000 --> 00:00:02,000\n00:00:02,000 --> 00:00:03,000\na<br>b\r\r<I>c",
        {"2.000+1.000 a b c"}},
@@ -237,6 +239,7 @@ TEST(Documents, AreNotMadeOfFilesThatTakeTooMuch) {
   const std::string tags = ReplaceAll(std::string(3u << 20, '<'), "<", "<a/>");
   EXPECT_EQ(Convert("srt", srtOf(1'500'001)).fault, "this file is too large");
   EXPECT_EQ(Convert("vtt", "WEBVTT\n\n0:0-->0:0\n" + quotes).fault, "this file is too large");
+  EXPECT_EQ(Convert("srv1", "<transcript>" + std::string(17u << 20, '<')).fault, "this file is too large");
   EXPECT_EQ(Convert("srv1", "<transcript>" + tags + "</transcript>").fault, "this file is too large");
   EXPECT_EQ(Convert("srt", std::string(33u << 20, '\x80')).fault, "this file is too large");
 }

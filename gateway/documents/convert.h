@@ -3,9 +3,9 @@
 //   bytes -> encoding -> reader -> cues -> cleaning -> document
 //
 // Every step is linear in the file. A file, and its text in UTF-8, may have 64 MiB, its cues may number
-// 1.5 million, and the document may have 96 MiB; more is a fault. A conversion takes at most 350 MiB at
-// its peak, which only a file made for it reaches, and about four times the file in general. Files of
-// more than 1 MiB are converted one after the other.
+// 1.5 million, and the document may have 96 MiB; more is a fault. A conversion takes at most 300 MiB at
+// its peak, the file's bytes included, which only a file made for it reaches; a real file takes some four
+// times its size. Files of more than 1 MiB are converted one after the other.
 #pragma once
 
 #include <span>

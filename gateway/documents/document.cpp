@@ -42,12 +42,13 @@ const Escape* EscapeAt(std::string_view text) {
   return found == std::end(kEscapes) ? nullptr : found;
 }
 
+// Up to some words beyond kLargestDocument.
 void AppendWords(std::string& to, std::string_view words) {
   constexpr ByteSet kFirst("'\"<&/|");
   for (std::size_t from = 0;;) {
     const std::size_t at = kFirst.FindIn(words, from);
     to += words.substr(from, at - from);
-    if (at == words.size()) return;
+    if (at == words.size() || to.size() > kLargestDocument) return;
     const std::string_view left = words.substr(at);
     if (at > 0 && words[at - 1] == ' ' && left.starts_with("|||")) to.back() = '\n';
     const Escape* escape = EscapeAt(left);

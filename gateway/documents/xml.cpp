@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <pugixml.hpp>
 
+#include "gateway/documents/encoding.h"
 #include "gateway/documents/references.h"
 
 namespace gateway {
@@ -42,15 +43,18 @@ std::size_t MostTreeSize(std::string_view text) {
   return nodes * kNodeSize + attributes * kAttributeSize;
 }
 
-void EscapeStrayBrackets(std::string& text) {
+// False if the text would be larger than kLargestText.
+bool EscapeStrayBrackets(std::string& text) {
   std::string escaped;
   std::size_t from = 0;
   for (std::size_t at = text.find('<'); at != std::string::npos; at = text.find('<', at + 1)) {
     if (!IsStray(text, at)) continue;
     escaped.append(text, from, at - from).append("&lt;");
     from = at + 1;
+    if (escaped.size() + text.size() - from > kLargestText) return false;
   }
   if (from > 0) text = escaped.append(text, from, std::string::npos);
+  return true;
 }
 
 bool DeclaresEntities(const pugi::xml_document& tree) {
@@ -71,8 +75,7 @@ pugi::xml_node NextBelow(pugi::xml_node node, const pugi::xml_node& root) {
 }  // namespace
 
 std::string ParseXml(std::string& text, pugi::xml_document& tree) {
-  if (MostTreeSize(text) > kLargestTree) return "this file is too large";
-  EscapeStrayBrackets(text);
+  if (!EscapeStrayBrackets(text) || MostTreeSize(text) > kLargestTree) return "this file is too large";
   constexpr unsigned kOptions = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_eol |
                                 pugi::parse_doctype | pugi::parse_ws_pcdata | pugi::parse_embed_pcdata;
   const auto result = tree.load_buffer_inplace(text.data(), text.size(), kOptions, pugi::encoding_utf8);
