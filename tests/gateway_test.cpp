@@ -165,7 +165,7 @@ TEST(GatewayTrackList, KeepsEveryTrackInOrder) {
   const std::vector<gateway::Track> odd = {{"en", "a:::\">b\n lang_code=\"c\"/>", ":::lang_code="},
                                            {"de", "German", ""}};
   EXPECT_EQ(CutTracks(gateway::TrackListDocument("abc", odd)),
-            (Lines{"en=a: : :&quot;&gt;b  lang_code =&quot;c&quot;/&gt;", "de=German"}));
+            (Lines{"en=a: : :'>b  lang_code ='c'/>", "de=German"}));
   EXPECT_EQ(gateway::OwnName("ja"), "\xe6\x97\xa5\xe6\x9c\xac\xe8\xaa\x9e");
 }
 

@@ -8,40 +8,23 @@
 namespace gateway {
 namespace {
 
-std::string Quoted(std::string_view value) {
-  std::string out = "\"";
-  for (const char c : value) {
-    switch (c) {
-      case '&':
-        out += "&amp;";
-        break;
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '"':
-        out += "&quot;";
-        break;
-      default:
-        out += c;
-    }
-  }
-  return out + '"';
-}
+std::string Quoted(std::string_view value) { return '"' + std::string(value) + '"'; }
 
 void ReplaceEach(std::string& text, std::string_view find, std::string_view by) {
   for (std::size_t at = 0; (at = text.find(find, at)) != std::string::npos; at += by.size() - 1)
     text.replace(at, find.size(), by);
 }
 
-// The readers cut at ":::" and at "lang_code=" wherever they stand, and take a name as one line.
+// A name reaches the user as it stands here, so nothing in it is escaped. Its quotation marks become
+// apostrophes, and nothing else that the readers cut by is left: ":::" and "lang_code=" wherever they stand,
+// and a quotation mark with what follows it. They take a name as one line.
 std::string QuotedName(std::string name) {
   std::replace_if(
       name.begin(), name.end(), [](char c) { return (c >= 0 && c < ' ') || c == 0x7f; }, ' ');
+  std::replace(name.begin(), name.end(), '"', '\'');
   ReplaceEach(name, "::", ": :");
   ReplaceEach(name, "lang_code=", "lang_code =");
+  if (name.starts_with('>') || name.starts_with('/')) name.insert(0, " ");
   return Quoted(name);
 }
 

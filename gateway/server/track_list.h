@@ -14,7 +14,8 @@ namespace gateway {
 // track    = "<track id=" quoted " name=" quoted " lang_code=" quoted " lang_original=" quoted
 //            " lang_translated=" quoted [ " lang_default=" quoted ] "/>"
 //
-// UTF-8, well-formed for any `code` and `tracks`. English is the default track and comes first: "en",
+// UTF-8, cut in the same places whatever the names hold: a name is written as the user is to read it, "R&D",
+// so the document is no XML in general. English is the default track and comes first: "en",
 // else a variant; without either, the first by name. The others follow by their English names. A `code` that
 // no file could bear leaves docid empty.
 std::string TrackListDocument(std::string_view code, std::vector<Track> tracks);
