@@ -2,11 +2,7 @@
 // stands.
 
 #include <gtest/gtest.h>
-#include <sched.h>
-#include <sys/mount.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <csignal>
 
@@ -97,27 +93,6 @@ struct Downloads : Program {
   const Lines saved{"save:  English.srt"};
 };
 
-// Runs body in a child with mounts of its own; what it returns, or "" where that is not permitted.
-std::string WithOwnMounts(const std::function<std::string()>& body) {
-  const TemporaryFolder folder;
-  const pid_t child = ::fork();
-  if (child == 0) {
-    const bool permitted =
-        ::unshare(CLONE_NEWNS) == 0 && ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
-    if (permitted) WriteFile(folder / "result", body());
-    ::_exit(0);
-  }
-  int status = 0;
-  ::waitpid(child, &status, 0);
-  return ReadFile(folder / "result");
-}
-
-std::string Joined(const Lines& lines) {
-  std::string text;
-  for (const std::string& line : lines) text += line + "\n";
-  return text;
-}
-
 }  // namespace
 
 TEST(FaultyReplies, CutInTheBodyGiveTheCuesThatAreWhole) {
@@ -169,33 +144,6 @@ TEST(FaultyReplies, ThatStallGiveWhatCame) {
   EXPECT_EQ(ReadFile(program.target), "");
 }
 
-TEST(FaultyReplies, ThatLieAboutTheirLengthEnd) {
-  Downloads program;
-  const auto page = [](const std::string& length) {
-    return "HTTP/1.0 200 OK\r\nContent-Length: " + length + "\r\n\r\n" + kDocument;
-  };
-  const std::size_t size = kDocument.size();
-  for (const std::size_t length : {std::size_t{1}, size / 2, size - 1, size, size + 1, size * 1000}) {
-    SCOPED_TRACE(length);
-    EXPECT_EQ(program.Run({page(std::to_string(length))}), program.saved);
-    EXPECT_EQ(ReadFile(program.target), FileOf(kDocument.substr(0, length)));
-  }
-  for (const char* length : {"0", "-5", "abc", "", "99999999999999999999", "1e3"}) {
-    SCOPED_TRACE(length);
-    EXPECT_EQ(program.Run({page(length)}), program.saved);
-    const std::string whole = FileOf(kDocument.substr(0, length == std::string("1e3") ? 1 : size));
-    EXPECT_EQ(ReadFile(program.target), whole);
-  }
-}
-
-TEST(FaultyReplies, SplitInTheBlankLineAreReadAsOne) {
-  Downloads program;
-  for (const std::size_t piece : {17U, 18U, 19U, 20U}) {
-    EXPECT_EQ(program.Run({OpenPage(kDocument), Reply::End::Close, piece}), program.saved);
-    EXPECT_EQ(ReadFile(program.target), FileOf(kDocument));
-  }
-}
-
 TEST(FaultyReplies, ToSearchListTheTracksThatAreWholeOrNone) {
   Program program;
   const std::string list = TrackList({{"en", "English", ""}, {"de", "German", ""}});
@@ -207,25 +155,14 @@ TEST(FaultyReplies, ToSearchListTheTracksThatAreWholeOrNone) {
     SCOPED_TRACE(cut);
     program.server.AnswerAt(ListPath("abc"), {OpenPage(list.substr(0, cut))});
     program.Search({});
-    const std::int64_t rows = program.Form().Listbox1.ListCount();
-    EXPECT_EQ(program.Form().XMLList.ListCount(), rows);
-    EXPECT_EQ(program.Calls(), rows == 0 ? Lines{none} : Lines{});
-    EXPECT_EQ(rows > 0 ? program.Form().Listbox1.Cell(0, 0) : "English", "English");
-    EXPECT_EQ(rows, cut == list.size() ? 2 : rows);
+    const std::int64_t whole = Ubound(Split(list.substr(0, cut), "\"/>"));
+    EXPECT_EQ(program.Form().Listbox1.ListCount(), whole);
+    EXPECT_EQ(program.Form().XMLList.ListCount(), whole);
+    EXPECT_EQ(program.Calls(), whole == 0 ? Lines{none} : Lines{});
+    for (std::int64_t row = 0; row < whole; ++row) {
+      EXPECT_EQ(program.Form().Listbox1.Cell(row, 0), row == 0 ? "English" : "German");
+    }
   }
-}
-
-TEST(FaultyReplies, ToOneTrackOfThreeLeaveTheOthers) {
-  Program program({{"en", "English", kDocument}, {"de", "German", kDocument}, {"fr", "French", kDocument}});
-  program.Search({0, 1, 2});
-  program.Click("openBox SRTBox");
-  program.Calls();
-  program.server.AnswerAt(TrackPath("abc", "de"), {""});
-  for (const char* name : {"1", "2"}) program.WillSave(name);
-  program.Click("PushButton1");
-  EXPECT_EQ(program.Calls(), (Lines{"save:  English.srt", NoConnection(0, kBrokeOff), "save:  French.srt"}));
-  EXPECT_EQ(ReadFile(program.folder / "1"), FileOf(kDocument));
-  EXPECT_EQ(ReadFile(program.folder / "2"), FileOf(kDocument));
 }
 
 TEST(FaultyClock, JumpsEndARunInOrder) {
@@ -247,37 +184,6 @@ TEST(FaultyClock, JumpsEndARunInOrder) {
       EXPECT_TRUE(jump > 0 || ReadFile(program.target) == FileOf(kDocument));
     }
   }
-}
-
-TEST(FaultyDisk, EveryTargetThatCantBeIsToldOnceAndNothingIsOpened) {
-  Program program({{"en", "English", kDocument}});
-  program.Search({0});
-  const std::string folder = program.folder.Path();
-  WriteFile(program.folder / "file", kOld);
-  std::filesystem::create_directory(program.folder / "sub");
-  std::filesystem::create_symlink("gone/away", program.folder / "nowhere");
-  const std::string longName(300, 'n');
-  const std::pair<std::string, std::string> cases[] = {
-      {"/dev/full", NotSaved("full", "No space left on device")},
-      {folder + "/sub", NotSaved("sub", "Is a directory")},
-      {folder + "/" + longName, NotSaved(longName, "File name too long")},
-      {folder + "/nowhere", NotSaved("nowhere", "No such file or directory")},
-      {folder + "/file/below", NotSaved("below", "Not a directory")},
-      {"/proc/self/none", NotSaved("none", "No such file or directory")},
-  };
-  for (const std::string format : {"SRTBox", "WebVTTBox", "TextBox lineBox"}) {
-    program.Click(format);
-    for (const auto& [path, message] : cases) {
-      program.host.saves = {path};
-      program.Calls();
-      program.Click("PushButton1");
-      const Lines calls = program.Calls();
-      ASSERT_EQ(calls.size(), 2U) << path;
-      EXPECT_EQ(calls.back(), message);
-    }
-  }
-  EXPECT_EQ(ReadFile(program.folder / "file"), kOld);
-  EXPECT_EQ(program.folder.Count(), 3U);
 }
 
 TEST(FaultyDisk, AFolderThatGoesDuringTheDialogIsTold) {
@@ -314,30 +220,4 @@ TEST(FaultyDisk, ThatRefusesAWriteLeavesTheEarlierFile) {
   ::setrlimit(RLIMIT_FSIZE, &before);
   EXPECT_EQ(ReadFile(program.prefsPath), kOldPrefs);
   EXPECT_EQ(program.prefs.Count(), 1U);
-}
-
-TEST(FaultyDisk, ThatIsFullOrReadOnlyIsToldAndKeepsWhatItHas) {
-  const auto run = [](const char* options, bool readOnly) {
-    return WithOwnMounts([&]() -> std::string {
-      Downloads program;
-      const std::string disk = program.folder / "disk";
-      std::filesystem::create_directory(disk);
-      if (::mount("tmpfs", disk.c_str(), "tmpfs", 0, options) != 0) return "";
-      WriteFile(disk + "/a.srt", kOld);
-      WriteFile(disk + "/fill", std::string(readOnly ? 1 : 1 << 20, 'x'));
-      if (readOnly && ::mount(nullptr, disk.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr) != 0)
-        return "";
-      program.host.saves = {disk + "/a.srt"};
-      program.Click("PushButton1");
-      const std::string result = Joined(program.Calls()) + ReadFile(disk + "/a.srt") +
-                                 (std::filesystem::exists(disk + "/fill") ? "" : "gone");
-      ::umount2(disk.c_str(), MNT_DETACH);
-      return result;
-    });
-  };
-  const std::string full = run("size=64k", false);
-  if (full.empty()) GTEST_SKIP() << "mounts are not permitted here";
-  EXPECT_EQ(full, "save:  English.srt\n" + NotSaved("a.srt", "No space left on device") + "\n" + kOld);
-  EXPECT_EQ(run("size=64k", true),
-            "save:  English.srt\n" + NotSaved("a.srt", "Read-only file system") + "\n" + kOld);
 }

@@ -4,10 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <chrono>
 #include <functional>
-#include <random>
 
 #include "runtime/Text.h"
 #include "support/FakePlatform.h"
@@ -115,82 +113,6 @@ TEST(Headers, TheMailFormHasItsOrderAndNoBlindCopies) {
             "Return-Path: p\r\nReceived: r1\r\nReceived: r2\r\nDate: d\r\nSubject: s\r\nFrom: f\r\n"
             "To: t1, t2\r\nCC: c\r\nX-A: 1\r\nX-A: 2\r\no: 3");
   EXPECT_EQ(Made({})._FormatEmailHeaders(), "");
-}
-
-// What the collection promises, said with a plain list.
-struct Model {
-  Lines lines;
-
-  static bool Same(const std::string& a, const std::string& b) { return Lowercase(a) == Lowercase(b); }
-  std::vector<std::size_t> Of(const std::string& name) const {
-    std::vector<std::size_t> places;
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-      if (Same(lines[i].first, name)) places.push_back(i);
-    }
-    return places;
-  }
-  void Delete(const std::string& name) {
-    std::erase_if(lines, [&](const auto& line) { return Same(line.first, name); });
-  }
-  void Set(const std::string& name, const std::string& value, std::size_t index) {
-    const auto places = Of(name);
-    if (index < places.size()) {
-      lines[places[index]].second = value;
-    } else {
-      lines.emplace_back(name, value);
-    }
-  }
-  void Delete(const std::string& name, std::size_t index) {
-    const auto places = Of(name);
-    if (index < places.size()) lines.erase(lines.begin() + static_cast<std::ptrdiff_t>(places[index]));
-  }
-  void Set(const std::string& name, const std::string& value) {
-    if (Of(name).size() > 1) Delete(name);
-    Set(name, value, 0);
-  }
-};
-
-TEST(Headers, AgreeWithAPlainListOverRandomChanges) {
-  std::mt19937 random(6);
-  const auto upTo = [&](unsigned n) { return static_cast<unsigned>(random() % n); };
-  InternetHeaders h;
-  Model m;
-  const std::string names[] = {"Set-Cookie", "X", "content-length"};
-  for (int step = 0; step < 5000; ++step) {
-    std::string name = names[upTo(3)];
-    if (upTo(2)) name = Uppercase(name);
-    const std::string value = std::to_string(step);
-    const unsigned index = upTo(6);
-    switch (upTo(step % 1000 == 0 ? 8 : 7)) {
-      case 0:
-      case 5:
-      case 6:
-        h.AppendHeader(name, value), m.lines.emplace_back(name, value);
-        break;
-      case 1:
-        h.SetHeader(name, value, index), m.Set(name, value, index);
-        break;
-      case 2:
-        h.Delete(name, index), m.Delete(name, index);
-        break;
-      case 3:
-        h.SetHeader(name, value), m.Set(name, value);
-        break;
-      case 4:
-        if (upTo(4) == 0) h.Delete(name), m.Delete(name);
-        break;
-      default:
-        h.DeleteAllHeaders(), m.lines.clear();
-    }
-    ASSERT_EQ(h.Count(), static_cast<std::int64_t>(m.lines.size())) << step;
-    for (const std::string& each : names) {
-      std::string expected;
-      for (const std::size_t place : m.Of(each))
-        expected += (expected.empty() ? "" : "|") + m.lines[place].second;
-      ASSERT_EQ(ValuesOf(h, each), expected) << "step " << step;
-      ASSERT_EQ(h._HasHeader(each), !m.Of(each).empty());
-    }
-  }
 }
 
 TEST(Headers, AreWalkedWithAYieldAtEach) {

@@ -140,7 +140,14 @@ TEST_F(Faults, HeadersBeyondTheirLimitAreRefused) {
 
 TEST_F(Faults, ABodyBeyondItsLimitIsRefused) {
   Reply endless{"HTTP/1.0 200 OK\r\n\r\n", Reply::End::Close};
-  endless.filler = HTTPSocket::kLargestBody + 1;
+  endless.filler = HTTPSocket::kLargestBody;
+  LoopbackServer exact;
+  exact.Answer(endless);
+  RunClockAfter(exact);
+  EXPECT_EQ(socket.Get(exact.Host() + "/", kTimeOut).size(), endless.filler);
+  EXPECT_EQ(socket.ErrorCode(), 0);
+  ++endless.filler;
+  RunClockAfter(server);
   server.Answer(endless);
   EXPECT_EQ(Request(kTimeOut), Result("", kErrorReplyTooLarge));
   EXPECT_EQ(socket.LastErrorCode(), kErrorReplyTooLarge);

@@ -69,13 +69,6 @@ TEST(TimedText, ReadsThreeFieldsToACueByPosition) {
   for (const auto& [document, cues] : rows) EXPECT_EQ(CuesOf(document), cues) << document;
 }
 
-TEST(TimedText, SurvivesACutAtEveryByte) {
-  const std::string whole = Document({{"1", "2", "a&amp;#39;b"}, {"3", "4", "c\nd"}});
-  const Lines all = CuesOf(whole);
-  for (std::size_t length = 0; length <= whole.size(); ++length)
-    EXPECT_LE(CuesOf(whole.substr(0, length)).size(), all.size()) << length;
-}
-
 TEST(TimedText, TurnsLineEndsOfACueIntoBlanks) {
   const std::pair<std::string, std::string> rows[] = {
       {"a\nb", "a b"},
@@ -169,12 +162,9 @@ TEST(Writers, TellAFailedSaveAndGoOnWithTheNextTrack) {
     Program program({{"en", "English", Document(kTwo)}, {"de", "German", Document({})}});
     program.Search({0, 1});
     program.Click(box + " lineBox"s);
-    ::mkdir((program.folder / "folder").c_str(), 0755);
     const std::pair<std::string, std::string> targets[] = {
-        {program.folder / "folder", "\"folder\" could not be saved: Is a directory."},
         {program.folder / "none/file", "\"file\" could not be saved: No such file or directory."},
         {"/dev/full", "\"full\" could not be saved: No space left on device."},
-        {"/proc/version", "\"version\" could not be saved: "},
     };
     for (const auto& [path, words] : targets) {
       program.host.saves.push_back(path);
@@ -182,9 +172,9 @@ TEST(Writers, TellAFailedSaveAndGoOnWithTheNextTrack) {
       program.Click("PushButton1");
       const Lines calls = program.Calls();
       ASSERT_EQ(calls.size(), 4u) << box << path;
-      EXPECT_EQ(calls[1].substr(0, 9 + words.size()), "message: " + words);
+      EXPECT_EQ(calls[1], "message: " + words);
       EXPECT_EQ(calls[3], "launch: " + good);
-      EXPECT_EQ(program.folder.Count(), 2u);  // nothing lies beside
+      EXPECT_EQ(program.folder.Count(), 1u);  // nothing lies beside
     }
     program.Form().Listbox1.PersonSelects({0});
     program.host.saves.push_back("/dev/full");
