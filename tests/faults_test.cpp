@@ -117,33 +117,6 @@ TEST(FaultyReplies, CutInTheBodyGiveTheCuesThatAreWhole) {
   EXPECT_EQ(program.folder.Count(), 1U);
 }
 
-TEST(FaultyReplies, CutInTheHeadAreToldAndChangeNothing) {
-  Downloads program;
-  const std::string head = "HTTP/1.0 200 OK\r\nA: b\r\n\r\n";
-  for (std::size_t cut = 0; cut < head.size(); ++cut) {
-    SCOPED_TRACE(cut);
-    // Without a byte the page is an empty one; with some the end of the head is waited for.
-    EXPECT_EQ(program.Run({head.substr(0, cut)}),
-              Lines{NoConnection(cut == 0 ? 0 : kErrorTimeOut, kBrokeOff)});
-    program.ExpectUntouched();
-  }
-  EXPECT_EQ(program.Run({head}), Lines{NoConnection(0)});
-  program.ExpectUntouched();
-}
-
-TEST(FaultyReplies, ThatStallGiveWhatCame) {
-  Downloads program;
-  for (std::size_t cut = 0; cut <= kDocument.size(); cut += 19) {
-    SCOPED_TRACE(cut);
-    const std::string body = kDocument.substr(0, cut);
-    EXPECT_EQ(program.Run({OpenPage(body), Reply::End::Stall}), program.saved);
-    EXPECT_EQ(ReadFile(program.target), FileOf(body));
-  }
-  // Not even a head: a silence is no failed connection, and gives a track without cues.
-  EXPECT_EQ(program.Run({"", Reply::End::Stall}), program.saved);
-  EXPECT_EQ(ReadFile(program.target), "");
-}
-
 TEST(FaultyReplies, ToSearchListTheTracksThatAreWholeOrNone) {
   Program program;
   const std::string list = TrackList({{"en", "English", ""}, {"de", "German", ""}});
