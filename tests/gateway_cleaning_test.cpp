@@ -45,6 +45,9 @@ TEST(Cleaning, GivesRollingLinesOnce) {
   EXPECT_EQ(
       CuesOf("vtt", longHolds + At("06.000", "07.000", "c d\nx\nx\nx") + At("07.000", "08.000", "x\nx\ny")),
       (Lines{"1.000+2.000 a b", "3.000+3.000 c d", "6.000+1.000 x x x", "7.000+1.000 y"}));
+  EXPECT_EQ(CuesOf("vtt", longHolds + At("07.000", "08.000", "x\nz") + At("07.000", "08.000", "x\nz\nx") +
+                              At("07.000", "08.000", "x\nz\nx\nx")),
+            (Lines{"1.000+2.000 a b", "3.000+3.000 c d", "7.000+1.000 x z", "7.000+1.000 x"}));
   const std::string overlapping = longHolds + At("05.000", "07.000", "c d\ne");
   EXPECT_EQ(CuesOf("vtt", overlapping).at(1), "3.000+2.000 c d");
 }

@@ -146,8 +146,8 @@ TEST(Documents, KeepTheWordsOfOddFiles) {
       {"ttml",
        "<tt:tt xmlns:tt=\"x\" a:frameRate=\"30\" a:frameRateMultiplier=\"1000 1001\"><tt:body "
        "begin=\"1s\"><tt:p "
-       "begin=\"30f\" end=\"00:00:09\" dur=\"1h\">a</tt:p><tt:p>b</tt:p></tt:body></tt:tt>",
-       {"1.000+1.001 b", "2.001+7.999 a"}},
+       "begin=\"30f\" end=\"00:00:09\" dur=\"1h\">a</tt:p><tt:p dur=\"1.5\">b</tt:p></tt:body></tt:tt>",
+       {"1.000+1.500 b", "2.001+7.999 a"}},
       // A browser drops any tag; a sign before a blank or a number is none. A time line ends a cue as well.
       {"vtt",
        "WEBVTT\n\n1:01:01.001 --> 1:01:02.000\n<x>I</x> <3 a<b\n\n0:1.0 --> 0:0.5\n&lt;i&gt; a --> "

@@ -122,6 +122,7 @@ void Clean(Cues& cues, std::string_view language, bool automatic) {
   TidyWords(cues, language);
   DropRepeats(cues);
   const bool rolled = Unroll(cues);
+  if (rolled) DropRepeats(cues);  // what was cut may have been all the difference
   if (automatic || rolled) CutOverlaps(cues);
 }
 

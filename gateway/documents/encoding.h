@@ -1,6 +1,7 @@
 // The encoding of a caption file.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 

@@ -3,7 +3,7 @@
 //   file  = "<tt" [frameRate] [frameRateMultiplier] [tickRate] ">" [head] "<body>" *div "</body></tt>"
 //   div   = "<div>" *(div | cue) "</div>"
 //   cue   = `<p begin="` TIME `" end="` TIME `">` *(WORDS | "<br/>" | span) "</p>"
-//   TIME  = clock [":" FRAMES] | NUMBER ("h" | "m" | "s" | "ms" | "f" | "t")
+//   TIME  = clock [":" FRAMES] | NUMBER ["h" | "m" | "s" | "ms" | "f" | "t"]    "s" where it is left out
 //
 // A "dur" may stand for the end, and all times count from the begin of the element around. A paragraph
 // without times is as many cues as it has spans with a begin. Names may have any prefix. Line feeds are
@@ -82,8 +82,13 @@ std::optional<std::int64_t> Time(std::string_view text, const Rates& rates) {
   }
   const auto number = TakeNumber(text);
   if (!number) return std::nullopt;
-  for (const Unit& unit :
-       {Unit{"h", 3'600'000}, {"m", 60'000}, {"s", 1000}, {"ms", 1}, {"f", rates.frame}, {"t", rates.tick}}) {
+  for (const Unit& unit : {Unit{"h", 3'600'000},
+                           {"m", 60'000},
+                           {"s", 1000},
+                           {"ms", 1},
+                           {"f", rates.frame},
+                           {"t", rates.tick},
+                           {"", 1000}}) {
     if (text == unit.name) return Rounded(*number * unit.milliseconds);
   }
   return std::nullopt;
