@@ -3,16 +3,22 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <signal.h>
+#include <poll.h>
 #include <spawn.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "gateway/sources/SiteSource.h"
@@ -37,31 +43,40 @@ class Site {
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, input[0], 0);
     posix_spawn_file_actions_adddup2(&actions, output[1], 1);
-    std::string script = RAVELYN_SOURCE_DIR "/tests/support/site/site.py", folder = folder_.Path();
-    std::array<char*, 4> arguments{python_.data(), script.data(), folder.data(), nullptr};
+    std::string name = "python3", script = RAVELYN_SOURCE_DIR "/tests/support/site/site.py";
+    std::string folder = folder_.Path();
+    std::array<char*, 4> arguments{name.data(), script.data(), folder.data(), nullptr};
     EXPECT_EQ(::posix_spawnp(&pid_, "python3", &actions, nullptr, arguments.data(), environ), 0);
     posix_spawn_file_actions_destroy(&actions);
     ::close(input[0]);
     ::close(output[1]);
     input_ = input[1];
-    char ready = 0;
-    EXPECT_EQ(::read(output[0], &ready, 1), 1) << "the site did not start";
-    ::close(output[0]);
+    output_ = output[0];
+    Await("ready");
   }
   ~Site() {
     ::close(input_);
+    ::close(output_);
     ::waitpid(pid_, nullptr, 0);
   }
   Site(const Site&) = delete;
   Site& operator=(const Site&) = delete;
 
   gateway::SiteSettings Settings() const {
-    const gateway::YtDlp found = gateway::FindYtDlp("");
-    return {found.program, found.version, folder_ / "yt-dlp.conf", Scratch()};
+    return {"/usr/bin/yt-dlp", "", folder_ / "yt-dlp.conf", Scratch()};
   }
-  std::string Scratch() const { return folder_ / "scratch"; }
   const TemporaryFolder& Folder() const { return folder_; }
-  pid_t Process() const { return pid_; }
+  std::string Scratch() const { return folder_ / "scratch"; }
+
+  // Reads what the site reports until a line begins so. Each line is read once.
+  void Await(const std::string& beginning) {
+    std::string line;
+    for (char c = 0; ::read(output_, &c, 1) == 1;) {
+      if (c == '\n' && line.starts_with(beginning)) return;
+      line = c == '\n' ? "" : line + c;
+    }
+    ADD_FAILURE() << "the site ended before " << beginning;
+  }
 
   // The requests so far that begin so: "list CODE", "text CODE LANG".
   std::vector<std::string> Requests(const std::string& beginning) const {
@@ -72,22 +87,68 @@ class Site {
     }
     return found;
   }
+  // The most that were answered at a time.
+  int Crowd(const std::string& beginning) const {
+    int most = 0;
+    for (const auto& line : Requests(beginning))
+      most = std::max(most, std::stoi(line.substr(line.rfind(' '))));
+    return most;
+  }
+
+  // The children of this process, zombies too, but for the site; and all that run in a scratch folder.
+  std::set<pid_t> Children() const {
+    std::set<pid_t> children;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+      const pid_t process = std::atoi(entry.path().filename().c_str());
+      const std::string stat = process > 0 ? ReadFile(entry.path() / "stat") : "";
+      const std::size_t afterName = stat.rfind(')');
+      if (afterName == std::string::npos || process == pid_) continue;
+      std::error_code ignored;
+      const std::string folder = std::filesystem::read_symlink(entry.path() / "cwd", ignored).string();
+      const bool isOurs = std::atoi(stat.c_str() + std::min(stat.size(), afterName + 4)) == ::getpid();
+      if (isOurs || folder.starts_with(Scratch())) children.insert(process);
+    }
+    return children;
+  }
+  std::size_t Folders() const {
+    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(Scratch()), {}));
+  }
 
  private:
   TemporaryFolder folder_;
-  std::string python_ = "python3";
   pid_t pid_ = -1;
   int input_ = -1;
+  int output_ = -1;
 };
 
-// No wait between lists, so that a test need not wait for it.
+inline std::size_t OpenDescriptors() {
+  return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
+}
+
+// No wait between lists, and time for a machine that does much else.
 inline gateway::SiteLimits Quick() {
   gateway::SiteLimits limits;
   limits.betweenLists = 0ms;
+  limits.text = limits.list = limits.warm = 200s;
   return limits;
 }
 
-// "en=English fr-orig=French (automatic)"
+// Whether a process is gone within a minute, or was.
+inline bool Ends(pid_t process) {
+  const gateway::Descriptor descriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
+  pollfd waiting{descriptor.Number(), POLLIN, 0};
+  return !descriptor || ::poll(&waiting, 1, 60'000) == 1;
+}
+
+// Calls ask with each number below count at the same time.
+template <typename Ask>
+void AllAtOnce(std::size_t count, Ask ask) {
+  std::vector<std::thread> threads;
+  for (std::size_t i = 0; i < count; ++i) threads.emplace_back(ask, i);
+  for (auto& thread : threads) thread.join();
+}
+
+// "en=English, fr-orig=French (automatic)"
 inline std::string Shown(const gateway::TrackList& list) {
   std::string shown;
   for (const auto& track : list.tracks)

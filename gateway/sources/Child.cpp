@@ -131,7 +131,7 @@ Child::~Child() { KillAndReap(); }
 
 bool Child::HasEnded() const {
   pollfd waiting{process_.Number(), POLLIN, 0};
-  return pid_ < 0 || ::poll(&waiting, 1, 0) != 0;
+  return pid_ < 0 || ::poll(&waiting, 1, 0) > 0;
 }
 
 // Killed before it is reaped: until then nobody else can have its number.

@@ -30,6 +30,12 @@ Cause FaultOf(const ChildEnd& end) {
   return said.sentence.empty() ? CauseOf(end) : said;
 }
 
+// What yt-dlp itself said.
+void LogWords(const std::string& subject, const Cause& cause, const ChildEnd& end) {
+  if (end.how == ChildEnd::How::GivenUp) return;
+  Log("yt-dlp " + subject + ": " + cause.sentence + " " + WordsWorthKeeping(end.messages));
+}
+
 }  // namespace
 
 SiteFetcher::SiteFetcher(SiteSettings settings, const SiteLimits& limits)
@@ -70,8 +76,8 @@ SiteAnswer SiteFetcher::RunList(std::string_view code, const Patience& patience)
   if (list && !list->tracks.empty()) {
     answer.cause = GapIn(end.messages);
   } else {
-    Log("yt-dlp about " + std::string(code) + ": " + WordsWorthKeeping(end.messages));
     answer.cause = FaultOf(end);
+    LogWords("of " + std::string(code), answer.cause, end);
     if (list && end.how == ChildEnd::How::Exited && end.code == 0 && CauseIn(end.messages).sentence.empty())
       answer.cause = {"This video has no captions.", Effect::Silent};
   }
@@ -85,8 +91,7 @@ SiteAnswer SiteFetcher::RunText(const SiteTrack& track, const Patience& patience
   Prepare();
   const ChildEnd end = Finish(*ready, TextInput(track.entry), patience);
   SiteAnswer answer = ReadText(track, ready->folder, end);
-  if (answer.document.empty())
-    Log("yt-dlp about a text: " + answer.cause.sentence + " " + WordsWorthKeeping(end.messages));
+  if (answer.document.empty()) LogWords("for the text " + track.track.language, answer.cause, end);
   return answer;
 }
 

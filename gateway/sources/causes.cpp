@@ -22,7 +22,7 @@ struct Row {
 constexpr Row kTokens = {"PO token was not provided|require a PO Token", Where::Anywhere, Effect::Outdated,
                          "The site holds captions back from yt-dlp; update yt-dlp or add a token plugin."};
 
-constexpr std::array<Row, 17> kRows{{
+constexpr std::array<Row, 18> kRows{{
     {"not a bot|likely being blocked|captcha challenge", Where::Anywhere, Effect::Pause,
      "The site wants a sign-in from this network; wait, or give yt-dlp cookies."},
     {"rate-limited by|try again later|HTTP Error 429|Too Many Requests", Where::Anywhere, Effect::Pause,
@@ -39,13 +39,17 @@ constexpr std::array<Row, 17> kRows{{
      "This video is unavailable or removed."},
     {"name resolution|Name or service not known|Connection refused|unreachable|timed out|CERTIFICATE_VERIFY",
      Where::Anywhere, Effect::None, "No network: yt-dlp has no connection to the site."},
+    {"Remote end closed|Connection reset|Connection aborted|Connection broken|bytes read|more expected|EOF "
+     "occurred",
+     Where::Anywhere, Effect::None, "The connection to the site broke off."},
     {"Did not get any data blocks", Where::Anywhere, Effect::Outdated, "The site sent empty captions."},
     {"HTTP Error 403|HTTP Error 404|HTTP Error 410", Where::Anywhere, Effect::Relist,
      "The site refused the request."},
     {"HTTP Error 5", Where::Anywhere, Effect::None, "The site is in trouble; try again later."},
     {"File too large", Where::Anywhere, Effect::None, "The captions are too large."},
     {"No space left", Where::Anywhere, Effect::None, "The disk is full: yt-dlp can't keep the captions."},
-    {"xtraction failed|xtract any player|nable to extract|Confirm you are on the latest version",
+    {"xtraction failed|Incomplete data received|xtract any player|nable to extract|Confirm you are on the "
+     "latest version",
      Where::Errors, Effect::Outdated, "yt-dlp doesn't understand the site; update it."},
     {"no such option|unrecognized arguments", Where::Errors, Effect::Outdated,
      "This yt-dlp doesn't know the options that it needs; update it."},

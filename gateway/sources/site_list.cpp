@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "gateway/sources/language_name.h"
 #include "gateway/sources/yt_dlp.h"
@@ -95,7 +96,7 @@ class Reader {
       SiteTrack track{{key, "", "", automatic}, "", ""};
       const json* entry = IsLanguage(key) ? BestEntry(entries, track.format) : nullptr;
       if (!entry || (automatic && !IsOneToShow(keys, track.track.language, *entry))) continue;
-      if (Find(track.track.language)) continue;
+      if (!taken_.insert(track.track.language).second) continue;
       track.track.name = NameOf(*entry, track.track);
       track.track.ownName = OwnName(WithoutEnding(key, automatic ? kOriginal : ""));
       track.entry = entry->dump(-1, ' ', true);
@@ -112,8 +113,6 @@ class Reader {
   SiteList list;
 
  private:
-  const SiteTrack* Find(std::string_view language) const { return list.Find(language); }
-
   // Not a translation; not "en" beside "en-orig", which is the same. Beside a written "en" it becomes
   // "en-orig".
   bool IsOneToShow(const json& keys, std::string& language, const json& entry) const {
@@ -124,7 +123,7 @@ class Reader {
     std::string_view format;
     const auto twin = keys.find(original);
     if (twin != keys.end() && BestEntry(*twin, format)) return false;
-    if (Find(language)) language = original;
+    if (taken_.contains(language)) language = original;
     return true;
   }
 
@@ -140,10 +139,11 @@ class Reader {
   system_clock::time_point now_;
   system_clock::time_point expires_;
   bool anyExpiry_ = false;
+  std::set<std::string> taken_;  // the languages
   const SiteLimits& limits_;
 };
 
-// Of the rest yt-dlp tells nothing is needed, however much it is.
+// The other members are skipped, however large they are.
 json ParseOnlyWhatIsNeeded(std::string_view text) {
   const auto keep = [](int depth, json::parse_event_t event, json& value) {
     if (depth != 1 || event != json::parse_event_t::key) return true;

@@ -44,7 +44,7 @@ std::string ProgramOf(const std::string& named) {
 
 std::string VersionOf(const std::string& program, std::chrono::milliseconds patience) {
   constexpr std::size_t kEnough = 4096;
-  Child child({program, "--ignore-config", "--version"}, "/", 0);
+  Child child({program, "--ignore-config", "--version"}, "/", SiteLimits{}.fileBytes);
   const ChildEnd end =
       child.Finish("", kEnough, kEnough, {std::chrono::steady_clock::now() + patience, -1, 0});
   const std::string line = end.output.substr(0, end.output.find('\n'));

@@ -3,7 +3,7 @@
 player call, and serves the captions that these name. What a video or a track does is said by its own name.
 
   site.py FOLDER    makes its certificate and FOLDER/yt-dlp.conf, which sends yt-dlp here; prints "ready"; runs
-                    until its standard input ends. FOLDER/requests gets a line for each request:
+                    until its standard input ends. Standard output and FOLDER/requests get a line for each request:
                     "list CODE OPEN" or "text CODE LANG OPEN", OPEN being how many of its kind are being answered.
 """
 
@@ -39,7 +39,12 @@ REFUSED = {
 FAULTS = ['html', 'empty', 'e403', 'e404', 'e410', 'e429', 'e500', 'drip', 'stall', 'flood', 'cut', 'expired', 'slow']
 
 
-def tracks_of(code, port):
+def is_status(name):
+    """Whether a name asks for an HTTP status: "e404"."""
+    return name[:1] == 'e' and name[1:].isdigit()
+
+
+def tracks_of(code):
     """The tracks of a video: language, name and whether it is automatic."""
     kind = code.rstrip('-')
     if kind == 'silent':
@@ -56,7 +61,7 @@ def tracks_of(code, port):
 def captions_of(code, port):
     born = LISTED.get(code, 0)
     listed = []
-    for language, name, automatic in tracks_of(code, port):
+    for language, name, automatic in tracks_of(code):
         expire = int(time.time()) + (300 if code.startswith('soon') else 6 * 3600)
         listed.append({
             'baseUrl': 'http://127.0.0.1:%d/api/timedtext?v=%s&expire=%d&born=%d&signature=%s&lang=%s%s' % (
@@ -125,8 +130,10 @@ class Site(http.server.BaseHTTPRequestHandler):
     def do_POST(self):
         body = json.loads(self.rfile.read(int(self.headers.get('Content-Length', 0))) or b'{}')
         code = body.get('videoId', '')
-        if code.startswith('e'):
+        if is_status(code.rstrip('-')):
             return self.answer(b'{}', int(code[1:4]))
+        if code.startswith('bare'):
+            return self.answer(b'{}', kind='application/json')
         self.answer(json.dumps(player_response(code, self.server.server_port)).encode(), kind='application/json')
 
     def counted(self, kind, what, answer, *arguments):
@@ -134,8 +141,10 @@ class Site(http.server.BaseHTTPRequestHandler):
             OPEN[kind] += 1
             if kind == 'list':
                 LISTED[what] = LISTED.get(what, 0) + 1
+            line = '%s %s %d\n' % (kind, what, OPEN[kind])
             with open(FOLDER + '/requests', 'a') as log:
-                log.write('%s %s %d\n' % (kind, what, OPEN[kind]))
+                log.write(line)
+            os.write(1, line.encode())
         try:
             answer(*arguments)
         finally:
@@ -146,13 +155,13 @@ class Site(http.server.BaseHTTPRequestHandler):
         kind = code.rstrip('-')
         if kind in ('stall', 'drip', 'flood'):
             return self.misbehave(kind)
-        if kind[:1] == 'e' and kind[1:].isdigit():
+        if is_status(kind):
             return self.answer(b'', int(kind[1:]))
-        if kind == 'slow':
+        if kind.startswith('slow'):
             time.sleep(1)
         if kind == 'bare':
             return self.answer(b'<html>nothing is here</html>')
-        page = '<html><script>var ytInitialPlayerResponse = %s;</script></html>' % json.dumps(
+        page = '<html><script>var ytInitialData = {"a": 1}; var ytInitialPlayerResponse = %s;</script></html>' % json.dumps(
             player_response(code, self.server.server_port))
         self.answer(page.encode())
 
@@ -162,7 +171,7 @@ class Site(http.server.BaseHTTPRequestHandler):
             fault = 'e403'
         if fault in ('stall', 'drip', 'flood', 'cut'):
             self.misbehave(fault)
-        elif fault in FAULTS and fault[:1] == 'e' and fault[1:].isdigit():
+        elif is_status(fault):
             self.answer(b'', int(fault[1:]))
         elif fault in ('empty', 'html'):
             self.answer(b'' if fault == 'empty' else b'<!DOCTYPE html><html><body>Before you continue</body></html>')
@@ -178,6 +187,8 @@ class Site(http.server.BaseHTTPRequestHandler):
         if fault == 'cut':
             self.send_header('Content-Length', '10000')
         self.end_headers()
+        if fault == 'cut':
+            self.wfile.write(b'<?xml version="1.0"')
         while fault == 'flood':
             self.wfile.write(b'a' * 65536)
         while fault == 'drip':
@@ -210,6 +221,6 @@ server = Server(('127.0.0.1', 0), Site)
 threading.Thread(target=server.serve_forever, daemon=True).start()
 with open(FOLDER + '/yt-dlp.conf', 'w') as config:
     config.write('--proxy http://127.0.0.1:%d\n--no-check-certificates\n' % server.server_port)
-os.write(1, b'ready\n')  # at once, so that the reader may leave after its first byte
+os.write(1, b'ready\n')
 sys.stdin.buffer.read()
 os._exit(0)

@@ -1,0 +1,136 @@
+// A child process and its bounds, and programs in the place of yt-dlp that do what it would not.
+
+#include <csignal>
+
+#include "gateway/sources/Child.h"
+#include "site_fixture.h"
+
+namespace {
+
+using namespace site_test;
+using gateway::Child;
+using gateway::ChildEnd;
+using gateway::SiteLimits;
+using gateway::SiteSource;
+using How = gateway::ChildEnd::How;
+
+constexpr std::size_t kEnough = 1 << 20;
+
+gateway::Patience For(std::chrono::milliseconds time) { return {std::chrono::steady_clock::now() + time}; }
+
+// A scratch folder and shell scripts in the place of yt-dlp.
+struct Programs {
+  Programs() { std::filesystem::create_directory(folder / "scratch"); }
+
+  std::string Write(const std::string& name, const std::string& script) const {
+    WriteFile(folder / name, "#!/bin/sh\n" + script + "\n");
+    std::filesystem::permissions(folder / name, std::filesystem::perms::owner_all);
+    return folder / name;
+  }
+  ChildEnd Run(const std::string& script, const std::string& input = "",
+               std::chrono::milliseconds time = 60s) const {
+    return Child({"/bin/sh", "-c", script}, folder / "scratch", 4096).Finish(input, kEnough, 1024, For(time));
+  }
+
+  TemporaryFolder folder;
+};
+
+TEST(GatewayChild, GetsDescriptorsAFolderASessionAndNoBlockedSignals) {
+  const Programs programs;
+  sigset_t all, before;
+  sigfillset(&all);
+  ::pthread_sigmask(SIG_BLOCK, &all, &before);
+  const Child other({"/bin/cat"}, "/", 0);  // whose descriptors are open meanwhile
+  const ChildEnd end = programs.Run(
+      "wc -c; pwd; ls /proc/self/fd | tr '\\n' ' '; grep SigBlk /proc/self/status; ulimit -f; "
+      "[ $(cut -d' ' -f6 /proc/$$/stat) = $$ ] && echo a session; echo words >&2; exit 7",
+      std::string(300'000, 'i'));
+  ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  EXPECT_EQ(end.how, How::Exited);
+  EXPECT_EQ(end.code, 7);
+  EXPECT_EQ(end.output, "300000\n" + (programs.folder / "scratch") +
+                            "\n0 1 2 3 SigBlk:\t0000000000000000\n8\na session\n");
+  EXPECT_EQ(end.messages, "words\n");
+}
+
+TEST(GatewayChild, IsKeptWithinItsBoundsAndGoesWithAllThatItStarted) {
+  const Programs programs;
+  EXPECT_EQ(programs.Run("yes").how, How::TooMuch);
+  EXPECT_EQ(programs.Run("yes >&2").how, How::TooMuch);
+  EXPECT_EQ(programs.Run("kill -SEGV $$").how, How::Crashed);
+  EXPECT_EQ(programs.Run("read line; yes > file", "go\n").how, How::Exited);
+  EXPECT_LE(std::filesystem::file_size(programs.folder / "scratch/file"), 4096u);
+  EXPECT_EQ(programs.Run("exec <&- >&- 2>&-; sleep 1000", std::string(300'000, 'i'), 300ms).how,
+            How::TooLate);
+  EXPECT_EQ(programs.Run("trap '' TERM HUP; sleep 1000 & sleep 1000", "", 300ms).how, How::TooLate);
+  const ChildEnd leaving = programs.Run("sleep 1000 & echo $!");
+  EXPECT_EQ(leaving.how, How::Exited) << "its own child holds its output open";
+  EXPECT_TRUE(Ends(std::atoi(leaving.output.c_str())));
+  EXPECT_EQ(Child({"/nonexistent"}, "/", 0).Finish("", 1, 1, For(60s)).code, ENOENT);
+}
+
+TEST(GatewayChild, NamesTheCauseWhereTheProgramIsToBlame) {
+  struct Case {
+    std::string script, cause;
+  };
+  const std::string failed = "yt-dlp failed; the gateway's log has its words.";
+  const std::vector<Case> cases = {
+      {"sleep 1000", "The site took too long."},
+      {"kill -SEGV $$", "yt-dlp crashed."},
+      {"yes", "yt-dlp said more than it may."},
+      {"yes >&2", "yt-dlp said more than it may."},
+      {"echo 'yt-dlp: error: no such option: --print' >&2; exit 2",
+       "This yt-dlp doesn't know the options that it needs; update it."},
+      {"echo 'Traceback (most recent call last):' >&2; exit 1", failed},
+      {"echo 'ERROR: [x] Extractor x: xtraction failed' >&2; exit 1",
+       "yt-dlp doesn't understand the site; update it."},
+      {"echo 'no JSON'", failed},
+      {"echo '[[[[[{'", failed},
+      {"echo '{\"id\":\"another----\",\"title\":\"t\"}'", failed},
+      {"echo '{\"id\":\"code-------\",\"title\":\"t\"}'; mkdir -p a/b; ln -s / a/b/c; touch d",
+       "This video has no captions."},
+      {"exit 0", failed},
+  };
+  const Programs programs;
+  SiteLimits limits = Quick();
+  limits.list = 3s;
+  limits.outputBytes = limits.messageBytes = 1 << 16;
+  for (const auto& [script, cause] : cases) {
+    SiteSource source({programs.Write("yt-dlp", script), "", "", programs.folder / "scratch"}, limits);
+    EXPECT_EQ(source.Tracks(CodeOf("code"), {}).cause, cause) << script;
+    EXPECT_EQ(source.Text(CodeOf("code"), "en", {}).cause, cause) << script;
+  }
+  SiteSource missing({programs.folder / "none", "", "", ""}), none({});
+  EXPECT_EQ(missing.Tracks(CodeOf("code"), {}).cause, "yt-dlp is not installed.");
+  EXPECT_EQ(none.Text(CodeOf("code"), "en", {}).cause, "yt-dlp is not installed.");
+  EXPECT_TRUE(std::filesystem::is_empty(programs.folder / "scratch"));
+}
+
+TEST(GatewayChild, IsLookedForAtThreePlacesAndAskedForItsVersion) {
+  const Programs programs;
+  const auto found = [](const std::string& named) {
+    const gateway::YtDlp ytDlp = gateway::FindYtDlp(named, 10s);
+    return ytDlp.program + " " + ytDlp.version;
+  };
+  std::filesystem::create_directories(programs.folder / "home/.local/bin");
+  const std::string path = ::getenv("PATH"), home = programs.folder / "home";
+  ::setenv("HOME", home.c_str(), 1);
+  ::setenv("PATH", ("/nonexistent:" + programs.folder.Path() + ":" + path).c_str(), 1);
+  const std::string inPath =
+      programs.Write("yt-dlp", "[ \"$*\" = '--ignore-config --version' ] && echo 2026.10.26");
+  EXPECT_EQ(found(""), inPath + " 2026.10.26");
+  const std::string ofTheUser = programs.Write("home/.local/bin/yt-dlp", "echo 2026.10.26.232959");
+  EXPECT_EQ(found(""), ofTheUser + " 2026.10.26.232959");
+  EXPECT_EQ(found("yt-dlp"), inPath + " 2026.10.26");
+  EXPECT_EQ(found("none"), " ");
+  for (const std::string rubbish :
+       {"echo youtube-dl 2021", "echo 2023.3.4", "yes", "exit 1", "echo 2026.10.26; exit 1"})
+    EXPECT_EQ(found(programs.Write("rubbish", rubbish)), (programs.folder / "rubbish") + " ") << rubbish;
+  EXPECT_EQ(gateway::FindYtDlp(programs.Write("hanging", "sleep 1000"), 300ms).version, "");
+  ::setenv("PATH", "", 1);
+  ::setenv("HOME", "", 1);
+  EXPECT_EQ(found(""), " ");
+  ::setenv("PATH", path.c_str(), 1);
+}
+
+}  // namespace
