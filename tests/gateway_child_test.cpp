@@ -100,9 +100,8 @@ TEST(GatewayChild, NamesTheCauseWhereTheProgramIsToBlame) {
     EXPECT_EQ(source.Tracks(CodeOf("code"), {}).cause, cause) << script;
     EXPECT_EQ(source.Text(CodeOf("code"), "en", {}).cause, cause) << script;
   }
-  SiteSource missing({programs.folder / "none", "", "", ""}), none({});
+  SiteSource missing({programs.folder / "none", "", "", ""});
   EXPECT_EQ(missing.Tracks(CodeOf("code"), {}).cause, "yt-dlp is not installed.");
-  EXPECT_EQ(none.Text(CodeOf("code"), "en", {}).cause, "yt-dlp is not installed.");
   EXPECT_TRUE(std::filesystem::is_empty(programs.folder / "scratch"));
 }
 
@@ -130,6 +129,16 @@ TEST(GatewayChild, IsLookedForAtThreePlacesAndAskedForItsVersion) {
   ::setenv("PATH", "", 1);
   ::setenv("HOME", "", 1);
   EXPECT_EQ(found(""), " ");
+
+  SiteSource source({"", "", "", programs.folder / "scratch"}, Quick());
+  const auto cause = [&] { return source.Tracks(CodeOf("code"), {}).cause; };
+  EXPECT_EQ(cause(), "yt-dlp is not installed.");
+  ::setenv("PATH", programs.folder.Path().c_str(), 1);
+  programs.Write("yt-dlp", "echo 2023.03.04");
+  EXPECT_EQ(cause(), "yt-dlp 2023.03.04 is too old for the site.") << "installed meanwhile";
+  programs.Write("yt-dlp", "[ $2 = --version ] && echo 2999.01.01");
+  std::filesystem::last_write_time(programs.folder / "yt-dlp", {});
+  EXPECT_EQ(cause(), "yt-dlp failed; the gateway's log has its words.") << "brought up to date meanwhile";
   ::setenv("PATH", path.c_str(), 1);
 }
 

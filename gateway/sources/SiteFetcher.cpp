@@ -41,8 +41,10 @@ void LogWords(const std::string& subject, const Cause& cause, const ChildEnd& en
 SiteFetcher::SiteFetcher(SiteSettings settings, const SiteLimits& limits)
     : settings_(WithWholePaths(std::move(settings))),
       limits_(limits),
+      ytDlp_({settings_.program, settings_.version}, settings_.named),
       places_(limits.children, limits.betweenLists),
-      warm_([this] { return StartChild(TextCommand(settings_)); }, limits.warm) {}
+      warm_([this] { return StartChild(TextCommand(ytDlp_.Get().program, settings_.config)); }, limits.warm) {
+}
 
 SiteAnswer SiteFetcher::List(std::string_view code, const Patience& patience) {
   SiteAnswer answer =
@@ -57,19 +59,19 @@ SiteAnswer SiteFetcher::Text(const SiteTrack& track, const Patience& patience) {
 
 SiteAnswer SiteFetcher::Run(Places::Kind kind, const Patience& patience,
                             const std::function<SiteAnswer(const Patience&)>& run) {
-  if (settings_.program.empty()) return {nullptr, "", {"yt-dlp is not installed."}};
+  if (ytDlp_.Get().program.empty()) return {nullptr, "", {"yt-dlp is not installed."}};
   Waited waited = Waited::Ready;
   const auto place = places_.Take(kind, patience, waited);
   if (!place) return {nullptr, "", {"Too many videos are asked for at a time; try again."}};
   if (Cause paused = Paused(); !paused.sentence.empty()) return {nullptr, "", std::move(paused)};
   SiteAnswer answer = run(patience);
   Heed(answer.cause);
-  answer.cause = InLightOf(settings_.version, Today(), std::move(answer.cause));
+  answer.cause = InLightOf(ytDlp_.Get().version, Today(), std::move(answer.cause));
   return answer;
 }
 
 SiteAnswer SiteFetcher::RunList(std::string_view code, const Patience& patience) {
-  const auto ready = StartChild(ListCommand(settings_, code));
+  const auto ready = StartChild(ListCommand(ytDlp_.Get().program, settings_.config, code));
   const ChildEnd end = Finish(*ready, "", patience);
   auto list = ReadSiteList(end.output, code, limits_);
   SiteAnswer answer;
@@ -87,7 +89,7 @@ SiteAnswer SiteFetcher::RunList(std::string_view code, const Patience& patience)
 
 SiteAnswer SiteFetcher::RunText(const SiteTrack& track, const Patience& patience) {
   auto ready = warm_.Take();
-  if (!ready) ready = StartChild(TextCommand(settings_));
+  if (!ready) ready = StartChild(TextCommand(ytDlp_.Get().program, settings_.config));
   Prepare();
   const ChildEnd end = Finish(*ready, TextInput(track.entry), patience);
   SiteAnswer answer = ReadText(track, ready->folder, end);

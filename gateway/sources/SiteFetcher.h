@@ -4,6 +4,7 @@
 #include <mutex>
 #include <string_view>
 
+#include "gateway/sources/CurrentYtDlp.h"
 #include "gateway/sources/Errands.h"
 #include "gateway/sources/Places.h"
 #include "gateway/sources/SiteSettings.h"
@@ -34,6 +35,7 @@ class SiteFetcher {
 
   const SiteSettings settings_;
   const SiteLimits limits_;
+  CurrentYtDlp ytDlp_;
   Places places_;
   std::mutex mutex_;
   std::chrono::steady_clock::time_point pausedUntil_{};

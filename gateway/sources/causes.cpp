@@ -39,8 +39,7 @@ constexpr std::array<Row, 18> kRows{{
      "This video is unavailable or removed."},
     {"name resolution|Name or service not known|Connection refused|unreachable|timed out|CERTIFICATE_VERIFY",
      Where::Anywhere, Effect::None, "No network: yt-dlp has no connection to the site."},
-    {"Remote end closed|Connection reset|Connection aborted|Connection broken|bytes read|more expected|EOF "
-     "occurred",
+    {"Remote end closed|Connection reset|Connection aborted|Connection broken|bytes, expected|bytes read",
      Where::Anywhere, Effect::None, "The connection to the site broke off."},
     {"Did not get any data blocks", Where::Anywhere, Effect::Outdated, "The site sent empty captions."},
     {"HTTP Error 403|HTTP Error 404|HTTP Error 410", Where::Anywhere, Effect::Relist,

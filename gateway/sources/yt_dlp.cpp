@@ -44,7 +44,8 @@ std::string ProgramOf(const std::string& named) {
 
 std::string VersionOf(const std::string& program, std::chrono::milliseconds patience) {
   constexpr std::size_t kEnough = 4096;
-  Child child({program, "--ignore-config", "--version"}, "/", SiteLimits{}.fileBytes);
+  constexpr std::uint64_t kCodeFiles = 64u << 20;  // Python may keep what it compiled
+  Child child({program, "--ignore-config", "--version"}, "/", kCodeFiles);
   const ChildEnd end =
       child.Finish("", kEnough, kEnough, {std::chrono::steady_clock::now() + patience, -1, 0});
   const std::string line = end.output.substr(0, end.output.find('\n'));
@@ -53,9 +54,9 @@ std::string VersionOf(const std::string& program, std::chrono::milliseconds pati
 
 // What both calls begin with. The user's file comes after --ignore-config, which would leave it out
 // otherwise.
-std::vector<std::string> Beginning(const SiteSettings& settings) {
-  std::vector<std::string> command = {settings.program, "--ignore-config"};
-  if (!settings.config.empty()) command.insert(command.end(), {"--config-locations", settings.config});
+std::vector<std::string> Beginning(const std::string& program, const std::string& config) {
+  std::vector<std::string> command = {program, "--ignore-config"};
+  if (!config.empty()) command.insert(command.end(), {"--config-locations", config});
   command.insert(command.end(),
                  {"--no-update", "--no-progress", "--skip-download", "--ignore-no-formats-error",
                   "--write-subs", "--socket-timeout", "10", "--retries", "1"});
@@ -74,8 +75,9 @@ YtDlp FindYtDlp(const std::string& named, std::chrono::milliseconds patience) {
 
 // --write-subs writes nothing here, but has yt-dlp say which tracks it dropped. Its sister for automatic
 // tracks would build each translation of each track.
-std::vector<std::string> ListCommand(const SiteSettings& settings, std::string_view code) {
-  std::vector<std::string> command = Beginning(settings);
+std::vector<std::string> ListCommand(const std::string& program, const std::string& config,
+                                     std::string_view code) {
+  std::vector<std::string> command = Beginning(program, config);
   command.insert(command.end(), {"--no-playlist", "--extractor-retries", "1", "--print",
                                  "%(.{id,title,subtitles,automatic_captions})j", "--",
                                  "https://www.youtube.com/watch?v=" + std::string(code)});
@@ -83,11 +85,11 @@ std::vector<std::string> ListCommand(const SiteSettings& settings, std::string_v
 }
 
 // Without --abort-on-error a refused text ends without a word.
-std::vector<std::string> TextCommand(const SiteSettings& settings) {
+std::vector<std::string> TextCommand(const std::string& program, const std::string& config) {
   std::string formats;
   for (const std::string_view format : kTextFormats)
     formats += (formats.empty() ? "" : "/") + std::string(format);
-  std::vector<std::string> command = Beginning(settings);
+  std::vector<std::string> command = Beginning(program, config);
   command.insert(command.end(), {"--quiet", "--abort-on-error", "--sub-langs", "c", "--sub-format", formats,
                                  "-o", "c.%(ext)s", "--load-info-json", "-"});
   return command;

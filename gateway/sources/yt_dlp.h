@@ -6,8 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include "gateway/sources/SiteSettings.h"
-
 namespace gateway {
 
 struct YtDlp {
@@ -19,12 +17,15 @@ struct YtDlp {
 // version, for no longer than patience.
 YtDlp FindYtDlp(const std::string& named, std::chrono::milliseconds patience = std::chrono::seconds(10));
 
+// Both take the user's file of options, "" for none.
+//
 // Prints the tracks of a video as one line of JSON. Requires: IsSiteCode(code).
-std::vector<std::string> ListCommand(const SiteSettings& settings, std::string_view code);
+std::vector<std::string> ListCommand(const std::string& program, const std::string& config,
+                                     std::string_view code);
 
 // Reads TextInput from standard input and writes the text into its folder as kTextFile and the format's
 // ending.
-std::vector<std::string> TextCommand(const SiteSettings& settings);
+std::vector<std::string> TextCommand(const std::string& program, const std::string& config);
 std::string TextInput(std::string_view entry);  // entry: one track in one format, JSON as it was listed
 inline constexpr std::string_view kTextFile = "c.c.";
 

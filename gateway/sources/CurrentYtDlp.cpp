@@ -1,0 +1,25 @@
+#include "gateway/sources/CurrentYtDlp.h"
+
+#include <utility>
+
+namespace gateway {
+
+CurrentYtDlp::CurrentYtDlp(YtDlp found, std::string named)
+    : found_(std::move(found)), named_(std::move(named)), fileTime_(FileTime()) {}
+
+std::filesystem::file_time_type CurrentYtDlp::FileTime() const {
+  std::error_code ignored;
+  return std::filesystem::last_write_time(found_.program, ignored);
+}
+
+YtDlp CurrentYtDlp::Get() {
+  const std::lock_guard lock(mutex_);
+  const bool isMissing = found_.program.empty();
+  if (isMissing || FileTime() != fileTime_) {
+    found_ = FindYtDlp(isMissing ? named_ : found_.program);
+    fileTime_ = FileTime();
+  }
+  return found_;
+}
+
+}  // namespace gateway

@@ -1,0 +1,171 @@
+// What yt-dlp prints, read without it: lists, messages and versions.
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "gateway/sources/causes.h"
+#include "gateway/sources/site_list.h"
+#include "gateway/sources/version.h"
+#include "gateway/sources/yt_dlp.h"
+
+namespace {
+
+using namespace gateway;
+using std::chrono::sys_days;
+
+constexpr char kCode[] = "Qn3_tW8-yLc";
+
+std::string Entry(const std::string& format, const std::string& query = "", const std::string& name = "") {
+  return R"({"ext":")" + format + R"(","url":"https://host/api/timedtext?v=x&lang=en)" + query + "\"" +
+         (name.empty() ? "" : R"(,"name":")" + name + "\"") + "}";
+}
+
+std::optional<SiteList> Read(const std::string& subtitles, const std::string& automatic = "") {
+  return ReadSiteList(R"({"id":")" + std::string(kCode) + R"(","title":"T","formats":[[[1]]],"subtitles":{)" +
+                          subtitles + R"(},"automatic_captions":{)" + automatic + "}}",
+                      kCode, SiteLimits{});
+}
+
+std::string Shown(const std::optional<SiteList>& list) {
+  std::string shown;
+  for (const SiteTrack& track : list->tracks)
+    shown += track.track.language + "=" + track.track.name + "/" + track.track.ownName + "/" +
+             std::string(track.format) + ";";
+  return shown;
+}
+
+TEST(GatewaySiteWords, ListsEachTrackOnceUnderANameForTheUser) {
+  const struct {
+    std::string subtitles, automatic, shown;
+  } cases[] = {
+      {"", "", ""},
+      {R"("en":[)" + Entry("json3", "", "English") + "," + Entry("srv1", "", "English") + "]", "",
+       "en=English/English/srv1;"},
+      {R"("pt-BR":[)" + Entry("vtt") + "," + Entry("srv3") + "]", "",
+       "pt-BR=Portuguese (Brazil)/português (Brasil)/srv3;"},
+      {R"("live_chat":[)" + Entry("json") + R"(],"a b":[)" + Entry("srv1") + R"(],"":[)" + Entry("srv1") +
+           R"(],"de":7)",
+       "", ""},
+      {R"("en":[{"ext":"srv1","url":"file:///etc/passwd"},{"ext":"srv1"},7])", "", ""},
+      {"",
+       R"("en-orig":[)" + Entry("srv1", "", "English (Original)") + R"(],"en":[)" +
+           Entry("srv1", "", "English") + R"(],"de":[)" + Entry("srv1", "&tlang=de", "German") + "]",
+       "en-orig=English (automatic)/English/srv1;"},
+      {"", R"("nl":[)" + Entry("srv1") + "]", "nl=Dutch (automatic)/Nederlands/srv1;"},
+      {R"("en":[)" + Entry("srv1", "", "English - by hand") + "]",
+       R"("en":[)" + Entry("srv1", "", "English") + "]",
+       "en=English - by hand/English/srv1;en-orig=English (automatic)/English/srv1;"},
+      {R"("en":[)" + Entry("srv1", "", R"( \u0000a\u001bb\n)") + "]", "", "en=a b/English/srv1;"},
+  };
+  for (const auto& [subtitles, automatic, shown] : cases)
+    EXPECT_EQ(Shown(Read(subtitles, automatic)), shown) << subtitles;
+  for (const std::string rubbish : {"", "{", "[]", "null", R"({"id":7})", R"({"id":"another----"})"})
+    EXPECT_FALSE(ReadSiteList(rubbish, kCode, SiteLimits{})) << rubbish;
+}
+
+TEST(GatewaySiteWords, AListLastsUntilTheFirstOfItsLinksExpires) {
+  const auto left = [](const std::string& query) {
+    const auto list =
+        Read(R"("de":[)" + Entry("srv1", "&expire=99999999999") + R"(],"en":[)" + Entry("srv1", query) + "]");
+    const auto time = list->expires - std::chrono::system_clock::now();
+    return std::chrono::round<std::chrono::minutes>(time).count();
+  };
+  const auto in = [](std::chrono::seconds time) {
+    const auto when = std::chrono::system_clock::now().time_since_epoch() + time;
+    return "&expire=" + std::to_string(std::chrono::duration_cast<std::chrono::seconds>(when).count());
+  };
+  EXPECT_EQ(left(in(std::chrono::hours(2))), 110);
+  EXPECT_EQ(left(in(std::chrono::hours(48))), 350) << "six hours at most";
+  EXPECT_LT(left("&expire=0"), 0);
+  for (const std::string unknown :
+       {"", "&expire=", "&expire=-5", "&xexpire=5", "&expire=99999999999999999999"})
+    EXPECT_EQ(left(unknown), 10) << unknown;
+}
+
+TEST(GatewaySiteWords, CommandsHoldNothingFromOutsideButTheCode) {
+  const auto list = ListCommand("/bin/yt-dlp", "/home/user/my options", kCode),
+             text = TextCommand("/bin/yt-dlp", "/home/user/my options");
+  EXPECT_EQ(list.back(), "https://www.youtube.com/watch?v=Qn3_tW8-yLc");
+  EXPECT_EQ(list[list.size() - 2], "--");
+  for (const auto& command : {list, text}) {
+    const std::vector<std::string> beginning(command.begin(), command.begin() + 4);
+    EXPECT_EQ(beginning, (std::vector<std::string>{"/bin/yt-dlp", "--ignore-config", "--config-locations",
+                                                   "/home/user/my options"}));
+  }
+  const auto track = Read(R"("en":[)" + Entry("srv1", "", R"(\"]}}, ü)") + "]");
+  const auto input = nlohmann::json::parse(TextInput(track->tracks[0].entry));
+  EXPECT_EQ(input["subtitles"]["c"].size(), 1u);
+  EXPECT_EQ(input["subtitles"]["c"][0]["name"], "\"]}}, ü");
+  EXPECT_EQ(input.count("webpage_url"), 0u) << "yt-dlp would list the video by itself";
+}
+
+// Lines of releases that the machine does not have.
+TEST(GatewaySiteWords, FindsTheCauseInErrorsFirstThenInWarnings) {
+  const std::string missing =
+      "WARNING: [youtube] CODE: There are missing subtitles languages because a PO token was not provided. "
+      "Subtitles for these languages are missing: en.\n";
+  const std::string tokens = "The site holds captions back from yt-dlp; update yt-dlp or add a token plugin.";
+  const std::string noNetwork = "No network: yt-dlp has no connection to the site.";
+  const std::string tooMany = "Too many requests to the site; try again in an hour.";
+  const struct {
+    std::string messages, sentence;
+    Effect effect;
+  } cases[] = {
+      {"", "", Effect::None},
+      {"Private video\n", "", Effect::None},
+      {missing, tokens, Effect::Outdated},
+      {"WARNING: Private video\n" + missing + "ERROR: \r[download] Got error: HTTP Error 429\n", tooMany,
+       Effect::Pause},
+      {"ERROR: [youtube] CODE: Sign in to confirm you’re not a bot. Private video\n",
+       "The site wants a sign-in from this network; wait, or give yt-dlp cookies.", Effect::Pause},
+      {"WARNING: [youtube] Video unavailable. This content isn't available, try again later.", tooMany,
+       Effect::Pause},
+      {"ERROR: [youtube] CODE: Unable to download API page: [Errno -3] Temporary failure in name resolution "
+       "(caused by "
+       "TransportError('[Errno -3] Temporary failure in name resolution'))\n",
+       noNetwork, Effect::None},
+      {"ERROR: Unable to download API page: <urlopen error [Errno 111] Connection refused>\n", noNetwork,
+       Effect::None},
+      {"ERROR: [SSL: CERTIFICATE_VERIFY_FAILED] certificate verify failed\n", noNetwork, Effect::None},
+      {"WARNING: [youtube] unable to extract yt initial data; Confirm you are on the latest version\n", "",
+       Effect::None},
+      {"ERROR: [youtube] CODE: Unable to extract yt initial data; Confirm you are on the latest version\n",
+       "yt-dlp doesn't understand the site; update it.", Effect::Outdated},
+      {"ERROR: \r[download] Got error: HTTP Error 410: Gone\n", "The site refused the request.",
+       Effect::Relist},
+      {"ERROR: Did not get any data blocks\n", "The site sent empty captions.", Effect::Outdated},
+      {"ERROR: unable to write data: [Errno 27] File too large\n", "The captions are too large.",
+       Effect::None},
+      {"Usage: yt-dlp [OPTIONS] URL\n\nyt-dlp: error: no such option: --print\n",
+       "This yt-dlp doesn't know the options that it needs; update it.", Effect::Outdated},
+  };
+  for (const auto& [messages, sentence, effect] : cases) {
+    EXPECT_EQ(CauseIn(messages).sentence, sentence) << messages;
+    EXPECT_EQ(CauseIn(messages).effect, effect) << messages;
+  }
+  EXPECT_EQ(GapIn(missing).sentence, tokens);
+  EXPECT_EQ(GapIn("WARNING: Private video\n").sentence, "");
+}
+
+TEST(GatewaySiteWords, AnOldVersionIsNamedBesideAFailureOrInItsPlace) {
+  const sys_days today = std::chrono::year{2026} / 11 / 23;
+  const Cause verdict{"This video is private.", Effect::Verdict}, vague{"yt-dlp crashed.", Effect::Outdated};
+  const Cause silent{"This video has no captions.", Effect::Silent};
+  const auto said = [today](const char* version, const Cause& cause) {
+    return InLightOf(version, today, cause).sentence;
+  };
+  EXPECT_EQ(said("2023.03.04", vague), "yt-dlp 2023.03.04 is too old for the site.");
+  EXPECT_EQ(said("2023.03.04", verdict),
+            "This video is private (yt-dlp 2023.03.04 is too old for the site).");
+  EXPECT_EQ(said("2025.05.21", silent),
+            "This video has no captions (yt-dlp 2025.05.21 is too old for the site).");
+  EXPECT_EQ(InLightOf("2025.05.21", today, silent).effect, Effect::Outdated) << "it proves nothing";
+  EXPECT_EQ(said("2025.05.22", vague), "yt-dlp crashed (yt-dlp 2025.05.22 is more than 90 days old).");
+  EXPECT_EQ(InLightOf("2025.05.22", today, silent).effect, Effect::Silent);
+  for (const char* fresh : {"2026.10.26", "2026.08.25", "2026.11.22.232959", "", "rubbish"})
+    EXPECT_EQ(said(fresh, verdict), verdict.sentence);
+  EXPECT_EQ(said("2023.03.04", {}), "") << "no failure";
+}
+
+}  // namespace
