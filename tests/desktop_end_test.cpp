@@ -5,6 +5,7 @@
 
 #include <QEvent>
 #include <csignal>
+#include <map>
 
 #include "desktop/run.h"
 #include "desktop_fixture.h"
@@ -37,6 +38,8 @@ void end(const std::string& how) {
   if (how == "session") {
     QEvent quit(QEvent::Quit);  // what Qt sends when the session manager says die
     QCoreApplication::sendEvent(qApp, &quit);
+  } else if (how == "screen") {
+    std::exit(1);  // what Qt does where the connection to the screen breaks
   } else {
     ::raise(how == "TERM" ? SIGTERM : how == "INT" ? SIGINT : SIGHUP);
   }
@@ -46,16 +49,21 @@ std::size_t filesIn(const std::string& folder) {
   return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder), {}));
 }
 
-// Saves a track into folder and is ended as soon as isTime, in the middle of it.
-void saveAndEnd(const std::string& how, const std::function<bool()>& isTime) {
+// Chooses SRT and not to open what is saved, and does what the moment asks for, in which end comes.
+void workUntil(const std::string& moment, const std::function<bool()>& isTime,
+               const std::function<void()>& end) {
   Window1& form = Window1::Get();
-  form.TextField1.PersonTypes("https://host/watch?v=abc");
-  form.PushButton2.PersonClicks();
-  form.Listbox1.PersonSelects({0});
-  form.openBox.PersonClicks();
+  const bool saves = moment == "fetching" || moment == "writing";
   form.SRTBox.PersonClicks();
-  when(isTime, [how] { end(how); });
-  form.PushButton1.PersonClicks();
+  form.openBox.PersonClicks();
+  if (saves) {
+    form.TextField1.PersonTypes("https://host/watch?v=abc");
+    form.PushButton2.PersonClicks();
+    form.Listbox1.PersonSelects({0});
+  }
+  when(isTime, end);
+  if (moment == "message") form.PushButton2.PersonClicks();
+  if (saves) form.PushButton1.PersonClicks();
 }
 
 // arguments: the part's name, who ends the program, when, its server and the folder for what it saves.
@@ -66,25 +74,14 @@ int runProgram(int count, char** arguments) {
   const std::string how = arguments[2], moment = arguments[3], folder = arguments[5];
   Answering platform(folder + "/a.srt");
   App app(platform, EndpointsAt(arguments[4]));
-  const auto isOpen = [&app] { return app.preferencesLoaded; };
-  const auto isWriting = [folder] { return filesIn(folder) > 0; };
-  if (moment == "idle") {
-    when(isOpen, [&] { Window1::Get().SRTBox.PersonClicks(), end(how); });
-  } else if (moment == "message") {
-    when(isOpen, [&] {
-      Window1::Get().SRTBox.PersonClicks();
-      when([] { return QApplication::activeModalWidget(); }, [how] { end(how); });
-      Window1::Get().PushButton2.PersonClicks();
-    });
-  } else {
-    when(isOpen, [&] {
-      const bool writing = moment == "writing";
-      saveAndEnd(
-          how, writing ? std::function<bool()>(isWriting) : [&app] { return app.IsCommandRunning(); });
-    });
-  }
-  const int result = run(app, platform);
-  return moment == "writing" && filesIn(folder) > 0 ? 3 : result;
+  const std::map<std::string, std::function<bool()>> isTime = {
+      {"idle", [] { return true; }},
+      {"message", [] { return QApplication::activeModalWidget() != nullptr; }},
+      {"fetching", [&app] { return app.IsCommandRunning(); }},
+      {"writing", [folder] { return filesIn(folder) > 0; }}};
+  when([&app] { return app.preferencesLoaded; },
+       [&] { workUntil(moment, isTime.at(moment), [how] { end(how); }); });
+  return run(app, platform);
 }
 
 struct Ended {
@@ -117,14 +114,14 @@ TEST(End, KeepsThePreferencesAndLeavesNoHalfMadeFile) {
   LoopbackServer stalling;
   stalling.AnswerAt(ListPath("abc"), {Page(TrackList({{"en", "English", ""}}))});
   stalling.Answer({"HTTP/1.0 200 OK\r\nContent-Length: 999\r\n\r\nhalf", Reply::End::Stall});
-  for (const std::string how : {"TERM", "INT", "HUP", "session"}) {
+  for (const std::string how : {"TERM", "INT", "HUP", "session", "screen"}) {
     for (const std::string moment : {"idle", "message", "fetching", "writing"}) {
+      if (how == "screen" && moment == "writing") continue;
       SCOPED_TRACE(how + " while " + moment);
-      const bool opens = moment == "fetching" || moment == "writing";
       const Ended ended = runAndEnd(how, moment, moment == "fetching" ? stalling.Host() : server.Host());
-      EXPECT_EQ(ended.status, 0);
-      EXPECT_EQ(ended.preferences,
-                std::string("SRT\n") + (opens ? "false" : "true") + "\nfalse\nfalse\nfalse\n");
+      EXPECT_EQ(WEXITSTATUS(ended.status), how == "screen" ? 1 : 0);
+      EXPECT_TRUE(WIFEXITED(ended.status));
+      EXPECT_EQ(ended.preferences, "SRT\nfalse\nfalse\nfalse\nfalse\n");
       EXPECT_EQ(ended.files, 0U);
     }
   }

@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 
 #include "app/App.h"
 #include "desktop/QtPlatform.h"
@@ -47,6 +48,13 @@ void quitOnSignals(QtPlatform& platform) {
   for (const int number : {SIGTERM, SIGINT, SIGHUP}) takeSignal(number);
 }
 
+App* running = nullptr;
+
+// Qt ends the process at once where its screen goes away, with the event loop still on the stack.
+void saveAtExit() {
+  if (running) prefsModule::savePrefs();
+}
+
 }  // namespace
 
 int run(App& app, QtPlatform& platform) {
@@ -54,9 +62,12 @@ int run(App& app, QtPlatform& platform) {
   // A session that ends may still change its mind: what could be lost is saved, and nothing ends before the
   // session closes the windows.
   QObject::connect(qApp, &QGuiApplication::commitDataRequest, qApp, [] { prefsModule::savePrefs(); });
+  running = &app;
+  std::atexit(saveAtExit);
   QTimer::singleShot(0, qApp, [&app] { app.Start(); });
   const int result = QApplication::exec();
   platform.dropViews();
   app.Stop();
+  running = nullptr;
   return result;
 }
