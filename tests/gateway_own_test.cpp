@@ -95,6 +95,22 @@ int RunProgram(const std::string& endpoint) {
   return written < 0;
 }
 
+// A variable of the environment, for as long as this stands.
+class Variable {
+ public:
+  Variable(const char* name, const std::string& value) : name_(name) {
+    if (const char* before = std::getenv(name)) before_ = before;
+    ::setenv(name, value.c_str(), 1);
+  }
+  ~Variable() { before_ ? ::setenv(name_, before_->c_str(), 1) : ::unsetenv(name_); }
+  Variable(const Variable&) = delete;
+  Variable& operator=(const Variable&) = delete;
+
+ private:
+  const char* name_;
+  std::optional<std::string> before_;
+};
+
 struct Running {
   explicit Running(int at = FreePort()) : port(at) {}
   int port;
@@ -174,7 +190,12 @@ TEST(OwnGateway, StartsNothingWhereItIsNotWanted) {
     EXPECT_FALSE(gateway.IsListening()) << where.TrackListEndpoint;
     EXPECT_EQ(gateway.Ended(), -1) << where.TrackListEndpoint;
   }
+  Running later(taken);
+  later.gateway.Start();
+  EXPECT_EQ(later.gateway.Ended(), -1);
   ::close(listener);
+  later.gateway.Start();
+  EXPECT_TRUE(Ask(taken).starts_with("pid ")) << "when the other has gone";
   EXPECT_TRUE(OwnGateway(EndpointsAt("localhost" + port), {kSelf}).IsListening());
   EXPECT_FALSE(OwnGateway(EndpointsAt("127.0.0.1" + port), {}).IsListening()) << "nothing to start";
 }
@@ -210,18 +231,35 @@ TEST(OwnGateway, IsFoundInThePathAndServesTwoFolders) {
   WriteFile(folder / "plain/ravelyn-gateway", "");
   WriteFile(folder / "bin/ravelyn-gateway", "");
   fs::permissions(folder / "bin/ravelyn-gateway", fs::perms::owner_all);
-  const std::string path = std::getenv("PATH"), home = std::getenv("HOME");
-  ::setenv("HOME", "/home/user", 1);
-  ::setenv("PATH",
-           (":relative:" + (folder / "no") + ":" + (folder / "plain") + ":" + (folder / "bin")).c_str(), 1);
-  const auto command = GatewayCommand();
-  ::setenv("PATH", (folder / "plain").c_str(), 1);
-  EXPECT_TRUE(GatewayCommand().empty());
-  ::setenv("PATH", path.c_str(), 1);
-  ::setenv("HOME", home.c_str(), 1);
-  EXPECT_EQ(command, (OwnGateway::CommandLine{folder / "bin/ravelyn-gateway", "--fetch", "--stop-with-input",
-                                              "--folder", "/home/user/.local/share/ravelyn/captions",
-                                              "--folder", folder / "share/ravelyn/captions"}));
+  const Variable home("HOME", "/home/user");
+  const std::string none = ":relative:" + (folder / "no") + ":" + (folder / "plain");
+  EXPECT_TRUE((Variable("PATH", none), GatewayCommand().empty()));
+  const Variable path("PATH", none + ":" + (folder / "bin"));
+  EXPECT_EQ(GatewayCommand(),
+            (OwnGateway::CommandLine{folder / "bin/ravelyn-gateway", "--fetch", "--stop-with-input",
+                                     "--folder", "/home/user/.local/share/ravelyn/captions", "--folder",
+                                     folder / "share/ravelyn/captions"}));
+}
+
+// Without yt-dlp anywhere, so that nothing is fetched.
+TEST(OwnGateway, ServesTheUsersFilesAndEndsInOrder) {
+  const TemporaryFolder folder;
+  const Variable home("HOME", folder.Path()), cache("XDG_CACHE_HOME", folder / "cache");
+  const Variable path("PATH", fs::path(RAVELYN_GATEWAY_PATH).parent_path());
+  fs::create_directories(folder / ".local/share/ravelyn/captions");
+  WriteFile(folder / ".local/share/ravelyn/captions/A walk [abcdefghijk].en.srv1",
+            Document({{"1.500", "2.000", "Hello"}}));
+  const int port = FreePort();
+  pid_t process = -1;
+  {
+    OwnGateway gateway(EndpointsAt(At(port)), GatewayCommand());
+    gateway.Start();
+    ASSERT_GE(gateway.Ended(), 0);
+    process = gateway.Process();
+    EXPECT_EQ(Ask(port, TrackPath("abcdefghijk", "en")), Document({{"1.500", "2.000", "Hello"}}));
+    EXPECT_NE(Ask(port, ListPath("abcdefghijk")).find("lang_code=\"en\""), std::string::npos);
+  }
+  EXPECT_EQ(::kill(process, 0), -1);
 }
 
 int main(int count, char** arguments) {

@@ -28,6 +28,14 @@ void keepRunning(OwnGateway& gateway) {
   });
 }
 
+// Another Ravelyn, whose gateway served this one, may have ended: when the user comes back is the time to
+// see.
+void takeOver(OwnGateway& gateway) {
+  QObject::connect(qApp, &QGuiApplication::applicationStateChanged, qApp, [&gateway](auto state) {
+    if (state == Qt::ApplicationActive && gateway.Ended() < 0) keepRunning(gateway);
+  });
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -42,6 +50,7 @@ int main(int count, char** arguments) {
   QTimer::singleShot(kAfterTheWindow, qApp, [&gateway] {
     QApplication::setWindowIcon(programIcon());
     keepRunning(gateway);
+    takeOver(gateway);
   });
   QtPlatform platform;
   App app(platform);

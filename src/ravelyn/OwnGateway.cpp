@@ -54,9 +54,9 @@ int ListenAt(std::uint16_t port) {
 
 }  // namespace
 
-OwnGateway::OwnGateway(const Endpoints& endpoints, CommandLine command) : command_(std::move(command)) {
-  const std::uint16_t port = PortOf(endpoints);
-  if (port != 0 && !command_.empty()) listener_ = ListenAt(port);
+OwnGateway::OwnGateway(const Endpoints& endpoints, CommandLine command)
+    : command_(std::move(command)), port_(command_.empty() ? 0 : PortOf(endpoints)) {
+  if (port_ != 0) listener_ = ListenAt(port_);
 }
 
 OwnGateway::~OwnGateway() {
@@ -67,8 +67,9 @@ OwnGateway::~OwnGateway() {
 }
 
 void OwnGateway::Start() {
-  if (!IsListening()) return;
   Collect();
+  if (!IsListening() && port_ != 0) listener_ = ListenAt(port_);
+  if (!IsListening()) return;
   if (!MayStart()) return CloseAll();
   int input[2];
   if (::pipe2(input, O_CLOEXEC) != 0) return CloseAll();

@@ -5,6 +5,7 @@
 #include <sys/types.h>
 
 #include <chrono>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -24,11 +25,13 @@ class OwnGateway {
   OwnGateway& operator=(const OwnGateway&) = delete;
 
   bool IsListening() const { return listener_ >= 0; }
-  // Starts the gateway on the listening socket, and once more when it has ended by itself: three times in a
-  // minute at most. After that the port is closed, so that a request is refused at once.
+  // Starts the gateway, and once more when it has ended by itself: three times in a minute at most. After
+  // that the port is closed, so that a request is refused at once. A port that was taken or closed is tried
+  // again.
   void Start();
   // A descriptor that can be read when the gateway has ended, until the next Start; -1 without one.
   int Ended() const { return ended_; }
+  pid_t Process() const { return process_; }
 
  private:
   bool MayStart();
@@ -36,6 +39,7 @@ class OwnGateway {
   void CloseAll();
 
   const CommandLine command_;
+  const std::uint16_t port_;  // 0 where there is nothing to serve
   int listener_ = -1;
   int input_ = -1;  // the writing end of the gateway's standard input, which nobody else holds
   int ended_ = -1;
