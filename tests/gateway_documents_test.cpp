@@ -222,6 +222,7 @@ TEST(Documents, AreNotMadeOfOtherFiles) {
       {"ttml", "<smil/>", "this file is not in the ttml format"},
       {"vtt", "00:01.000 --> 00:02.000\na\n", "this file is not in the vtt format"},
       {"vtt", "WEBVTTx\n\n00:01.000 --> 00:02.000\na\n", "this file is not in the vtt format"},
+      {"srt", "0:0:1 --> 0:0:2x\na\n", "this file holds no captions"},
       {"srt", "no times at all\n00:01 -> 00:02\n", "this file holds no captions"},
   };
   for (const auto& [ending, bytes, fault] : rows) {
