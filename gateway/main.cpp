@@ -1,5 +1,6 @@
 #include <dirent.h>
 #include <fcntl.h>
+#include <malloc.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
@@ -49,6 +50,7 @@ void LogMissing(const std::vector<std::string>& folders) {
 }
 
 int Serve(const Options& options) {
+  ::mallopt(M_ARENA_MAX, 1);  // a heap for each of many threads would hold on to what large answers took
   auto handedOver = TakeHandedOver();
   OpenStandardDescriptors();
   const Descriptor end = EndSignals();

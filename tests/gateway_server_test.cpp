@@ -246,7 +246,8 @@ TEST(GatewayServer, GivesThePlaceOnAsSoonAsItHasAnswered) {
   EXPECT_LT(std::chrono::steady_clock::now() - start, 10s);
 }
 
-// Processor time of all threads since the start.
+// Processor time of all threads since the start. Who spins takes some 400 ms of 400, 50 on a machine with
+// much else to do; who rests takes one or two.
 std::chrono::nanoseconds Used() {
   timespec used{};
   ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
@@ -273,12 +274,12 @@ TEST(GatewayServer, RestsAfterAClientAndWithoutDescriptors) {
   auto before = Used();
   pollfd answered{next.Number(), POLLIN, 0};
   EXPECT_EQ(::poll(&answered, 1, 400), 0) << "there is no descriptor for it";
-  EXPECT_LT(Used() - before, 200ms) << "in 400 ms without descriptors";
+  EXPECT_LT(Used() - before, 25ms) << "in 400 ms without descriptors";
   ::setrlimit(RLIMIT_NOFILE, &files);
   EXPECT_EQ(ReadReply(next).body, "words");
   before = Used();
   EXPECT_EQ(ReadReply(ConnectTo(server.Port())).head, "");
-  EXPECT_LT(Used() - before, 200ms) << "in 400 ms of silence";
+  EXPECT_LT(Used() - before, 25ms) << "in 400 ms of silence";
 }
 
 TEST(GatewayServer, LetsSlowClientsGo) {

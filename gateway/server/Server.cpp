@@ -1,5 +1,6 @@
 #include "gateway/server/Server.h"
 
+#include <malloc.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
@@ -18,6 +19,8 @@ namespace gateway {
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+constexpr int kBeforeRest = 2'000;  // milliseconds
 
 bool IsPassing(int error) {
   return error == EAGAIN || error == EWOULDBLOCK || error == EINTR || error == ECONNABORTED ||
@@ -66,7 +69,9 @@ void Server::Serve(int listener, const Stop& stop) {
                                    {stop.input, POLLIN, 0},
                                    {ended_.Number(), POLLIN, 0},
                                    {accepting, POLLIN, 0}}};
-    if (::poll(waiting.data(), waiting.size(), -1) < 0) {
+    const int ready = ::poll(waiting.data(), waiting.size(), holdsFreed_ ? kBeforeRest : -1);
+    if (ready == 0) Rest();
+    if (ready < 0) {
       if (errno == EINTR) continue;
       throw std::system_error(errno, std::system_category(), "can't wait for connections");
     }
@@ -91,6 +96,7 @@ void Server::Accept(int listener) {
 
 void Server::Start(Descriptor socket) {
   SendAtOnce(socket.Number());
+  holdsFreed_ = true;
   Client& client = clients_.emplace_back(std::move(socket));
   try {
     client.thread = std::thread([this, &client] { Run(client); });
@@ -122,6 +128,12 @@ void Server::Reap() {
 
 void Server::ShutDown(int direction) {
   for (const Client& client : clients_) ::shutdown(client.socket.Number(), direction);
+}
+
+// Once, some time after the last client: the memory that large answers took goes back to the system.
+void Server::Rest() {
+  holdsFreed_ = false;
+  if (clients_.empty()) ::malloc_trim(0);
 }
 
 void Server::DismissAll() {

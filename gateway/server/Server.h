@@ -34,6 +34,7 @@ class Server {
   void Start(Descriptor socket);
   void Run(Client& client);
   void Reap();
+  void Rest();
   void ShutDown(int direction);
   void DismissAll();
   void AwaitAnEnd(int milliseconds);
@@ -42,6 +43,7 @@ class Server {
   Limits limits_;
   Descriptor ended_;  // an event counter: a client's thread is done
   std::list<Client> clients_;
+  bool holdsFreed_ = true;  // memory that was freed may not be the system's yet
 };
 
 }  // namespace gateway

@@ -109,8 +109,12 @@ CaptionText FolderSource::TextOf(const Candidate& candidate, bool onlyWhether) {
     const auto known = verdicts_.Find(candidate.path, opened.state);
     if (known && (onlyWhether || !known->empty())) {
       conversion.fault = *known;
+    } else if (auto recent = recent_.Find(candidate.path, opened.state)) {
+      conversion.document = *std::move(recent);
     } else {
       conversion = Converted(candidate, *opened.file);
+      if (settled && conversion.fault.empty())
+        recent_.Keep(candidate.path, opened.state, conversion.document);
     }
   }
   verdicts_.Keep(candidate.path, opened.state, settled, conversion.fault);

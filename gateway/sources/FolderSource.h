@@ -12,6 +12,7 @@
 #include "gateway/sources/CaptionSource.h"
 #include "gateway/sources/FileVerdicts.h"
 #include "gateway/sources/FolderIndex.h"
+#include "gateway/sources/RecentDocuments.h"
 
 namespace gateway {
 
@@ -58,6 +59,7 @@ class FolderSource final : public CaptionSource {
   const Manner manner_;
   const std::chrono::milliseconds settling_;
   FileVerdicts verdicts_;
+  RecentDocuments recent_;
   // How many files are read and converted at a time: a large one takes a few hundred MiB.
   std::counting_semaphore<> small_{4}, large_{1};
 };
