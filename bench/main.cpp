@@ -15,7 +15,8 @@ namespace {
 constexpr char kUsage[] =
     "Usage: ravelyn-bench [--brief] [SUBJECT...]\n"
     "Measures, prints Markdown, and exits with 1 where a must is missed.\n"
-    "Subjects: conversion growth tracks captions search fetch memory desktop (default: all).\n"
+    "Subjects: conversion growth tracks captions search fetch gateway memory desktop\n"
+    "(default: all).\n"
     "--brief takes fewer turns and leaves out the million cues.\n";
 
 using Subject = std::pair<std::string, std::function<void(Effort, Table&)>>;
@@ -42,6 +43,7 @@ int Run(const std::vector<std::string>& chosen, Effort effort) {
                   {"tracks", [&](Effort e, Table& t) { MeasureTracks(window, e, out, t); }},
                   {"captions", [&](Effort e, Table& t) { MeasureCaptions(e, out, t); }},
                   {"search", [&](Effort e, Table& t) { MeasureSearch(e, out, t); }},
+                  {"gateway", [&](Effort e, Table& t) { MeasureGateway(e, out, t); }},
                   {"memory", [&](Effort e, Table& t) { MeasureMemory(server.Host(), e, out, t); }},
                   {"desktop", [&](Effort e, Table& t) { MeasureDesktop(e, out, t); }}},
                  chosen, effort);

@@ -19,6 +19,8 @@ void MeasureTracks(Window1& window, Effort effort, std::ostream& out, Table& tab
 void MeasureSearch(Effort effort, std::ostream& out, Table& table);
 void MeasureCaptions(Effort effort, std::ostream& out, Table& table);
 void MeasureFetch(const std::string& host, Effort effort, std::ostream& out, Table& table);
+// The gateway as a process, with the real yt-dlp before a site on the loopback.
+void MeasureGateway(Effort effort, std::ostream& out, Table& table);
 void MeasureMemory(const std::string& host, Effort effort, std::ostream& out, Table& table);
 // On the X display of DISPLAY.
 void MeasureDesktop(Effort effort, std::ostream& out, Table& table);
