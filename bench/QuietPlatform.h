@@ -2,9 +2,6 @@
 // nothing else.
 #pragma once
 
-#include <chrono>
-#include <thread>
-
 #include "app/Endpoints.h"
 #include "runtime/Platform.h"
 
@@ -18,12 +15,11 @@ class QuietPlatform : public Platform {
   void ShowURL(const std::string&) override {}
   void Launch(const std::string&) override {}
   std::string PreferencesFolder() override { return ""; }
-  void ProcessEvents(int milliseconds) override {
-    if (milliseconds > 0) std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+  // No event can come during a wait.
+  void ProcessEvents(int milliseconds, const Awaited& awaited) override {
+    IsReadyWithin(milliseconds, awaited);
   }
   void Yield() override {}
-  // No event can come during a wait.
-  int LongestWait() const override { return 500; }
   void WindowShown(Window&) override {}
   void WindowClosed(Window&) override {}
   void ControlFocused(Control&) override {}

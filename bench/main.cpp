@@ -15,7 +15,7 @@ namespace {
 constexpr char kUsage[] =
     "Usage: ravelyn-bench [--brief] [SUBJECT...]\n"
     "Measures, prints Markdown, and exits with 1 where a must is missed.\n"
-    "Subjects: conversion growth tracks captions search fetch gateway memory desktop\n"
+    "Subjects: conversion growth tracks captions search fetch gateway memory desktop waiting\n"
     "(default: all).\n"
     "--brief takes fewer turns and leaves out the million cues.\n";
 
@@ -45,7 +45,8 @@ int Run(const std::vector<std::string>& chosen, Effort effort) {
                   {"search", [&](Effort e, Table& t) { MeasureSearch(e, out, t); }},
                   {"gateway", [&](Effort e, Table& t) { MeasureGateway(e, out, t); }},
                   {"memory", [&](Effort e, Table& t) { MeasureMemory(server.Host(), e, out, t); }},
-                  {"desktop", [&](Effort e, Table& t) { MeasureDesktop(e, out, t); }}},
+                  {"desktop", [&](Effort e, Table& t) { MeasureDesktop(e, out, t); }},
+                  {"waiting", [&](Effort e, Table& t) { MeasureWaiting(server.Host(), e, out, t); }}},
                  chosen, effort);
   out << "\n## Measures\n\n";
   Print(out, table);

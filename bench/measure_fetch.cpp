@@ -1,5 +1,3 @@
-#include <sys/resource.h>
-
 #include <chrono>
 #include <functional>
 #include <ostream>
@@ -8,6 +6,7 @@
 #include "CurlClient.h"
 #include "PageServer.h"
 #include "Turns.h"
+#include "Usage.h"
 #include "http/HTTPSocket.h"
 #include "measures.h"
 
@@ -25,14 +24,7 @@ double Now() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
-double ProcessorTime() {
-  rusage used;
-  ::getrusage(RUSAGE_SELF, &used);
-  const auto seconds = [](const timeval& t) {
-    return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) / 1e6;
-  };
-  return seconds(used.ru_utime) + seconds(used.ru_stime);
-}
+double ProcessorTime() { return Usage::Now().milliseconds / 1e3; }
 
 struct Medians {
   double us, curl;
@@ -60,7 +52,6 @@ void MeasureFetch(const std::string& host, Effort effort, std::ostream& out, Tab
   const Medians small = InTurns(Now, base + "/small", 30, 2000, effort.brief ? 200 : 2000);
   const Medians smallWork = InTurns(ProcessorTime, base + "/small", 30, 2000, effort.brief ? 200 : 2000);
   const Medians large = InTurns(Now, base + "/large", 30, PageServer::kLargePage, effort.brief ? 3 : 9);
-  const Medians silence = InTurns(ProcessorTime, base + "/silent", 3, 0, effort.brief ? 1 : 3);
   constexpr double kMegabytes = static_cast<double>(PageServer::kLargePage) / 1e6;
   out << "\n## Fetch on the loopback\n\n"
       << TableRow({"measure", "us", "libcurl"}) << TableRow({"---", "---", "---"})
@@ -69,13 +60,9 @@ void MeasureFetch(const std::string& host, Effort effort, std::ostream& out, Tab
                    Rounded(smallWork.curl * 1e6, 0)})
       << TableRow(
              {"page of 200 MB, MB/s", Rounded(kMegabytes / large.us, 0), Rounded(kMegabytes / large.curl, 0)})
-      << TableRow({"3 s of silence, ms of processor time", Rounded(silence.us * 1e3, 2),
-                   Rounded(silence.curl * 1e3, 2)})
       << std::flush;
   table.push_back(
       {"small request, median against libcurl", Measure::Bound::AtMost, 1.0, 0.8, small.us / small.curl});
   table.push_back({"200 MB body kept in memory, speed against libcurl", Measure::Bound::AtLeast, 1.0, 2.0,
                    large.curl / large.us});
-  table.push_back({"processor time in 3 s of silence against libcurl", Measure::Bound::AtMost, 2, 0.5,
-                   silence.us / silence.curl});
 }

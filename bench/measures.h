@@ -22,7 +22,8 @@ void MeasureFetch(const std::string& host, Effort effort, std::ostream& out, Tab
 // The gateway as a process, with the real yt-dlp before a site on the loopback.
 void MeasureGateway(Effort effort, std::ostream& out, Table& table);
 void MeasureMemory(const std::string& host, Effort effort, std::ostream& out, Table& table);
-// On the X display of DISPLAY.
+// These two on the X display of DISPLAY.
+void MeasureWaiting(const std::string& host, Effort effort, std::ostream& out, Table& table);
 void MeasureDesktop(Effort effort, std::ostream& out, Table& table);
 
 // The other side of MeasureMemory, in a process of its own: saves timed text of so many cues from

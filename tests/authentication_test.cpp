@@ -75,7 +75,7 @@ struct Authentication : testing::Test {
     page = "";
     if (blocking) return socket.Get(url, kPatience);
     socket.Get(url);
-    for (int i = 0; i < 5000 && page.empty(); ++i) socket.Poll();
+    for (int i = 0; i < 500 && page.empty(); ++i) socket.Wait(100), socket.Poll();
     return page;
   }
 

@@ -33,6 +33,7 @@ class TestHost : public QtPlatform {
   bool realMessages = false;                     // shows them, after writing them down
   bool opens = true;                             // the system has a program for what is opened
   bool hasLeft = false;
+  int waits = 0;  // that may sleep
   TemporaryFolder prefs;
 
   void MessageBox(const std::string& text, const std::string& cause) override {
@@ -47,6 +48,10 @@ class TestHost : public QtPlatform {
     return answer;
   }
   std::string PreferencesFolder() override { return prefs.Path(); }
+  void ProcessEvents(int milliseconds, const Awaited& awaited) override {
+    waits += milliseconds > 0;
+    QtPlatform::ProcessEvents(milliseconds, awaited);
+  }
 
  protected:
   bool open(const QUrl& url) override {

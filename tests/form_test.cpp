@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/Program.h"
+#include "support/processes.h"
 #include "wordsearch/SearchWin.h"
 
 namespace {
@@ -127,4 +128,13 @@ TEST(Probe, WarnsOfAFailingAddressOnceForEachForm) {
     Window1::Get().Show();
     EXPECT_EQ(host.calls.size(), words.size() + 1);
   }
+}
+
+TEST(Probe, SleepsUntilItsPingHasEnded) {
+  const OwnPing ping("sleep 0.3");
+  SilentPlatform host;
+  App app(host);
+  app.Start();
+  EXPECT_LT(host.waits, 5);
+  EXPECT_LT(host.yields, 5);
 }

@@ -14,6 +14,7 @@
 #include "http/HTTPSocket.h"
 #include "ravelyn/OwnGateway.h"
 #include "runtime/Text.h"
+#include "runtime/await.h"
 #include "support/LoopbackServer.h"
 #include "support/TemporaryFolder.h"
 #include "support/captions.h"
@@ -132,9 +133,9 @@ TEST(OwnGateway, AnswersWhatCameBeforeItStarted) {
   std::string answer;
   early.PageReceived = [&](const std::string&, int, auto, const std::string& page) { answer = page; };
   early.Get("http://" + At(own.port) + "/");
-  while (!early.IsConnected()) early.Poll();
+  while (!early.IsConnected()) early.Wait(kForever), early.Poll();
   own.gateway.Start();
-  while (answer.empty() && early.LastErrorCode() == 0) early.Poll();
+  while (answer.empty() && early.LastErrorCode() == 0) early.Wait(kForever), early.Poll();
   const std::string pid = NthField(answer, " ", 2);
   EXPECT_EQ(answer, "pid " + pid + " descriptors 0 1 2 3 handed over");
   EXPECT_EQ(::getpgid(std::stoi(pid)), std::stoi(pid)) << "a group of its own";

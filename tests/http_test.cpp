@@ -271,7 +271,7 @@ struct Events : HTTP {
     socket.Error = [this](int code) { seen.push_back("error " + std::to_string(code)), done = true; };
   }
   Lines Wait() {
-    for (int i = 0; i < 5000 && !done; ++i) socket.Poll();
+    for (int i = 0; i < 500 && !done; ++i) socket.Wait(100), socket.Poll();
     done = false;
     return std::exchange(seen, {});
   }

@@ -35,9 +35,9 @@ using Lines = std::vector<std::string>;
 
 class Socket : public TCPSocket {
  public:
-  // Polls until an error or, where something is expected, so many bytes; the events, one line each.
-  Lines Wait(std::size_t bytes = SIZE_MAX) {
-    for (int i = 0; i < 5000 && !over && Lookahead().size() < bytes; ++i) Poll();
+  // Runs until an error or, where something is expected, so many bytes; the events, one line each.
+  Lines Run(std::size_t bytes = SIZE_MAX) {
+    for (int i = 0; i < 5000 && !over && Lookahead().size() < bytes; ++i) Wait(100), Poll();
     return events;
   }
   Lines events;
@@ -70,7 +70,7 @@ TEST(Descriptors, OfConnectionsReachNoChild) {
   for (Socket* socket : {&byNumber, &byName}) {
     socket->Port = server.Port();
     socket->Connect();
-    ASSERT_EQ(socket->Wait(1), Lines{"connected"}) << "the second address is tried";
+    ASSERT_EQ(socket->Run(1), Lines{"connected"}) << "the second address is tried";
   }
   EXPECT_EQ(inAnyChild(), before);
 
@@ -87,7 +87,7 @@ struct Pair {
     const int listener = ListenOnLoopback(port);
     socket.Port = port;
     socket.Connect();
-    while (!socket.IsConnected()) socket.Poll();
+    while (!socket.IsConnected()) socket.Wait(kForever), socket.Poll();
     peer = ::accept(listener, nullptr, nullptr);
     ::close(listener);
   }
@@ -101,7 +101,7 @@ TEST(Sending, IntoAResetIsReportedOnceWithItsReason) {
   const linger now{1, 0};
   ::setsockopt(pair.peer, SOL_SOCKET, SO_LINGER, &now, sizeof now);
   ::close(pair.peer);
-  EXPECT_EQ(pair.socket.Wait(), (Lines{"connected", "cancelled", "error " + std::to_string(ECONNRESET)}));
+  EXPECT_EQ(pair.socket.Run(), (Lines{"connected", "cancelled", "error " + std::to_string(ECONNRESET)}));
   EXPECT_TRUE(pair.socket.WriteError());
   for (int i = 0; i < 3; ++i) pair.socket.Poll();
   EXPECT_EQ(pair.socket.events.size(), 3U);

@@ -9,6 +9,7 @@
 
 #include "runtime/exceptions.h"
 #include "support/Program.h"
+#include "support/processes.h"
 #include "wordsearch/SearchWin.h"
 
 namespace {
@@ -245,15 +246,19 @@ TEST(Unwinding, LeavesTheOldFileOfASaveThatWasEnded) {
 
 TEST(Unwinding, EndsTheProbeAndItsPingWithItsForm) {
   for (const bool quit : {false, true}) {
+    NamedProcess named;
+    const OwnPing ping("echo $$ > '" + named.Path() + "'; exec sleep 100");
     FakePlatform host;
-    Endpoints endpoints;
-    endpoints.ProbeAddress = "127.0.0.1; exec sleep 100";
-    App app(host, endpoints);
+    App app(host);
     host.onYield = [&] {
-      if (host.yields == 3) quit ? app.Quit() : app.FindWindow("Window1")->PersonCloses();
+      if (host.yields < 3) return;
+      named.Await();
+      EXPECT_FALSE(named.EndsWithin(0));
+      quit ? app.Quit() : app.FindWindow("Window1")->PersonCloses();
     };
     app.Start();
     EXPECT_EQ(host.yields, 3);
+    EXPECT_TRUE(named.EndsWithin(30'000));
     EXPECT_EQ(host.calls, quit ? Lines{"show: Window1"} : (Lines{"show: Window1", "close: Window1"}));
   }
 }

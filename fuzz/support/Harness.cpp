@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-// The input of a run has no time to wait: what sleeps is told that the time has gone by.
-extern "C" int nanosleep(const struct timespec*, struct timespec*) { return 0; }
+// The input of a run has no time to wait.
+bool IsReadyWithin(int, const Awaited&) { return true; }
 
 namespace fuzz {
 

@@ -89,7 +89,8 @@ void SocketCore::Poll() {
   if (c->reply->end == wire::End::Reset) fail(ECONNRESET);
 }
 
-bool SocketCore::AwaitActivity(int) const { return true; }
+// The next step is always due.
+void SocketCore::Wait(int) const {}
 
 std::size_t SocketCore::BytesToSend() const { return 0; }
 

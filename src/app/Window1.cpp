@@ -95,8 +95,10 @@ void Window1::Event_Open() {
   probe.Mode = 2;
   probe.TimeOut = -1;
   probe.Execute("ping -n -q -W 5 -c 1 " + App::Get().endpoints.ProbeAddress);
+  // Where the system can't say when a process has ended, it is looked at now and then.
+  const int longestWait = probe.End().descriptor < 0 ? 25 : kForever;
   do {
-    App::Get().DoEvents(25);
+    App::Get().DoEvents(longestWait, probe.End());
     RuntimeBackgroundTask();
   } while (probe.IsRunning());
   if (probe.ErrorCode() != 0) {

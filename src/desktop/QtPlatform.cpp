@@ -8,10 +8,12 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QSocketNotifier>
 #include <QStandardPaths>
 #include <QTimer>
 #include <QUrl>
 #include <algorithm>
+#include <optional>
 
 #include "desktop/WindowView.h"
 #include "desktop/dialogs.h"
@@ -40,6 +42,12 @@ std::chrono::milliseconds cheapNow() {
 bool isQuitting() {
   const Application* app = Application::CurrentOrNil();
   return app && app->IsQuitting();
+}
+
+// It stays ready while an event that came meanwhile waits for something else.
+void wakeOnce(QSocketNotifier& notifier) {
+  QObject::connect(&notifier, &QSocketNotifier::activated, &notifier,
+                   [&notifier] { notifier.setEnabled(false); });
 }
 
 QString documentsFolder() {
@@ -144,17 +152,21 @@ void QtPlatform::CommandRunning(const std::string& what) {
   for (const auto& [window, view] : views_) view->showRunning(running_);
 }
 
-void QtPlatform::ProcessEvents(int milliseconds) {
+void QtPlatform::ProcessEvents(int milliseconds, const Awaited& awaited) {
   if (milliseconds <= 0) return QCoreApplication::processEvents(QEventLoop::AllEvents, kLongestLook);
+  std::optional<QSocketNotifier> reading, writing;
+  if (awaited.reading) wakeOnce(reading.emplace(awaited.descriptor, QSocketNotifier::Read));
+  if (awaited.writing) wakeOnce(writing.emplace(awaited.descriptor, QSocketNotifier::Write));
   QTimer wake;
   wake.setSingleShot(true);
-  wake.start(milliseconds);
+  wake.setTimerType(Qt::PreciseTimer);
+  if (milliseconds != kForever) wake.start(milliseconds);
   QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 void QtPlatform::Yield() {
   if (cheapNow() - lastLook_ < kFrame) return;
-  ProcessEvents(-1);
+  ProcessEvents(-1, {});
   lastLook_ = cheapNow();
 }
 

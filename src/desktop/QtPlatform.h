@@ -34,7 +34,7 @@ class QtPlatform : public Platform {
   void ShowURL(const std::string& address) override;
   void Launch(const std::string& path) override;
   std::string PreferencesFolder() override;
-  void ProcessEvents(int milliseconds) override;
+  void ProcessEvents(int milliseconds, const Awaited& awaited) override;
   void Yield() override;
   void WindowShown(Window& window) override;
   void WindowClosed(Window& window) override;

@@ -19,6 +19,12 @@ std::int64_t Deadline(std::int64_t seconds) {
   return Ticks() + std::clamp<std::int64_t>(seconds, 0, kFarAway) * 60;
 }
 
+// Until the clock has gone past deadline; 0 once it has.
+int MillisecondsPast(std::int64_t deadline) {
+  const std::int64_t ticks = std::clamp<std::int64_t>(deadline + 1 - Ticks(), 0, kForever / 1000);
+  return static_cast<int>((ticks * 1000 + 59) / 60);
+}
+
 }  // namespace
 
 HTTPSocket::HTTPSocket() {
@@ -227,10 +233,9 @@ void HTTPSocket::WaitForPage() {
   bool lastConnected = false;
   std::int64_t lastSize = 0;
   std::size_t lastToSend = 0;
-  // A host that need not look at its events sleeps longer than Poll would let it.
-  const int longestWait = Platform::Current() ? Platform::Current()->LongestWait() : kPollWait;
   while (!_pageComplete && mErrorCode == 0) {
-    if (longestWait <= kPollWait || AwaitActivity(longestWait)) Poll();
+    Wait(timeoutSeconds >= 1 ? MillisecondsPast(deadline) : kForever);
+    Poll();
     if (Yield) Application::Current().DoEvents(-1);
     if (_connectionValid != lastConnected) {
       lastConnected = _connectionValid;

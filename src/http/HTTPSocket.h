@@ -3,7 +3,7 @@
 //
 // The blocking road takes a time-out in seconds and hands the result back. It counts silence, from the
 // last change of the connection, of what is still to be sent, or of the body in memory; below 1 there
-// is none. The other road returns at once and raises the events while its user calls Poll.
+// is none. The other road returns at once and raises the events while its user calls Wait and Poll.
 //
 //   request = method " " path " HTTP/1.0" CRLF headers CRLF CRLF content
 #pragma once

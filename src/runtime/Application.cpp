@@ -40,6 +40,12 @@ void RuntimeBackgroundTask() {
   current->CheckEnded();
 }
 
+void AwaitCooperatively(int milliseconds, const Awaited& awaited) {
+  if (!current) return static_cast<void>(IsReadyWithin(milliseconds, awaited));
+  current->DoEvents(milliseconds, awaited);
+  current->CheckEnded();
+}
+
 Application::Application(Platform& host) : host_(host) { current = this; }
 
 Application::~Application() {

@@ -55,8 +55,8 @@ class Application {
   bool IsCommandRunning() const;
   // The handler on top of the stack ends also when a window of this name closes.
   void EndHandlerWith(const std::string& window);
-  // Lets events run; waits for them at most so many milliseconds, -1 for not at all.
-  void DoEvents(int milliseconds) { host_.ProcessEvents(milliseconds); }
+  // Lets events run; waits for them, or for what is awaited, at most so many milliseconds, -1 for not at all.
+  void DoEvents(int milliseconds, const Awaited& awaited = {}) { host_.ProcessEvents(milliseconds, awaited); }
   // Throws HandlerEnded if the handler on top of the stack was ended.
   void CheckEnded() const;
 
@@ -120,3 +120,7 @@ class Application {
 // The cooperative yield. Long loops call it once in each pass: events are delivered from inside
 // it, and a handler that was ended in the meantime is unwound from here.
 void RuntimeBackgroundTask();
+
+// The cooperative wait: as DoEvents, and a handler that was ended meanwhile is unwound from here. Without
+// an application it is a wait in the kernel.
+void AwaitCooperatively(int milliseconds, const Awaited& awaited);

@@ -1,7 +1,6 @@
 #include "runtime/FileReplacement.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -65,8 +64,7 @@ ssize_t WriteWithoutSignal(int descriptor, std::string_view bytes) {
 // A pipe takes bytes when its reader likes. Meanwhile the events come, and the user can leave.
 void AwaitRoom(int descriptor) {
   RuntimeBackgroundTask();
-  pollfd waiting{descriptor, POLLOUT, 0};
-  ::poll(&waiting, 1, 10);
+  AwaitCooperatively(kForever, {descriptor, false, true});
 }
 
 }  // namespace

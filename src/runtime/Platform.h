@@ -6,6 +6,8 @@
 #include <optional>
 #include <string>
 
+#include "runtime/await.h"
+
 class Control;
 class Window;
 
@@ -29,15 +31,12 @@ class Platform {
   // The folder for settings of this person; made if it is missing. "" if there is none.
   virtual std::string PreferencesFolder() = 0;
 
-  // Delivers what has happened, waiting at most this long for it; -1 doesn't wait.
-  virtual void ProcessEvents(int milliseconds) = 0;
+  // Delivers what has happened. Where nothing has, sleeps in the kernel until something does, until what
+  // is awaited is ready, or until the time is over, and delivers it; -1 doesn't wait.
+  virtual void ProcessEvents(int milliseconds, const Awaited& awaited) = 0;
   // The cooperative yield: delivers what is due. Never sleeps, and is called at every pass of
   // every long loop, so it must cost next to nothing.
   virtual void Yield() = 0;
-
-  // How long, in milliseconds, a wait for the network may keep the host from its events. A host
-  // with a screen looks at them some hundred times a second.
-  virtual int LongestWait() const { return 10; }
 
   // A window has become visible or was brought forward; one has left the list of open windows.
   virtual void WindowShown(Window& window) = 0;

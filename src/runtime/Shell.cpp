@@ -1,7 +1,6 @@
 #include "runtime/Shell.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <spawn.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -9,6 +8,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <utility>
 
 extern char** environ;
 
@@ -36,16 +36,6 @@ pid_t Spawn(const std::string& command) {
   return process;
 }
 
-// Waits in the kernel until the process has ended or the time is over.
-bool EndsWithin(pid_t process, int milliseconds) {
-  const int descriptor = static_cast<int>(::syscall(SYS_pidfd_open, process, 0));
-  if (descriptor < 0) return true;
-  pollfd waiting{descriptor, POLLIN, 0};
-  const int ready = ::poll(&waiting, 1, milliseconds);
-  ::close(descriptor);
-  return ready != 0;
-}
-
 }  // namespace
 
 Shell::~Shell() { Close(); }
@@ -54,12 +44,12 @@ void Shell::Execute(const std::string& command) {
   Close();
   process_ = Spawn(command);
   errorCode_ = process_ < 0 ? 127 : 0;
-  if (process_ < 0 || Mode == 2) return;
-  if (EndsWithin(process_, TimeOut)) {
-    Collect(0);
-  } else {
-    Close();
-  }
+  if (process_ < 0) return;
+  ended_ = static_cast<int>(::syscall(SYS_pidfd_open, process_, 0));
+  if (Mode == 2) return;
+  const bool isBounded = TimeOut >= 0 && ended_ >= 0;
+  if (isBounded && !IsReadyWithin(TimeOut, End())) return Close();
+  Collect(0);
 }
 
 bool Shell::IsRunning() {
@@ -82,4 +72,5 @@ void Shell::Collect(int options) {
   if (ended == 0) return;
   errorCode_ = ended < 0 ? 127 : WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
   process_ = -1;
+  if (ended_ >= 0) ::close(std::exchange(ended_, -1));
 }

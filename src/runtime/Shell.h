@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "runtime/await.h"
+
 class Shell {
  public:
   Shell() = default;
@@ -19,6 +21,8 @@ class Shell {
   // Starts command; one that still runs is ended first.
   void Execute(const std::string& command);
   bool IsRunning();
+  // The end of a command that runs. Without a descriptor, where the system gives none, only IsRunning tells.
+  Awaited End() const { return {ended_, true, false}; }
   // The exit status of the command that ended, 0 for success; 128 and the signal if a signal ended
   // it; 127 if it could not be started.
   int ErrorCode() const { return errorCode_; }
@@ -28,5 +32,6 @@ class Shell {
  private:
   void Collect(int options);
   int process_ = -1;
+  int ended_ = -1;  // can be read once the process has ended
   int errorCode_ = 0;
 };

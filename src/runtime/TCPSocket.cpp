@@ -1,6 +1,5 @@
 #include "runtime/TCPSocket.h"
 
-#include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -14,6 +13,8 @@
 #include <thread>
 #include <utility>
 #include <vector>
+
+#include "runtime/Application.h"
 
 using asio::ip::tcp;
 
@@ -38,12 +39,6 @@ int CodeOf(const asio::error_code& error) {
 bool IsForLater(const asio::error_code& error) {
   return error == asio::error::would_block || error == asio::error::try_again ||
          error == asio::error::interrupted;
-}
-
-// Waits in the kernel until one of events is there; false when the time is over.
-bool Await(int descriptor, int events, int milliseconds) {
-  pollfd waiting{descriptor, static_cast<short>(events), 0};
-  return ::poll(&waiting, 1, milliseconds) > 0;
 }
 
 // What a look-up has found, and a descriptor that can be read once it has. The system's look-up blocks
@@ -97,12 +92,14 @@ struct SocketCore::Connection {
   void Start(const std::string& address, std::int64_t port);
   void StartLookUp(const std::string& address, std::uint16_t port);
   void TryNext(int lastError);
-  // Each does what can be done now, waiting for it as long as it may; the last is true if bytes came.
   bool WantsToSend() const { return sent < toSend.size() && sendFailure == 0; }
   void Open(const tcp& protocol, asio::error_code& error);
-  void AwaitLookUp(int milliseconds);
-  void AwaitConnection(int milliseconds);
-  bool Receive(std::string& into, int milliseconds);
+  // What the stage waits for.
+  Awaited Next();
+  // Each does what can be done now; the last is true if bytes came.
+  void TakeLookUp();
+  void TakeConnection();
+  bool Receive(std::string& into);
   void Send();
   void Queue(std::string_view bytes) {
     // What was sent goes once it is the greater part: a byte is moved once for each that follows it at most.
@@ -140,8 +137,13 @@ void SocketCore::Connection::StartLookUp(const std::string& address, std::uint16
   }
 }
 
-void SocketCore::Connection::AwaitLookUp(int milliseconds) {
-  if (!Await(lookUp->done, POLLIN, milliseconds)) return;
+Awaited SocketCore::Connection::Next() {
+  if (stage == Stage::LookingUp) return {lookUp->done, true, false};
+  return {socket.native_handle(), stage == Stage::Connected, stage == Stage::Connecting || WantsToSend()};
+}
+
+void SocketCore::Connection::TakeLookUp() {
+  if (!IsReadyWithin(0, Next())) return;
   endpoints = lookUp->Take();
   TryNext(kErrorNameNotFound);
 }
@@ -177,8 +179,8 @@ void SocketCore::Connection::TryNext(int lastError) {
   Fail(lastError);
 }
 
-void SocketCore::Connection::AwaitConnection(int milliseconds) {
-  if (!Await(socket.native_handle(), POLLOUT, milliseconds)) return;
+void SocketCore::Connection::TakeConnection() {
+  if (!IsReadyWithin(0, Next())) return;
   int error = 0;
   socklen_t size = sizeof error;
   ::getsockopt(socket.native_handle(), SOL_SOCKET, SO_ERROR, &error, &size);
@@ -188,9 +190,8 @@ void SocketCore::Connection::AwaitConnection(int milliseconds) {
   Send();
 }
 
-bool SocketCore::Connection::Receive(std::string& into, int milliseconds) {
+bool SocketCore::Connection::Receive(std::string& into) {
   static thread_local std::array<char, kReceiveAtOnce> bytes;
-  if (!Await(socket.native_handle(), WantsToSend() ? POLLIN | POLLOUT : POLLIN, milliseconds)) return false;
   Send();
   asio::error_code error;
   const std::size_t got = socket.read_some(asio::buffer(bytes), error);
@@ -237,14 +238,14 @@ void SocketCore::Purge() {
 
 void SocketCore::Poll() {
   const auto c = connection_;  // keeps it alive through events that close it
-  if (!c) return std::this_thread::sleep_for(std::chrono::milliseconds(kPollWait));
+  if (!c) return;
   const auto isSame = [&] { return connection_ == c; };
   using Stage = Connection::Stage;
-  if (c->stage == Stage::LookingUp) c->AwaitLookUp(kPollWait);
-  if (c->stage == Stage::Connecting) c->AwaitConnection(kPollWait);
+  if (c->stage == Stage::LookingUp) c->TakeLookUp();
+  if (c->stage == Stage::Connecting) c->TakeConnection();
   if (std::exchange(c->tellConnected, false)) Event_Connected();
   if (isSame() && std::exchange(c->tellSent, false)) Event_SendComplete(false);
-  if (isSame() && c->stage == Stage::Connected && c->Receive(received_, kPollWait)) Event_DataAvailable();
+  if (isSame() && c->stage == Stage::Connected && c->Receive(received_)) Event_DataAvailable();
   if (!isSame() || c->failure == 0) return;
   lastError_ = c->failure;
   const bool cancelled = c->sent < c->toSend.size();
@@ -253,14 +254,12 @@ void SocketCore::Poll() {
   Event_Error();
 }
 
-bool SocketCore::AwaitActivity(int milliseconds) const {
-  using Stage = Connection::Stage;
-  if (!connection_ || connection_->stage == Stage::Failed) return true;
-  if (connection_->tellConnected || connection_->tellSent) return true;
-  const bool lookingUp = connection_->stage == Stage::LookingUp;
-  const int descriptor = lookingUp ? connection_->lookUp->done : connection_->socket.native_handle();
-  const bool toWrite = connection_->stage == Stage::Connecting || connection_->WantsToSend();
-  return Await(descriptor, toWrite ? POLLIN | POLLOUT : POLLIN, milliseconds);
+void SocketCore::Wait(int milliseconds) const {
+  const auto& c = connection_;
+  if (c && (c->failure != 0 || c->tellConnected || c->tellSent)) return;
+  const Awaited next = c ? c->Next() : Awaited{};
+  // What has come already costs the host nothing.
+  if (next.descriptor < 0 || !IsReadyWithin(0, next)) AwaitCooperatively(milliseconds, next);
 }
 
 std::size_t SocketCore::BytesToSend() const {

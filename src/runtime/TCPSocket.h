@@ -1,5 +1,5 @@
-// A TCP connection to one peer. Nothing blocks: what happens is reported by the Event_ calls, all
-// of them from inside Poll and on the caller's thread. Reads give raw bytes.
+// A TCP connection to one peer. Nothing but Wait blocks: what happens is reported by the Event_ calls,
+// all of them from inside Poll and on the caller's thread. Reads give raw bytes.
 //
 // Order of events: connected first; received bytes before the close that followed them; one
 // Event_Error for a connection that could not be made, was reset, or was closed by the peer.
@@ -31,14 +31,11 @@ class SocketCore {
   virtual void Close();
   // Throws away what lies in the receive and the send buffer.
   virtual void Purge();
-  // Handles what has happened and raises the events. When nothing has, waits for it in the
-  // kernel for kPollWait at most, without a connection too.
+  // Handles what has happened and raises the events.
   virtual void Poll();
-  static constexpr int kPollWait = 10;  // milliseconds
-
-  // Waits in the kernel until Poll would find something, for so many milliseconds at most; false
-  // if it would not. Raises no event.
-  bool AwaitActivity(int milliseconds) const;
+  // Waits cooperatively until Poll would find something, another event was delivered, or so many
+  // milliseconds are over, without a connection too. Raises no event of the socket.
+  void Wait(int milliseconds) const;
 
   bool IsConnected() const;
   // Bytes that were written and that the kernel has not taken yet.

@@ -1,5 +1,6 @@
 #include "support/FakePlatform.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "runtime/TextControls.h"
@@ -15,6 +16,11 @@ std::optional<std::string> FakePlatform::AskSavePath(const std::string& filter, 
   auto answer = saves.front();
   saves.pop_front();
   return answer;
+}
+
+void FakePlatform::ProcessEvents(int milliseconds, const Awaited& awaited) {
+  const bool isSilent = milliseconds > 0 && !IsReadyWithin(std::min(milliseconds, betweenEvents), awaited);
+  if (isSilent && onSilence) onSilence();
 }
 
 void FakePlatform::Yield() {

@@ -23,7 +23,9 @@ class FakePlatform : public Platform {
   std::int64_t ticks = 0;  // moved by hand, and by ticksEachYield
   std::int64_t ticksEachYield = 0;
   std::int64_t yields = 0;
-  std::function<void()> onYield;  // what a person does meanwhile
+  std::function<void()> onYield;    // what a person does meanwhile
+  int betweenEvents = 10;           // milliseconds
+  std::function<void()> onSilence;  // nothing came in a part of a wait
   std::function<void()> onSaveDialog;
   std::string clipboard;
   std::string running;  // the command that is shown as running
@@ -33,7 +35,8 @@ class FakePlatform : public Platform {
   void ShowURL(const std::string& address) override { calls.push_back("browse: " + address); }
   void Launch(const std::string& path) override { calls.push_back("launch: " + path); }
   std::string PreferencesFolder() override { return prefsFolder; }
-  void ProcessEvents(int) override {}
+  // As a host on which something happens again and again.
+  void ProcessEvents(int milliseconds, const Awaited& awaited) override;
   void Yield() override;
   void WindowShown(Window& window) override { calls.push_back("show: " + window.Name()); }
   void WindowClosed(Window& window) override { calls.push_back("close: " + window.Name()); }
@@ -41,4 +44,14 @@ class FakePlatform : public Platform {
   void Edit(EditAction action) override;
   void CommandRunning(const std::string& what) override { running = what; }
   std::int64_t Ticks() override { return ticks; }
+};
+
+// A host on which nothing ever happens, on the real clock.
+struct SilentPlatform : FakePlatform {
+  int waits = 0;
+  void ProcessEvents(int milliseconds, const Awaited& awaited) override {
+    ++waits;
+    IsReadyWithin(milliseconds, awaited);
+  }
+  std::int64_t Ticks() override { return Platform::Ticks(); }
 };

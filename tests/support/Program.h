@@ -1,10 +1,8 @@
 // A program of one test's own.
 #pragma once
 
-#include <chrono>
 #include <functional>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -16,16 +14,13 @@
 #include "support/TemporaryFolder.h"
 #include "support/captions.h"
 
-// Lets the processes of the program run while it waits for events, and a person act behind a message.
+// Lets a user act while a message is shown.
 struct WaitingPlatform : FakePlatform {
   std::function<void()> onMessage;
 
   void MessageBox(const std::string& text, const std::string& cause) override {
     FakePlatform::MessageBox(text, cause);
     if (onMessage) onMessage();
-  }
-  void ProcessEvents(int milliseconds) override {
-    if (milliseconds > 0) std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
 };
 

@@ -1,8 +1,5 @@
 #include "SessionPlatform.h"
 
-#include <chrono>
-#include <thread>
-
 #include "runtime/Application.h"
 #include "runtime/TextControls.h"
 #include "runtime/Window.h"
@@ -25,9 +22,9 @@ void SessionPlatform::ShowURL(const std::string& address) { printer_.Browse(addr
 
 void SessionPlatform::Launch(const std::string& path) { printer_.Launch(path); }
 
-// Nothing but time can come to a session while it waits.
-void SessionPlatform::ProcessEvents(int milliseconds) {
-  if (milliseconds > 0) std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+// No event can come to a session while it waits.
+void SessionPlatform::ProcessEvents(int milliseconds, const Awaited& awaited) {
+  IsReadyWithin(milliseconds, awaited);
 }
 
 void SessionPlatform::WindowShown(Window& window) { printer_.Show(window.Name()); }

@@ -21,10 +21,8 @@ class SessionPlatform : public Platform {
   void ShowURL(const std::string& address) override;
   void Launch(const std::string& path) override;
   std::string PreferencesFolder() override { return prefsFolder_; }
-  void ProcessEvents(int milliseconds) override;
+  void ProcessEvents(int milliseconds, const Awaited& awaited) override;
   void Yield() override {}
-  // No event can come during a wait.
-  int LongestWait() const override { return 500; }
   void WindowShown(Window& window) override;
   void WindowClosed(Window& window) override;
   void ControlFocused(Control& control) override;

@@ -1,0 +1,47 @@
+// Waits of the program on a desktop: they end with what happens, and look at nothing in between.
+
+#include <unistd.h>
+
+#include <array>
+
+#include "desktop_fixture.h"
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+TEST_F(Desktop, AStalledRequestSleepsUntilItIsLeft) {
+  server.Answer({"HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\n", Reply::End::Stall});
+  int before = 0, waits = 0;
+  Clock::time_point closed;
+  QTimer::singleShot(300, [&] { before = host.waits; });
+  QTimer::singleShot(1000, [&] {
+    waits = host.waits - before;
+    closed = Clock::now();
+    view(form()).close();
+  });
+  search(QStringLiteral("abc"));
+  EXPECT_LT(Clock::now() - closed, milliseconds(500));
+  EXPECT_LT(waits, 20) << "but for a caret that blinks nothing happened";
+}
+
+TEST_F(Desktop, AWaitEndsWithItsDescriptorOrItsTime) {
+  std::array<int, 2> ends{};
+  ASSERT_EQ(::pipe(ends.data()), 0);
+  const auto start = Clock::now();
+  while (Clock::now() - start < milliseconds(50)) host.ProcessEvents(50, {ends[0], true, false});
+  EXPECT_LT(host.waits, 20);
+  host.ProcessEvents(60'000, {ends[1], false, true});
+  // What became ready on its account does not keep the waits inside from sleeping.
+  host.waits = 0;
+  QTimer::singleShot(0, [&] {
+    EXPECT_EQ(::write(ends[1], "x", 1), 1);
+    const auto end = Clock::now() + milliseconds(200);
+    while (Clock::now() < end) host.ProcessEvents(200, {});
+  });
+  while (host.waits == 0) host.ProcessEvents(60'000, {ends[0], true, false});
+  EXPECT_LT(host.waits, 20);
+  EXPECT_LT(Clock::now() - start, milliseconds(20'000));
+  for (const int end : ends) ::close(end);
+}
+
+int main(int count, char** arguments) { return runOffscreen(count, arguments); }
