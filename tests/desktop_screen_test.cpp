@@ -81,10 +81,12 @@ TEST_F(Desktop, EveryControlHasASpokenNameAndARole) {
       {form().Listbox1, "2. Choose an available language:", QAccessible::Table},
       {form().searchField, "Search for a word or phrase in this video:", QAccessible::EditableText},
       {form().Canvas1, "Ravelyn", QAccessible::Button},
+      {form().TextArea1, "Document of the last command", QAccessible::EditableText},
       {form().SRTBox, "SRT File", QAccessible::RadioButton},
       {form().paragraphBox, "Paragraph Form", QAccessible::CheckBox},
       {form().PushButton2, "Search", QAccessible::Button},
       {aboutWin::Get().BevelButton1, "Close", QAccessible::Button},
+      {aboutWin::Get().Canvas1, "Ravelyn", QAccessible::StaticText},
   };
   aboutWin::Get().Show();
   for (const auto& c : cases) {
@@ -93,6 +95,7 @@ TEST_F(Desktop, EveryControlHasASpokenNameAndARole) {
     EXPECT_EQ(spoken->text(QAccessible::Name), QString::fromLatin1(c.name));
     EXPECT_EQ(spoken->role(), c.role) << c.name;
   }
+  EXPECT_EQ(link().placeholderText(), QStringLiteral("https://www.youtube.com/watch?v=hB7rV2kQx0w"));
   for (const Control* control : form().Controls()) {
     if (control->Kind() == ControlKind::Line) continue;
     EXPECT_FALSE(widget<QWidget>(*control).accessibleName().isEmpty()) << control->Name();

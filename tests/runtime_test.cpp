@@ -1,12 +1,6 @@
 // The application object, windows and controls as data, and the shell.
 
 #include <gtest/gtest.h>
-#include <poll.h>
-#include <signal.h>
-#include <sys/stat.h>
-#include <sys/syscall.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <cerrno>
 
@@ -19,13 +13,13 @@
 #include "runtime/Window.h"
 #include "runtime/exceptions.h"
 #include "support/FakePlatform.h"
-#include "support/TemporaryFolder.h"
+#include "support/processes.h"
 
 namespace {
 
 using Lines = std::vector<std::string>;
 
-int formsAlive = 0;
+int formsAlive = 0, formsOpened = 0;
 
 // A window of each kind of control.
 class Form : public Window {
@@ -36,7 +30,8 @@ class Form : public Window {
            {one, "one", 0, 0, 1, 1},
            {two, "two", 0, 0, 1, 1},
            {field, "field", 0, 0, 1, 1, 1, "start"},
-           {list, "list", 0, 0, 1, 1}});
+           {list, "list", 0, 0, 1, 1},
+           {single, "single", 0, 0, 1, 1}});
     box.Action = [this] { told.push_back("box " + std::to_string(box.Value())); };
     one.Action = [this] { told.push_back("one"); };
     two.Action = [this] { told.push_back("two"); };
@@ -45,7 +40,10 @@ class Form : public Window {
   ~Form() override { --formsAlive; }
   static Form& Get() { return GetOrMake<Form>("Form", Opening::AfterHandler); }
   using Window::AddMenuHandler;
-  void Event_Open() override { told.push_back("open"); }
+  void Event_Open() override {
+    told.push_back("open");
+    ++formsOpened;
+  }
   void Event_Resizing() override { told.push_back(std::to_string(Width()) + "x" + std::to_string(Height())); }
 
   Lines told;
@@ -54,6 +52,7 @@ class Form : public Window {
   RadioButton one{*this}, two{*this};
   TextField field{*this};
   Listbox list{*this, {2, "", 0, 0, true}};
+  Listbox single{*this, {}};
 };
 
 class Other : public Window {
@@ -154,11 +153,15 @@ TEST_F(Run, AWindowOpensAfterTheHandlerThatMadeIt) {
     form.Show();
   });
   EXPECT_EQ(Form::Get().told, Lines({"open"}));
+  const int opened = formsOpened;
   app.Dispatch(nullptr, [&] {
     Form::Get().Close();
     Form::Get().Close();  // a new one, whose posted Open goes with it
   });
+  EXPECT_EQ(formsOpened, opened);
   EXPECT_EQ(host.calls, Lines({"show: Form", "close: Form", "close: Form"}));
+  EXPECT_EQ(formsAlive, 0);
+  Form::Get().Close();  // no handler runs, so that it goes at once
   EXPECT_EQ(formsAlive, 0);
 }
 
@@ -298,6 +301,12 @@ TEST_F(Run, ListsKeepRowsCellsAndSelection) {
   EXPECT_THROW(list.Cell(0, 2), OutOfBoundsException);
   list.RemoveRowsFrom(0);
   EXPECT_EQ(list.ListCount() + list.SelCount(), 0);
+
+  Listbox& single = Form::Get().single;
+  for (const char* text : {"a", "b", "c"}) single.AddRow(text);
+  single.PersonSelects({2, 0});
+  EXPECT_TRUE(single.Selected(2) && !single.Selected(0));
+  EXPECT_EQ(single.SelCount(), 1);
 }
 
 TEST(Shell, WaitsAndTellsTheStatus) {
@@ -313,32 +322,21 @@ TEST(Shell, WaitsAndTellsTheStatus) {
   EXPECT_EQ(shell.ErrorCode(), 137);
 }
 
-// Waits in the kernel until a process has ended.
-void AwaitEnd(pid_t process) {
-  const int descriptor = static_cast<int>(::syscall(SYS_pidfd_open, process, 0));
-  pollfd waiting{descriptor, POLLIN, 0};
-  EXPECT_TRUE(descriptor < 0 || ::poll(&waiting, 1, 30'000) == 1);
-  ::close(descriptor);
-}
-
 TEST(Shell, TheInteractiveModeReturnsAtOnceAndEndsWithItsChildren) {
-  const TemporaryFolder folder;
-  ASSERT_EQ(::mkfifo((folder / "child").c_str(), 0600), 0);
-  pid_t child = -1;
+  NamedProcess child;
   {
     Shell shell;
     shell.Mode = 2;
-    shell.Execute("sleep 600 & echo $! > '" + (folder / "child") + "'; wait");
+    shell.Execute("sleep 600 & echo $! > '" + child.Path() + "'; wait");
     EXPECT_TRUE(shell.IsRunning());
-    child = std::stoi(ReadFile(folder / "child"));
-    ASSERT_EQ(::kill(child, 0), 0);
+    child.Await();
+    EXPECT_FALSE(child.EndsWithin(0));
   }
-  AwaitEnd(child);
+  EXPECT_TRUE(child.EndsWithin(30'000));
   Shell quick;
   quick.Mode = 2;
   quick.Execute("exit 3");
-  siginfo_t ended{};
-  ASSERT_EQ(::waitid(P_ALL, 0, &ended, WEXITED | WNOWAIT), 0);
+  EXPECT_TRUE(IsReadyWithin(30'000, quick.End()));
   EXPECT_FALSE(quick.IsRunning());
   EXPECT_EQ(quick.ErrorCode(), 3);
 }

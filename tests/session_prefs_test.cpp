@@ -138,6 +138,13 @@ TEST(Preferences, StartTheProgramWhateverStandsInTheirPlace) {
   }
 }
 
+TEST(Preferences, ThatCannotBeWrittenAtQuitAreNoMatterForTheUser) {
+  SessionDriver driver;
+  driver.Run("open");
+  std::filesystem::create_symlink("/dev/full", driver.prefs / kName);
+  EXPECT_EQ(driver.Run("click SRTBox\nquit"), Lines{});
+}
+
 TEST(Preferences, ReplaceTheFileThatALinkLeadsTo) {
   SessionDriver driver;
   const std::string real = driver.folder / "real";
