@@ -3,6 +3,7 @@
 #include <csignal>
 
 #include "gateway/sources/Child.h"
+#include "gateway/sources/ScratchFolder.h"
 #include "site_fixture.h"
 
 namespace {
@@ -103,6 +104,25 @@ TEST(GatewayChild, NamesTheCauseWhereTheProgramIsToBlame) {
   SiteSource missing({programs.folder / "none", "", "", ""});
   EXPECT_EQ(missing.Tracks(CodeOf("code"), {}).cause, "yt-dlp is not installed.");
   EXPECT_TRUE(std::filesystem::is_empty(programs.folder / "scratch"));
+  SiteSource full({programs.folder / "yt-dlp", "", "", programs.folder / "nowhere"}, limits);
+  EXPECT_EQ(full.Tracks(CodeOf("code"), {}).cause, "There is no room for the files of yt-dlp.");
+}
+
+TEST(GatewayChild, AFolderThatAKilledGatewayLeftIsRemovedAndNoOther) {
+  const TemporaryFolder folder;
+  const gateway::ScratchFolder held(folder.Path());
+  const std::string stale = folder / "ravelyn-fetch-stale", young = folder / "ravelyn-fetch-young";
+  for (const std::string& path : {stale, young, folder / "other"})
+    std::filesystem::create_directories(path + "/a");
+  std::filesystem::create_directory_symlink(folder / "other", folder / "ravelyn-fetch-link");
+  WriteFile(stale + "/a/c.c.srv1", "left");
+  const auto hourAgo = std::filesystem::file_time_type::clock::now() - 1h;
+  for (const std::string& path : {held.Path(), stale, folder / "other"})
+    std::filesystem::last_write_time(path, hourAgo);
+  const SiteSource starting({"/nonexistent", "", "", folder.Path()});
+  EXPECT_FALSE(std::filesystem::exists(stale));
+  for (const std::string& path : {held.Path(), young, folder / "other/a"})
+    EXPECT_TRUE(std::filesystem::exists(path)) << path;
 }
 
 TEST(GatewayChild, IsLookedForAtThreePlacesAndAskedForItsVersion) {

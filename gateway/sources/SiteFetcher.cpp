@@ -25,7 +25,8 @@ std::chrono::sys_days Today() {
 }
 
 // Why a child that ended did not do what it should.
-Cause FaultOf(const ChildEnd& end) {
+Cause FaultOf(const ReadyChild& ready, const ChildEnd& end) {
+  if (ready.folder.Path().empty()) return {"There is no room for the files of yt-dlp."};
   const Cause said = end.how == ChildEnd::How::Exited ? CauseIn(end.messages) : Cause{};
   return said.sentence.empty() ? CauseOf(end) : said;
 }
@@ -60,10 +61,11 @@ SiteAnswer SiteFetcher::Text(const SiteTrack& track, const Patience& patience) {
 SiteAnswer SiteFetcher::Run(Places::Kind kind, const Patience& patience,
                             const std::function<SiteAnswer(const Patience&)>& run) {
   if (ytDlp_.Get().program.empty()) return {nullptr, "", {"yt-dlp is not installed."}};
+  if (Cause paused = Paused(); !paused.sentence.empty()) return {nullptr, "", std::move(paused)};
   Waited waited = Waited::Ready;
   const auto place = places_.Take(kind, patience, waited);
   if (!place) return {nullptr, "", {"Too many videos are asked for at a time; try again."}};
-  if (Cause paused = Paused(); !paused.sentence.empty()) return {nullptr, "", std::move(paused)};
+  if (Cause paused = Paused(); !paused.sentence.empty()) return {nullptr, "", std::move(paused)};  // by now
   SiteAnswer answer = run(patience);
   Heed(answer.cause);
   answer.cause = InLightOf(ytDlp_.Get().version, Today(), std::move(answer.cause));
@@ -78,7 +80,7 @@ SiteAnswer SiteFetcher::RunList(std::string_view code, const Patience& patience)
   if (list && !list->tracks.empty()) {
     answer.cause = GapIn(end.messages);
   } else {
-    answer.cause = FaultOf(end);
+    answer.cause = FaultOf(*ready, end);
     LogWords("of " + std::string(code), answer.cause, end);
     if (list && end.how == ChildEnd::How::Exited && end.code == 0 && CauseIn(end.messages).sentence.empty())
       answer.cause = {"This video has no captions.", Effect::Silent};
@@ -92,16 +94,15 @@ SiteAnswer SiteFetcher::RunText(const SiteTrack& track, const Patience& patience
   if (!ready) ready = StartChild(TextCommand(ytDlp_.Get().program, settings_.config));
   Prepare();
   const ChildEnd end = Finish(*ready, TextInput(track.entry), patience);
-  SiteAnswer answer = ReadText(track, ready->folder, end);
+  SiteAnswer answer = ReadText(track, *ready, end);
   if (answer.document.empty()) LogWords("for the text " + track.track.language, answer.cause, end);
   return answer;
 }
 
-SiteAnswer SiteFetcher::ReadText(const SiteTrack& track, const ScratchFolder& folder,
-                                 const ChildEnd& end) const {
-  if (end.how != ChildEnd::How::Exited || end.code != 0) return {nullptr, "", FaultOf(end)};
-  auto bytes = folder.Read(std::string(kTextFile) + std::string(track.format), limits_.fileBytes);
-  if (!bytes) return {nullptr, "", FaultOf(end)};
+SiteAnswer SiteFetcher::ReadText(const SiteTrack& track, const ReadyChild& ready, const ChildEnd& end) const {
+  if (end.how != ChildEnd::How::Exited || end.code != 0) return {nullptr, "", FaultOf(ready, end)};
+  auto bytes = ready.folder.Read(std::string(kTextFile) + std::string(track.format), limits_.fileBytes);
+  if (!bytes) return {nullptr, "", FaultOf(ready, end)};
   if (bytes->empty()) return {nullptr, "", {"The site sent empty captions.", Effect::Outdated}};
   const CaptionFormat* format = FormatWithEnding(track.format);
   if (!format) return {nullptr, "", {"The site has these captions in an unknown format only."}};

@@ -26,7 +26,7 @@ class SiteFetcher {
                  const std::function<SiteAnswer(const Patience&)>& run);
   SiteAnswer RunList(std::string_view code, const Patience& patience);
   SiteAnswer RunText(const SiteTrack& track, const Patience& patience);
-  SiteAnswer ReadText(const SiteTrack& track, const ScratchFolder& folder, const ChildEnd& end) const;
+  SiteAnswer ReadText(const SiteTrack& track, const ReadyChild& ready, const ChildEnd& end) const;
   std::unique_ptr<ReadyChild> StartChild(const std::vector<std::string>& command) const;
   ChildEnd Finish(ReadyChild& ready, std::string_view input, const Patience& patience) const;
   void Prepare();
