@@ -64,6 +64,24 @@ TEST(GatewaySiteWords, ListsEachTrackOnceUnderANameForTheUser) {
     EXPECT_FALSE(ReadSiteList(rubbish, kCode, SiteLimits{})) << rubbish;
 }
 
+TEST(GatewaySiteWords, AListThatIsDeepOrLongTakesNeitherTheStackNorMuchTime) {
+  const auto repeated = [](const std::string& text, std::size_t count) {
+    std::string all;
+    for (std::size_t i = 0; i < count; ++i) all += text;
+    return all;
+  };
+  const auto with = [](const std::string& more) {
+    std::string entry = Entry("srv1");
+    entry.insert(1, R"("x":)" + more + ",");
+    return Read(R"("en":[)" + entry + "]");
+  };
+  EXPECT_FALSE(with(repeated("[", 1'000'000) + repeated("]", 1'000'000)));
+  EXPECT_FALSE(with(repeated(R"({"a":)", 1'000'000) + "1" + repeated("}", 1'000'000)));
+  EXPECT_EQ(Shown(with(R"(["[\"[[)" + repeated("[", 100) + R"(\\"])")), "en=English/English/srv1;");
+  EXPECT_EQ(Shown(Read(R"("en":[)" + repeated("{},", 500'000) + Entry("srv1") + "]")),
+            "en=English/English/srv1;");
+}
+
 TEST(GatewaySiteWords, AListLastsUntilTheFirstOfItsLinksExpires) {
   const auto left = [](const std::string& query) {
     const auto list =

@@ -143,13 +143,22 @@ class Reader {
   const SiteLimits& limits_;
 };
 
-// The other members are skipped, however large they are.
-json ParseOnlyWhatIsNeeded(std::string_view text) {
-  const auto keep = [](int depth, json::parse_event_t event, json& value) {
-    if (depth != 1 || event != json::parse_event_t::key) return true;
-    return value == "id" || value == "title" || value == "subtitles" || value == "automatic_captions";
-  };
-  return json::parse(text.begin(), text.end(), keep, false);
+// Whether no more arrays and objects stand within each other than can be written again: each takes room on
+// the stack then.
+bool IsShallow(std::string_view text) {
+  constexpr int kDeepest = 32;
+  int depth = 0;
+  bool inString = false;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (c == '"') inString = !inString;
+    if (inString && c == '\\') ++i;
+    if (inString) continue;
+    if (c == '[' || c == '{') ++depth;
+    if (c == ']' || c == '}') --depth;
+    if (depth > kDeepest) return false;
+  }
+  return true;
 }
 
 }  // namespace
@@ -162,7 +171,8 @@ const SiteTrack* SiteList::Find(std::string_view language) const {
 }
 
 std::optional<SiteList> ReadSiteList(std::string_view text, std::string_view code, const SiteLimits& limits) {
-  const json whole = ParseOnlyWhatIsNeeded(text);
+  if (!IsShallow(text)) return std::nullopt;
+  const json whole = json::parse(text, nullptr, false);
   if (!whole.is_object() || TextOf(whole, "id") != code) return std::nullopt;
   Reader reader(limits);
   reader.list.title = Plain(TextOf(whole, "title"), kLongestTitle);
