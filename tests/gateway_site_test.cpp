@@ -25,6 +25,8 @@ TEST(GatewaySite, ListsTracksFetchesTheirTextsAndLeavesNothing) {
     for (const std::string code : {"", "short", "--exec=xAAA", "plain------&", "../../etc/x", "twelve------"})
       EXPECT_EQ(source.Tracks(code, {}).cause, "This is not the code of a video of the site.");
     EXPECT_EQ(site.Requests("list").size(), 1u) << "texts go by the list in memory";
+    source.Text(CodeOf("silent"), "../de", {});
+    EXPECT_EQ(site.Requests("list " + CodeOf("silent")).size(), 0u) << "no track has this language";
     EXPECT_NE(TextOf(source.Text(CodeOf("-Qn3_tW8"), "en", {})).find(">R&D in en<"), std::string::npos)
         << "a text without a list asks for it first";
   }

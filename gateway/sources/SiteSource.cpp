@@ -6,11 +6,14 @@
 #include "gateway/sources/ScratchFolder.h"
 #include "gateway/sources/SiteFetcher.h"
 #include "gateway/sources/SiteMemory.h"
+#include "gateway/sources/caption_name.h"
 #include "gateway/sources/yt_dlp.h"
 
 namespace gateway {
 
 using Clock = std::chrono::steady_clock;
+
+constexpr char kNotInThisLanguage[] = "This video has no captions in this language.";
 
 class SiteSource::Inner {
  public:
@@ -42,7 +45,7 @@ class SiteSource::Inner {
     const SiteAnswer listed = List(code, patience);
     if (!listed.list || listed.list->tracks.empty()) return {nullptr, "", {listed.cause.sentence}};
     const SiteTrack* track = listed.list->Find(language);
-    if (!track) return {nullptr, "", {"This video has no captions in this language."}};
+    if (!track) return {nullptr, "", {kNotInThisLanguage}};
     SiteAnswer answer = fetcher_.Text(*track, patience);
     if (answer.cause.effect == Effect::Relist) memory_.Forget(code, *listed.list);
     return answer;
@@ -72,6 +75,7 @@ TrackList SiteSource::Tracks(std::string_view code, const Asker& asker) {
 
 CaptionText SiteSource::Text(std::string_view code, std::string_view language, const Asker& asker) {
   if (!IsSiteCode(code)) return {std::nullopt, "This is not the code of a video of the site."};
+  if (!IsTrackLanguage(language)) return {std::nullopt, kNotInThisLanguage};
   SiteAnswer answer = inner_->Text(std::string(code), std::string(language),
                                    Patience::Of(asker, asker.arrival + inner_->limits.text));
   if (answer.document.empty()) return {std::nullopt, std::move(answer.cause.sentence)};
