@@ -87,6 +87,13 @@ std::optional<TrackList> BackgroundLists::Ask(std::string_view code, const Asker
   return list;
 }
 
+TrackList BackgroundLists::ListOf(const Question& question) try {
+  return source_.Tracks(question.code, {Clock::now(), question.seen.Number()});
+} catch (const std::exception& error) {  // out of memory
+  Log(error.what());
+  return {{}, "", "The gateway ran out of memory."};
+}
+
 std::shared_ptr<BackgroundLists::Question> BackgroundLists::Join(std::string_view code) try {
   const std::lock_guard lock(mutex_);
   questions_.remove_if([](const auto& question) { return question->isDone.load(); });
@@ -97,7 +104,7 @@ std::shared_ptr<BackgroundLists::Question> BackgroundLists::Join(std::string_vie
     if (questions_.size() >= kMostQuestions) return nullptr;
     auto question = std::make_shared<Question>(code);
     question->thread = std::thread([this, &question = *question] {
-      question.list = source_.Tracks(question.code, {Clock::now(), question.seen.Number()});
+      question.list = ListOf(question);
       question.isDone = true;
       ::eventfd_write(question.done.Number(), 1);
     });

@@ -30,6 +30,7 @@ class BackgroundLists {
  private:
   struct Question;
 
+  TrackList ListOf(const Question& question);
   std::shared_ptr<Question> Join(std::string_view code);
 
   CaptionSource& source_;

@@ -122,8 +122,10 @@ ChildEnd SiteFetcher::Finish(ReadyChild& ready, std::string_view input, const Pa
   return ready.child.Finish(input, limits_.outputBytes, limits_.messageBytes, patience);
 }
 
-void SiteFetcher::Prepare() {
+void SiteFetcher::Prepare() try {
   if (Paused().sentence.empty()) warm_.Prepare();
+} catch (const std::exception& error) {  // no thread or descriptor left: the next text starts cold
+  Log(error.what());
 }
 
 Cause SiteFetcher::Paused() {
