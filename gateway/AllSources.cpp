@@ -1,5 +1,6 @@
 #include "gateway/AllSources.h"
 
+#include <chrono>
 #include <filesystem>
 
 #include "gateway/sources/log.h"
@@ -7,6 +8,8 @@
 
 namespace gateway {
 namespace {
+
+constexpr std::chrono::seconds kVersionPatience{10};
 
 std::string Counted(std::size_t count, const char* one) {
   return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
@@ -34,13 +37,13 @@ std::string CacheFolderOf(const Options& options) {
 
 }  // namespace
 
-AllSources::AllSources(const Options& options)
+AllSources::AllSources(const Options& options, int stop)
     : folders_(options.folders, options.asIs ? FolderSource::Manner::AsIs : FolderSource::Manner::Convert),
       fetching_("fetches nothing") {
   if (!options.fetch) return;
-  const YtDlp found = FindYtDlp(options.ytdlp);
+  const YtDlp found = FindYtDlp(options.ytdlp, kVersionPatience, stop);
   fetching_ = WordsOn(found);
-  site_.emplace(SiteSettings{found.program, found.version, Absolute(options.ytdlpConfig), ""});
+  site_.emplace(SiteSettings{found.program, found.version, Absolute(options.ytdlpConfig), "", options.ytdlp});
   CaptionSource* fetched = &*site_;
   if (const std::string folder = CacheFolderOf(options); !folder.empty())
     fetched = &cache_.emplace(*site_, folder);

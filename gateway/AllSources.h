@@ -14,9 +14,9 @@ namespace gateway {
 
 class AllSources {
  public:
-  // With fetch, yt-dlp is looked for and asked for its version, which takes it some tenths of a second.
-  // Requires: what SiteSource requires.
-  explicit AllSources(const Options& options);
+  // With fetch, yt-dlp is looked for and asked for its version, which takes it some tenths of a second; it is
+  // not waited for once stop can be read, -1 for none. Requires: what SiteSource requires.
+  explicit AllSources(const Options& options, int stop = -1);
 
   CaptionSource& Whole();
 

@@ -28,10 +28,12 @@ void OpenStandardDescriptors() {
 }
 
 // A descriptor that can be read once the process is asked to end. Comes before any thread, so that all
-// inherit the mask. A write that fails is reported where it is made, not by a signal.
+// inherit the mask. A write that fails is reported where it is made, not by a signal; children are waited
+// for, even where the gateway was started with their signal ignored.
 Descriptor EndSignals() {
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
+  std::signal(SIGCHLD, SIG_DFL);
   sigset_t signals;
   sigemptyset(&signals);
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) sigaddset(&signals, signal);
@@ -55,7 +57,7 @@ int Serve(const Options& options) {
   OpenStandardDescriptors();
   const Descriptor end = EndSignals();
   const Descriptor listener = handedOver ? std::move(*handedOver) : ListenOnLoopback(options.port);
-  AllSources sources(options);
+  AllSources sources(options, end.Number());
   LogMissing(options.folders);
   std::printf("ravelyn-gateway: %s serves %s\n", AddressOf(listener).c_str(),
               sources.Summary(options).c_str());

@@ -1,6 +1,7 @@
 // The gateway as a process that fetches, by the real yt-dlp from a site on the loopback.
 
 #include <sys/inotify.h>
+#include <sys/stat.h>
 
 #include "gateway_process.h"
 #include "site_fixture.h"
@@ -15,14 +16,17 @@ class Fetching : public testing::Test {
  protected:
   Fetching() {
     std::filesystem::create_directory(folder_ / "captions");
+    std::ofstream(site_.Folder() / "yt-dlp.conf", std::ios::app) << "-P " << (folder_ / "videos") << '\n';
     WriteFile(folder_ / ("captions/[" + CodeOf("plain") + "].de.srt"), "00:01,000 --> 00:02,000\neigene\n");
   }
   Process Start(std::vector<std::string> more) {
     std::vector<std::string> arguments = {"--fetch",  "--folder",       folder_ / "captions",
                                           "--port=0", "--ytdlp-config", site_.Folder() / "yt-dlp.conf"};
     arguments.insert(arguments.end(), more.begin(), more.end());
-    return Process("HOME=" + folder_.Path() + " XDG_CACHE_HOME=" + folder_ / "cache" + " exec \"$@\"",
-                   arguments);
+    // Signals that are ignored are handed on to what is started.
+    return Process(
+        "trap '' CHLD; HOME=" + folder_.Path() + " XDG_CACHE_HOME=" + folder_ / "cache" + " exec \"$@\"",
+        arguments);
   }
   // How many programs run with this site's options.
   std::size_t Children() const {
@@ -87,6 +91,54 @@ TEST_F(Fetching, JoinsTheSiteWithTheFoldersAndGoesOnWithoutIt) {
   EXPECT_EQ(missing.Status(), "HTTP/1.1 404 Not Found");
   EXPECT_TRUE(missing.Has("Content-Length: 0") && missing.Has("Connection: close"));
   EXPECT_TRUE(missing.Has("Ravelyn-Cause: yt-dlp is not installed.")) << missing.head;
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "videos")) << "where the user's videos go";
+}
+
+// A folder with programs in the place of yt-dlp.
+class Programs : public testing::Test {
+ protected:
+  void Write(const std::string& name, const std::string& script) const {
+    std::filesystem::create_directories(std::filesystem::path(folder_ / name).parent_path());
+    WriteFile(folder_ / name, "#!/bin/sh\n" + script + "\n");
+    std::filesystem::permissions(folder_ / name, std::filesystem::perms::owner_all);
+  }
+  // The gateway with these programs, and the home folder beside them.
+  Process Start(const std::vector<std::string>& arguments) const {
+    return Process("HOME=" + folder_ / "home" + " PATH=" + folder_ / "bin" + ":$PATH exec \"$@\"", arguments);
+  }
+  static std::string CauseAt(std::uint16_t port) {
+    const Descriptor client = ConnectTo(port);
+    SendAll(client, GetRequest("/timedtext?type=list&v=code-------"));
+    const std::string head = ReadReply(client).head, name = "Ravelyn-Cause: ";
+    const std::size_t at = head.find(name);
+    return at == head.npos ? "" : head.substr(at + name.size(), head.find('\r', at) - at - name.size());
+  }
+
+  const TemporaryFolder folder_;
+};
+
+TEST_F(Programs, AreTheNamedOneOrTheFirstThatIsThereByNow) {
+  Write("bin/yt-dlp", "echo 2023.03.04");
+  Process named = Start({"--fetch", "--port=0", "--ytdlp", "another-yt-dlp"});
+  EXPECT_EQ(CauseAt(PortIn(Address(named.ReadLine()))), "yt-dlp is not installed.");
+  Process any = Start({"--fetch", "--port=0"});
+  const std::uint16_t port = PortIn(Address(any.ReadLine()));
+  EXPECT_EQ(CauseAt(port), "yt-dlp 2023.03.04 is too old for the site.");
+  Write("home/.local/bin/yt-dlp", "[ $2 = --version ] && echo 2999.01.01");
+  EXPECT_EQ(CauseAt(port), "yt-dlp failed; the gateway's log has its words.")
+      << "which a user installed meanwhile";
+  std::filesystem::remove(folder_ / "home/.local/bin/yt-dlp");
+  EXPECT_EQ(CauseAt(port), "yt-dlp 2023.03.04 is too old for the site.");
+}
+
+TEST_F(Programs, ThatHangHoldUpNoEnd) {
+  ASSERT_EQ(::mkfifo((folder_ / "started").c_str(), 0600), 0);
+  Write("bin/yt-dlp", "echo >> " + folder_ / "started" + "; sleep 1000");
+  Process process = Start({"--fetch", "--port=0"});
+  EXPECT_EQ(ReadFile(folder_ / "started"), "\n");
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(process.End(SIGTERM), 0);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(7));
 }
 
 TEST_F(Fetching, LeavesNothingWhenItIsEndedInTheMiddle) {

@@ -5,7 +5,9 @@
 namespace gateway {
 
 CurrentYtDlp::CurrentYtDlp(YtDlp found, std::string named)
-    : found_(std::move(found)), named_(std::move(named)), fileTime_(FileTime()) {}
+    : found_(std::move(found)), named_(std::move(named)), fileTime_(FileTime()) {
+  if (!found_.program.empty() && found_.program != PathOfYtDlp(named_)) named_ = found_.program;
+}
 
 std::filesystem::file_time_type CurrentYtDlp::FileTime() const {
   std::error_code ignored;
@@ -14,9 +16,8 @@ std::filesystem::file_time_type CurrentYtDlp::FileTime() const {
 
 YtDlp CurrentYtDlp::Get() {
   const std::lock_guard lock(mutex_);
-  const bool isMissing = found_.program.empty();
-  if (isMissing || FileTime() != fileTime_) {
-    found_ = FindYtDlp(isMissing ? named_ : found_.program);
+  if (PathOfYtDlp(named_) != found_.program || FileTime() != fileTime_) {
+    found_ = FindYtDlp(named_);
     fileTime_ = FileTime();
   }
   return found_;

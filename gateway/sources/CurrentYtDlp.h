@@ -12,11 +12,12 @@ namespace gateway {
 // Any number of threads may call it.
 class CurrentYtDlp {
  public:
-  // What was found at first, and the program that the user named ("" for none).
+  // What was found at first, and the program that the user named ("" for none). One that was not found by
+  // that name is looked for where it was.
   CurrentYtDlp(YtDlp found, std::string named);
 
-  // Looks for it again where there was none, and asks its version again where its file has changed. That may
-  // take a second, otherwise it costs a look at the file.
+  // Looks where it is by now, and asks its version where that is another file or the file has changed. That
+  // may take a second, otherwise it costs a look at some files.
   YtDlp Get();
 
  private:
@@ -24,7 +25,7 @@ class CurrentYtDlp {
 
   std::mutex mutex_;
   YtDlp found_;
-  const std::string named_;
+  std::string named_;
   std::filesystem::file_time_type fileTime_;
 };
 

@@ -13,7 +13,7 @@ struct SiteSettings {
   std::string version;     // what it said of itself, "2023.03.04"; "": unknown
   std::string config;      // the user's file of options for yt-dlp; "": none
   std::string scratch;     // the folder in which each child gets one of its own; "": the system's
-  std::string named = {};  // the program that the user named, looked for again while there is none
+  std::string named = {};  // the program that the user named, "" for none: looked for each time
 };
 
 // Every bound of the source.

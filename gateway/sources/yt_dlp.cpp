@@ -42,12 +42,11 @@ std::string ProgramOf(const std::string& named) {
   return IsProgram(ofTheUser) ? ofTheUser.string() : InPath("yt-dlp");
 }
 
-std::string VersionOf(const std::string& program, std::chrono::milliseconds patience) {
+std::string VersionOf(const std::string& program, const Patience& patience) {
   constexpr std::size_t kEnough = 4096;
   constexpr std::uint64_t kCodeFiles = 64u << 20;  // Python may keep what it compiled
   Child child({program, "--ignore-config", "--version"}, "/", kCodeFiles);
-  const ChildEnd end =
-      child.Finish("", kEnough, kEnough, {std::chrono::steady_clock::now() + patience, -1, 0});
+  const ChildEnd end = child.Finish("", kEnough, kEnough, patience);
   const std::string line = end.output.substr(0, end.output.find('\n'));
   return end.how == ChildEnd::How::Exited && end.code == 0 && IsVersion(line) ? line : "";
 }
@@ -65,12 +64,16 @@ std::vector<std::string> Beginning(const std::string& program, const std::string
 
 }  // namespace
 
-YtDlp FindYtDlp(const std::string& named, std::chrono::milliseconds patience) {
+std::string PathOfYtDlp(const std::string& named) {
   const std::string found = ProgramOf(named);
-  if (found.empty()) return {};
   std::error_code ignored;
-  const std::string program = fs::absolute(found, ignored).string();
-  return {program, VersionOf(program, patience)};
+  return found.empty() ? "" : fs::absolute(found, ignored).string();
+}
+
+YtDlp FindYtDlp(const std::string& named, std::chrono::milliseconds patience, int stop) {
+  const std::string program = PathOfYtDlp(named);
+  if (program.empty()) return {};
+  return {program, VersionOf(program, {std::chrono::steady_clock::now() + patience, stop})};
 }
 
 // --write-subs writes nothing here, but has yt-dlp say which tracks it dropped. Its sister for automatic
@@ -84,14 +87,16 @@ std::vector<std::string> ListCommand(const std::string& program, const std::stri
   return command;
 }
 
-// Without --abort-on-error a refused text ends without a word.
+// Without --abort-on-error a refused text ends without a word. The user's file of options may send files
+// elsewhere, which only the folder's own path takes back.
 std::vector<std::string> TextCommand(const std::string& program, const std::string& config) {
   std::string formats;
   for (const std::string_view format : kTextFormats)
     formats += (formats.empty() ? "" : "/") + std::string(format);
   std::vector<std::string> command = Beginning(program, config);
-  command.insert(command.end(), {"--quiet", "--abort-on-error", "--sub-langs", "c", "--sub-format", formats,
-                                 "-o", "c.%(ext)s", "--load-info-json", "-"});
+  command.insert(command.end(),
+                 {"--quiet", "--abort-on-error", "--sub-langs", "c", "--sub-format", formats, "--paths", ".",
+                  "--paths", "subtitle:.", "-o", "c.%(ext)s", "--load-info-json", "-"});
   return command;
 }
 

@@ -13,9 +13,13 @@ struct YtDlp {
   std::string version;  // "2023.03.04"; "" if it said none in time
 };
 
-// The program that the user named, else ~/.local/bin/yt-dlp, else the first in PATH. Runs it once for its
-// version, for no longer than patience.
-YtDlp FindYtDlp(const std::string& named, std::chrono::milliseconds patience = std::chrono::seconds(10));
+// The program that the user named, else ~/.local/bin/yt-dlp, else the first in PATH: an absolute path, "" for
+// none. A name with a "/" is taken as it is, whether or not there is such a program.
+std::string PathOfYtDlp(const std::string& named);
+
+// The same, run once for its version, for no longer than patience, and until stop can be read; -1 for none.
+YtDlp FindYtDlp(const std::string& named, std::chrono::milliseconds patience = std::chrono::seconds(10),
+                int stop = -1);
 
 // Both take the user's file of options, "" for none.
 //
