@@ -1,6 +1,7 @@
 // A list of tracks as yt-dlp prints it, any bytes at all. What is read of it can be shown and asked for, and
 // the document for the text's child holds that one entry.
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <set>
 
@@ -36,7 +37,8 @@ void CheckTrack(const gateway::SiteTrack& track) {
   HOLDS(input.size() == 3 && entries.size() == 1 && entries[0]["ext"] == std::string(track.format));
   const std::string url = entries[0]["url"];
   HOLDS(url.starts_with("http://") || url.starts_with("https://"));
-  HOLDS(!track.track.automatic || url.find("&tlang=x") == std::string::npos);
+  const std::size_t query = std::min(url.find('?'), url.size());
+  HOLDS(!track.track.automatic || url.find("&tlang=", query) == std::string::npos);
 }
 
 }  // namespace
@@ -44,7 +46,8 @@ void CheckTrack(const gateway::SiteTrack& track) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text(reinterpret_cast<const char*>(data), size);
   const auto list = gateway::ReadSiteList(text, kCode, gateway::SiteLimits{});
-  HOLDS(list.has_value() || json::parse(text, nullptr, false).value("id", "") != kCode);
+  const json whole = json::parse(text, nullptr, false);
+  HOLDS(list.has_value() == (whole.is_object() && whole.contains("id") && whole["id"] == kCode));
   if (!list) return 0;
   HOLDS(IsLine(list->title));
   HOLDS(list->expires <= std::chrono::system_clock::now() + gateway::SiteLimits{}.longestList);

@@ -43,14 +43,14 @@ std::string Plain(std::string text, std::size_t longest) {
 }
 
 // The value of a name in a URL's query.
-std::string_view QueryValue(std::string_view url, std::string_view name) {
+std::optional<std::string_view> QueryValue(std::string_view url, std::string_view name) {
   for (std::size_t at = url.find('?'); at < url.size(); at = url.find('&', at)) {
     std::string_view pair = url.substr(++at);
     pair = pair.substr(0, pair.find('&'));
     if (pair.starts_with(name) && pair.substr(name.size()).starts_with('='))
       return pair.substr(name.size() + 1);
   }
-  return {};
+  return std::nullopt;
 }
 
 bool IsWebAddress(std::string_view url) { return url.starts_with("https://") || url.starts_with("http://"); }
@@ -100,7 +100,7 @@ class Reader {
       track.track.name = NameOf(*entry, track.track);
       track.track.ownName = OwnName(WithoutEnding(key, automatic ? kOriginal : ""));
       track.entry = entry->dump(-1, ' ', true);
-      NoteExpiry(QueryValue(TextOf(*entry, "url"), "expire"));
+      NoteExpiry(QueryValue(TextOf(*entry, "url"), "expire").value_or(""));
       list.tracks.push_back(std::move(track));
     }
   }
@@ -117,7 +117,7 @@ class Reader {
   // "en-orig".
   bool IsOneToShow(const json& keys, std::string& language, const json& entry) const {
     const std::string url = TextOf(entry, "url");
-    if (!QueryValue(url, "tlang").empty()) return false;
+    if (QueryValue(url, "tlang")) return false;
     if (language.ends_with(kOriginal)) return true;
     const std::string original = language + std::string(kOriginal);
     std::string_view format;
