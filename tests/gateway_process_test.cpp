@@ -1,0 +1,166 @@
+// The gateway as a process: its options, what it says at the start, and how it ends.
+
+#include <fcntl.h>
+
+#include "app/Endpoints.h"
+#include "gateway/options.h"
+#include "gateway/sources/CaptionCache.h"
+#include "gateway/sources/JoinedSource.h"
+#include "gateway_process.h"
+
+namespace {
+
+using namespace gateway_test;
+using namespace std::chrono_literals;
+using gateway::Limits;
+using Lines = std::vector<std::string>;
+
+TEST(GatewayProcess, TellsWhatItServesAndEndsOnASignal) {
+  const TemporaryFolder folder;
+  WriteFile(folder / "t [abc].en.srv1", "words");
+  WriteFile(folder / "u [abc].de.srt", "00:01,000 --> 00:02,000\nWorte\n");
+  WriteFile(folder / "odd.srv1", "");
+  for (const int signal : {SIGTERM, SIGINT}) {
+    Process process({"--folder", folder.Path(), "--port=0"});
+    const std::string line = process.ReadLine();
+    const std::string address = Address(line);
+    EXPECT_EQ(line, "ravelyn-gateway: http://127.0.0.1:" + std::to_string(PortIn(address)) +
+                        "/ serves 1 video with 2 tracks from " + folder.Path() +
+                        "; 1 caption file left out, see --help; fetches nothing");
+    const Descriptor hanging = ConnectTo(PortIn(address));
+    const Descriptor client = ConnectTo(PortIn(address));
+    SendAll(client, GetRequest("/api/timedtext?&v=abc&lang=de"));
+    EXPECT_NE(ReadReply(client).body.find(">Worte</text>"), std::string::npos);
+    EXPECT_EQ(process.End(signal), 0);
+  }
+}
+
+TEST(GatewayProcess, RefusesBadOptions) {
+  const std::pair<Lines, std::string> cases[] = {
+      {{}, "there is no --folder to serve, and no --fetch"},
+      {{"--port", "0", "--as-is"}, "there is no --folder to serve, and no --fetch"},
+      {{"--folder"}, "--folder wants a value"},
+      {{"--folder", ""}, "--folder wants a value"},
+      {{"--fetch", "--cache="}, "--cache wants a value"},
+      {{"--fetch=yes"}, "unknown option \"--fetch=yes\""},
+      {{"--folder", "/tmp", "--port", "65536"}, "--port wants a number from 0 to 65535, not \"65536\""},
+      {{"--folder", "/tmp", "--port=-1"}, "--port wants a number from 0 to 65535, not \"-1\""},
+      {{"--folder", "/tmp", "--port", "80x"}, "--port wants a number from 0 to 65535, not \"80x\""},
+      {{"--folder", "/tmp", "more"}, "unknown option \"more\""},
+  };
+  for (const auto& [arguments, message] : cases) {
+    Process process(arguments);
+    EXPECT_EQ(process.ReadLine(), "ravelyn-gateway: " + message);
+    EXPECT_EQ(process.ReadLine(), gateway::kUsage);
+    EXPECT_EQ(process.End(), 2) << message;
+  }
+}
+
+std::string Counted(auto count, const char* unit) { return std::to_string(count) + " " + unit; }
+
+// The text in one line, and as a man page shows it.
+std::string Flattened(const std::string& text) {
+  std::string flat;
+  for (const char c : text) {
+    if (c == '\\') continue;
+    if (c != '\n' && c != ' ') {
+      flat += c;
+    } else if (!flat.ends_with(' ')) {
+      flat += ' ';
+    }
+  }
+  return flat;
+}
+
+TEST(GatewayOptions, AreDescribedWithTheBoundsThatHold) {
+  const Limits limits;
+  const gateway::CacheLimits cache;
+  const auto seconds = [](auto time) {
+    return Counted(std::chrono::duration_cast<std::chrono::seconds>(time).count(), "seconds");
+  };
+  const std::string port = std::to_string(gateway::kDefaultPort);
+  const std::string phrases[] = {
+      "Default: " + port,
+      "may have " + Counted(limits.headBytes >> 10, "KiB") + " and take " + seconds(limits.head) +
+          ", its answer " + seconds(limits.answer),
+      Counted(limits.connections, "connections are served at a time"),
+      "are given up to " + seconds(limits.farewell),
+      "of more than " + Counted(gateway::kLargestCaptionFile >> 20, "MiB"),
+      "kept for " + Counted(cache.age.count() / 86'400, "days, ") + Counted(cache.bytes >> 20, "MiB in all"),
+      seconds(gateway::kSitePatience) + " for the site",
+  };
+  const std::string root = RAVELYN_SOURCE_DIR;
+  const std::string help = Flattened(gateway::HelpText());
+  std::string man = Flattened(ReadFile(root + "/packaging/man/ravelyn-gateway.1"));
+  for (const std::string& phrase : phrases) {
+    EXPECT_NE(help.find(phrase), help.npos) << phrase;
+    EXPECT_NE(man.find(phrase), man.npos) << phrase;
+  }
+  for (const auto& format : gateway::CaptionFormats()) {
+    EXPECT_NE(help.find(" " + std::string(format.ending)), help.npos);
+    EXPECT_NE(man.find(" " + std::string(format.ending)), man.npos);
+  }
+  EXPECT_EQ(gateway::ParseOptions(std::array<const char*, 1>{"--fetch"}).port, gateway::kDefaultPort);
+  EXPECT_EQ(Endpoints().TrackListEndpoint, "127.0.0.1:" + port);
+  EXPECT_EQ(Endpoints().TimedTextEndpoint, "127.0.0.1:" + port);
+  const std::string unit = ReadFile(root + "/packaging/systemd/ravelyn-gateway.socket");
+  EXPECT_NE(unit.find("ListenStream=127.0.0.1:" + port + "\n"), unit.npos);
+}
+
+TEST(GatewayProcess, EndsWithItsInput) {
+  int ends[2];
+  ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
+  const Descriptor reading(ends[0]);
+  Descriptor writing(ends[1]);
+  Process process({"--folder", RAVELYN_SAMPLES_DIR, "--port=0", "--stop-with-input"}, reading);
+  const std::uint16_t port = PortIn(Address(process.ReadLine()));
+  ASSERT_EQ(::write(writing.Number(), "more", 4), 4);
+  const Descriptor client = ConnectTo(port);
+  SendAll(client, GetRequest("/timedtext?type=list&v=hB7rV2kQx0w"));
+  EXPECT_EQ(ReadReply(client).Status(), "HTTP/1.1 200 OK") << "what it reads means nothing";
+  writing = Descriptor();
+  EXPECT_EQ(process.End(), 0);
+}
+
+TEST(GatewayProcess, TellsMissingFoldersAndATakenPort) {
+  Process missing({"--folder", "/nowhere/at all", "--port", "0"});
+  const std::string lines = missing.ReadLine() + "\n" + missing.ReadLine();
+  EXPECT_NE(lines.find("can't read the folder /nowhere/at all"), std::string::npos) << lines;
+  EXPECT_NE(lines.find("serves 0 videos with 0 tracks"), std::string::npos) << lines;
+  EXPECT_EQ(missing.End(SIGTERM), 0);
+
+  const Descriptor taken = gateway::ListenOnLoopback(0);
+  const std::string port = std::to_string(PortIn(gateway::AddressOf(taken)));
+  Process second({"--folder", "/tmp", "--port", port});
+  EXPECT_EQ(second.ReadLine(),
+            "ravelyn-gateway: can't listen at 127.0.0.1, port " + port + ": Address already in use");
+  EXPECT_EQ(second.End(), 1);
+}
+
+TEST(GatewayProcess, ServesASocketThatItIsHanded) {
+  const Descriptor listener = gateway::ListenOnLoopback(0);
+  const std::uint16_t port = PortIn(gateway::AddressOf(listener));
+  const std::string handOver = "LISTEN_FDS=1 LISTEN_PID=$$ exec \"$@\"";
+  const std::vector<std::string> arguments = {"--folder", RAVELYN_SAMPLES_DIR};
+  const auto flags = [&] { return ::fcntl(listener.Number(), F_GETFL); };
+  for (int time = 0; time < 2; ++time) {
+    const Descriptor early = ConnectTo(port);  // comes before there is anybody to serve it
+    ::fcntl(listener.Number(), F_SETFL, flags() & ~O_NONBLOCK);
+    Process process(handOver, arguments, listener.Number());
+    EXPECT_NE(process.ReadLine().find(":" + std::to_string(port) + "/ serves 3 videos"), std::string::npos);
+    EXPECT_NE(flags() & O_NONBLOCK, 0) << "a client that is gone before it is accepted must hold nobody up";
+    SendAll(early, GetRequest("/timedtext?type=list&v=hB7rV2kQx0w"));
+    EXPECT_EQ(ReadReply(early).Status(), "HTTP/1.1 200 OK");
+    EXPECT_EQ(process.End(SIGTERM), 0) << "and the socket lives on for the next";
+  }
+  Process noSocket(handOver, arguments, Descriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC)).Number());
+  EXPECT_EQ(noSocket.ReadLine(), "ravelyn-gateway: was handed a descriptor that is no listening socket");
+  EXPECT_EQ(noSocket.End(), 1);
+  Process others("LISTEN_FDS=1 LISTEN_PID=1 exec \"$@\"", {"--folder", RAVELYN_SAMPLES_DIR, "--port", "0"},
+                 listener.Number());
+  const std::string line = others.ReadLine();
+  EXPECT_NE(line.find("serves 3 videos"), std::string::npos) << line;
+  EXPECT_EQ(line.find(":" + std::to_string(port)), std::string::npos) << "meant for another process";
+}
+
+}  // namespace
