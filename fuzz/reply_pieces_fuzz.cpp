@@ -69,7 +69,7 @@ void CheckEvents(const wire::Reply& reply, const Result& blocking) {
 }
 
 // Left out of the claim that the pieces don't matter: replies with an empty line of one kind of line end and
-// behind it one that is preferred, as a head of line feeds alone with CR LF CR LF in the body. The search for
+// after it one that is preferred, as a head of line feeds alone with CR LF CR LF in the body. The search for
 // the head's end takes the preferred one if it has come by then.
 bool HeadEndsAtItsFirstEmptyLine(const std::string& reply) {
   HeaderEnd end;

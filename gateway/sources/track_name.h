@@ -20,7 +20,7 @@ struct TrackName {
 //      | LANG "-" SOURCE "-" ID                    as without the ID
 //
 // These are the codes that yt-dlp puts into the names of files. SOURCE is a language in small letters; the
-// same letters as a region are in capitals there, and "pt-br", as a user may write it, is told from a
+// same letters as a region are in capitals there, and "pt-br", as a user may write it, differs from a
 // translation by this: br is the region where most who speak Portuguese live. ID is the site's mark of a
 // second track of one language, eleven letters, digits, - and _. A code of another form is its own name.
 TrackName NameOfTrack(std::string_view code);

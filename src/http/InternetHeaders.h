@@ -6,7 +6,7 @@
 //          | ( " " | TAB ) more          such as a status line, is passed over
 //
 // What walks the headers yields at each of them. The headers of one name have the indexes 0, 1, 2, ...
-// without a gap. A name holds no colon; what stands behind one in a name that is handed in is dropped.
+// without a gap. A name holds no colon; what follows one in a given name is dropped.
 #pragma once
 
 #include <cstdint>

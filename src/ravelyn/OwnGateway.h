@@ -48,6 +48,6 @@ class OwnGateway {
   int starts_ = 0;  // in the minute that began then
 };
 
-// ravelyn-gateway beside this program, else in PATH, told to fetch, to end with its input and to serve the
-// folders of the user and of the package; empty if it is nowhere.
+// ravelyn-gateway beside this program, else in PATH, with the options to fetch, to end with its input and to
+// serve the folders of the user and of the package; empty if it is nowhere.
 OwnGateway::CommandLine GatewayCommand();

@@ -23,7 +23,7 @@ class FakePlatform : public Platform {
   std::int64_t ticks = 0;  // moved by hand, and by ticksEachYield
   std::int64_t ticksEachYield = 0;
   std::int64_t yields = 0;
-  std::function<void()> onYield;    // what a person does meanwhile
+  std::function<void()> onYield;    // what the user does meanwhile
   int betweenEvents = 10;           // milliseconds
   std::function<void()> onSilence;  // nothing came in a part of a wait
   std::function<void()> onSaveDialog;
