@@ -80,10 +80,10 @@ SiteAnswer SiteFetcher::RunList(std::string_view code, const Patience& patience)
   if (list && !list->tracks.empty()) {
     answer.cause = GapIn(end.messages);
   } else {
-    answer.cause = FaultOf(*ready, end);
+    const bool isSilent =
+        list && end.how == ChildEnd::How::Exited && end.code == 0 && CauseIn(end.messages).sentence.empty();
+    answer.cause = isSilent ? Cause{"This video has no captions.", Effect::Silent} : FaultOf(*ready, end);
     LogWords("of " + std::string(code), answer.cause, end);
-    if (list && end.how == ChildEnd::How::Exited && end.code == 0 && CauseIn(end.messages).sentence.empty())
-      answer.cause = {"This video has no captions.", Effect::Silent};
   }
   if (list) answer.list = std::make_shared<const SiteList>(*std::move(list));
   return answer;
