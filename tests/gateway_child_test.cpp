@@ -1,5 +1,7 @@
 // A child process and its bounds, and programs in the place of yt-dlp that do what it would not.
 
+#include <sys/resource.h>
+
 #include <csignal>
 
 #include "gateway/sources/Child.h"
@@ -123,6 +125,28 @@ TEST(GatewayChild, AFolderThatAKilledGatewayLeftIsRemovedAndNoOther) {
   EXPECT_FALSE(std::filesystem::exists(stale));
   for (const std::string& path : {held.Path(), young, folder / "other/a"})
     EXPECT_TRUE(std::filesystem::exists(path)) << path;
+}
+
+TEST(GatewayChild, LeavesNoFolderWhereNoDescriptorIsLeft) {
+  const Programs programs;
+  rlimit before{};
+  ::getrlimit(RLIMIT_NOFILE, &before);
+  const auto leave = [&](int descriptors) {
+    const rlimit few{static_cast<rlim_t>(descriptors), before.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &few);
+  };
+  const int next = ::dup(0);
+  ::close(next);
+  leave(next);
+  EXPECT_EQ(gateway::ScratchFolder(programs.folder / "scratch").Path(), "");
+  leave(next + 2);
+  {
+    const gateway::ScratchFolder folder(programs.folder / "scratch");
+    WriteFile(folder.Path() + "/c.c.srv1", "words");
+    leave(next + 1);
+  }
+  ::setrlimit(RLIMIT_NOFILE, &before);
+  EXPECT_TRUE(std::filesystem::is_empty(programs.folder / "scratch"));
 }
 
 TEST(GatewayChild, IsLookedForAtThreePlacesAndAskedForItsVersion) {

@@ -42,15 +42,21 @@ void RemoveIfStale(const fs::path& path) {
 ScratchFolder::ScratchFolder(const std::string& parent) {
   std::string path = (ParentFolder(parent) / kPrefix).string() + "XXXXXX";
   if (::mkdtemp(path.data()) == nullptr) return;
+  folder_ = OpenFolder(path);
+  if (!folder_) {
+    ::rmdir(path.c_str());
+    return;
+  }
   path_ = path;
-  folder_ = OpenFolder(path_);
-  if (folder_) ::flock(folder_.Number(), LOCK_EX | LOCK_NB);
+  ::flock(folder_.Number(), LOCK_EX | LOCK_NB);
 }
 
 ScratchFolder::ScratchFolder(ScratchFolder&& other) noexcept
     : path_(std::exchange(other.path_, "")), folder_(std::move(other.folder_)) {}
 
+// Where no descriptor is left, its own is the one that it takes to look into it.
 ScratchFolder::~ScratchFolder() {
+  folder_ = Descriptor();
   std::error_code ignored;
   if (!path_.empty()) fs::remove_all(path_, ignored);
 }
