@@ -60,7 +60,7 @@ SiteAnswer Errands::Leave(const std::string& key, const std::shared_ptr<Errand>&
     errand->stop.Set();
     errand->thread.join();
   }
-  const SiteAnswer answer =
+  SiteAnswer answer =
       waited == Waited::Ready
           ? errand->answer
           : SiteAnswer{nullptr,
