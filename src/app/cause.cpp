@@ -33,7 +33,7 @@ std::string OwnCause(const HTTPSocket& socket) {
 
 std::string CauseOf(const HTTPSocket& socket, const std::string& body) {
   const auto headers = socket.PageHeaders();
-  const std::string named = headers ? NamedCause(*headers) : "";
+  std::string named = headers ? NamedCause(*headers) : "";
   if (!named.empty() || !body.empty()) return named;
   return IsWhole(socket) ? "" : OwnCause(socket);
 }
