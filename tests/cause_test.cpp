@@ -15,9 +15,10 @@ std::string Below(const std::string& call) {
 // The message's cause after this reply to a search, and to a download; "-" where there was no message.
 std::pair<std::string, std::string> CausesOf(Program& program, const Reply& reply) {
   const auto cause = [&](const std::function<void()>& command) {
-    const std::size_t before = program.server.Requests().size();
-    program.host.onYield = [&program, before] {
-      if (program.server.Requests().size() > before) program.host.ticks += 1500;
+    const int before = program.server.Answered();
+    program.host.onYield = [&] {  // time is only for who would wait for ever
+      const bool isOut = program.server.Answered() > before;
+      if (isOut && reply.end == Reply::End::Stall) program.host.ticks += 1500;
     };
     program.Calls();
     command();
