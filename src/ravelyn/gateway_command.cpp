@@ -23,11 +23,11 @@ bool IsProgram(const fs::path& path) {
 // Paths that are not absolute would depend on where the program was started.
 fs::path FindProgram() {
   std::error_code failed;
-  const fs::path beside = fs::read_symlink("/proc/self/exe", failed).parent_path() / kProgram;
+  fs::path beside = fs::read_symlink("/proc/self/exe", failed).parent_path() / kProgram;
   if (IsProgram(beside)) return beside;
   const char* path = std::getenv("PATH");
   for (const std::string& folder : Split(path ? path : "", ":")) {
-    const fs::path found = fs::path(folder) / kProgram;
+    fs::path found = fs::path(folder) / kProgram;
     if (found.is_absolute() && IsProgram(found)) return found;
   }
   return {};
