@@ -75,8 +75,9 @@ std::int64_t Rounded(std::int64_t thousandths) {
   const std::int64_t digit = thousandths % 10;
   if (digit != 5) return thousandths / 10 + (digit > 5 ? 1 : 0);
   const std::int64_t inMinute = thousandths % 60'000;
-  const auto minutes = static_cast<double>(thousandths / 60'000);
-  const double seconds = Val(Str(static_cast<double>(thousandths) / 1000.0 - minutes * 60.0));
+  const std::int64_t minutes = thousandths / 60'000;
+  const double seconds =
+      Val(Str(static_cast<double>(thousandths) / 1000.0 - static_cast<double>(minutes) * 60.0));
   return thousandths / 10 + (std::fma(seconds, 1000.0, -static_cast<double>(inMinute)) >= 0 ? 1 : 0);
 }
 
