@@ -80,7 +80,7 @@ std::optional<TrackList> BackgroundLists::Ask(std::string_view code, const Asker
   if (!question) return std::nullopt;
   const Outcome outcome = Await(question->done.Number(), asker.connection, deadline);
   std::optional<TrackList> list;
-  if (outcome == Outcome::Done) list = question->list;
+  if (outcome == Outcome::Done && question->isDone) list = question->list;
   const std::lock_guard lock(mutex_);
   question->outlives |= outcome == Outcome::TooLate;
   if (--question->askers == 0 && !question->outlives) question->End();
