@@ -61,12 +61,12 @@ class Mouse {
   Mouse& operator=(const Mouse&) = delete;
 
   // Returns at once; over is called in the main thread.
-  void Click(int times, const std::function<void()>& over) {
-    hand_ = std::thread([this, times, over] {
+  void Click(int clicks, const std::function<void()>& over) {
+    hand_ = std::thread([this, clicks, over] {
       const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> screen(xcb_connect(nullptr, nullptr),
                                                                                 &xcb_disconnect);
       Send(screen.get(), XCB_MOTION_NOTIFY, 0);
-      for (int i = 0; i < times; ++i) {
+      for (int i = 0; i < clicks; ++i) {
         std::this_thread::sleep_for(std::chrono::milliseconds(40 + i * 17 % 60));
         clicked_ = Clock::now();
         Send(screen.get(), XCB_BUTTON_PRESS, 1);
@@ -78,7 +78,7 @@ class Mouse {
   }
   // The handler of a click says so.
   void Handled() {
-    times.push_back(std::chrono::duration<double, std::milli>(Clock::now() - clicked_).count());
+    times.push_back(std::chrono::duration<double, std::milli>(Clock::now() - clicked_.load()).count());
     ++handled_;
     handled_.notify_one();
   }
