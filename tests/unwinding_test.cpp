@@ -194,12 +194,15 @@ TEST(Unwinding, QuittingEndsEveryCommandAndSavesThePreferences) {
 TEST(Unwinding, ASecondCommandIsIgnoredWhileOneRuns) {
   AtEveryYield(
       [](Stage& stage) {
-        const std::size_t calls = stage.host.calls.size(), requests = stage.server.Requests().size();
+        const std::size_t calls = stage.host.calls.size();
         stage.Click("PushButton1 PushButton2 PushButton3 SearchWin.saveBtn");
         EXPECT_EQ(stage.host.calls.size(), calls);
-        EXPECT_EQ(stage.server.Requests().size(), requests);
       },
-      [](Stage& stage) { EXPECT_EQ(stage.Form().Listbox1.ListCount(), 2); });
+      [](Stage& stage) {
+        EXPECT_EQ(stage.Form().Listbox1.ListCount(), 2);
+        const std::size_t ofTheFirst = stage.command.button == "PushButton2" ? 2 : 3;
+        EXPECT_EQ(stage.server.Requests().size(), ofTheFirst);
+      });
 }
 
 TEST(Unwinding, EndsACommandWhoseWindowWentDuringADialog) {
