@@ -85,14 +85,15 @@ class BareYtDlp {
   explicit BareYtDlp(gateway::SiteSettings settings) : settings_(std::move(settings)) {}
 
   gateway::SiteList List(const std::string& code) const {
-    const auto end = Run(gateway::ListCommand(settings_, code), "", folder_);
+    const auto end = Run(gateway::ListCommand(settings_.program, settings_.config, code), "", folder_);
     auto list = gateway::ReadSiteList(end.output, code, {});
     if (!list) throw std::runtime_error("yt-dlp did not list " + code + ": " + end.messages);
     return *std::move(list);
   }
   void Text(const gateway::SiteTrack& track) const {
     const gateway::ScratchFolder folder(settings_.scratch);
-    const auto end = Run(gateway::TextCommand(settings_), gateway::TextInput(track.entry), folder);
+    const auto end = Run(gateway::TextCommand(settings_.program, settings_.config),
+                         gateway::TextInput(track.entry), folder);
     if (!folder.Read(std::string(gateway::kTextFile) + std::string(track.format), 8u << 20))
       throw std::runtime_error("yt-dlp fetched no text: " + end.messages);
   }
