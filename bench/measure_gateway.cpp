@@ -172,7 +172,9 @@ struct Rest {
   long wakeUps;
 };
 
+// The first line comes just before the first wait; a second later the gateway is at rest.
 Rest MeasureRest(pid_t process) {
+  std::this_thread::sleep_for(1s);
   const long before = WakeUps(process);
   std::this_thread::sleep_for(3s);
   const long resident = FactOf("/proc/" + std::to_string(process) + "/status", "VmRSS:");

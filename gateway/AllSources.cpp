@@ -21,6 +21,11 @@ std::string WordsOn(const YtDlp& found) {
   return "fetches by " + found.program + ", " + version;
 }
 
+std::string WordsOn(const std::string& folder) {
+  std::error_code ignored;
+  return std::filesystem::exists(folder, ignored) ? folder : folder + " (missing)";
+}
+
 // Each yt-dlp runs in a folder of its own.
 std::string Absolute(const std::string& path) {
   std::error_code ignored;
@@ -59,7 +64,7 @@ std::string AllSources::Summary(const Options& options) const {
   const FolderSource::Stock stock = folders_.TakeStock();
   std::string line = Counted(stock.videos, "video") + " with " + Counted(stock.tracks, "track") + " from";
   for (const std::string& folder : options.folders)
-    line += (&folder == &options.folders[0] ? " " : ", ") + folder;
+    line += (&folder == &options.folders[0] ? " " : ", ") + WordsOn(folder);
   if (options.folders.empty()) line += " no folder";
   if (stock.leftOut > 0) line += "; " + Counted(stock.leftOut, "caption file") + " left out, see --help";
   return line + "; " + fetching_;

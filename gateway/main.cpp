@@ -4,6 +4,7 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <exception>
@@ -41,11 +42,12 @@ Descriptor EndSignals() {
   return Descriptor(::signalfd(-1, &signals, SFD_CLOEXEC));
 }
 
-void LogMissing(const std::vector<std::string>& folders) {
+// A folder that is not there yet is named as such by the start line; one that can't be read is a fault.
+void LogUnreadable(const std::vector<std::string>& folders) {
   for (const auto& folder : folders) {
     if (DIR* found = ::opendir(folder.c_str())) {
       ::closedir(found);
-    } else {
+    } else if (errno != ENOENT) {
       Log("can't read the folder " + folder + "; it counts as empty until it can be read");
     }
   }
@@ -58,7 +60,7 @@ int Serve(const Options& options) {
   const Descriptor end = EndSignals();
   const Descriptor listener = handedOver ? std::move(*handedOver) : ListenOnLoopback(options.port);
   AllSources sources(options, end.Number());
-  LogMissing(options.folders);
+  LogUnreadable(options.folders);
   std::printf("ravelyn-gateway: %s serves %s\n", AddressOf(listener).c_str(),
               sources.Summary(options).c_str());
   std::fflush(stdout);

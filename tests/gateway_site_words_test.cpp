@@ -57,6 +57,8 @@ TEST(GatewaySiteWords, ListsEachTrackOnceUnderANameForTheUser) {
        R"("en":[)" + Entry("srv1", "", "English") + "]",
        "en=English - by hand/English/srv1;en-orig=English (automatic)/English/srv1;"},
       {R"("en":[)" + Entry("srv1", "", R"( \u0000a\u001bb\n)") + "]", "", "en=a b/English/srv1;"},
+      {R"("en":[)" + Entry("srv1", "", R"(\ud83d\ude00\ud83d \\ud800\udc00)") + "]", "",
+       "en=\U0001F600\uFFFD \\ud800\uFFFD/English/srv1;"},
   };
   for (const auto& [subtitles, automatic, shown] : cases)
     EXPECT_EQ(Shown(Read(subtitles, automatic)), shown) << subtitles;

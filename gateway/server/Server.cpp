@@ -63,6 +63,7 @@ Server::Server(CaptionSource& source, const Limits& limits)
 Server::~Server() { DismissAll(); }
 
 void Server::Serve(int listener, const Stop& stop) {
+  Rest();
   for (;;) {
     const int accepting = clients_.size() < limits_.connections ? listener : -1;
     std::array<pollfd, 4> waiting{{{stop.event, POLLIN, 0},
@@ -130,7 +131,8 @@ void Server::ShutDown(int direction) {
   for (const Client& client : clients_) ::shutdown(client.socket.Number(), direction);
 }
 
-// Once, some time after the last client: the memory that large answers took goes back to the system.
+// At the start, and once some time after the last client: the memory that reading folders or large answers
+// took goes back to the system.
 void Server::Rest() {
   holdsFreed_ = false;
   if (clients_.empty()) ::malloc_trim(0);

@@ -43,7 +43,7 @@ class Server {
   Limits limits_;
   Descriptor ended_;  // an event counter: a client's thread is done
   std::list<Client> clients_;
-  bool holdsFreed_ = true;  // memory that was freed may not be the system's yet
+  bool holdsFreed_ = false;  // memory that was freed may not be the system's yet
 };
 
 }  // namespace gateway

@@ -161,6 +161,30 @@ bool IsShallow(std::string_view text) {
   return true;
 }
 
+// The code unit of an escape \uXXXX at a place; -1 if there is none.
+int EscapeAt(std::string_view text, std::size_t at) {
+  constexpr std::size_t kDigits = 4;
+  if (at > text.size() || !text.substr(at).starts_with("\\u")) return -1;
+  const std::string_view digits = text.substr(at + 2, kDigits);
+  int unit = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), unit, 16);
+  return error == std::errc() && end == digits.data() + kDigits ? unit : -1;
+}
+
+// Half a surrogate pair, which a title may hold, becomes U+FFFD: the JSON reader would refuse the whole list.
+std::string WithWholeCharacters(std::string text) {
+  constexpr std::size_t kEscape = 6;  // bytes
+  const auto isHigh = [](int unit) { return unit >= 0xD800 && unit < 0xDC00; };
+  const auto isLow = [](int unit) { return unit >= 0xDC00 && unit < 0xE000; };
+  for (std::size_t at = 0; (at = text.find('\\', at)) != text.npos;) {
+    const int unit = EscapeAt(text, at);
+    const bool isPair = isHigh(unit) && isLow(EscapeAt(text, at + kEscape));
+    if (!isPair && (isHigh(unit) || isLow(unit))) text.replace(at, kEscape, "\\ufffd");
+    at += isPair ? 2 * kEscape : unit >= 0 ? kEscape : 2;
+  }
+  return text;
+}
+
 }  // namespace
 
 const SiteTrack* SiteList::Find(std::string_view language) const {
@@ -172,7 +196,7 @@ const SiteTrack* SiteList::Find(std::string_view language) const {
 
 std::optional<SiteList> ReadSiteList(std::string_view text, std::string_view code, const SiteLimits& limits) {
   if (!IsShallow(text)) return std::nullopt;
-  const json whole = json::parse(text, nullptr, false);
+  const json whole = json::parse(WithWholeCharacters(std::string(text)), nullptr, false);
   if (!whole.is_object() || TextOf(whole, "id") != code) return std::nullopt;
   Reader reader(limits);
   reader.list.title = Plain(TextOf(whole, "title"), kLongestTitle);
