@@ -46,7 +46,7 @@ class Process {
   explicit Process(std::vector<std::string> arguments, const Descriptor& input = Descriptor())
       : Process("exec \"$@\"", std::move(arguments), -1, input) {}
   ~Process() {
-    if (pid_ > 0) End(SIGKILL);
+    if (pid_ > 0) End(SIGTERM);  // killed, it could not remove the folder of a child that waits
   }
 
   std::string ReadLine() {
