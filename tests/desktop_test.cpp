@@ -171,20 +171,52 @@ TEST_F(Desktop, AListKeepsItsSelectionThroughChanges) {
   EXPECT_EQ(languages().model()->rowCount(), 0);
 }
 
-TEST_F(Desktop, ALinkIsDroppedIntoTheField) {
-  const auto drop = [&](QMimeData& data) {
+TEST_F(Desktop, ALinkIsDroppedAnywhereOnTheForm) {
+  const auto drop = [&](QWidget& where, QMimeData& data) {
     QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&link(), &enter);
+    QApplication::sendEvent(&where, &enter);
     EXPECT_TRUE(enter.isAccepted());
     QDropEvent dropped(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&link(), &dropped);
+    QApplication::sendEvent(&where, &dropped);
+    draw();
+    EXPECT_EQ(link().text().toStdString(), form().TextField1.Text());
     return form().TextField1.Text();
   };
-  QMimeData address, text;
+  QMimeData address, text, nothing;
   address.setData(QStringLiteral("text/uri-list"), "https://youtu.be/abc\r\n");
-  text.setText(QStringLiteral(" youtu.be/xyz\n"));
-  EXPECT_EQ(drop(address), "https://youtu.be/abc");
-  EXPECT_EQ(drop(text), "youtu.be/xyz") << "in place of what stood there";
+  text.setText(QStringLiteral(" youtu.be/hB7rV2kQx0w?si=x\n"));
+  EXPECT_EQ(drop(link(), address), "https://youtu.be/abc");
+  EXPECT_EQ(drop(link(), text), "https://www.youtube.com/watch?v=hB7rV2kQx0w")
+      << "in place of what stood there";
+  EXPECT_EQ(drop(view(form()), address), "https://youtu.be/abc");
+  QDragEnterEvent enter({5, 5}, Qt::CopyAction, &nothing, Qt::LeftButton, Qt::NoModifier);
+  enter.ignore();
+  QApplication::sendEvent(&view(form()), &enter);
+  EXPECT_FALSE(enter.isAccepted());
+}
+
+TEST_F(Desktop, APastedLinkTakesItsPlainFormAndATypedOneStays) {
+  const QString shared = QStringLiteral("https://youtu.be/hB7rV2kQx0w?si=x");
+  const std::string plain = "https://www.youtube.com/watch?v=hB7rV2kQx0w";
+  QApplication::clipboard()->setText(shared);
+  link().setFocus();
+  press(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(form().TextField1.Text(), plain);
+  EXPECT_EQ(link().text().toStdString(), plain);
+  press(Qt::Key_A, Qt::ControlModifier);
+  write(shared);
+  EXPECT_EQ(form().TextField1.Text(), shared.toStdString());
+  press(Qt::Key_A, Qt::ControlModifier);
+  press(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(form().TextField1.Text(), shared.toStdString()) << "the same text over itself";
+  press(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(form().TextField1.Text(), (shared + shared).toStdString()) << "into the middle of a text";
+  press(Qt::Key_A, Qt::ControlModifier);
+  link().paste();
+  EXPECT_EQ(form().TextField1.Text(), plain);
+  link().undo();
+  draw();
+  EXPECT_EQ(link().text(), shared) << "undone as any edit";
 }
 
 TEST_F(Desktop, WindowsCloseAndComeBack) {

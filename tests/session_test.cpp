@@ -58,6 +58,23 @@ TEST(Session, GoesFromALinkToSavedFiles) {
                                              Request(TrackPath("abc", "pt-BR"), driver.server.Host())}));
 }
 
+// Of a pasted link the code alone is kept, so that a hit opens the video at its second. A typed one stays.
+TEST(Session, BringsAPastedLinkIntoItsPlainFormAndLeavesATypedOne) {
+  SessionDriver driver;
+  Offer(driver.server, "-Qn3_tW8yLc", {{"en", "English", Document({{"1.5", "2", "Hello"}})}});
+  const std::string link = "https://youtu.be/-Qn3_tW8yLc?si=abc&t=30";
+  driver.Run("open\npaste TextField1 " + link + "\nclick PushButton2\nselect 0\ntype searchField ello\n");
+  EXPECT_EQ(driver.Run("click PushButton3\ncell 0 0"),
+            (Lines{Shown("SearchWin"), Shown("SearchWin"),
+                   Browsed("https://www.youtube.com/watch?v=-Qn3_tW8yLc&t=1")}));
+  EXPECT_EQ(driver.server.Requests().front().substr(0, 5 + ListPath("-Qn3_tW8yLc").size()),
+            "GET " + ListPath("-Qn3_tW8yLc") + " ");
+  driver.Run("type TextField1 " + link);
+  EXPECT_EQ(driver.State()["windows"]["Window1"]["controls"]["TextField1"]["text"], link);
+  driver.Run("paste searchField " + link);
+  EXPECT_EQ(driver.State()["windows"]["Window1"]["controls"]["searchField"]["text"], link);
+}
+
 TEST(Session, PrintsEveryKindOfControl) {
   SessionDriver driver;
   driver.OpenWith(kThree, "2 0");

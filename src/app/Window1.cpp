@@ -7,6 +7,11 @@
 #include "app/aboutWin.h"
 #include "runtime/Shell.h"
 
+void Window1::PersonHandsOver(const std::string& link) {
+  TextField1.PersonDrops(link);
+  PushButton2.PersonClicks();
+}
+
 void Window1::ShowTextFormBracket(bool shown) {
   for (Line* line : {&Line1, &Line2, &Line3, &Line9}) line->SetVisible(shown);
 }

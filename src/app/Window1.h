@@ -50,6 +50,9 @@ class Window1 : public Window {
 
   bool urlLoaded = false;  // part of the form since the first version; in nobody's use
 
+  // The user brings a link to the program: it comes into its field and is searched.
+  void PersonHandsOver(const std::string& link);
+
   void PushButton1_Action();  // Download
   void PushButton2_Action();  // Search
   void paragraphBox_Action();

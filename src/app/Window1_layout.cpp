@@ -3,6 +3,7 @@
 #include "app/App.h"
 #include "app/Window1.h"
 #include "app/aboutWin.h"
+#include "app/pasted_link.h"
 
 namespace {
 constexpr std::uint32_t kGrey = 0x6F7573;
@@ -64,6 +65,7 @@ Window1::Window1()
   for (CheckBox* box : {&paragraphBox, &lineBox, &timecodeBox}) box->SetEnabled(false);
   ShowTextFormBracket(false);
   ShowTimecodeBracket(false);
+  TextField1.Arriving = [](const std::string& text) { return PastedLink(text, App::Get().endpoints); };
   BindActions();
   AddMenuHandlers();
 }

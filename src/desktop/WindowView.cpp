@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "desktop/Content.h"
+#include "desktop/dropped_text.h"
 #include "desktop/shown_text.h"
 #include "desktop/spoken_names.h"
 #include "runtime/Application.h"
@@ -74,6 +75,7 @@ void WindowView::setUpFrame() {
   const WindowFrame& frame = record_->Frame();
   setWindowFlags(flagsOf(frame));
   setWindowTitle(shownText(frame.title));
+  setAcceptDrops(true);
   status_->setTextFormat(Qt::PlainText);
   takeFont(*status_, {.fontSize = kStatusFont});
   status_->hide();
@@ -160,6 +162,28 @@ void WindowView::keyPressEvent(QKeyEvent* event) {
   if (!button) return QWidget::keyPressEvent(event);
   event->accept();
   button->record->PersonClicks();
+}
+
+// The first field that makes something of what arrives takes what is dropped anywhere on the window.
+TextField* WindowView::fieldForDrops() const {
+  for (const Entry& entry : entries_) {
+    auto* field = dynamic_cast<TextField*>(entry.record);
+    if (record_ && field && field->Arriving) return field;
+  }
+  return nullptr;
+}
+
+void WindowView::dragEnterEvent(QDragEnterEvent* event) {
+  if (fieldForDrops() && droppedText(*event->mimeData())) acceptCopy(*event);
+}
+
+void WindowView::dropEvent(QDropEvent* event) {
+  TextField* field = fieldForDrops();
+  const auto text = droppedText(*event->mimeData());
+  if (!field || !text) return;
+  acceptCopy(*event);
+  field->PersonDrops(text->toStdString());
+  focus(*field);
 }
 
 void WindowView::bringForward() {

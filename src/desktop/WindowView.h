@@ -43,6 +43,8 @@ class WindowView : public QWidget {
   void showEvent(QShowEvent* event) override;
   void changeEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
 
  private:
   struct Entry {
@@ -57,6 +59,7 @@ class WindowView : public QWidget {
   void setUpFocus();
   std::vector<Entry*> inTabOrder();
   Entry* defaultButton();
+  TextField* fieldForDrops() const;
   void showDefaultButton();
   void markDirty(const Control& control);
   void markAllDirty();

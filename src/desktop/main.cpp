@@ -4,9 +4,14 @@
 #include <QSocketNotifier>
 #include <QTimer>
 #include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+#include <string>
 
 #include "app/App.h"
 #include "desktop/QtPlatform.h"
+#include "desktop/command_line.h"
 #include "desktop/pictures.h"
 #include "desktop/run.h"
 #include "ravelyn/OwnGateway.h"
@@ -36,10 +41,40 @@ void takeOver(OwnGateway& gateway) {
   });
 }
 
+// What Qt says while it starts. Where it finds no screen it would say much and abort.
+std::string saidAtStart;
+
+void noteAtStart(QtMsgType type, const QMessageLogContext&, const QString& text) {
+  if (type != QtFatalMsg) {
+    saidAtStart += text.toStdString() + "\n";
+    return;
+  }
+  std::fputs("ravelyn: there is no screen to show the window on; DISPLAY or WAYLAND_DISPLAY must name one\n",
+             stderr);
+  std::_Exit(1);
+}
+
+// Qt takes its own options out of the command line.
+void startQt(std::optional<QApplication>& qt, int& count, char** arguments) {
+  const QtMessageHandler before = qInstallMessageHandler(noteAtStart);
+  qt.emplace(count, arguments);
+  qInstallMessageHandler(before);
+  std::fputs(saidAtStart.c_str(), stderr);
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
-  QApplication qt(count, arguments);
+  const auto given = [&] { return readCommandLine({arguments + 1, static_cast<std::size_t>(count) - 1}); };
+  if (const CommandLine line = given(); !line.words.empty())
+    return std::fputs(line.words.c_str(), stdout) < 0 ? 1 : 0;
+  std::optional<QApplication> qt;
+  startQt(qt, count, arguments);
+  const CommandLine line = given();
+  if (!line.fault.empty()) {
+    std::fprintf(stderr, "ravelyn: %s\n", line.fault.c_str());
+    return 2;
+  }
   QApplication::setApplicationName(QStringLiteral("ravelyn"));
   QApplication::setApplicationVersion(QStringLiteral(RAVELYN_VERSION));
   QApplication::setDesktopFileName(QStringLiteral("com.tarnvale.ravelyn"));
@@ -54,5 +89,5 @@ int main(int count, char** arguments) {
   });
   QtPlatform platform;
   App app(platform);
-  return run(app, platform);
+  return run(app, platform, line.link);
 }

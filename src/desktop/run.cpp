@@ -11,6 +11,7 @@
 #include <cstdlib>
 
 #include "app/App.h"
+#include "app/Window1.h"
 #include "desktop/QtPlatform.h"
 #include "prefs/prefsModule.h"
 
@@ -55,9 +56,14 @@ void saveAtExit() {
   if (running) prefsModule::savePrefs();
 }
 
+void searchFor(const std::string& link) {
+  Window1* form = Window1::OpenOrNil();
+  if (form && !link.empty()) form->PersonHandsOver(link);
+}
+
 }  // namespace
 
-int run(App& app, QtPlatform& platform) {
+int run(App& app, QtPlatform& platform, const std::string& link) {
   quitOnSignals(platform);
   // A session that ends may still change its mind: what could be lost is saved, and nothing ends before the
   // session closes the windows.
@@ -65,6 +71,8 @@ int run(App& app, QtPlatform& platform) {
   running = &app;
   std::atexit(saveAtExit);
   QTimer::singleShot(0, qApp, [&app] { app.Start(); });
+  // Comes from within the start, which waits for the connection's probe.
+  QTimer::singleShot(0, qApp, [&link] { searchFor(link); });
   const int result = QApplication::exec();
   platform.dropViews();
   app.Stop();

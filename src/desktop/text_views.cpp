@@ -1,16 +1,18 @@
 // Labels, text fields and text areas.
 
+#include <QClipboard>
 #include <QDropEvent>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QSignalBlocker>
-#include <QUrl>
+#include <cstdlib>
 #include <limits>
 
 #include "desktop/colors.h"
 #include "desktop/control_views.h"
+#include "desktop/dropped_text.h"
 #include "desktop/shown_text.h"
 
 namespace {
@@ -42,11 +44,22 @@ void showLabel(QLabel& label, const Label& record) {
   takeColor(label, record.LookOf());
 }
 
+bool isInClipboard(const QString& text) {
+  const QClipboard& clipboard = *QGuiApplication::clipboard();
+  const auto holds = [&](QClipboard::Mode mode) {
+    return clipboard.text(mode).simplified() == text.simplified();
+  };
+  return holds(QClipboard::Clipboard) || (clipboard.supportsSelection() && holds(QClipboard::Selection));
+}
+
 // A link that is dropped takes the place of what stood there; text moved inside the field is the
 // field's own affair.
-class DropLineEdit : public QLineEdit {
+class FieldEdit : public QLineEdit {
  public:
-  using QLineEdit::QLineEdit;
+  FieldEdit(TextField& record, QWidget& content) : QLineEdit(&content), record_(record) {
+    connect(this, &QLineEdit::textEdited, this, [this](const QString& text) { noticePaste(text); });
+    connect(this, &QLineEdit::textChanged, this, [this] { report(); });
+  }
 
  protected:
   void dragEnterEvent(QDragEnterEvent* event) override {
@@ -57,24 +70,37 @@ class DropLineEdit : public QLineEdit {
   }
   void dropEvent(QDropEvent* event) override {
     if (!takes(*event)) return QLineEdit::dropEvent(event);
-    const QMimeData& dropped = *event->mimeData();
-    selectAll();
-    insert(dropped.hasUrls() ? QString::fromUtf8(dropped.urls().constFirst().toEncoded())
-                             : dropped.text().trimmed());
+    arrive(*droppedText(*event->mimeData()));
     setFocus(Qt::OtherFocusReason);
     acceptCopy(*event);
   }
 
  private:
   bool takes(const QDropEvent& event) const {
-    const QMimeData& dragged = *event.mimeData();
-    const bool holds = dragged.hasUrls() ? !dragged.urls().isEmpty() : dragged.hasText();
-    return holds && event.source() != this && !isReadOnly();
+    return droppedText(*event.mimeData()) && event.source() != this && !isReadOnly() && !signalsBlocked();
   }
-  static void acceptCopy(QDropEvent& event) {
-    event.setDropAction(Qt::CopyAction);
-    event.accept();
+  // By an insertion, which the user can undo.
+  void arrive(const QString& text) {
+    record_.PersonDrops(text.toStdString());
+    const QString arrived = QString::fromStdString(record_.Text());
+    if (arrived == this->text()) return;
+    selectAll();
+    insert(arrived);
   }
+  // There are many ways to paste, and none of them says so. But more than one character changes at once, the
+  // field holds just what the clipboard does, and unlike after an undo there is nothing to redo.
+  void noticePaste(const QString& text) {
+    if (std::abs(text.size() - length_) > 1 && !isRedoAvailable() && isInClipboard(text)) arrive(text);
+  }
+  // What stands there now: by the time that a change is signalled, a link may have taken the place of what
+  // was pasted.
+  void report() {
+    length_ = text().size();
+    record_.PersonTypes(text().toStdString());
+  }
+
+  TextField& record_;
+  qsizetype length_ = 0;
 };
 
 // A change by code leaves the cursor where it was if it can.
@@ -136,12 +162,10 @@ ControlView labelView(Label& record, QWidget& content) {
 }
 
 ControlView textFieldView(TextField& record, QWidget& content) {
-  auto* field = new DropLineEdit(&content);
+  auto* field = new FieldEdit(record, content);
   field->setMaxLength(std::numeric_limits<int>::max());
   field->setPlaceholderText(shownText(record.LookOf().placeholder));
   takeFont(*field, record.LookOf());
-  QObject::connect(field, &QLineEdit::textChanged, field,
-                   [&record](const QString& text) { record.PersonTypes(text.toStdString()); });
   return {field, [field, &record] { showField(*field, record); }, {}, {}};
 }
 

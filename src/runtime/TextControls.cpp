@@ -33,9 +33,13 @@ void TextField::PersonEdits(EditAction action, std::string& clipboard) {
   const bool takesSelection = action == EditAction::Cut || action == EditAction::Copy;
   if (takesSelection && !selected.empty()) clipboard = selected;
   if (action == EditAction::Cut || action == EditAction::Clear) PutOverSelection("");
-  if (action == EditAction::Paste) PutOverSelection(clipboard);
+  if (action == EditAction::Paste) PersonPastes(clipboard);
   if (action == EditAction::Undo) PersonTypes(std::string(undo_));
   if (action == EditAction::SelectAll) SelStart = 0, SelLength = text_.size();
+}
+
+void TextField::PersonPastes(const std::string& text) {
+  SelLength == text_.size() ? PersonDrops(text) : PutOverSelection(text);
 }
 
 void TextField::PutOverSelection(const std::string& text) {

@@ -1,6 +1,7 @@
 // The controls that hold a text. Texts are bytes, taken to be UTF-8.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string_view>
 
@@ -27,6 +28,14 @@ class TextField : public Control {
   void SetText(const std::string& text);
   // The person puts text in place of what stood there; the focus is here then.
   void PersonTypes(const std::string& text);
+
+  // What becomes of a text that arrives as the whole of the field, pasted or dropped; where it is empty,
+  // nothing.
+  std::function<std::string(const std::string&)> Arriving;
+  // The user pastes text over the selection; over all of it, or into an empty field, it arrives as a whole.
+  void PersonPastes(const std::string& text);
+  // A whole text arrives: dropped, or handed over to the program.
+  void PersonDrops(const std::string& text) { PersonTypes(Arriving ? Arriving(text) : text); }
 
   // The selection, in bytes from 0, kept inside the text; and one step of undoing. They serve
   // the editing commands where no screen has a field of its own.

@@ -84,7 +84,8 @@ void Session::Act(const std::string& line) {
   if (!app_) throw CannotDo("nothing is open yet");
   if (stopped_) throw CannotDo("the program has quit");
   if (word == "quit") return Quit();
-  if (word == "type") return Type(rest);
+  if (word == "type") return FieldNamedFirst(rest).PersonTypes(rest);
+  if (word == "paste") return FieldNamedFirst(rest).PersonDrops(rest);
   if (word == "click") return Click(rest);
   if (word == "select") return Select(rest);
   if (word == "save") return QueueSave(rest);
@@ -115,11 +116,11 @@ Window& Session::OpenWindow(const std::string& name) const {
   return *window;
 }
 
-void Session::Type(const std::string& text) {
-  std::string rest = text;
+// Takes the name of a field from the front of rest.
+TextField& Session::FieldNamedFirst(std::string& rest) const {
   Control& control = ControlOf(OpenWindow("Window1"), TakeWord(rest));
   if (control.Kind() != ControlKind::TextField) throw CannotDo(control.Name() + " is no text field");
-  static_cast<TextField&>(control).PersonTypes(rest);
+  return static_cast<TextField&>(control);
 }
 
 // A click brings its window to the front, but one that does nothing does not.

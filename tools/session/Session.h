@@ -9,6 +9,7 @@
 
 #include "SessionPlatform.h"
 #include "app/App.h"
+#include "runtime/TextControls.h"
 
 class Session {
  public:
@@ -25,7 +26,7 @@ class Session {
   void Act(const std::string& line);
   void Open();
   void Quit();
-  void Type(const std::string& rest);
+  TextField& FieldNamedFirst(std::string& rest) const;
   void Click(const std::string& target);
   void Select(const std::string& rows);
   void QueueSave(const std::string& path);

@@ -1,0 +1,20 @@
+// The link that a user means by what they paste, drop or hand over to the program.
+#pragma once
+
+#include <string>
+
+struct Endpoints;
+
+// The watch page of the first video that text names, in the one form that Search reads; text itself where it
+// names none. Read are, with capitals as they come and whatever follows the code:
+//
+//   link = [ scheme "//" ] [ "www." | "m." | "music." ] host path
+//        | code                                          alone, but for white space around it
+//   host = that of the watch page, also with "-nocookie" added to its name | that of short links
+//   path = "/watch?" any parameters "v=" code
+//        | "/" ( "shorts" | "live" | "embed" | "v" | "e" ) "/" code
+//        | "/" code                                      of the host of short links
+//   code = 11 of [0-9A-Za-z_-]
+//
+// A link may stand inside of a sentence, but its host is no part of a longer name.
+std::string PastedLink(const std::string& text, const Endpoints& endpoints);
