@@ -152,6 +152,9 @@ TEST(GatewaySiteWords, FindsTheCauseInErrorsFirstThenInWarnings) {
        Effect::None},
       {"ERROR: [youtube] CODE: Unable to extract yt initial data; Confirm you are on the latest version\n",
        "yt-dlp doesn't understand the site; update it.", Effect::Outdated},
+      {"WARNING: [youtube] Unable to download API page: HTTP Error 429: Too Many Requests\n"
+       "ERROR: [youtube] CODE: Failed to extract any player response; Confirm you are on the latest version\n",
+       tooMany, Effect::Pause},
       {"ERROR: \r[download] Got error: HTTP Error 410: Gone\n", "The site refused the request.",
        Effect::Relist},
       {"ERROR: Did not get any data blocks\n", "The site sent empty captions.", Effect::Outdated},

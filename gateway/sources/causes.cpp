@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <utility>
 #include <vector>
 
 #include "gateway/sources/version.h"
@@ -10,47 +11,49 @@
 namespace gateway {
 namespace {
 
-enum class Where { Anywhere, Errors };
+// A plain line names its cause wherever it stands. A vague one counts as an error alone, and only where no warning
+// says more: newer releases warn of the site's refusals, and end with "Failed to extract any player response".
+enum class Line { Plain, Vague };
 
 struct Row {
   std::string_view patterns;  // literal, with "|" between; any of them
-  Where where;
+  Line line;
   Effect effect;
   std::string_view sentence;
 };
 
-constexpr Row kTokens = {"PO token was not provided|require a PO Token", Where::Anywhere, Effect::Outdated,
+constexpr Row kTokens = {"PO token was not provided|require a PO Token", Line::Plain, Effect::Outdated,
                          "The site holds captions back from yt-dlp; update yt-dlp or add a token plugin."};
 
 constexpr std::array<Row, 18> kRows{{
-    {"not a bot|likely being blocked|captcha challenge", Where::Anywhere, Effect::Pause,
+    {"not a bot|likely being blocked|captcha challenge", Line::Plain, Effect::Pause,
      "The site wants a sign-in from this network; wait, or give yt-dlp cookies."},
-    {"rate-limited by|try again later|HTTP Error 429|Too Many Requests", Where::Anywhere, Effect::Pause,
+    {"rate-limited by|try again later|HTTP Error 429|Too Many Requests", Line::Plain, Effect::Pause,
      "Too many requests to the site; try again in an hour."},
-    {"Private video", Where::Anywhere, Effect::Verdict, "This video is private."},
-    {"confirm your age|age-restricted", Where::Anywhere, Effect::Verdict,
+    {"Private video", Line::Plain, Effect::Verdict, "This video is private."},
+    {"confirm your age|age-restricted", Line::Plain, Effect::Verdict,
      "This video is age-restricted and needs a sign-in."},
-    {"members-only|Join this channel", Where::Anywhere, Effect::Verdict, "This video is for members only."},
-    {"available in your country|geo restriction", Where::Anywhere, Effect::Verdict,
+    {"members-only|Join this channel", Line::Plain, Effect::Verdict, "This video is for members only."},
+    {"available in your country|geo restriction", Line::Plain, Effect::Verdict,
      "This video is not available in this country."},
-    {"will begin in|Premieres in", Where::Anywhere, Effect::Verdict, "This video has not begun."},
+    {"will begin in|Premieres in", Line::Plain, Effect::Verdict, "This video has not begun."},
     kTokens,
-    {"Video unavailable|video is not available|has been removed|terminated", Where::Anywhere, Effect::Verdict,
+    {"Video unavailable|video is not available|has been removed|terminated", Line::Plain, Effect::Verdict,
      "This video is unavailable or removed."},
     {"name resolution|Name or service not known|Connection refused|unreachable|timed out|CERTIFICATE_VERIFY",
-     Where::Anywhere, Effect::None, "No network: yt-dlp has no connection to the site."},
+     Line::Plain, Effect::None, "No network: yt-dlp has no connection to the site."},
     {"Remote end closed|Connection reset|Connection aborted|Connection broken|bytes, expected|bytes read",
-     Where::Anywhere, Effect::None, "The connection to the site broke off."},
-    {"Did not get any data blocks", Where::Anywhere, Effect::Outdated, "The site sent empty captions."},
-    {"HTTP Error 403|HTTP Error 404|HTTP Error 410", Where::Anywhere, Effect::Relist,
+     Line::Plain, Effect::None, "The connection to the site broke off."},
+    {"Did not get any data blocks", Line::Plain, Effect::Outdated, "The site sent empty captions."},
+    {"HTTP Error 403|HTTP Error 404|HTTP Error 410", Line::Plain, Effect::Relist,
      "The site refused the request."},
-    {"HTTP Error 5", Where::Anywhere, Effect::None, "The site is in trouble; try again later."},
-    {"File too large", Where::Anywhere, Effect::None, "The captions are too large."},
-    {"No space left", Where::Anywhere, Effect::None, "The disk is full: yt-dlp can't keep the captions."},
+    {"HTTP Error 5", Line::Plain, Effect::None, "The site is in trouble; try again later."},
+    {"File too large", Line::Plain, Effect::None, "The captions are too large."},
+    {"No space left", Line::Plain, Effect::None, "The disk is full: yt-dlp can't keep the captions."},
     {"xtraction failed|Incomplete data received|xtract any player|nable to extract|Confirm you are on the "
      "latest version",
-     Where::Errors, Effect::Outdated, "yt-dlp doesn't understand the site; update it."},
-    {"no such option|unrecognized arguments", Where::Errors, Effect::Outdated,
+     Line::Vague, Effect::Outdated, "yt-dlp doesn't understand the site; update it."},
+    {"no such option|unrecognized arguments", Line::Vague, Effect::Outdated,
      "This yt-dlp doesn't know the options that it needs; update it."},
 }};
 
@@ -81,9 +84,9 @@ std::vector<std::string> LinesOf(std::string_view messages, bool (*isWanted)(std
   return lines;
 }
 
-Cause FirstIn(const std::vector<std::string>& lines, Where where) {
+Cause FirstIn(const std::vector<std::string>& lines, Line wanted) {
   for (const Row& row : kRows) {
-    if (row.where == Where::Errors && where != Where::Errors) continue;
+    if (row.line != wanted) continue;
     for (const std::string& line : lines) {
       if (HasOneOf(line, row.patterns)) return {std::string(row.sentence), row.effect};
     }
@@ -94,8 +97,10 @@ Cause FirstIn(const std::vector<std::string>& lines, Where where) {
 }  // namespace
 
 Cause CauseIn(std::string_view messages) {
-  Cause cause = FirstIn(LinesOf(messages, IsError), Where::Errors);
-  return cause.sentence.empty() ? FirstIn(LinesOf(messages, IsWarning), Where::Anywhere) : cause;
+  const std::vector<std::string> errors = LinesOf(messages, IsError);
+  Cause cause = FirstIn(errors, Line::Plain);
+  if (cause.sentence.empty()) cause = FirstIn(LinesOf(messages, IsWarning), Line::Plain);
+  return cause.sentence.empty() ? FirstIn(errors, Line::Vague) : cause;
 }
 
 Cause GapIn(std::string_view messages) {
@@ -135,13 +140,17 @@ Cause InLightOf(std::string_view version, std::chrono::sys_days today, Cause cau
 
 std::string WordsWorthKeeping(std::string_view messages) {
   std::vector<std::string> lines = LinesOf(messages, IsError);
-  if (lines.empty()) lines = LinesOf(messages, IsWarning);
+  for (std::string& warning : LinesOf(messages, IsWarning)) lines.push_back(std::move(warning));
   if (lines.empty()) {
     lines = LinesOf(messages, [](std::string_view line) { return !line.empty(); });
     if (lines.size() > 1) lines.erase(lines.begin(), lines.end() - 1);
   }
   std::string words;
-  for (const std::string& line : lines) words += (words.empty() ? "" : " / ") + line;
+  const std::string* before = nullptr;
+  for (const std::string& line : lines) {
+    if (!before || *before != line) words += (before ? " / " : "") + line;
+    before = &line;
+  }
   return words;
 }
 

@@ -25,8 +25,7 @@ struct Cause {
 };
 
 // From what yt-dlp wrote to standard error: its errors first, then its warnings, each in the order of the
-// table of causes. No sentence if nothing is known of it. With nothing, only what matters beside a success
-// counts.
+// table of causes; then what errors say vaguely. No sentence if nothing is known of it.
 Cause CauseIn(std::string_view messages);
 // Why tracks may be missing from a list that has some.
 Cause GapIn(std::string_view messages);
@@ -37,7 +36,7 @@ Cause CauseOf(const ChildEnd& end);
 // cause, with what speaks against this version of yt-dlp on this day beside it or in its place.
 Cause InLightOf(std::string_view version, std::chrono::sys_days today, Cause cause);
 
-// The lines that a log should keep: errors, else warnings, else the last.
+// The lines that a log should keep: errors and warnings, else the last.
 std::string WordsWorthKeeping(std::string_view messages);
 
 }  // namespace gateway
