@@ -44,7 +44,7 @@ std::string Naming(const std::string& cause, const std::string& length = "0") {
 }  // namespace
 
 TEST(Causes, AreTheGatewaysWordsOrWhatTheClientKnows) {
-  const std::string most(200, 'c'), brokeOff = "The reply broke off before its first byte.";
+  const std::string most(200, 'c'), brokeOff = "The reply broke off before the first byte of its text.";
   const std::string emptyList = TrackList({});
   const struct {
     Reply reply;
@@ -58,7 +58,6 @@ TEST(Causes, AreTheGatewaysWordsOrWhatTheClientKnows) {
       {{Naming("caf\xC3\xA9")}, "", ""},
       {{Naming("a\tb")}, "", ""},
       {{Naming("no network", "9"), Reply::End::Reset}, "no network", "no network"},
-      {{Naming("")}, "", ""},
       {{OpenPage("")}, "", ""},
       {{Page("an error page")}, "", "-"},
       {{"HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\n"}, brokeOff, brokeOff},
@@ -68,10 +67,15 @@ TEST(Causes, AreTheGatewaysWordsOrWhatTheClientKnows) {
       {{"HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\nhalf", Reply::End::Stall}, "", "-"},
   };
   Program program;
+  const std::string foreign =
+      "What answers at " + program.server.Host() + " is not Ravelyn's gateway: status 404.";
   for (const auto& [reply, search, download] : cases) {
     SCOPED_TRACE(reply.bytes);
     EXPECT_EQ(CausesOf(program, reply), std::pair(search, download));
   }
+  const std::string error = "HTTP/1.0 404 File not found\r\nServer: another\r\n";
+  EXPECT_EQ(CausesOf(program, {error + "\r\n<html>no</html>"}), std::pair(foreign, std::string("-")));
+  EXPECT_EQ(CausesOf(program, {error + "Content-Length: 0\r\n\r\n"}), std::pair(foreign, foreign));
 }
 
 TEST(Causes, SayThatNothingListens) {

@@ -187,6 +187,27 @@ TEST_F(Desktop, AListOfManyHitsGrowsWithoutStalling) {
   EXPECT_LT(stall, 1000) << "something goes through all rows at every step";
 }
 
+TEST_F(Desktop, AListSharesWhatItsToldWidthsLeave) {
+  Offer(server, "abc", {{"en", "English", ""}});
+  search(QStringLiteral("abc"));
+  EXPECT_EQ(languages().columnWidth(0), languages().viewport()->width()) << "250 of fewer";
+  EXPECT_TRUE(languages().isColumnHidden(1));
+  SearchWin& results = SearchWin::Get();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&view(results)));
+  results.resultsList.AddRow("00:00:00.000");
+  draw();
+  const ListView& list = widget<ListView>(results.resultsList);
+  EXPECT_EQ(list.columnWidth(0) + list.columnWidth(1), list.viewport()->width());
+  EXPECT_EQ(list.columnWidth(0), std::stoi(results.resultsList.Columns().columnWidths));
+}
+
+TEST(ShownText, BreaksARunAfterEightyCharacters) {
+  const QString run(80, QChar(u'x')), breaks = run + QChar(0x200B) + run + QChar(0x200B) + QChar(u'y');
+  EXPECT_EQ(withBreaks(run), run);
+  EXPECT_EQ(withBreaks(run + run + QChar(u'y')), breaks);
+  EXPECT_EQ(withBreaks(run + QChar(u' ') + run), run + QChar(u' ') + run);
+}
+
 TEST_F(Desktop, AListHasItsGridLines) {
   Listbox& results = SearchWin::Get().resultsList;
   ASSERT_TRUE(QTest::qWaitForWindowActive(&view(SearchWin::Get())));

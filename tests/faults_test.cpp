@@ -29,7 +29,7 @@ std::string NoConnection(int code, const std::string& cause = "") {
          (cause.empty() ? "" : "\ncause: " + cause);
 }
 
-constexpr char kBrokeOff[] = "The reply broke off before its first byte.";
+constexpr char kBrokeOff[] = "The reply broke off before the first byte of its text.";
 
 std::string NotSaved(const std::string& name, const std::string& why) {
   return "message: \"" + name + "\" could not be saved: " + why + ".";

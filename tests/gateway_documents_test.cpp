@@ -148,6 +148,11 @@ TEST(Documents, KeepTheWordsOfOddFiles) {
        "begin=\"1s\"><tt:p "
        "begin=\"30f\" end=\"00:00:09\" dur=\"1h\">a</tt:p><tt:p dur=\"1.5\">b</tt:p></tt:body></tt:tt>",
        {"1.000+1.500 b", "2.001+7.999 a"}},
+      {"ttml",
+       "<tt frameRate=\"25\" tickRate=\"1000\"><body><p begin=\"0.5h\" end=\"31m\">h</p><p begin=\"90s\" "
+       "dur=\"250ms\">s</p><p begin=\"5f\" dur=\"7t\">f</p><p begin=\"00:00:01:10\" "
+       "end=\"3\">c</p></body></tt>",
+       {"0.200+0.007 f", "1.400+1.600 c", "90.000+0.250 s", "1800.000+60.000 h"}},
       // A browser drops any tag; a sign before a blank or a number is none. A time line ends a cue as well.
       {"vtt",
        "WEBVTT\n\n1:01:01.001 --> 1:01:02.000\n<x>I</x> <3 a<b\n\n0:1.0 --> 0:0.5\n&lt;i&gt; a --> "

@@ -278,6 +278,12 @@ TEST(GatewayServer, RestsAfterAClientAndWithoutDescriptors) {
   EXPECT_LT(Used() - before, 25ms) << "in 400 ms of silence";
 }
 
+TEST(GatewayServer, EndsWhereItsSocketTakesNoConnections) {
+  AskedSource source;
+  const Descriptor deaf(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  EXPECT_THROW(gateway::Server(source).Serve(deaf.Number(), {}), std::system_error);
+}
+
 TEST(GatewayServer, LetsSlowClientsGo) {
   Limits limits;
   limits.head = 200ms;

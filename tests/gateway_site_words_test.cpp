@@ -80,8 +80,9 @@ TEST(GatewaySiteWords, AListThatIsDeepOrLongTakesNeitherTheStackNorMuchTime) {
   EXPECT_FALSE(with(repeated("[", 1'000'000) + repeated("]", 1'000'000)));
   EXPECT_FALSE(with(repeated(R"({"a":)", 1'000'000) + "1" + repeated("}", 1'000'000)));
   EXPECT_EQ(Shown(with(R"(["[\"[[)" + repeated("[", 100) + R"(\\"])")), "en=English/English/srv1;");
-  EXPECT_EQ(Shown(Read(R"("en":[)" + repeated("{},", 500'000) + Entry("srv1") + "]")),
+  EXPECT_EQ(Shown(Read(R"("en":[)" + repeated("{},", 400'000) + Entry("srv1") + "]")),
             "en=English/English/srv1;");
+  EXPECT_FALSE(Read(R"("en":[)" + repeated("[],", 600'000) + Entry("srv1") + "]")) << "a tree of many MiB";
 }
 
 TEST(GatewaySiteWords, AListLastsUntilTheFirstOfItsLinksExpires) {
@@ -147,13 +148,22 @@ TEST(GatewaySiteWords, FindsTheCauseInErrorsFirstThenInWarnings) {
        noNetwork, Effect::None},
       {"ERROR: Unable to download API page: <urlopen error [Errno 111] Connection refused>\n", noNetwork,
        Effect::None},
-      {"ERROR: [SSL: CERTIFICATE_VERIFY_FAILED] certificate verify failed\n", noNetwork, Effect::None},
+      {"ERROR: Connection to the site timed out. (connect timeout=10.0)\n", noNetwork, Effect::None},
+      {"ERROR: [SSL: CERTIFICATE_VERIFY_FAILED] certificate verify failed\n",
+       "yt-dlp doesn't trust the connection to the site: its certificate can't be verified.", Effect::None},
+      {"ERROR: The read operation timed out\n", "The site took too long.", Effect::None},
+      {"ERROR: Unable to download video subtitles for 'c': [Errno 2] No such file or directory: "
+       "'./c.c.srv1.part'\n",
+       "The site took too long.", Effect::None},
+      {"Usage: yt-dlp\n\nyt-dlp: error: config location \"/nowhere\" does not exist\n",
+       "yt-dlp can't read its file of options (--ytdlp-config).", Effect::None},
       {"WARNING: [youtube] unable to extract yt initial data; Confirm you are on the latest version\n", "",
        Effect::None},
       {"ERROR: [youtube] CODE: Unable to extract yt initial data; Confirm you are on the latest version\n",
        "yt-dlp doesn't understand the site; update it.", Effect::Outdated},
       {"WARNING: [youtube] Unable to download API page: HTTP Error 429: Too Many Requests\n"
-       "ERROR: [youtube] CODE: Failed to extract any player response; Confirm you are on the latest version\n",
+       "ERROR: [youtube] CODE: Failed to extract any player response; Confirm you are on the latest "
+       "version\n",
        tooMany, Effect::Pause},
       {"ERROR: \r[download] Got error: HTTP Error 410: Gone\n", "The site refused the request.",
        Effect::Relist},
@@ -179,15 +189,17 @@ TEST(GatewaySiteWords, AnOldVersionIsNamedBesideAFailureOrInItsPlace) {
     return InLightOf(version, today, cause).sentence;
   };
   EXPECT_EQ(said("2023.03.04", vague), "yt-dlp 2023.03.04 is too old for the site.");
-  EXPECT_EQ(said("2023.03.04", verdict),
-            "This video is private (yt-dlp 2023.03.04 is too old for the site).");
+  EXPECT_EQ(said("2023.03.04", verdict), verdict.sentence) << "the site was plain";
+  EXPECT_EQ(said("2023.03.04", {"Wait.", Effect::Pause}), "Wait.");
+  EXPECT_EQ(said("2023.03.04", {"This video is unavailable.", Effect::Unavailable}),
+            "This video is unavailable (yt-dlp 2023.03.04 is too old for the site).");
   EXPECT_EQ(said("2025.05.21", silent),
             "This video has no captions (yt-dlp 2025.05.21 is too old for the site).");
   EXPECT_EQ(InLightOf("2025.05.21", today, silent).effect, Effect::Outdated) << "it proves nothing";
   EXPECT_EQ(said("2025.05.22", vague), "yt-dlp crashed (yt-dlp 2025.05.22 is more than 90 days old).");
   EXPECT_EQ(InLightOf("2025.05.22", today, silent).effect, Effect::Silent);
   for (const char* fresh : {"2026.10.26", "2026.08.25", "2026.11.22.232959", "", "rubbish"})
-    EXPECT_EQ(said(fresh, verdict), verdict.sentence);
+    EXPECT_EQ(said(fresh, vague), vague.sentence);
   EXPECT_EQ(said("2023.03.04", {}), "") << "no failure";
 }
 

@@ -104,15 +104,15 @@ TEST(Folders, ServeNothingThatIsNoCaptionsAndSayWhyOnce) {
     FolderSource source({folder.Path()}, FolderSource::Manner::Convert, settling);
     testing::internal::CaptureStderr();
     for (int time = 0; time < 3; ++time) {
-      EXPECT_EQ(Listed(source.Tracks("abc", {})), Lines{"this file is empty"});
-      EXPECT_EQ(BytesOf(source.Text("abc", "en", {})), "this file is a web page");
+      EXPECT_EQ(Listed(source.Tracks("abc", {})), Lines{"The file t [abc].de.vtt: this file is empty."});
+      EXPECT_EQ(BytesOf(source.Text("abc", "en", {})), "The file t [abc].en.srv1: this file is a web page.");
     }
     const std::string log = testing::internal::GetCapturedStderr();
     EXPECT_EQ(log, "ravelyn-gateway: " + folder.Path() + "/t [abc].de.vtt is no track: this file is empty\n" +
                        "ravelyn-gateway: " + page + " is no track: this file is a web page\n");
   }
   FolderSource source({folder.Path()});
-  EXPECT_EQ(BytesOf(source.Text("abc", "en", {})), "this file is a web page");
+  EXPECT_EQ(BytesOf(source.Text("abc", "en", {})), "The file t [abc].en.srv1: this file is a web page.");
   WriteFile(folder / "t [abc].en.srt", Srt("words"));
   EXPECT_EQ(Listed(source.Tracks("abc", {})), Lines{"en=English"});
   EXPECT_EQ(BytesOf(source.Text("abc", "en", {})), Srv1("words")) << "the next best file";
@@ -215,8 +215,8 @@ TEST(Joined, ListsWhatEitherHas) {
   site.list = {{}, "", "private"};
   EXPECT_EQ(Listed(joined.Tracks("abc", {})), (Lines{"en=English", "private"}));
   EXPECT_EQ(Listed(joined.Tracks("xyz", {})), Lines{"private"});
-  EXPECT_EQ(Listed(joined.Tracks("bad", {})), Lines{"this file is empty; private"});
-  EXPECT_EQ(BytesOf(joined.Text("bad", "en", {})), "this file is empty; no network");
+  EXPECT_EQ(Listed(joined.Tracks("bad", {})), Lines{"The file [bad].en.srt: this file is empty. private"});
+  EXPECT_EQ(BytesOf(joined.Text("bad", "en", {})), "The file [bad].en.srt: this file is empty. no network");
 }
 
 TEST(Joined, WaitsForTheSiteOnlySoLongWhereAFolderHasSomething) {

@@ -339,6 +339,8 @@ TEST(Shell, TheInteractiveModeReturnsAtOnceAndEndsWithItsChildren) {
   EXPECT_TRUE(IsReadyWithin(30'000, quick.End()));
   EXPECT_FALSE(quick.IsRunning());
   EXPECT_EQ(quick.ErrorCode(), 3);
+  quick.Execute("sleep 600");
+  EXPECT_EQ(quick.ErrorCode(), 0) << "not that of the command before";
 }
 
 TEST(Random, IsSeededAnewEachTime) {

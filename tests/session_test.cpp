@@ -280,7 +280,7 @@ TEST(Search, ClearsTheBufferAndTheRowsOfTheOneBefore) {
             Lines{Saved("", "German.srt", "")});
   driver.server.AnswerAt(ListPath("gone"), {"", Reply::End::Reset});
   EXPECT_EQ(driver.Run("type TextField1 ?v=gone\nclick PushButton2\nclick PushButton1"),
-            (Lines{Message(kNoTracks, "The reply broke off before its first byte."),
+            (Lines{Message(kNoTracks, "The reply broke off before the first byte of its text."),
                    Message("There are no selected languages to retrieve. Did you click the Search "
                            "button? If you did there may be no uploaded closed captions to retrieve.")}));
   EXPECT_EQ(driver.State()["app"]["vidCode"], "gone");

@@ -95,7 +95,7 @@ TEST(WordSearch, TellsATermThatIsNotThereAndMakesNoWindow) {
       Search(driver, "1 4", "a"),
       (Lines{Message("Error code: 0 - A connection to YouTube was not able to be established. Check your "
                      "internet connection and try again.",
-                     "The reply broke off before its first byte."),
+                     "The reply broke off before the first byte of its text."),
              NotFound("a")}));
   EXPECT_EQ(ResultsOf(driver), (Results{"", "", "0"}));
   EXPECT_EQ(driver.State()["windows"]["Window1"]["controls"]["TextArea1"]["text"], "");

@@ -192,7 +192,7 @@ TEST(Download, TellsALostConnectionAndGoesOnWithTheNextTrack) {
   program.Click("PushButton1");
   const std::string words =
       " - A connection to YouTube was not able to be established. Check your internet connection and try "
-      "again.\ncause: The reply broke off before its first byte.";
+      "again.\ncause: The reply broke off before the first byte of its text.";
   EXPECT_EQ(program.Calls(),
             (Lines{"save:  English.srt", "launch: " + first, "message: Error code: 0" + words,
                    "save:  French.srt", "launch: " + third}));

@@ -33,6 +33,7 @@ struct Answer {
   Document body = {};
   std::string cause = {};  // "" takes that of the status
   bool hasCause = true;
+  std::shared_ptr<void> place = nullptr;  // of the body
 };
 
 std::size_t SizeOf(const Document& body) {
@@ -86,7 +87,7 @@ Answer ListOf(CaptionSource& source, std::string_view code, const Asker& asker) 
 Answer TextOf(CaptionSource& source, const CaptionRequest& wanted, const Asker& asker) {
   CaptionText text = source.Text(wanted.code, wanted.language, asker);
   if (!text.document) return {kNoText, {}, std::move(text.cause)};
-  return {kFound, *std::move(text.document), {}, false};
+  return {kFound, *std::move(text.document), {}, false, std::move(text.place)};
 }
 
 Answer AnswerTo(CaptionSource& source, const RequestHead& head, int connection) {

@@ -70,7 +70,8 @@ void Server::Serve(int listener, const Stop& stop) {
                                    {stop.input, POLLIN, 0},
                                    {ended_.Number(), POLLIN, 0},
                                    {accepting, POLLIN, 0}}};
-    const int ready = ::poll(waiting.data(), waiting.size(), holdsFreed_ ? kBeforeRest : -1);
+    const int ready =
+        ::poll(waiting.data(), waiting.size(), holdsFreed_ && clients_.empty() ? kBeforeRest : -1);
     if (ready == 0) Rest();
     if (ready < 0) {
       if (errno == EINTR) continue;
@@ -135,7 +136,7 @@ void Server::ShutDown(int direction) {
 // took goes back to the system.
 void Server::Rest() {
   holdsFreed_ = false;
-  if (clients_.empty()) ::malloc_trim(0);
+  ::malloc_trim(0);
 }
 
 void Server::DismissAll() {

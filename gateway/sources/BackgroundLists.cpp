@@ -1,7 +1,5 @@
 #include "gateway/sources/BackgroundLists.h"
 
-#include <poll.h>
-#include <sys/eventfd.h>
 #include <sys/socket.h>
 
 #include <algorithm>
@@ -12,6 +10,7 @@
 #include <thread>
 
 #include "gateway/sources/Descriptor.h"
+#include "gateway/sources/Patience.h"
 #include "gateway/sources/log.h"
 
 namespace gateway {
@@ -21,32 +20,16 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t kMostQuestions = 16;
 
-// Whether `done` could be read before the deadline and before the client closed its connection. A
-// connection of -1 is left out.
-enum class Outcome { Done, TooLate, Gone };
-
-Outcome Await(int done, int connection, Clock::time_point deadline) {
-  std::array<pollfd, 2> waiting{{{done, POLLIN, 0}, {connection, POLLRDHUP, 0}}};
-  for (;;) {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
-    if (left <= 0) return Outcome::TooLate;
-    if (::poll(waiting.data(), waiting.size(), static_cast<int>(left)) < 0 && errno != EINTR)
-      return Outcome::TooLate;
-    if (waiting[0].revents != 0) return Outcome::Done;
-    if (waiting[1].revents != 0) return Outcome::Gone;
-  }
-}
-
 }  // namespace
 
 // Its thread sees one end of a pair of sockets as its client's connection; closing the other ends it.
 struct BackgroundLists::Question {
-  explicit Question(std::string_view video) : code(video), done(::eventfd(0, EFD_CLOEXEC)) {
+  explicit Question(std::string_view video) : code(video) {
     std::array<int, 2> ends{-1, -1};
     const int failed = ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data());
     seen = Descriptor(ends[0]);
     held = Descriptor(ends[1]);
-    if (failed != 0 || !done) throw std::system_error(errno, std::system_category(), "no descriptor left");
+    if (failed != 0) throw std::system_error(errno, std::system_category(), "no descriptor left");
   }
   ~Question() {
     if (thread.joinable()) thread.join();
@@ -58,7 +41,7 @@ struct BackgroundLists::Question {
   }
 
   const std::string code;
-  const Descriptor done;  // an event counter; can be read once the list is there
+  Event done;  // the list is there
   Descriptor seen, held;
   TrackList list;
   std::atomic<bool> isDone = false;
@@ -78,11 +61,11 @@ std::optional<TrackList> BackgroundLists::Ask(std::string_view code, const Asker
   const auto deadline = Clock::now() + patience;
   const auto question = Join(code);
   if (!question) return std::nullopt;
-  const Outcome outcome = Await(question->done.Number(), asker.connection, deadline);
+  const Waited waited = WaitFor(question->done.Number(), Patience::Of(asker, deadline));
   std::optional<TrackList> list;
-  if (outcome == Outcome::Done && question->isDone) list = question->list;
+  if (waited == Waited::Ready) list = question->list;
   const std::lock_guard lock(mutex_);
-  question->outlives |= outcome == Outcome::TooLate;
+  question->outlives |= waited == Waited::TooLate;
   if (--question->askers == 0 && !question->outlives) question->End();
   return list;
 }
@@ -106,7 +89,7 @@ std::shared_ptr<BackgroundLists::Question> BackgroundLists::Join(std::string_vie
     question->thread = std::thread([this, &question = *question] {
       question.list = ListOf(question);
       question.isDone = true;
-      ::eventfd_write(question.done.Number(), 1);
+      question.done.Set();
     });
     found = questions_.insert(questions_.end(), std::move(question));
   }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -34,6 +35,7 @@ using Document = std::variant<std::string, CaptionFile>;
 struct CaptionText {
   std::optional<Document> document;
   std::string cause;
+  std::shared_ptr<void> place = nullptr;  // one of few for large documents, held while this one is in memory
 };
 
 // Who asks: since when, and over which connection. A source that waits for something gives up once the

@@ -1,5 +1,5 @@
 // A child process, and all that it may take. It gets an argument vector, descriptors 0 to 2, a session and a
-// folder of its own, and no blocked signal; it and all that it started are gone when its owner is.
+// folder of its own, and no blocked signal; it and its process group are gone when its owner is.
 #pragma once
 
 #include <sys/types.h>

@@ -1,25 +1,47 @@
 #include "gateway/sources/CurrentYtDlp.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace gateway {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::seconds kLongestQuestion{10};
+
+std::filesystem::file_time_type FileTime(const std::string& program) {
+  std::error_code ignored;
+  return std::filesystem::last_write_time(program, ignored);
+}
+
+}  // namespace
 
 CurrentYtDlp::CurrentYtDlp(YtDlp found, std::string named)
-    : found_(std::move(found)), named_(std::move(named)), fileTime_(FileTime()) {
+    : found_(std::move(found)), named_(std::move(named)), fileTime_(FileTime(found_.program)) {
   if (!found_.program.empty() && found_.program != PathOfYtDlp(named_)) named_ = found_.program;
 }
 
-std::filesystem::file_time_type CurrentYtDlp::FileTime() const {
-  std::error_code ignored;
-  return std::filesystem::last_write_time(found_.program, ignored);
+// It is asked without the lock, so that nobody else waits for an answer that may not come.
+YtDlp CurrentYtDlp::Get(const Patience& patience) {
+  const std::string program = PathOfYtDlp(named_);
+  const auto fileTime = FileTime(program);
+  {
+    const std::lock_guard lock(mutex_);
+    if (program == found_.program && fileTime == fileTime_) return found_;
+  }
+  const auto now = Clock::now();
+  const auto left =
+      std::clamp<Clock::duration>(patience.deadline - now, Clock::duration::zero(), kLongestQuestion);
+  YtDlp found = FindYtDlp(named_, std::chrono::ceil<std::chrono::milliseconds>(left), patience.stop);
+  if (WaitFor(-1, {now, patience.stop, patience.stopEvents}) == Waited::GivenUp) return found;
+  const std::lock_guard lock(mutex_);
+  fileTime_ = fileTime;
+  return found_ = std::move(found);
 }
 
-YtDlp CurrentYtDlp::Get() {
+YtDlp CurrentYtDlp::Last() const {
   const std::lock_guard lock(mutex_);
-  if (PathOfYtDlp(named_) != found_.program || FileTime() != fileTime_) {
-    found_ = FindYtDlp(named_);
-    fileTime_ = FileTime();
-  }
   return found_;
 }
 

@@ -5,6 +5,7 @@
 #include <mutex>
 #include <string>
 
+#include "gateway/sources/Patience.h"
 #include "gateway/sources/yt_dlp.h"
 
 namespace gateway {
@@ -17,15 +18,15 @@ class CurrentYtDlp {
   CurrentYtDlp(YtDlp found, std::string named);
 
   // Looks where it is by now, and asks its version where that is another file or the file has changed. That
-  // may take a second, otherwise it costs a look at some files.
-  YtDlp Get();
+  // may take a second, at most ten, and no longer than patience; otherwise it costs a look at some files.
+  YtDlp Get(const Patience& patience);
+  // What it was at the last look.
+  YtDlp Last() const;
 
  private:
-  std::filesystem::file_time_type FileTime() const;
-
-  std::mutex mutex_;
+  mutable std::mutex mutex_;
   YtDlp found_;
-  std::string named_;
+  std::string named_;  // never changes
   std::filesystem::file_time_type fileTime_;
 };
 

@@ -7,6 +7,10 @@
 
 namespace gateway {
 
+constexpr char kTooLate[] = "The site took too long.";
+// Read by those who have not gone: the gateway ends, or they have closed their half of the connection.
+constexpr char kGivenUp[] = "The gateway gave up before the site had answered.";
+
 struct Errands::Errand {
   Event stop;
   Event done;
@@ -60,12 +64,9 @@ SiteAnswer Errands::Leave(const std::string& key, const std::shared_ptr<Errand>&
     errand->stop.Set();
     errand->thread.join();
   }
-  SiteAnswer answer =
-      waited == Waited::Ready
-          ? errand->answer
-          : SiteAnswer{nullptr,
-                       "",
-                       {waited == Waited::TooLate ? "The site took too long." : "Nobody waits any more."}};
+  SiteAnswer answer = waited == Waited::Ready
+                          ? errand->answer
+                          : SiteAnswer{nullptr, "", {waited == Waited::TooLate ? kTooLate : kGivenUp}};
   const std::lock_guard lock(mutex_);
   if (--asking_ == 0) allLeft_.notify_all();
   return answer;

@@ -40,6 +40,12 @@ struct FolderSource::Candidate {
   const CaptionFormat* format;
 };
 
+// With so much of a long name that what is wrong with the file is shown.
+std::string FolderSource::CauseOf(const Candidate& candidate, const std::string& fault) {
+  constexpr std::size_t kLongestName = 100;
+  return "The file " + candidate.fileName.substr(0, kLongestName) + ": " + fault + ".";
+}
+
 FolderSource::FolderSource(const std::vector<std::string>& folders, Manner manner,
                            std::chrono::milliseconds settling)
     : manner_(manner), settling_(settling) {
@@ -76,7 +82,7 @@ TrackList FolderSource::Tracks(std::string_view code, const Asker&) {
       if (languages.contains(candidate.language)) continue;
       CaptionText text = TextOf(candidate, true);
       if (text.document) languages.insert(candidate.language);
-      if (!text.document && list.cause == kNoFile) list.cause = std::move(text.cause);
+      if (!text.document && list.cause == kNoFile) list.cause = text.cause;
     }
   }
   for (const std::string& language : languages) {
@@ -105,6 +111,7 @@ CaptionText FolderSource::TextOf(const Candidate& candidate, bool onlyWhether) {
   if (opened.file && manner_ == Manner::AsIs) return {*std::move(opened.file), ""};
   const bool settled = opened.state.IsSettled(settling_);
   Conversion conversion{"", std::move(opened.fault)};
+  std::shared_ptr<void> place;
   if (opened.file) {
     const auto known = verdicts_.Find(candidate.path, opened.state);
     if (known && (onlyWhether || !known->empty())) {
@@ -112,19 +119,17 @@ CaptionText FolderSource::TextOf(const Candidate& candidate, bool onlyWhether) {
     } else if (auto recent = recent_.Find(candidate.path, opened.state)) {
       conversion.document = *std::move(recent);
     } else {
-      conversion = Converted(candidate, *opened.file);
+      const bool isLarge = opened.file->Size() > kLargeFile;
+      const auto turn = std::make_shared<Turn>(isLarge ? large_ : small_);
+      conversion = ToDocument(ReadWhole(*opened.file), *candidate.format, {candidate.language});
+      if (isLarge && !onlyWhether) place = turn;
       if (settled && conversion.fault.empty())
         recent_.Keep(candidate.path, opened.state, conversion.document);
     }
   }
   verdicts_.Keep(candidate.path, opened.state, settled, conversion.fault);
-  if (!conversion.fault.empty()) return {std::nullopt, std::move(conversion.fault)};
-  return {std::move(conversion.document), ""};
-}
-
-Conversion FolderSource::Converted(const Candidate& candidate, const CaptionFile& file) {
-  const Turn turn(file.Size() > kLargeFile ? large_ : small_);
-  return ToDocument(ReadWhole(file), *candidate.format, {candidate.language});
+  if (!conversion.fault.empty()) return {std::nullopt, CauseOf(candidate, conversion.fault)};
+  return {std::move(conversion.document), "", std::move(place)};
 }
 
 FolderSource::Stock FolderSource::TakeStock() const {

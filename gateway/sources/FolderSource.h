@@ -52,15 +52,16 @@ class FolderSource final : public CaptionSource {
   std::vector<Candidate> CandidatesIn(FolderIndex& index, std::string_view code) const;
   // The text of a candidate, or why it is no captions. What is asked for is only whether it has one: then the
   // document may be left empty.
+  static std::string CauseOf(const Candidate& candidate, const std::string& fault);
   CaptionText TextOf(const Candidate& candidate, bool onlyWhether);
-  Conversion Converted(const Candidate& candidate, const CaptionFile& file);
 
   std::deque<FolderIndex> folders_;
   const Manner manner_;
   const std::chrono::milliseconds settling_;
   FileVerdicts verdicts_;
   RecentDocuments recent_;
-  // How many files are read and converted at a time: a large one takes a few hundred MiB.
+  // How many files are read and converted at a time. A large one takes a few hundred MiB, and its place until
+  // its client has taken the document.
   std::counting_semaphore<> small_{4}, large_{1};
 };
 

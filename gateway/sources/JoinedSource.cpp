@@ -10,7 +10,7 @@ namespace {
 // That there is no file is nothing to mention beside what the site says.
 std::string BothCauses(const std::string& folders, const std::string& site) {
   if (folders == kNoFile || folders.empty()) return site;
-  return site.empty() ? folders : folders + "; " + site;
+  return site.empty() ? folders : folders + " " + site;
 }
 
 void Add(TrackList& list, TrackList more) {

@@ -60,12 +60,10 @@ Waited Places::AwaitListStart(const Patience& patience) {
   }
 }
 
-std::optional<Places::Place> Places::Take(Kind kind, const Patience& patience, Waited& waited) {
-  waited = AwaitTurn(std::make_shared<Ticket>(Ticket{kind, {}}), patience);
-  if (waited != Waited::Ready) return std::nullopt;
+std::optional<Places::Place> Places::Take(Kind kind, const Patience& patience) {
+  if (AwaitTurn(std::make_shared<Ticket>(Ticket{kind, {}}), patience) != Waited::Ready) return std::nullopt;
   Place place(*this, kind);
-  if (kind == Kind::List) waited = AwaitListStart(patience);
-  if (waited != Waited::Ready) return std::nullopt;
+  if (kind == Kind::List && AwaitListStart(patience) != Waited::Ready) return std::nullopt;
   return place;
 }
 

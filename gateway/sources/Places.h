@@ -36,8 +36,8 @@ class Places {
   Places(std::size_t count, std::chrono::milliseconds betweenLists)
       : count_(count), betweenLists_(betweenLists) {}
 
-  // nullopt if patience ended first; waited says how. Lists start no closer to each other than betweenLists.
-  std::optional<Place> Take(Kind kind, const Patience& patience, Waited& waited);
+  // nullopt if patience ended first. Lists start no closer to each other than betweenLists.
+  std::optional<Place> Take(Kind kind, const Patience& patience);
 
  private:
   struct Ticket {

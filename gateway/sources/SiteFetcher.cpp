@@ -24,13 +24,6 @@ std::chrono::sys_days Today() {
   return std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now());
 }
 
-// Why a child that ended did not do what it should.
-Cause FaultOf(const ReadyChild& ready, const ChildEnd& end) {
-  if (ready.folder.Path().empty()) return {"There is no room for the files of yt-dlp."};
-  const Cause said = end.how == ChildEnd::How::Exited ? CauseIn(end.messages) : Cause{};
-  return said.sentence.empty() ? CauseOf(end) : said;
-}
-
 // What yt-dlp itself said.
 void LogWords(const std::string& subject, const Cause& cause, const ChildEnd& end) {
   if (end.how == ChildEnd::How::GivenUp) return;
@@ -44,8 +37,8 @@ SiteFetcher::SiteFetcher(SiteSettings settings, const SiteLimits& limits)
       limits_(limits),
       ytDlp_({settings_.program, settings_.version}, settings_.named),
       places_(limits.children, limits.betweenLists),
-      warm_([this] { return StartChild(TextCommand(ytDlp_.Get().program, settings_.config)); }, limits.warm) {
-}
+      warm_([this] { return StartChild(TextCommand(ytDlp_.Last().program, settings_.config)); },
+            limits.warm) {}
 
 SiteAnswer SiteFetcher::List(std::string_view code, const Patience& patience) {
   SiteAnswer answer =
@@ -54,26 +47,26 @@ SiteAnswer SiteFetcher::List(std::string_view code, const Patience& patience) {
   return answer;
 }
 
-SiteAnswer SiteFetcher::Text(const SiteTrack& track, const Patience& patience) {
-  return Run(Places::Kind::Text, patience, [&](const Patience& bounded) { return RunText(track, bounded); });
+SiteAnswer SiteFetcher::Text(std::string_view code, const SiteTrack& track, const Patience& patience) {
+  return Run(Places::Kind::Text, patience,
+             [&](const Patience& bounded) { return RunText(code, track, bounded); });
 }
 
 SiteAnswer SiteFetcher::Run(Places::Kind kind, const Patience& patience,
                             const std::function<SiteAnswer(const Patience&)>& run) {
-  if (ytDlp_.Get().program.empty()) return {nullptr, "", {"yt-dlp is not installed."}};
+  if (ytDlp_.Get(patience).program.empty()) return {nullptr, "", {"yt-dlp is not installed."}};
   if (Cause paused = Paused(); !paused.sentence.empty()) return {nullptr, "", std::move(paused)};
-  Waited waited = Waited::Ready;
-  const auto place = places_.Take(kind, patience, waited);
+  const auto place = places_.Take(kind, patience);
   if (!place) return {nullptr, "", {"Too many videos are asked for at a time; try again."}};
   if (Cause paused = Paused(); !paused.sentence.empty()) return {nullptr, "", std::move(paused)};  // by now
   SiteAnswer answer = run(patience);
   Heed(answer.cause);
-  answer.cause = InLightOf(ytDlp_.Get().version, Today(), std::move(answer.cause));
+  answer.cause = InLightOf(ytDlp_.Last().version, Today(), std::move(answer.cause));
   return answer;
 }
 
 SiteAnswer SiteFetcher::RunList(std::string_view code, const Patience& patience) {
-  const auto ready = StartChild(ListCommand(ytDlp_.Get().program, settings_.config, code));
+  const auto ready = StartChild(ListCommand(ytDlp_.Last().program, settings_.config, code));
   const ChildEnd end = Finish(*ready, "", patience);
   auto list = ReadSiteList(end.output, code, limits_);
   SiteAnswer answer;
@@ -89,13 +82,14 @@ SiteAnswer SiteFetcher::RunList(std::string_view code, const Patience& patience)
   return answer;
 }
 
-SiteAnswer SiteFetcher::RunText(const SiteTrack& track, const Patience& patience) {
+SiteAnswer SiteFetcher::RunText(std::string_view code, const SiteTrack& track, const Patience& patience) {
   auto ready = warm_.Take();
-  if (!ready) ready = StartChild(TextCommand(ytDlp_.Get().program, settings_.config));
+  if (!ready) ready = StartChild(TextCommand(ytDlp_.Last().program, settings_.config));
   Prepare();
   const ChildEnd end = Finish(*ready, TextInput(track.entry), patience);
   SiteAnswer answer = ReadText(track, *ready, end);
-  if (answer.document.empty()) LogWords("for the text " + track.track.language, answer.cause, end);
+  if (answer.document.empty())
+    LogWords("of " + std::string(code) + ", " + track.track.language, answer.cause, end);
   return answer;
 }
 
@@ -112,6 +106,16 @@ SiteAnswer SiteFetcher::ReadText(const SiteTrack& track, const ReadyChild& ready
   return {nullptr, std::move(document), {}};
 }
 
+// Why a child that ended did not do what it should.
+Cause SiteFetcher::FaultOf(const ReadyChild& ready, const ChildEnd& end) const {
+  if (ready.folder.Path().empty()) return {"There is no room for the files of yt-dlp."};
+  std::error_code ignored;
+  if (end.how == ChildEnd::How::NotStarted && std::filesystem::exists(ytDlp_.Last().program, ignored))
+    return {"yt-dlp can't be started; install it anew."};
+  const Cause said = end.how == ChildEnd::How::Exited ? CauseIn(end.messages) : Cause{};
+  return said.sentence.empty() ? CauseOf(end) : said;
+}
+
 std::unique_ptr<ReadyChild> SiteFetcher::StartChild(const std::vector<std::string>& command) const {
   ScratchFolder folder(settings_.scratch);
   Child child(command, folder.Path(), limits_.fileBytes);
@@ -123,8 +127,10 @@ ChildEnd SiteFetcher::Finish(ReadyChild& ready, std::string_view input, const Pa
 }
 
 void SiteFetcher::Prepare() try {
-  if (Paused().sentence.empty()) warm_.Prepare();
-} catch (const std::exception& error) {  // no thread or descriptor left: the next text starts cold
+  if (!Paused().sentence.empty()) return;
+  warm_.Prepare();
+  if (!Paused().sentence.empty()) warm_.Take();  // the pause began meanwhile
+} catch (const std::exception& error) {          // no thread or descriptor left: the next text starts cold
   Log(error.what());
 }
 

@@ -19,13 +19,14 @@ class SiteFetcher {
 
   // Requires: IsSiteCode(code).
   SiteAnswer List(std::string_view code, const Patience& patience);
-  SiteAnswer Text(const SiteTrack& track, const Patience& patience);
+  SiteAnswer Text(std::string_view code, const SiteTrack& track, const Patience& patience);
 
  private:
   SiteAnswer Run(Places::Kind kind, const Patience& patience,
                  const std::function<SiteAnswer(const Patience&)>& run);
   SiteAnswer RunList(std::string_view code, const Patience& patience);
-  SiteAnswer RunText(const SiteTrack& track, const Patience& patience);
+  SiteAnswer RunText(std::string_view code, const SiteTrack& track, const Patience& patience);
+  Cause FaultOf(const ReadyChild& ready, const ChildEnd& end) const;
   SiteAnswer ReadText(const SiteTrack& track, const ReadyChild& ready, const ChildEnd& end) const;
   std::unique_ptr<ReadyChild> StartChild(const std::vector<std::string>& command) const;
   ChildEnd Finish(ReadyChild& ready, std::string_view input, const Patience& patience) const;

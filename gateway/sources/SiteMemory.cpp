@@ -14,7 +14,8 @@ std::optional<SiteAnswer> SiteMemory::Find(const std::string& code) {
 SiteMemory::Clock::time_point SiteMemory::ExpiryOf(const SiteAnswer& answer) const {
   if (answer.list && !answer.list->tracks.empty()) return answer.list->expires;
   if (answer.cause.effect == Effect::Silent) return Clock::now() + limits_.keepSilent;
-  if (answer.cause.effect == Effect::Verdict) return Clock::now() + limits_.keepVerdict;
+  if (answer.cause.effect == Effect::Verdict || answer.cause.effect == Effect::Unavailable)
+    return Clock::now() + limits_.keepVerdict;
   return {};
 }
 

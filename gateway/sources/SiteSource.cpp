@@ -23,6 +23,7 @@ class SiteSource::Inner {
   SiteAnswer List(const std::string& code, const Patience& patience) {
     if (auto known = memory_.Find(code)) return *std::move(known);
     return errands_.Ask("list " + code, patience, [this, code](int stop) {
+      if (auto known = memory_.Find(code)) return *std::move(known);  // by an errand that ended just before
       SiteAnswer answer = fetcher_.List(code, {Clock::now() + limits.list, stop});
       memory_.Keep(code, answer);
       return answer;
@@ -46,7 +47,7 @@ class SiteSource::Inner {
     if (!listed.list || listed.list->tracks.empty()) return {nullptr, "", {listed.cause.sentence}};
     const SiteTrack* track = listed.list->Find(language);
     if (!track) return {nullptr, "", {kNotInThisLanguage}};
-    SiteAnswer answer = fetcher_.Text(*track, patience);
+    SiteAnswer answer = fetcher_.Text(code, *track, patience);
     if (answer.cause.effect == Effect::Relist) memory_.Forget(code, *listed.list);
     return answer;
   }

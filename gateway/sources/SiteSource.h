@@ -10,7 +10,7 @@ namespace gateway {
 
 // Lists are kept in memory until their links expire, "no captions" and the site's verdicts for a while; texts
 // are not kept. What is asked for twice at the same time is fetched once. A request is stopped when all its
-// clients are gone, and after a bot check no child starts for a while.
+// clients are gone, and after a bot check or too many requests no child starts for a while.
 //
 // Tracks() gives the title and the tracks; where there are none, or some are missing, the cause. Text() gives
 // a document in the form that the program reads.

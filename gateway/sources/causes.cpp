@@ -11,8 +11,9 @@
 namespace gateway {
 namespace {
 
-// A plain line names its cause wherever it stands. A vague one counts as an error alone, and only where no warning
-// says more: newer releases warn of the site's refusals, and end with "Failed to extract any player response".
+// A plain line names its cause wherever it stands. A vague one counts as an error alone, and only where no
+// warning says more: newer releases warn of the site's refusals, and end with "Failed to extract any player
+// response".
 enum class Line { Plain, Vague };
 
 struct Row {
@@ -25,7 +26,7 @@ struct Row {
 constexpr Row kTokens = {"PO token was not provided|require a PO Token", Line::Plain, Effect::Outdated,
                          "The site holds captions back from yt-dlp; update yt-dlp or add a token plugin."};
 
-constexpr std::array<Row, 18> kRows{{
+constexpr std::array<Row, 21> kRows{{
     {"not a bot|likely being blocked|captcha challenge", Line::Plain, Effect::Pause,
      "The site wants a sign-in from this network; wait, or give yt-dlp cookies."},
     {"rate-limited by|try again later|HTTP Error 429|Too Many Requests", Line::Plain, Effect::Pause,
@@ -38,10 +39,16 @@ constexpr std::array<Row, 18> kRows{{
      "This video is not available in this country."},
     {"will begin in|Premieres in", Line::Plain, Effect::Verdict, "This video has not begun."},
     kTokens,
-    {"Video unavailable|video is not available|has been removed|terminated", Line::Plain, Effect::Verdict,
+    {"Video unavailable|video is not available|has been removed|terminated", Line::Plain, Effect::Unavailable,
      "This video is unavailable or removed."},
-    {"name resolution|Name or service not known|Connection refused|unreachable|timed out|CERTIFICATE_VERIFY",
+    {"name resolution|Name or service not known|Connection refused|unreachable|Connection timed out|"
+     "connect timeout",
      Line::Plain, Effect::None, "No network: yt-dlp has no connection to the site."},
+    {"CERTIFICATE_VERIFY", Line::Plain, Effect::None,
+     "yt-dlp doesn't trust the connection to the site: its certificate can't be verified."},
+    // A release of 2023 looks for the file of a text of which nothing came.
+    {"timed out|No such file or directory: './c.c.", Line::Plain, Effect::None, "The site took too long."},
+    {"config location", Line::Plain, Effect::None, "yt-dlp can't read its file of options (--ytdlp-config)."},
     {"Remote end closed|Connection reset|Connection aborted|Connection broken|bytes, expected|bytes read",
      Line::Plain, Effect::None, "The connection to the site broke off."},
     {"Did not get any data blocks", Line::Plain, Effect::Outdated, "The site sent empty captions."},
@@ -113,7 +120,7 @@ Cause CauseOf(const ChildEnd& end) {
     case ChildEnd::How::TooLate:
       return {"The site took too long."};
     case ChildEnd::How::GivenUp:
-      return {"Nobody waits for the answer any more."};
+      return {"The gateway gave up before the site had answered."};
     case ChildEnd::How::TooMuch:
       return {"yt-dlp said more than it may."};
     case ChildEnd::How::Crashed:
@@ -128,7 +135,8 @@ Cause CauseOf(const ChildEnd& end) {
 }
 
 Cause InLightOf(std::string_view version, std::chrono::sys_days today, Cause cause) {
-  const std::string doubt = cause.sentence.empty() ? "" : DoubtAbout(version, today);
+  const bool isSure = cause.effect == Effect::Verdict || cause.effect == Effect::Pause;
+  const std::string doubt = isSure || cause.sentence.empty() ? "" : DoubtAbout(version, today);
   if (doubt.empty()) return cause;
   if (cause.effect == Effect::Outdated && IsTooOld(version)) return {doubt + ".", Effect::Outdated};
   cause.sentence.pop_back();

@@ -11,12 +11,13 @@ namespace gateway {
 
 // What follows from a cause, beside its being shown.
 enum class Effect {
-  None,      // asked again, the site may answer otherwise
-  Relist,    // the list's links may be out of date
-  Pause,     // the site wants to be left alone for a while
-  Verdict,   // the site's own word on this video: holds for some minutes
-  Silent,    // the video has no captions: holds for an hour
-  Outdated,  // an old yt-dlp explains it
+  None,         // asked again, the site may answer otherwise
+  Relist,       // the list's links may be out of date
+  Pause,        // the site wants to be left alone for a while
+  Verdict,      // the site's own word on this video: holds for some minutes
+  Unavailable,  // the same, but an old yt-dlp may be told so of any video
+  Silent,       // the video has no captions: holds for an hour
+  Outdated,     // an old yt-dlp explains it
 };
 
 struct Cause {
@@ -33,7 +34,8 @@ Cause GapIn(std::string_view messages);
 // From how a child ended, where its messages say nothing.
 Cause CauseOf(const ChildEnd& end);
 
-// cause, with what speaks against this version of yt-dlp on this day beside it or in its place.
+// cause, with what speaks against this version of yt-dlp on this day beside it or in its place, unless the
+// site was plain about the video or wants to be left alone.
 Cause InLightOf(std::string_view version, std::chrono::sys_days today, Cause cause);
 
 // The lines that a log should keep: errors and warnings, else the last.

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "gateway/sources/caption_name.h"
 #include "gateway/sources/language_name.h"
 #include "gateway/sources/yt_dlp.h"
 
@@ -17,13 +18,6 @@ using std::chrono::system_clock;
 constexpr std::string_view kOriginal = "-orig";
 constexpr std::size_t kLongestName = 200;
 constexpr std::size_t kLongestTitle = 1000;
-
-bool IsLanguage(std::string_view key) {
-  const auto allowed = [](char c) {
-    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == '-';
-  };
-  return !key.empty() && key.size() <= 64 && std::all_of(key.begin(), key.end(), allowed);
-}
 
 std::string TextOf(const json& object, const char* key) {
   const auto found = object.find(key);
@@ -94,7 +88,7 @@ class Reader {
     if (!keys.is_object()) return;
     for (const auto& [key, entries] : keys.items()) {
       SiteTrack track{{key, "", "", automatic}, "", ""};
-      const json* entry = IsLanguage(key) ? BestEntry(entries, track.format) : nullptr;
+      const json* entry = IsTrackLanguage(key) ? BestEntry(entries, track.format) : nullptr;
       if (!entry || (automatic && !IsOneToShow(keys, track.track.language, *entry))) continue;
       if (!taken_.insert(track.track.language).second) continue;
       track.track.name = NameOf(*entry, track.track);
@@ -143,11 +137,14 @@ class Reader {
   const SiteLimits& limits_;
 };
 
-// Whether no more arrays and objects stand within each other than can be written again: each takes room on
-// the stack then.
-bool IsShallow(std::string_view text) {
+// Whether no more arrays and objects stand within each other than can be written again, which takes room on
+// the stack for each, and no more values follow each other than a tree of some hundred MiB holds.
+bool IsReasonable(std::string_view text) {
   constexpr int kDeepest = 32;
+  constexpr std::size_t kMostValues =
+      1'000'000;  // a list with each translation of each track has some 50,000
   int depth = 0;
+  std::size_t values = 1;
   bool inString = false;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const char c = text[i];
@@ -156,7 +153,8 @@ bool IsShallow(std::string_view text) {
     if (inString) continue;
     if (c == '[' || c == '{') ++depth;
     if (c == ']' || c == '}') --depth;
-    if (depth > kDeepest) return false;
+    if (c == '[' || c == '{' || c == ',') ++values;
+    if (depth > kDeepest || values > kMostValues) return false;
   }
   return true;
 }
@@ -195,7 +193,7 @@ const SiteTrack* SiteList::Find(std::string_view language) const {
 }
 
 std::optional<SiteList> ReadSiteList(std::string_view text, std::string_view code, const SiteLimits& limits) {
-  if (!IsShallow(text)) return std::nullopt;
+  if (!IsReasonable(text)) return std::nullopt;
   const json whole = json::parse(WithWholeCharacters(std::string(text)), nullptr, false);
   if (!whole.is_object() || TextOf(whole, "id") != code) return std::nullopt;
   Reader reader(limits);

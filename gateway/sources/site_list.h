@@ -1,8 +1,10 @@
 // The tracks of a video as yt-dlp lists them.
 //
-//   list  = { "id": CODE, "title": TEXT, "subtitles": keys, "automatic_captions": keys }     what is empty is
-//   absent keys  = { KEY: [ entry, ... ], ... }             KEY names a track: "en", "en-orig",
-//   "en-nP7-2PuUl7o" entry = { "ext": FORMAT, "url": URL, "name": TEXT, ... }
+//   list  = { "id": CODE, "title": TEXT, "subtitles": keys, "automatic_captions": keys }
+//   keys  = { KEY: [ entry, ... ], ... }
+//   entry = { "ext": FORMAT, "url": URL, "name": TEXT, ... }
+//
+// What is empty is absent. KEY names a track: "en", "en-orig", "en-nP7-2PuUl7o".
 #pragma once
 
 #include <chrono>

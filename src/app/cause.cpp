@@ -25,7 +25,8 @@ bool IsWhole(const HTTPSocket& socket) {
 std::string OwnCause(const HTTPSocket& socket) {
   const int code = socket.LastErrorCode();
   if (code == ECONNREFUSED) return "Nothing listens at " + socket.Address + ":" + Str(socket.Port) + ".";
-  if (code == kErrorPeerClosed || code == ECONNRESET) return "The reply broke off before its first byte.";
+  if (code == kErrorPeerClosed || code == ECONNRESET)
+    return "The reply broke off before the first byte of its text.";
   return socket.ErrorCode() == kErrorTimeOut ? "No answer came in time." : "";
 }
 
@@ -34,6 +35,10 @@ std::string OwnCause(const HTTPSocket& socket) {
 std::string CauseOf(const HTTPSocket& socket, const std::string& body) {
   const auto headers = socket.PageHeaders();
   std::string named = headers ? NamedCause(*headers) : "";
-  if (!named.empty() || !body.empty()) return named;
+  if (!named.empty()) return named;
+  if (headers && headers->Value("Ravelyn-Cause").empty() && socket.HTTPStatusCode() >= 400)
+    return "What answers at " + socket.Address + ":" + Str(socket.Port) +
+           " is not Ravelyn's gateway: status " + Str(socket.HTTPStatusCode()) + ".";
+  if (!body.empty()) return "";
   return IsWhole(socket) ? "" : OwnCause(socket);
 }

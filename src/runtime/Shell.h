@@ -22,7 +22,7 @@ class Shell {
   void Execute(const std::string& command);
   bool IsRunning();
   // The end of a command that runs. Without a descriptor, where the system gives none, only IsRunning tells.
-  Awaited End() const { return {ended_, true, false}; }
+  Awaited End() const { return {ended_, ended_ >= 0, false}; }
   // The exit status of the command that ended, 0 for success; 128 and the signal if a signal ended
   // it; 127 if it could not be started.
   int ErrorCode() const { return errorCode_; }

@@ -9,7 +9,8 @@
 
 #include "SessionPlatform.h"
 #include "app/App.h"
-#include "runtime/TextControls.h"
+
+class TextField;
 
 class Session {
  public:
