@@ -80,7 +80,7 @@ TEST_F(Desktop, EveryControlHasASpokenNameAndARole) {
       {form().TextField1, "1. Paste in YouTube URL and click Search:", QAccessible::EditableText},
       {form().Listbox1, "2. Choose an available language:", QAccessible::Table},
       {form().searchField, "Search for a word or phrase in this video:", QAccessible::EditableText},
-      {form().Canvas1, "Ravelyn", QAccessible::Button},
+      {form().Canvas1, "About Ravelyn", QAccessible::Button},
       {form().TextArea1, "Document of the last command", QAccessible::EditableText},
       {form().SRTBox, "SRT File", QAccessible::RadioButton},
       {form().paragraphBox, "Paragraph Form", QAccessible::CheckBox},
@@ -236,6 +236,10 @@ TEST(SaveDialog, StartsWithNameFolderAndKinds) {
   EXPECT_FALSE(dialog->testOption(QFileDialog::DontConfirmOverwrite));
   const auto any = makeSaveDialog("", "German.srt", QString::fromStdString(folder.Path()), nullptr);
   EXPECT_EQ(any->nameFilters().size(), 1);
+  for (const auto& [typed, saved] : {std::pair("Mein Name", "Mein Name.srt"), {"Mein.txt", "Mein.txt"}}) {
+    any->selectFile(QString::fromUtf8(typed));
+    EXPECT_EQ(any->selectedFiles(), QStringList{QString::fromStdString(folder / saved)});
+  }
 }
 
 TEST(PreferencesFolder, IsTheSystemsAndIsMade) {

@@ -1,5 +1,6 @@
 // What a person does with the windows, from link to file.
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QFileDialog>
@@ -169,6 +170,32 @@ TEST_F(Desktop, AListKeepsItsSelectionThroughChanges) {
   list.RemoveRowsFrom(0);
   draw();
   EXPECT_EQ(languages().model()->rowCount(), 0);
+}
+
+TEST_F(Desktop, WhatAScreenReaderDoesReachesTheRecords) {
+  const auto act = [&](const Control& control, const QString& action) {
+    QAccessible::queryAccessibleInterface(&widget<QWidget>(control))->actionInterface()->doAction(action);
+    QCoreApplication::processEvents();
+    draw();
+  };
+  const QString toggle = QAccessibleActionInterface::toggleAction();
+  for (RadioButton* chosen : {&form().SRTBox, &form().WebVTTBox, &form().TextBox, &form().SRTBox}) {
+    act(*chosen, toggle);
+    for (RadioButton* each : {&form().SRTBox, &form().WebVTTBox, &form().TextBox}) {
+      EXPECT_EQ(each->Value(), each == chosen) << each->Name();
+      EXPECT_EQ(widget<QAbstractButton>(*each).isChecked(), each == chosen) << each->Name();
+    }
+  }
+  EXPECT_EQ(app->checkedDL, "SRT");
+  act(form().openBox, toggle);
+  EXPECT_EQ(app->openDL, "false");
+  act(form().openBox, toggle);
+  EXPECT_EQ(app->openDL, "true");
+  widget<QAbstractButton>(form().lineBox).setEnabled(true);
+  act(form().lineBox, toggle);
+  EXPECT_FALSE(widget<QAbstractButton>(form().lineBox).isChecked()) << "its record takes no clicks";
+  act(form().Canvas1, QAccessibleActionInterface::pressAction());
+  EXPECT_TRUE(waitFor([&] { return app->FindWindow("aboutWin") != nullptr; }));
 }
 
 TEST_F(Desktop, ALinkIsDroppedAnywhereOnTheForm) {

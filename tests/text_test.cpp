@@ -94,6 +94,7 @@ TEST(Text, FieldsAndTrimming) {
     EXPECT_EQ(NthField("a:b", ":", n), "") << n;
   }
   EXPECT_EQ(NthField("", ":", 1), "");
+  EXPECT_EQ(NthField("a:b", "", 1) + "|" + NthField("a:b", "", 2), "a:b|");
   EXPECT_EQ(NthField("abc", ":", 1), "abc");
   EXPECT_EQ(NthField("a::b", ":", 2) + NthField("a::b", "::", 2), "b");
   EXPECT_EQ(NthField("ab", "", 1) + NthField("ab", "", 2), "ab");

@@ -17,7 +17,7 @@ Window1::Window1()
   const Look hint{.fontSize = 11, .color = kGrey, .selectable = true};
   const Look dflt{.defaultButton = true, .startsCommand = true};
   const Look scratch{.multiline = true, .spellCheck = true, .spoken = "Document of the last command"};
-  const Look picture{.spoken = "Ravelyn"};
+  const Look picture{.spoken = "About Ravelyn"};
   const Look grey{.color = kGrey};
   Place({
       // control      name             L    T    W    H   tab  caption or text

@@ -102,8 +102,10 @@ void WindowView::addControl(Control& control) {
   const auto recheck = [this, &control] {
     if (record_) markDirty(control);
   };
-  if (auto* button = dynamic_cast<QAbstractButton*>(entry.view.widget))
+  if (auto* button = dynamic_cast<QAbstractButton*>(entry.view.widget)) {
     connect(button, &QAbstractButton::clicked, this, recheck);
+    connect(button, &QAbstractButton::toggled, this, recheck);
+  }
   if (auto* field = dynamic_cast<QLineEdit*>(entry.view.widget))
     connect(field, &QLineEdit::textChanged, this, recheck);
   places_[&control] = entries_.size();

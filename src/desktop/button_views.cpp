@@ -57,6 +57,16 @@ void reportClicks(QAbstractButton& button, Button& record) {
   QObject::connect(&button, &QAbstractButton::clicked, &button, [&record] { record.PersonClicks(); });
 }
 
+// A screen reader may toggle a box without a click. What counts is whether the record disagrees once all that
+// comes with a click is over: then it was no click, and acts as one.
+template <typename Box>
+void reportToggles(QAbstractButton& button, Box& record, bool (*disagrees)(bool shown, bool held)) {
+  const auto check = [&button, &record, disagrees] {
+    if (!button.signalsBlocked() && disagrees(button.isChecked(), record.Value())) record.PersonClicks();
+  };
+  QObject::connect(&button, &QAbstractButton::toggled, &button, check, Qt::QueuedConnection);
+}
+
 int takenByIndicator(const QWidget& widget, QStyle::PixelMetric width, QStyle::PixelMetric spacing) {
   return widget.style()->pixelMetric(width) + widget.style()->pixelMetric(spacing);
 }
@@ -66,6 +76,8 @@ class CanvasButton : public QAbstractButton {
  public:
   CanvasButton(Canvas& record, QWidget& content) : QAbstractButton(&content), record_(record) {
     setFocusPolicy(Qt::TabFocus);
+    connect(this, &QAbstractButton::clicked, this,
+            [this] { record_.PersonClicks(); });  // by an accessible action
   }
   void showBackdrop() {
     file_ = record_.Backdrop();
@@ -86,7 +98,8 @@ class CanvasButton : public QAbstractButton {
   }
   void mouseReleaseEvent(QMouseEvent*) override {}
   void keyPressEvent(QKeyEvent* event) override {
-    const bool presses = event->key() == Qt::Key_Space || event->key() == Qt::Key_Return;
+    const bool presses =
+        event->key() == Qt::Key_Space || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     presses ? static_cast<void>(record_.PersonClicks()) : QAbstractButton::keyPressEvent(event);
   }
 
@@ -131,6 +144,7 @@ ControlView checkBoxView(CheckBox& record, QWidget& content) {
   auto* box = new QCheckBox(&content);
   takeFont(*box, record.LookOf());
   reportClicks(*box, record);
+  reportToggles(*box, record, [](bool shown, bool held) { return shown != held; });
   const auto update = [box, &record] {
     showCaption(*box, record,
                 takenByIndicator(*box, QStyle::PM_IndicatorWidth, QStyle::PM_CheckBoxLabelSpacing));
@@ -145,6 +159,8 @@ ControlView radioButtonView(RadioButton& record, QWidget& content) {
   auto* button = new QRadioButton(&content);
   takeFont(*button, record.LookOf());
   reportClicks(*button, record);
+  // One that goes off does so because another goes on.
+  reportToggles(*button, record, [](bool shown, bool held) { return shown && !held; });
   const auto update = [button, &record] {
     showCaption(
         *button, record,

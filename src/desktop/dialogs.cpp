@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
@@ -58,6 +59,7 @@ std::unique_ptr<QFileDialog> makeSaveDialog(const std::string& filter, const std
   dialog->setAcceptMode(QFileDialog::AcceptSave);
   dialog->setFileMode(QFileDialog::AnyFile);
   dialog->setNameFilters(nameFiltersOf(filter));
+  dialog->setDefaultSuffix(QFileInfo(QString::fromStdString(name)).suffix());
   dialog->setDirectory(folder);
   dialog->selectFile(QDir(folder).filePath(QString::fromStdString(name)));
   return dialog;
