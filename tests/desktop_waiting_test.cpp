@@ -24,6 +24,25 @@ TEST_F(Desktop, AStalledRequestSleepsUntilItIsLeft) {
   EXPECT_LT(waits, 20) << "but for a caret that blinks nothing happened";
 }
 
+TEST_F(Desktop, EscapeAndTheStopButtonEndACommandAtOnce) {
+  for (const bool byKey : {true, false}) {
+    server.Answer({"HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\n", Reply::End::Stall});
+    Clock::time_point stopped;
+    QTimer::singleShot(300, [&] {
+      stopped = Clock::now();
+      byKey ? press(Qt::Key_Escape) : view(form()).findChild<QPushButton*>(QStringLiteral("stop"))->click();
+    });
+    search(QStringLiteral("abc"));
+    EXPECT_LT(Clock::now() - stopped, milliseconds(500));
+    EXPECT_FALSE(app->IsCommandRunning());
+    EXPECT_EQ(Window1::OpenOrNil(), &form());
+    EXPECT_EQ(host.calls.size(), 0u) << "no message";
+    EXPECT_TRUE(view(form()).findChild<QPushButton*>(QStringLiteral("stop"))->isHidden());
+  }
+  press(Qt::Key_Escape);
+  EXPECT_EQ(Window1::OpenOrNil(), &form()) << "with nothing to stop";
+}
+
 TEST_F(Desktop, AWaitEndsWithItsDescriptorOrItsTime) {
   std::array<int, 2> ends{};
   ASSERT_EQ(::pipe(ends.data()), 0);

@@ -143,6 +143,21 @@ TEST(Unwinding, ClosingTheWindowEndsItsCommandAtOnce) {
       });
 }
 
+TEST(Unwinding, StoppingACommandLeavesItsFormAndNothingHalfMade) {
+  AtEveryYield([](Stage& stage) { stage.app.StopCommand(); },
+               [](Stage& stage) {
+                 if (stage.command.button == "SearchWin.saveBtn") return;  // no command
+                 EXPECT_EQ(stage.CallsAfterTheDeed(), Lines{});
+                 EXPECT_FALSE(stage.app.IsCommandRunning());
+                 const bool searched = stage.command.button == "PushButton2";
+                 EXPECT_EQ(stage.Form().Listbox1.ListCount(), searched ? 0 : 2);
+                 EXPECT_EQ(stage.Form().XMLList.ListCount(), searched ? 0 : 2);
+                 if (stage.command.button == "PushButton3") ExpectCountedRows();
+                 stage.Search({0});
+                 EXPECT_EQ(stage.Form().Listbox1.ListCount(), 2);
+               });
+}
+
 TEST(Unwinding, ClosingTheResultsEndsTheirWordSearchAtOnce) {
   bool reached = true;
   for (std::int64_t n = 1; reached && n < 200; ++n) {

@@ -50,7 +50,10 @@ bool isReturn(const QKeyEvent& event) {
 }  // namespace
 
 WindowView::WindowView(Window& record, const ChooseItem& choose)
-    : record_(&record), content_(new Content(record, *this)), status_(new QLabel(content_)) {
+    : record_(&record),
+      content_(new Content(record, *this)),
+      status_(new QLabel(content_)),
+      stop_(new QPushButton(tr("Stop"), content_)) {
   content_->hide();
   setUpMenu(choose);
   setUpFrame();
@@ -79,6 +82,12 @@ void WindowView::setUpFrame() {
   status_->setTextFormat(Qt::PlainText);
   takeFont(*status_, {.fontSize = kStatusFont});
   status_->hide();
+  takeFont(*stop_, {.fontSize = kStatusFont});
+  stop_->setObjectName(QStringLiteral("stop"));
+  stop_->setFocusPolicy(Qt::TabFocus);
+  stop_->setAutoDefault(false);
+  stop_->hide();
+  connect(stop_, &QPushButton::clicked, this, [this] { stopCommand(); });
   ensurePolished();
   const int above = bar_ && !bar_->isNativeMenuBar() ? bar_->heightForWidth(frame.width) : 0;
   setMinimumSize(frame.minWidth, frame.minHeight + above);
@@ -159,7 +168,23 @@ void WindowView::showDefaultButton() {
   }
 }
 
+// Ended, a command leaves at its next wait or yield. False if none runs.
+bool WindowView::stopCommand() {
+  if (!record_ || !record_->Owner().IsCommandRunning()) return false;
+  record_->Owner().StopCommand();
+  return true;
+}
+
+// Escape stops the command that runs; else it closes a window that stands beside the program's own. So does
+// the usual key for closing.
 void WindowView::keyPressEvent(QKeyEvent* event) {
+  const bool escapes = event->matches(QKeySequence::Cancel);
+  if (escapes && stopCommand()) return event->accept();
+  if (record_ && !record_->Frame().menuBar && (escapes || event->matches(QKeySequence::Close))) {
+    event->accept();
+    close();
+    return;
+  }
   Entry* button = record_ && isReturn(*event) ? defaultButton() : nullptr;
   if (!button) return QWidget::keyPressEvent(event);
   event->accept();
@@ -214,6 +239,8 @@ void WindowView::showRunning(const QString& what) {
   status_->setText(running ? what + QChar(u'\u2026') : QString());
   status_->setVisible(running && hasCommands);
   status_->raise();
+  stop_->setVisible(running && hasCommands);
+  stop_->raise();
 }
 
 void WindowView::forget() {
@@ -271,7 +298,9 @@ void WindowView::layOut() {
   if (bar_) bar_->setGeometry(0, 0, width(), above);
   content_->setGeometry(0, above, width(), height() - above);
   const int margin = leftmostOf(*record_);
-  status_->setGeometry(margin, content_->height() - kStatusHeight, width() - 2 * margin, kStatusHeight);
+  const int below = content_->height() - kStatusHeight, besides = stop_->sizeHint().width();
+  status_->setGeometry(margin, below, width() - 2 * margin - besides, kStatusHeight);
+  stop_->setGeometry(width() - margin - besides, below, besides, kStatusHeight);
   for (const Entry& entry : entries_) {
     if (entry.record->Kind() == ControlKind::TextArea) markDirty(*entry.record);
   }

@@ -14,6 +14,7 @@
 
 class QLabel;
 class QMenuBar;
+class QPushButton;
 
 class WindowView : public QWidget {
  public:
@@ -66,11 +67,13 @@ class WindowView : public QWidget {
   void apply(Entry& entry);
   void nameAll();
   void layOut();
+  bool stopCommand();
 
   Window* record_;
   QMenuBar* bar_ = nullptr;
   QWidget* content_;
   QLabel* status_;
+  QPushButton* stop_;
   std::vector<Entry> entries_;
   std::unordered_map<const Control*, std::size_t> places_;
   QTimer frame_;          // goes before what its slots use, and takes their connections with it

@@ -136,6 +136,12 @@ bool Application::IsCommandRunning() const {
   return std::any_of(frames_.begin(), frames_.end(), [](const Frame& f) { return f.isCommand && !f.ended; });
 }
 
+void Application::StopCommand() {
+  for (Frame& frame : frames_) {
+    if (frame.isCommand) End(frame);
+  }
+}
+
 void Application::EndHandlerWith(const std::string& window) {
   if (!frames_.empty()) frames_.back().endsWith = window;
 }

@@ -53,6 +53,8 @@ class Application {
   // frame may still stand on the stack. Requires: called from inside a handler.
   void Command(const std::string& what, const Handler& handler);
   bool IsCommandRunning() const;
+  // The user stops the command that runs: it ends as if its window had closed, but the window stays.
+  void StopCommand();
   // The handler on top of the stack ends also when a window of this name closes.
   void EndHandlerWith(const std::string& window);
   // Lets events run; waits for them, or for what is awaited, at most so many milliseconds, -1 for not at all.

@@ -102,6 +102,25 @@ void ParseTracks(Window1& form) {
   }
 }
 
+// Rows that a search which was stopped has left would be taken for tracks of the next one.
+class Unfinished {
+ public:
+  explicit Unfinished(Window1& form) : form_(form) {}
+  ~Unfinished() {
+    if (isDone_ || Window1::OpenOrNil() != &form_) return;
+    form_.Listbox1.RemoveRowsFrom(0);
+    form_.XMLList.RemoveRowsFrom(0);
+  }
+  Unfinished(const Unfinished&) = delete;
+  Unfinished& operator=(const Unfinished&) = delete;
+
+  void Done() { isDone_ = true; }
+
+ private:
+  Window1& form_;
+  bool isDone_ = false;
+};
+
 }  // namespace
 
 void TakeTrackList(Window1& form, std::string reply) {
@@ -114,6 +133,7 @@ void Window1::PushButton2_Action() {
   if (TextField1.Text().empty()) return MsgBox("Please paste a YouTube URL into the form first.");
   const auto code = VideoCode(TextField1.Text());
   if (!code) return MsgBox("This does not appear to be a YouTube URL.");
+  Unfinished lists(*this);
   RemoveOldRows(*this);
   App& app = App::Get();
   app.vidCode = *code;
@@ -124,6 +144,7 @@ void Window1::PushButton2_Action() {
   std::string reply = socket.Get(address, kTrackListTimeOut);
   const std::string cause = CauseOf(socket, reply);
   TakeTrackList(*this, std::move(reply));
+  lists.Done();
   if (Listbox1.ListCount() == 0) {
     MsgBox(
         "There are no transcripts available for this video. Auto-generated transcripts contain no data and "
