@@ -32,6 +32,7 @@ class TestHost : public QtPlatform {
   std::deque<std::optional<std::string>> saves;  // answers to the next save dialogs; then all are cancelled
   bool realMessages = false;                     // shows them, after writing them down
   bool opens = true;                             // the system has a program for what is opened
+  bool opensByProgram = false;                   // the first xdg-open in PATH
   bool hasLeft = false;
   int waits = 0;  // that may sleep
   TemporaryFolder prefs;
@@ -54,7 +55,8 @@ class TestHost : public QtPlatform {
   }
 
  protected:
-  bool open(const QUrl& url) override {
+  bool open(const QUrl& url, const std::function<void()>& failed) override {
+    if (opensByProgram) return QtPlatform::open(url, failed);
     calls.push_back("open: " + url.toEncoded().toStdString());
     return opens;
   }

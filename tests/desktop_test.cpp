@@ -414,6 +414,39 @@ TEST_F(Desktop, ASaveDialogStartsWhereTheLastFileWent) {
   EXPECT_EQ(folders.at(2), folder.Path()) << "also after one that was cancelled";
 }
 
+TEST_F(Desktop, AnOpenerThatFailsIsReportedWhenItEnds) {
+  const TemporaryFolder programs;
+  const QByteArray path = qgetenv("PATH");
+  qputenv("PATH", (programs.Path() + ":" + path.toStdString()).c_str());
+  host.opensByProgram = true;
+  for (const int status : {3, 4, 0}) {
+    WriteFile(programs / "xdg-open", "#!/bin/sh\necho \"$1\" > '" + programs / "opened" + "'\nexit " +
+                                         std::to_string(status) + "\n");
+    std::filesystem::permissions(programs / "xdg-open", std::filesystem::perms::owner_all);
+    std::filesystem::remove(programs / "opened");
+    const auto message = [] { return dynamic_cast<QMessageBox*>(QApplication::activeModalWidget()); };
+    host.ShowURL("https://www.youtube.com/watch?v=a&t=1");
+    EXPECT_EQ(message(), nullptr) << "the window is not kept waiting";
+    QString text;
+    const auto dismiss = [&] {
+      if (!message()) return;
+      text = message()->text();
+      message()->accept();
+    };
+    QTimer looking;
+    QObject::connect(&looking, &QTimer::timeout, dismiss);
+    looking.start(5);
+    if (status != 0) {
+      EXPECT_TRUE(
+          waitFor([&] { return text.startsWith(QStringLiteral("No program could open this address:")); }));
+    } else {
+      EXPECT_TRUE(waitFor([&] { return std::filesystem::exists(programs / "opened"); }));
+    }
+    EXPECT_EQ(ReadFile(programs / "opened"), "https://www.youtube.com/watch?v=a&t=1\n");
+  }
+  qputenv("PATH", path);
+}
+
 TEST_F(Desktop, WhatNothingOpensIsShownForCopying) {
   host.opens = false;
   std::vector<QString> texts;

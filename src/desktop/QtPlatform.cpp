@@ -3,7 +3,6 @@
 #include <time.h>
 
 #include <QApplication>
-#include <QDesktopServices>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
@@ -18,6 +17,7 @@
 #include "desktop/WindowView.h"
 #include "desktop/dialogs.h"
 #include "desktop/edit_actions.h"
+#include "desktop/opener.h"
 #include "desktop/preferences_folder.h"
 #include "desktop/shown_text.h"
 #include "runtime/Application.h"
@@ -196,17 +196,23 @@ std::optional<std::string> QtPlatform::AskSavePath(const std::string& filter, co
   return QFile::encodeName(path).toStdString();
 }
 
+void QtPlatform::openOrSay(const QUrl& url, const QString& words, const std::string& what) {
+  const auto say = [this, words, what] { run(*makeCannotOpen(words, what, parentForDialog())); };
+  if (url.isEmpty() || !open(url, say)) say();
+}
+
 void QtPlatform::ShowURL(const std::string& address) {
   const QUrl url(QString::fromStdString(address), QUrl::TolerantMode);
-  if (isWebAddress(url) && open(url)) return;
-  run(*makeCannotOpen(QObject::tr("No program could open this address:"), address, parentForDialog()));
+  openOrSay(isWebAddress(url) ? url : QUrl(), QObject::tr("No program could open this address:"), address);
 }
 
 void QtPlatform::Launch(const std::string& path) {
-  if (open(QUrl::fromLocalFile(QFile::decodeName(path.c_str())))) return;
-  run(*makeCannotOpen(QObject::tr("No program could open this file:"), path, parentForDialog()));
+  openOrSay(QUrl::fromLocalFile(QFile::decodeName(path.c_str())),
+            QObject::tr("No program could open this file:"), path);
 }
 
-bool QtPlatform::open(const QUrl& url) { return QDesktopServices::openUrl(url); }
+bool QtPlatform::open(const QUrl& url, const std::function<void()>& failed) {
+  return openBySystem(url, failed);
+}
 
 std::string QtPlatform::PreferencesFolder() { return preferencesFolder(); }

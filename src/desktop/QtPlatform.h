@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QString>
 #include <chrono>
+#include <functional>
 #include <map>
 #include <vector>
 
@@ -44,8 +45,8 @@ class QtPlatform : public Platform {
   void CommandRunning(const std::string& what) override;
 
  protected:
-  // Hands url to the system; false if nothing there takes it.
-  virtual bool open(const QUrl& url);
+  // Hands url to the system; false if nothing there takes it. failed is called where that shows later.
+  virtual bool open(const QUrl& url, const std::function<void()>& failed);
   // Ends the loop of events that the program runs in.
   virtual void leaveLoop();
 
@@ -58,6 +59,8 @@ class QtPlatform : public Platform {
   // Runs dialog to its end and gives its result; 0 at once while the program quits.
   int run(QDialog& dialog);
   QWidget* parentForDialog() const;
+  // Opens url, or says in these words that nothing could open what.
+  void openOrSay(const QUrl& url, const QString& words, const std::string& what);
 
   QObject guard_;  // of the connections
   std::map<const Window*, WindowView*> views_;
