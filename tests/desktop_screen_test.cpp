@@ -201,6 +201,28 @@ TEST_F(Desktop, AListSharesWhatItsToldWidthsLeave) {
   EXPECT_EQ(list.columnWidth(0), std::stoi(results.resultsList.Columns().columnWidths));
 }
 
+TEST_F(Desktop, NoHeadingOfAWindowIsCutOrCoversAnother) {
+  aboutWin::Get().Show();
+  SearchWin::Get().Show();
+  draw();
+  for (const Window* window : {static_cast<Window*>(&form()), static_cast<Window*>(&aboutWin::Get())}) {
+    for (const Control* control : window->Controls()) {
+      if (control->Kind() != ControlKind::Label || static_cast<const Label*>(control)->LookOf().multiline)
+        continue;
+      const auto& label = widget<QLabel>(*control);
+      EXPECT_EQ(label.text().toStdString(), static_cast<const Label*>(control)->Text());
+      for (const Control* other : window->Controls()) {
+        if (other->Left() <= control->Left() || !other->Visible() || other->Kind() == ControlKind::Line)
+          continue;
+        const QRect text(label.pos(),
+                         QSize(label.fontMetrics().horizontalAdvance(label.text()), label.height()));
+        EXPECT_TRUE(label.width() == control->Width() || !text.intersects(widget<QWidget>(*other).geometry()))
+            << control->Name() << " over " << other->Name();
+      }
+    }
+  }
+}
+
 TEST(ShownText, BreaksARunAfterEightyCharacters) {
   const QString run(80, QChar(u'x')), breaks = run + QChar(0x200B) + run + QChar(0x200B) + QChar(u'y');
   EXPECT_EQ(withBreaks(run), run);

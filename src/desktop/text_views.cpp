@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QSignalBlocker>
+#include <algorithm>
 #include <cstdlib>
 #include <limits>
 
@@ -14,6 +15,7 @@
 #include "desktop/control_views.h"
 #include "desktop/dropped_text.h"
 #include "desktop/shown_text.h"
+#include "runtime/Window.h"
 
 namespace {
 
@@ -30,13 +32,48 @@ void takeColor(QWidget& widget, const Look& look) {
   widget.setPalette(palette);
 }
 
-// A text that doesn't fit is cut with "…", or, where it has several lines, at the label's edge;
-// the tool tip has the whole.
+// How wide a label can get without touching what stands to its right, or the edge of the window.
+int freeWidth(const Label& record) {
+  constexpr int kGap = 4;
+  int right = record.Owner().Width();
+  for (const Control* other : record.Owner().Controls()) {
+    const bool beside = other->Top() < record.Top() + record.Height() &&
+                        record.Top() < other->Top() + other->Height() && other->Left() > record.Left();
+    if (beside && other->Visible() && other->Kind() != ControlKind::Line)
+      right = std::min(right, other->Left());
+  }
+  return std::max(record.Width(), right - kGap - record.Left());
+}
+
+// With what rounding may take.
+int neededWidth(const QFont& font, const QString& text) {
+  return QFontMetrics(font).horizontalAdvance(text) + 2;
+}
+
+// Takes the label's own font, or a little smaller one in which text fits.
+void fitFont(QLabel& label, const Look& look, const QString& text, int width) {
+  constexpr int kSmaller = 2;  // pixels at most
+  label.setFont(QFont());
+  takeFont(label, look);
+  QFont font = label.font();
+  for (int i = 0; i < kSmaller && neededWidth(font, text) > width; ++i)
+    font.setPixelSize(QFontInfo(font).pixelSize() - 1);
+  label.setFont(font);
+}
+
+// A text that doesn't fit takes free space to its right, as fonts differ, and a little smaller letters. What
+// doesn't fit then either is cut with "…", or, where it has several lines, at the label's edge; the tool tip
+// has the whole.
 void showLabel(QLabel& label, const Label& record) {
   const bool multiline = record.LookOf().multiline;
   const QString full = shownText(record.Text(), multiline ? Lines::Many : Lines::One, kLongestLabel);
+  const int width = multiline || record.LookOf().align != Align::Left
+                        ? record.Width()
+                        : std::clamp(neededWidth(label.font(), full), record.Width(), freeWidth(record));
+  label.resize(width, record.Height());
+  if (!multiline && label.text() != full) fitFont(label, record.LookOf(), full, width);
   const QString shown =
-      multiline ? withBreaks(full) : label.fontMetrics().elidedText(full, Qt::ElideRight, record.Width());
+      multiline ? withBreaks(full) : label.fontMetrics().elidedText(full, Qt::ElideRight, width);
   if (label.text() != shown) label.setText(shown);
   const bool fits = multiline ? label.heightForWidth(record.Width()) <= record.Height() : shown == full;
   label.setToolTip(fits ? QString() : plainToolTip(full));
