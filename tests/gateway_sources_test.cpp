@@ -3,6 +3,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <utime.h>
+#include <future>
 
 #include <atomic>
 #include <chrono>
@@ -93,6 +94,22 @@ TEST(Folders, TakeTheBestFileOfEachLanguage) {
   EXPECT_EQ(BytesOf(source.Text("abc", "en", {})), Srv1("srv1"));
   EXPECT_EQ(Listed(FolderSource({first.Path()}, FolderSource::Manner::AsIs).Tracks("abc", {})),
             Lines{"en=English"});
+}
+
+TEST(Folders, ConvertALargeFileWhenThatBeforeWasTaken) {
+  const TemporaryFolder folder;
+  std::string large;
+  while (large.size() <= 1u << 20) large += "00:01,000 --> 00:02,000\n" + std::string(1000, 'w') + "\n\n";
+  WriteFile(folder / "[abc].en.srt", large);
+  WriteFile(folder / "[abc].de.srt", large);
+  FolderSource source({folder.Path()}, FolderSource::Manner::Convert);
+  EXPECT_EQ(source.Tracks("abc", {}).tracks.size(), 2u) << "a list holds none";
+  auto first = source.Text("abc", "en", {});
+  ASSERT_TRUE(first.document);
+  auto second = std::async(std::launch::async, [&] { return source.Text("abc", "de", {}); });
+  EXPECT_EQ(second.wait_for(std::chrono::milliseconds(100)), std::future_status::timeout);
+  first = {};
+  EXPECT_TRUE(second.get().document);
 }
 
 TEST(Folders, ServeNothingThatIsNoCaptionsAndSayWhyOnce) {
