@@ -25,6 +25,7 @@ class QuietPlatform : public Platform {
   void ControlFocused(Control&) override {}
   void Edit(EditAction) override {}
   void CommandRunning(const std::string&) override {}
+  void CommandEnded(const std::string&) override {}
 };
 
 // Requests go to host alone, and so does the connection test of the form that opens.

@@ -25,6 +25,11 @@ TEST_F(Desktop, AStalledRequestSleepsUntilItIsLeft) {
 }
 
 TEST_F(Desktop, EscapeAndTheStopButtonEndACommandAtOnce) {
+  const auto hasText = [&](const QString& text) {
+    const auto labels = view(form()).findChildren<QLabel*>();
+    return std::any_of(labels.begin(), labels.end(),
+                       [&](QLabel* each) { return each->isVisible() && each->text() == text; });
+  };
   for (const bool byKey : {true, false}) {
     server.Answer({"HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\n", Reply::End::Stall});
     Clock::time_point stopped;
@@ -38,9 +43,13 @@ TEST_F(Desktop, EscapeAndTheStopButtonEndACommandAtOnce) {
     EXPECT_EQ(Window1::OpenOrNil(), &form());
     EXPECT_EQ(host.calls.size(), 0u) << "no message";
     EXPECT_TRUE(view(form()).findChild<QPushButton*>(QStringLiteral("stop"))->isHidden());
+    EXPECT_TRUE(hasText(QStringLiteral("Stopped")));
   }
   press(Qt::Key_Escape);
   EXPECT_EQ(Window1::OpenOrNil(), &form()) << "with nothing to stop";
+  Offer(server, "abc", {{"en", "English", ""}});
+  search(QStringLiteral("abc"));
+  EXPECT_TRUE(hasText(QStringLiteral("1 language")));
 }
 
 TEST_F(Desktop, AWaitEndsWithItsDescriptorOrItsTime) {

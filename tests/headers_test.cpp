@@ -144,7 +144,7 @@ TEST(Headers, AMegabyteOfOneNameIsReadAtOnce) {
   EXPECT_EQ(h._FormatHTTPHeaders().size(), 209715u * 6 - 2);
   h.Delete("a");
   EXPECT_EQ(h.Count(), 0);
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 
 #include <cstdlib>
+#include <filesystem>
 
 #include "support/SessionDriver.h"
 
@@ -53,9 +54,23 @@ TEST(Session, GoesFromALinkToSavedFiles) {
                    Saved("", "Brazilian.srt", pt), Launched(pt)}));
   EXPECT_EQ(ReadFile(en), "1\n00:00:01,500 --> 00:00:03,500\nHello\n\n");
   EXPECT_EQ(ReadFile(pt), "");
+  EXPECT_EQ(driver.outcome,
+            "2 files saved in " + std::filesystem::path(en).parent_path().filename().string());
   EXPECT_EQ(driver.server.Requests(), (Lines{Request(ListPath("abc"), driver.server.Host()),
                                              Request(TrackPath("abc", "en"), driver.server.Host()),
                                              Request(TrackPath("abc", "pt-BR"), driver.server.Host())}));
+}
+
+TEST(Session, SaysHowACommandEnded) {
+  SessionDriver driver;
+  driver.OpenWith({{"en", "English", Document({{"1", "1", "on one"}, {"2", "1", "two"}})},
+                   {"de", "German", Document({{"1", "1", "on"}})}},
+                  "0 1");
+  EXPECT_EQ(driver.outcome, "2 languages");
+  driver.Run("type searchField on\nclick PushButton3");
+  EXPECT_EQ(driver.outcome, "2 hits in 2 tracks");
+  driver.Run("click SRTBox\nsave " + driver.folder / "en.srt" + "\nclick PushButton1");
+  EXPECT_EQ(driver.outcome, "1 saved, 1 cancelled");
 }
 
 // Of a pasted link the code alone is kept, so that a hit opens the video at its second. A typed one stays.
@@ -307,9 +322,9 @@ TEST(SessionTool, TakesItsOptions) {
                                   "open\ntype TextField1 ?v=abc\nclick PushButton2\nselect 0\nclick SRTBox\n"
                                   "click PushButton1\nquit");
   EXPECT_EQ(outcome.status, 0);
-  ASSERT_EQ(outcome.printed.size(), 10u);
+  ASSERT_EQ(outcome.printed.size(), 12u);
   EXPECT_TRUE(outcome.printed[1].starts_with(R"({"event":"message","text":"Ravelyn cannot work)"));
-  EXPECT_EQ(outcome.printed[7], Saved("", "English.srt", ""));
+  EXPECT_EQ(outcome.printed[8], Saved("", "English.srt", ""));
   EXPECT_EQ(list.Requests().size(), 1u);
   EXPECT_EQ(text.Requests().size(), 1u);
   EXPECT_EQ(ReadFile(prefs / "com.tarnvale.ravelyn.user.prefs"), "SRT\ntrue\nfalse\nfalse\nfalse\n");

@@ -4,6 +4,7 @@
 #include "app/MainMenuBar.h"
 #include "app/Window1.h"
 #include "app/aboutWin.h"
+#include "runtime/Numbers.h"
 
 App::App(Platform& host, Endpoints where) : Application(host), endpoints(std::move(where)) {
   FileTypes1::SetUp();
@@ -12,6 +13,13 @@ App::App(Platform& host, Endpoints where) : Application(host), endpoints(std::mo
   AddMenuHandler("FileAboutRavelyn", [this] { return _FileAboutRavelyn_Action(); });
   AddMenuHandler("FileHelp", [this] { return _FileHelp_Action(); });
 }
+
+void App::Event_CommandBegins() {
+  progress = {};
+  progress.begun = Ticks();
+}
+
+std::string App::CommandOutcome(bool wasStopped) const { return progress.Words(wasStopped, Ticks()); }
 
 bool App::_FileNewWindow_Action() {
   Window1::Get().Show();

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "app/Endpoints.h"
+#include "app/Progress.h"
 #include "runtime/Application.h"
 #include "runtime/Text.h"
 
@@ -28,6 +29,8 @@ class App : public Application {
   std::string searchCount = "0";           // word search hits, in decimal digits
   std::string lastTerm;                    // of the last run of the word search; "" before the first
 
+  Progress progress;  // of the command that runs, or ran last
+
   // Part of the run state since the first version; no command fills or reads them.
   StringArray timingArray;
   StringArray textArray;
@@ -41,6 +44,8 @@ class App : public Application {
  protected:
   void Event_Open() override;
   void Event_Close() override;
+  void Event_CommandBegins() override;
+  std::string CommandOutcome(bool wasStopped) const override;
 
  private:
   bool _FileNewWindow_Action();

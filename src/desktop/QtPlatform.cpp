@@ -84,7 +84,7 @@ void QtPlatform::WindowShown(Window& window) {
   const bool isNew = !view;
   if (isNew) view = new WindowView(window, [this](const std::string& item) { choose(item); });
   view->bringForward();
-  if (isNew) view->showRunning(running_);
+  if (isNew && !running_.isEmpty()) view->showRunning(running_);
 }
 
 // The view may be at work on the very click that closes it, so it goes later.
@@ -150,6 +150,11 @@ void QtPlatform::leaveLoop() { QCoreApplication::exit(0); }
 void QtPlatform::CommandRunning(const std::string& what) {
   running_ = shownText(what);
   for (const auto& [window, view] : views_) view->showRunning(running_);
+}
+
+void QtPlatform::CommandEnded(const std::string& outcome) {
+  running_.clear();
+  for (const auto& [window, view] : views_) view->showEnded(shownText(outcome));
 }
 
 void QtPlatform::ProcessEvents(int milliseconds, const Awaited& awaited) {

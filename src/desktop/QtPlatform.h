@@ -43,6 +43,7 @@ class QtPlatform : public Platform {
   void Edit(EditAction action) override;
   bool CanEdit(EditAction action) override;
   void CommandRunning(const std::string& what) override;
+  void CommandEnded(const std::string& outcome) override;
 
  protected:
   // Hands url to the system; false if nothing there takes it. failed is called where that shows later.

@@ -1,6 +1,7 @@
 #include "desktop/WindowView.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -228,19 +229,32 @@ void WindowView::focus(const Control& control) {
 }
 
 void WindowView::showRunning(const QString& what) {
-  const bool running = !what.isEmpty();
-  running ? setCursor(Qt::BusyCursor) : unsetCursor();
+  setCursor(Qt::BusyCursor);
+  showStatus(what + QChar(u'\u2026'), true);
+}
+
+void WindowView::showEnded(const QString& outcome) {
+  unsetCursor();
+  showStatus(outcome, false);
+}
+
+// Where a command starts, its state is shown. A screen reader is given it as an alert.
+void WindowView::showStatus(const QString& text, bool running) {
   bool hasCommands = false;
   for (const Entry& entry : entries_) {
     if (!entry.view.busy) continue;
     entry.view.busy(running);
     hasCommands = true;
   }
-  status_->setText(running ? what + QChar(u'\u2026') : QString());
-  status_->setVisible(running && hasCommands);
+  status_->setText(status_->fontMetrics().elidedText(text, Qt::ElideMiddle, status_->width()));
+  status_->setAccessibleName(text);
+  status_->setVisible(hasCommands && !text.isEmpty());
   status_->raise();
   stop_->setVisible(running && hasCommands);
   stop_->raise();
+  if (status_->isHidden()) return;
+  QAccessibleEvent said(status_, QAccessible::Alert);
+  QAccessible::updateAccessibility(&said);
 }
 
 void WindowView::forget() {

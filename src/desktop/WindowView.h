@@ -25,8 +25,9 @@ class WindowView : public QWidget {
 
   void bringForward();
   void focus(const Control& control);
-  // Says that a command runs; "" for none.
+  // Says that a command runs; and how it ended, which stays until the next one, "" for nothing.
   void showRunning(const QString& what);
+  void showEnded(const QString& outcome);
   // The record is about to go. The view shows and reports nothing any more.
   void forget();
   // Brings the widgets in line with the record at once.
@@ -68,6 +69,7 @@ class WindowView : public QWidget {
   void nameAll();
   void layOut();
   bool stopCommand();
+  void showStatus(const QString& text, bool running);
 
   Window* record_;
   QMenuBar* bar_ = nullptr;

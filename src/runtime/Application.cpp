@@ -121,12 +121,13 @@ void Application::Command(const std::string& what, const Handler& handler) {
     Application& app;
     Running(Application& a, const std::string& w) : app(a) {
       app.frames_.back().isCommand = true;
+      app.Event_CommandBegins();
       app.host_.CommandRunning(w);
     }
     ~Running() {
       Frame& frame = app.frames_.back();
       frame.isCommand = false;
-      if (!frame.ended) app.host_.CommandRunning("");
+      if (!frame.ended) app.host_.CommandEnded(app.CommandOutcome(false));
     }
   } running(*this, what);
   handler();
@@ -148,7 +149,7 @@ void Application::EndHandlerWith(const std::string& window) {
 
 void Application::End(Frame& frame) {
   if (std::exchange(frame.ended, true)) return;
-  if (frame.isCommand) host_.CommandRunning("");
+  if (frame.isCommand) host_.CommandEnded(CommandOutcome(true));
 }
 
 void Application::CheckEnded() const {

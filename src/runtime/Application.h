@@ -89,6 +89,9 @@ class Application {
  protected:
   virtual void Event_Open() {}
   virtual void Event_Close() {}
+  // A command begins; and what it came to, as a short phrase for the user, "" for nothing.
+  virtual void Event_CommandBegins() {}
+  virtual std::string CommandOutcome(bool) const { return ""; }  // wasStopped
 
  private:
   struct Frame {

@@ -47,8 +47,10 @@ class Platform {
   // host without a screen allows it while a text field has the focus.
   virtual void Edit(EditAction action) = 0;
   virtual bool CanEdit(EditAction action);
-  // A command has started, or, with "", has ended. what is a short phrase for the person.
+  // A command has started: what is a short phrase for the user. It has ended: outcome says how, "" for
+  // nothing.
   virtual void CommandRunning(const std::string& what) = 0;
+  virtual void CommandEnded(const std::string& outcome) = 0;
 
   // The clock behind Ticks: 60 a second, from any start, never backwards.
   virtual std::int64_t Ticks();

@@ -22,7 +22,7 @@ void SaveCaptions(Window1& form, std::int64_t row, const char* extension,
   const std::string name = track->trackTitle + extension;
   const Captions captions = FormCaptions(std::move(*track));
   const FolderItemPtr file = GetSaveFolderItem("", name);
-  if (!file) return;
+  if (!file) return CountCancelled();
   const bool saved = SaveFile(file, [&](TextOutputStream& out) { write(out, captions); });
   if (saved && form.openBox.Value()) file->Launch(true);
 }

@@ -1,12 +1,13 @@
 #include "timedtext/save.h"
 
-#include "runtime/Application.h"
+#include "app/App.h"
 #include "runtime/Platform.h"
 #include "runtime/exceptions.h"
 
 namespace {
 
 bool TellFailure(const FolderItem& file, int error) {
+  ++App::Get().progress.failed;
   MsgBox("\"" + file.Name() + "\" could not be saved: " + ErrorWords(error) + ".");
   return false;
 }
@@ -20,8 +21,11 @@ bool SaveFile(const FolderItemPtr& file, const std::function<void(TextOutputStre
   try {
     write(*stream);
     stream->Close();
+    App::Get().progress.CountSaved(file->Path());
     return true;
   } catch (const IOException& e) {
     return TellFailure(*file, e.ErrorNumber());
   }
 }
+
+void CountCancelled() { ++App::Get().progress.cancelled; }

@@ -34,6 +34,7 @@ void Window1::getTranscriptions(std::int64_t row) {
   const std::string name = track->trackTitle + ".txt";
   FormTranscript(*this, *track);
   const FolderItemPtr file = GetSaveFolderItem(FileTypes1::Text(), name);
+  if (!file) CountCancelled();
   const bool saved = file && SaveFile(file, [this](TextOutputStream& out) { out.Write(TextArea1.Text()); });
   if (saved && openBox.Value()) file->Launch(true);
   TextArea1.SetText("");

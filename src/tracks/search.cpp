@@ -145,6 +145,7 @@ void Window1::PushButton2_Action() {
   const std::string cause = CauseOf(socket, reply);
   TakeTrackList(*this, std::move(reply));
   lists.Done();
+  app.progress.languages = Listbox1.ListCount();
   if (Listbox1.ListCount() == 0) {
     MsgBox(
         "There are no transcripts available for this video. Auto-generated transcripts contain no data and "

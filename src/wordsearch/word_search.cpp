@@ -116,6 +116,9 @@ bool Window1::DoWordSearch(std::int64_t row) {
     throw;
   }
 
+  ++app.progress.searched;
+  app.progress.hits += run.Hits();
+  app.progress.withHits += run.Hits() > 0;
   if (run.Hits() < 1) {
     MsgBox(Quoted(searchField.Text()) + " could not be found.");
     return true;

@@ -29,6 +29,7 @@ class FakePlatform : public Platform {
   std::function<void()> onSaveDialog;
   std::string clipboard;
   std::string running;  // the command that is shown as running
+  std::string outcome;  // of the last one that ended
 
   void MessageBox(const std::string& text, const std::string& cause) override;
   std::optional<std::string> AskSavePath(const std::string& filter, const std::string& name) override;
@@ -43,6 +44,7 @@ class FakePlatform : public Platform {
   void ControlFocused(Control& control) override { calls.push_back("focus: " + control.Name()); }
   void Edit(EditAction action) override;
   void CommandRunning(const std::string& what) override { running = what; }
+  void CommandEnded(const std::string& how) override { running = "", outcome = how; }
   std::int64_t Ticks() override { return ticks; }
 };
 

@@ -55,6 +55,7 @@ class SessionDriver {
   LoopbackServer server;
   TemporaryFolder prefs;
   TemporaryFolder folder;  // for what is saved
+  std::string outcome;     // of the last command that had one
 
   // What the session printed, but for the "done" lines: each action must have ended with its own,
   // or with an error, which stays in the list.
@@ -82,7 +83,7 @@ class SessionDriver {
   }
 
  private:
-  static Lines WithoutDone(const Lines& actions, const Lines& printed) {
+  Lines WithoutDone(const Lines& actions, const Lines& printed) {
     Lines noticed;
     std::size_t at = 0;
     for (const std::string& action : actions) {
@@ -91,7 +92,9 @@ class SessionDriver {
       bool ended = false;
       while (!ended && at < printed.size()) {
         ended = printed[at] == done || printed[at].starts_with(R"({"event":"error")");
-        if (printed[at] != done) noticed.push_back(printed[at]);
+        const bool isOutcome = printed[at].starts_with(R"({"event":"outcome")");
+        if (isOutcome) outcome = nlohmann::json::parse(printed[at])["text"];
+        if (printed[at] != done && !isOutcome) noticed.push_back(printed[at]);
         ++at;
       }
       EXPECT_TRUE(ended) << action;

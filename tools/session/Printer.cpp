@@ -144,6 +144,8 @@ void Printer::Browse(const std::string& address) {
   PrintLine(out_, {{"event", "browse"}, {"address", address}});
 }
 
+void Printer::Outcome(const std::string& text) { PrintLine(out_, {{"event", "outcome"}, {"text", text}}); }
+
 void Printer::Focus(const std::string& control) {
   PrintLine(out_, {{"event", "focus"}, {"control", control}});
 }

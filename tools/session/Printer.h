@@ -17,6 +17,7 @@ class Printer {
   void Save(const std::string& filter, const std::string& name, const std::optional<std::string>& path);
   void Launch(const std::string& path);
   void Browse(const std::string& address);
+  void Outcome(const std::string& text);   // how a command ended
   void Focus(const std::string& control);  // with its window, as in "Window1.TextField1"
   void Show(const std::string& window);
   void Close(const std::string& window);

@@ -40,3 +40,7 @@ void SessionPlatform::Edit(EditAction action) {
   if (focus && focus->Kind() == ControlKind::TextField)
     static_cast<TextField*>(focus)->PersonEdits(action, clipboard_);
 }
+
+void SessionPlatform::CommandEnded(const std::string& outcome) {
+  if (!outcome.empty()) printer_.Outcome(outcome);
+}

@@ -28,6 +28,7 @@ class SessionPlatform : public Platform {
   void ControlFocused(Control& control) override;
   void Edit(EditAction action) override;
   void CommandRunning(const std::string&) override {}
+  void CommandEnded(const std::string& outcome) override;
 
  private:
   Printer& printer_;
