@@ -39,8 +39,8 @@ std::string Outcome(const Progress& progress) {
 }
 
 std::string Seconds(std::int64_t ticks) {
-  const std::int64_t tenths = ticks * 10 / kTicksASecond;
-  return Str(tenths / 10) + "." + Str(tenths % 10) + " s";
+  constexpr std::int64_t kTicksATenth = kTicksASecond / 10;
+  return Str(ticks / kTicksASecond) + "." + Str(ticks % kTicksASecond / kTicksATenth) + " s";
 }
 
 }  // namespace

@@ -8,12 +8,16 @@
 
 namespace {
 
-// A process goes with its object, so those that run at the end of the program are kept from going.
-std::set<QProcess*> running;
+// A process goes with its object, so neither those that run at the end of the program nor this list of them
+// is ever taken down.
+std::set<QProcess*>& running() {
+  static auto* const all = new std::set<QProcess*>;
+  return *all;
+}
 
 void reportEnd(QProcess* opener, const std::function<void()>& failed) {
   const bool opened = opener->exitStatus() == QProcess::NormalExit && opener->exitCode() == 0;
-  running.erase(opener);
+  running().erase(opener);
   opener->deleteLater();
   if (!opened) failed();
 }
@@ -24,7 +28,7 @@ bool openBySystem(const QUrl& url, const std::function<void()>& failed) {
   const QString program = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
   if (program.isEmpty()) return QDesktopServices::openUrl(url);
   auto* const opener = new QProcess;
-  running.insert(opener);
+  running().insert(opener);
   opener->setProcessChannelMode(QProcess::ForwardedChannels);
   opener->setStandardInputFile(QProcess::nullDevice());
   QObject::connect(opener, &QProcess::finished, opener, [opener, failed] { reportEnd(opener, failed); });
