@@ -40,5 +40,6 @@ TEST(Progress, SaysInOneLineHowACommandEnded) {
   EXPECT_EQ(list.Words(true, 3'690), "Stopped, 8 languages, after 61.5 s");
   EXPECT_EQ(none.Words(true, 0), "Stopped");
   EXPECT_EQ(none.Words(false, 9'999), "");
-  EXPECT_EQ(list.Words(false, INT64_MAX), "8 languages, after 153722867280912930.1 s") << "a clock that jumps";
+  EXPECT_EQ(list.Words(false, INT64_MAX), "8 languages, after 153722867280912930.1 s")
+      << "a clock that jumps";
 }
