@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstring>
 
 #include "gateway/server/Answers.h"
 #include "gateway/server/Connection.h"
