@@ -13,6 +13,7 @@
 #include "Turns.h"
 #include "gateway/documents/convert.h"
 #include "gateway/sources/Child.h"
+#include "gateway/sources/OpenedFile.h"
 #include "gateway/sources/ScratchFolder.h"
 #include "gateway/sources/site_list.h"
 #include "gateway/sources/yt_dlp.h"
@@ -226,6 +227,8 @@ void MeasureGateway(Effort effort, std::ostream& out, Table& table) {
 
   const BackgroundProgram gateway(fetching), ofMany(full);
   const Client client(gateway.FirstLine()), manyClient(ofMany.FirstLine());
+  // A file that was written just now is read anew at each request, since it may still change unseen.
+  std::this_thread::sleep_for(gateway::kSettling);
   const std::size_t turns = effort.brief ? 10 : 100;
   const double inFolder = MedianOf(turns, [&] { client.Text("folder-----", "en"); });
   const double inCache = MedianOf(turns, [&] { client.Text("cached-----", "en"); });
