@@ -68,9 +68,9 @@ TEST(GatewaySite, NamesTheCauseOfEachListThatIsEmptyAndKeepsOnlyVerdicts) {
       EXPECT_EQ(list.cause, cause) << video;
       EXPECT_EQ(list.tracks.size(), 0u) << video;
     }
-    // Some releases try again by themselves.
+    // Some releases try the page once more by themselves where the site is in trouble.
     const std::size_t asked = site.Requests("list " + CodeOf(video)).size();
-    EXPECT_TRUE(lists == 1 ? asked == 1 : asked >= lists) << video << " " << asked;
+    EXPECT_TRUE(asked == lists || (video == "e500" && asked == 2 * lists)) << video << " " << asked;
   });
 }
 

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
+#include <ctime>
 #include <functional>
 
 #include "runtime/Text.h"
@@ -137,14 +137,14 @@ TEST(Headers, AreWalkedWithAYieldAtEach) {
 TEST(Headers, AMegabyteOfOneNameIsReadAtOnce) {
   std::string text;
   while (text.size() < 1 << 20) text += "a:1\r\n";
-  const auto start = std::chrono::steady_clock::now();
+  const std::clock_t start = std::clock();  // of the processor, which other programs take no part of
   InternetHeaders h = Parsed(text);
   EXPECT_EQ(h.NameCount("A"), 209716);
   h.Delete("A", 0);
   EXPECT_EQ(h._FormatHTTPHeaders().size(), 209715u * 6 - 2);
   h.Delete("a");
   EXPECT_EQ(h.Count(), 0);
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
+  EXPECT_LT((std::clock() - start) / CLOCKS_PER_SEC, 10);
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ enum class Effect {
   Relist,       // the list's links may be out of date
   Pause,        // the site wants to be left alone for a while
   Verdict,      // the site's own word on this video: holds for some minutes
-  Unavailable,  // the same, but an old yt-dlp may be told so of any video
+  Unavailable,  // the same, but the site may say so of any video to an old yt-dlp
   Silent,       // the video has no captions: holds for an hour
   Outdated,     // an old yt-dlp explains it
 };
