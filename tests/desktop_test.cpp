@@ -440,7 +440,10 @@ TEST_F(Desktop, AnOpenerThatFailsIsReportedWhenItEnds) {
       EXPECT_TRUE(
           waitFor([&] { return text.startsWith(QStringLiteral("No program could open this address:")); }));
     } else {
-      EXPECT_TRUE(waitFor([&] { return std::filesystem::exists(programs / "opened"); }));
+      // The shell makes the file before it writes the line.
+      EXPECT_TRUE(waitFor([&] {
+        return std::filesystem::exists(programs / "opened") && !ReadFile(programs / "opened").empty();
+      }));
     }
     EXPECT_EQ(ReadFile(programs / "opened"), "https://www.youtube.com/watch?v=a&t=1\n");
   }
