@@ -76,7 +76,7 @@ int runProgram(int count, char** arguments) {
   App app(platform, EndpointsAt(arguments[4]));
   const std::map<std::string, std::function<bool()>> isTime = {
       {"idle", [] { return true; }},
-      {"message", [] { return QApplication::activeModalWidget() != nullptr; }},
+      {"message", [] { return standingDialog() != nullptr; }},
       {"fetching", [&app] { return app.IsCommandRunning(); }},
       {"writing", [folder] { return filesIn(folder) > 0; }}};
   when([&app] { return app.preferencesLoaded; },

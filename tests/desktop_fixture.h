@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -30,7 +31,8 @@ class TestHost : public QtPlatform {
  public:
   std::vector<std::string> calls;                // "message: ...", "save: FILTER NAME", "open: ADDRESS"
   std::deque<std::optional<std::string>> saves;  // answers to the next save dialogs; then all are cancelled
-  bool realMessages = false;                     // shows them, after writing them down
+  std::vector<std::string> steps;                // of the command, at its save dialogs
+  bool realMessages = false, realSaves = false;  // shows them, after writing them down
   bool opens = true;                             // the system has a program for what is opened
   bool opensByProgram = false;                   // the first xdg-open in PATH
   bool hasLeft = false;
@@ -43,6 +45,8 @@ class TestHost : public QtPlatform {
   }
   std::optional<std::string> AskSavePath(const std::string& filter, const std::string& name) override {
     calls.push_back("save: " + filter + " " + name);
+    steps.push_back(App::Get().CommandStep());
+    if (realSaves) return QtPlatform::AskSavePath(filter, name);
     if (saves.empty()) return std::nullopt;
     auto answer = saves.front();
     saves.pop_front();
@@ -62,6 +66,16 @@ class TestHost : public QtPlatform {
   }
   void leaveLoop() override { hasLeft = true; }
 };
+
+// nullptr where none stands.
+template <typename D = QDialog>
+D* standingDialog() {
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    auto* dialog = dynamic_cast<D*>(window);
+    if (dialog && dialog->isVisible()) return dialog;
+  }
+  return nullptr;
+}
 
 inline bool waitFor(const std::function<bool()>& happens) { return QTest::qWaitFor(happens, 5000); }
 

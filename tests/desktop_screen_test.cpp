@@ -251,12 +251,14 @@ TEST_F(Desktop, AListHasItsGridLines) {
 
 TEST(SaveDialog, StartsWithNameFolderAndKinds) {
   const TemporaryFolder folder;
-  const auto dialog =
-      makeSaveDialog("TEXT", "search_results.txt", QString::fromStdString(folder.Path()), nullptr);
+  const auto dialog = makeSaveDialog("TEXT", "search_results.txt", QString::fromStdString(folder.Path()),
+                                     "Spanish, 3 of 8", nullptr);
+  EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Save \u2013 Spanish, 3 of 8"));
   EXPECT_EQ(dialog->selectedFiles(), QStringList{QString::fromStdString(folder / "search_results.txt")});
   EXPECT_EQ(dialog->nameFilters().constFirst(), QStringLiteral("Text files (*.txt *.text)"));
   EXPECT_FALSE(dialog->testOption(QFileDialog::DontConfirmOverwrite));
-  const auto any = makeSaveDialog("", "German.srt", QString::fromStdString(folder.Path()), nullptr);
+  const auto any = makeSaveDialog("", "German.srt", QString::fromStdString(folder.Path()), "", nullptr);
+  EXPECT_EQ(any->windowTitle(), QStringLiteral("Save"));
   EXPECT_EQ(any->nameFilters().size(), 1);
   for (const auto& [typed, saved] : {std::pair("Mein Name", "Mein Name.srt"), {"Mein.txt", "Mein.txt"}}) {
     any->selectFile(QString::fromUtf8(typed));

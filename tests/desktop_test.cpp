@@ -33,6 +33,7 @@ TEST_F(Desktop, SavesTheChosenLanguagesOfALink) {
   EXPECT_EQ(ReadFile(folder / "one.srt"),
             "1\n00:00:00,000 --> 00:00:02,500\nThe harbour wakes\n\n"
             "2\n00:01:02,500 --> 00:01:05,500\nA gull over the harbour\n\n");
+  EXPECT_EQ(host.steps, (Calls{"English, 1 of 2", "German, 2 of 2"}));
   EXPECT_EQ(languages().selectionModel()->selectedRows().size(), 2);
 }
 
@@ -380,7 +381,7 @@ TEST_F(Desktop, AFormThatClosesTakesItsMessageAlong) {
     if (!isLast) aboutWin::Get().Show();
     form().Show();
     QTimer::singleShot(50, [&] {
-      const auto* box = dynamic_cast<QMessageBox*>(QApplication::activeModalWidget());
+      const auto* box = standingDialog<QMessageBox>();
       ASSERT_TRUE(box);
       EXPECT_EQ(box->text(), QStringLiteral("This does not appear to be a YouTube URL."));
       form().PersonCloses();
@@ -388,10 +389,66 @@ TEST_F(Desktop, AFormThatClosesTakesItsMessageAlong) {
     form().TextField1.PersonTypes("no link");
     form().PushButton2.PersonClicks();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    EXPECT_FALSE(QApplication::activeModalWidget());
+    EXPECT_FALSE(standingDialog());
     EXPECT_EQ(host.hasLeft, isLast);
     if (!isLast) form().Show(), aboutWin::Get().PersonCloses();
   }
+}
+
+TEST_F(Desktop, ASaveDialogLeavesTheWindowsAlive) {
+  host.realSaves = true;
+  Offer(server, "abc", kTwoLanguages);
+  const auto answerBy = [&](const std::function<void(QFileDialog&)>& act, bool behindAnother = false) {
+    form().Show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&view(form())));
+    search(QStringLiteral("abc"));
+    form().SRTBox.PersonClicks();
+    clickRow(languages(), 1);
+    if (behindAnother) aboutWin::Get().Show();
+    QString title;
+    QTimer looking;
+    QObject::connect(&looking, &QTimer::timeout, [&] {
+      auto* dialog = standingDialog<QFileDialog>();
+      if (!dialog) return;
+      looking.stop();
+      title = dialog->windowTitle();
+      EXPECT_EQ(dialog->parentWidget(), &view(*app->ActiveWindow()));
+      act(*dialog);
+    });
+    looking.start(1);
+    form().PushButton1.PersonClicks();
+    EXPECT_EQ(title, QStringLiteral("Save \u2013 German"));
+    EXPECT_FALSE(standingDialog());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  };
+  answerBy([&](QFileDialog&) { QTest::keyClick(&link(), Qt::Key_Escape); });
+  EXPECT_TRUE(form().Visible()) << "the command alone was stopped";
+  const auto closeBoth = [&](QFileDialog& dialog) {
+    aboutWin::Get().PersonCloses();
+    EXPECT_EQ(standingDialog(), &dialog) << "it goes over to the form";
+    EXPECT_EQ(dialog.parentWidget(), &view(form()));
+    view(form()).close();
+  };
+  answerBy(closeBoth, true);
+  EXPECT_TRUE(host.hasLeft);
+  TearDown();
+  start();
+  host.hasLeft = false;
+  answerBy([&](QFileDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Q, Qt::ControlModifier); });
+  EXPECT_TRUE(host.hasLeft);
+}
+
+TEST_F(Desktop, AMessageThatComesUnaskedTakesNoKeys) {
+  host.realMessages = true;
+  link().setFocus();
+  QTimer::singleShot(0, [&] {
+    ASSERT_TRUE(standingDialog<QMessageBox>());
+    EXPECT_TRUE(standingDialog()->testAttribute(Qt::WA_ShowWithoutActivating));
+    EXPECT_EQ(standingDialog()->parentWidget(), &view(form()));
+    QTest::keyClick(&link(), Qt::Key_Escape);
+  });
+  app->Dispatch(nullptr, [] { MsgBox("Ravelyn cannot work without an Internet connection."); });
+  EXPECT_FALSE(standingDialog()) << "Escape in the form dismisses it";
 }
 
 TEST_F(Desktop, ASaveDialogStartsWhereTheLastFileWent) {
@@ -399,7 +456,7 @@ TEST_F(Desktop, ASaveDialogStartsWhereTheLastFileWent) {
   std::vector<std::string> folders;
   const auto ask = [&](const std::string& path) {
     QTimer::singleShot(0, [&] {
-      auto* dialog = dynamic_cast<QFileDialog*>(QApplication::activeModalWidget());
+      auto* dialog = standingDialog<QFileDialog>();
       ASSERT_TRUE(dialog);
       folders.push_back(dialog->directory().path().toStdString());
       dialog->selectFile(QString::fromStdString(path));
@@ -424,7 +481,7 @@ TEST_F(Desktop, AnOpenerThatFailsIsReportedWhenItEnds) {
                                          std::to_string(status) + "\n");
     std::filesystem::permissions(programs / "xdg-open", std::filesystem::perms::owner_all);
     std::filesystem::remove(programs / "opened");
-    const auto message = [] { return dynamic_cast<QMessageBox*>(QApplication::activeModalWidget()); };
+    const auto message = standingDialog<QMessageBox>;
     host.ShowURL("https://www.youtube.com/watch?v=a&t=1");
     EXPECT_EQ(message(), nullptr) << "the window is not kept waiting";
     QString text;
@@ -454,7 +511,7 @@ TEST_F(Desktop, WhatNothingOpensIsShownForCopying) {
   host.opens = false;
   std::vector<QString> texts;
   const auto dismiss = [&texts] {
-    auto* box = dynamic_cast<QMessageBox*>(QApplication::activeModalWidget());
+    auto* box = standingDialog<QMessageBox>();
     ASSERT_TRUE(box);
     texts.push_back(box->text());
     for (QAbstractButton* button : box->buttons()) {

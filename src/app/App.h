@@ -38,6 +38,8 @@ class App : public Application {
   StringArray secondsArray;
   double movieDuration = 0;
 
+  std::string CommandStep() const override { return progress.Step(); }
+
   // Set once the preferences were loaded: before that there is nothing worth saving.
   bool preferencesLoaded = false;
 

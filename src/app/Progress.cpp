@@ -52,6 +52,8 @@ void Progress::CountSaved(const std::string& path) {
   ++saved;
 }
 
+std::string Progress::Step() const { return of > 1 ? item + ", " + Str(place) + " of " + Str(of) : item; }
+
 std::string Progress::Words(bool wasStopped, std::int64_t now) const {
   std::string words = wasStopped ? "Stopped" : "";
   if (const std::string outcome = Outcome(*this); !outcome.empty()) Add(words, outcome);

@@ -17,6 +17,7 @@
 #include "desktop/WindowView.h"
 #include "desktop/dialogs.h"
 #include "desktop/edit_actions.h"
+#include "desktop/menu_actions.h"
 #include "desktop/opener.h"
 #include "desktop/preferences_folder.h"
 #include "desktop/shown_text.h"
@@ -93,7 +94,8 @@ void QtPlatform::WindowClosed(Window& window) {
     WindowView* view = at->second;
     views_.erase(at);
     view->forget();
-    dismissDialogsOf(view);
+    dialogs_.dismissEnded();
+    dialogs_.handOver(*view, parentForDialog());
     view->hide();
     view->deleteLater();
   }
@@ -124,16 +126,6 @@ void QtPlatform::choose(const std::string& item) {
   quitIfAsked();
 }
 
-// A dialog belongs to the function that runs it, so it must not go with its parent.
-void QtPlatform::dismissDialogsOf(const QWidget* parent) {
-  const std::vector<QDialog*> open = dialogs_;
-  for (QDialog* dialog : open) {
-    if (parent && dialog->parentWidget() != parent) continue;
-    dialog->reject();
-    dialog->setParent(nullptr);
-  }
-}
-
 void QtPlatform::quit() {
   Application::Current().Quit();
   quitIfAsked();
@@ -141,7 +133,7 @@ void QtPlatform::quit() {
 
 void QtPlatform::quitIfAsked() {
   if (!isQuitting()) return;
-  dismissDialogsOf(nullptr);
+  dialogs_.dismissAll();
   leaveLoop();
 }
 
@@ -154,6 +146,7 @@ void QtPlatform::CommandRunning(const std::string& what) {
 
 void QtPlatform::CommandEnded(const std::string& outcome) {
   running_.clear();
+  dialogs_.dismissEnded();
   for (const auto& [window, view] : views_) view->showEnded(shownText(outcome));
 }
 
@@ -182,10 +175,9 @@ QWidget* QtPlatform::parentForDialog() const {
 
 int QtPlatform::run(QDialog& dialog) {
   if (isQuitting()) return QDialog::Rejected;
-  dialogs_.push_back(&dialog);
-  const int result = dialog.exec();
-  std::erase(dialogs_, &dialog);
-  return result;
+  addQuitShortcut(dialog, *Application::Current().CurrentMenuBar(),
+                  [this](const std::string& item) { choose(item); });
+  return dialogs_.run(dialog);
 }
 
 void QtPlatform::MessageBox(const std::string& text, const std::string& cause) {
@@ -194,7 +186,8 @@ void QtPlatform::MessageBox(const std::string& text, const std::string& cause) {
 
 std::optional<std::string> QtPlatform::AskSavePath(const std::string& filter, const std::string& name) {
   if (saveFolder_.isEmpty()) saveFolder_ = documentsFolder();
-  const auto dialog = makeSaveDialog(filter, name, saveFolder_, parentForDialog());
+  const auto dialog =
+      makeSaveDialog(filter, name, saveFolder_, Application::Current().CommandStep(), parentForDialog());
   if (run(*dialog) != QDialog::Accepted || dialog->selectedFiles().isEmpty()) return std::nullopt;
   const QString path = dialog->selectedFiles().constFirst();
   saveFolder_ = QFileInfo(path).absolutePath();

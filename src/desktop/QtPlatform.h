@@ -7,8 +7,8 @@
 #include <chrono>
 #include <functional>
 #include <map>
-#include <vector>
 
+#include "desktop/OpenDialogs.h"
 #include "runtime/Platform.h"
 
 class QDialog;
@@ -55,8 +55,6 @@ class QtPlatform : public Platform {
   void choose(const std::string& item);
   void noteFocus(QWidget* now);
   void quitIfAsked();
-  // nullptr for all.
-  void dismissDialogsOf(const QWidget* parent);
   // Runs dialog to its end and gives its result; 0 at once while the program quits.
   int run(QDialog& dialog);
   QWidget* parentForDialog() const;
@@ -65,7 +63,7 @@ class QtPlatform : public Platform {
 
   QObject guard_;  // of the connections
   std::map<const Window*, WindowView*> views_;
-  std::vector<QDialog*> dialogs_;
+  OpenDialogs dialogs_;
   QPointer<QWidget> focus_;  // of the last control that had it, also while a menu is open
   QString running_;
   QString saveFolder_;  // the last one used; "" before the first

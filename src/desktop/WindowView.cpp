@@ -4,6 +4,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDialog>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -176,11 +177,21 @@ bool WindowView::stopCommand() {
   return true;
 }
 
-// Escape stops the command that runs; else it closes a window that stands beside the program's own. So does
-// the usual key for closing.
+// One that was shown without the focus is out of the keyboard's reach.
+bool WindowView::dismissDialog() {
+  for (QDialog* dialog : findChildren<QDialog*>(Qt::FindDirectChildrenOnly)) {
+    if (dialog->isHidden()) continue;
+    dialog->reject();
+    return true;
+  }
+  return false;
+}
+
+// Escape stops the command that runs or dismisses a dialog; else it closes a window that stands beside the
+// program's own. So does the usual key for closing.
 void WindowView::keyPressEvent(QKeyEvent* event) {
   const bool escapes = event->matches(QKeySequence::Cancel);
-  if (escapes && stopCommand()) return event->accept();
+  if (escapes && (stopCommand() || dismissDialog())) return event->accept();
   if (record_ && !record_->Frame().menuBar && (escapes || event->matches(QKeySequence::Close))) {
     event->accept();
     close();

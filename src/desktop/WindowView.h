@@ -69,6 +69,7 @@ class WindowView : public QWidget {
   void nameAll();
   void layOut();
   bool stopCommand();
+  bool dismissDialog();
   void showStatus(const QString& text, bool running);
 
   Window* record_;

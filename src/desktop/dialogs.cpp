@@ -15,6 +15,7 @@ namespace {
 constexpr qsizetype kLongestMessage = 1200;
 constexpr qsizetype kLongestCause = 300;
 constexpr qsizetype kMostLines = 20;
+constexpr qsizetype kLongestStep = 100;
 
 QString messageText(const std::string& text) {
   const QString shown = withBreaks(shownText(text, Lines::Many, kLongestMessage));
@@ -28,6 +29,11 @@ QStringList nameFiltersOf(const std::string& filter) {
   const QString all = QObject::tr("All files (*)");
   if (filter.empty()) return {all};
   return {QObject::tr("Text files (*.txt *.text)"), all};
+}
+
+QString saveTitle(const std::string& step) {
+  const QString save = QObject::tr("Save");
+  return step.empty() ? save : save + QStringLiteral(" \u2013 ") + shownText(step, Lines::One, kLongestStep);
 }
 
 }  // namespace
@@ -54,9 +60,10 @@ std::unique_ptr<QMessageBox> makeCannotOpen(const QString& words, const std::str
 }
 
 std::unique_ptr<QFileDialog> makeSaveDialog(const std::string& filter, const std::string& name,
-                                            const QString& folder, QWidget* parent) {
+                                            const QString& folder, const std::string& step, QWidget* parent) {
   auto dialog = std::make_unique<QFileDialog>(parent);
   dialog->setAcceptMode(QFileDialog::AcceptSave);
+  dialog->setWindowTitle(saveTitle(step));
   dialog->setFileMode(QFileDialog::AnyFile);
   dialog->setNameFilters(nameFiltersOf(filter));
   dialog->setDefaultSuffix(QFileInfo(QString::fromStdString(name)).suffix());

@@ -13,6 +13,7 @@ std::unique_ptr<QMessageBox> makeMessage(const std::string& text, const std::str
 // A message that something, an address or a path, could not be opened, with a button that copies it.
 std::unique_ptr<QMessageBox> makeCannotOpen(const QString& words, const std::string& what, QWidget* parent);
 
-// A save dialog that starts in folder with this name. filter is as Platform::AskSavePath takes it.
+// A save dialog that starts in folder with this name. filter is as Platform::AskSavePath takes it; step says
+// in the title which of how many files it is for, "" for the only one.
 std::unique_ptr<QFileDialog> makeSaveDialog(const std::string& filter, const std::string& name,
-                                            const QString& folder, QWidget* parent);
+                                            const QString& folder, const std::string& step, QWidget* parent);

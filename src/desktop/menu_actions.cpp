@@ -57,6 +57,15 @@ void fillMenu(QMenu& menu, const Menu& record, const ChooseItem& choose) {
   QObject::connect(&menu, &QMenu::aboutToHide, &menu, [&menu] { enableForShortcuts(menu); });
 }
 
+void addShortcutsOf(QWidget& window, const MenuBar& record, const ChooseItem& choose,
+                    bool (*wanted)(const MenuItem&)) {
+  for (const Menu& menu : record.Menus) {
+    for (const MenuItem& item : menu.Items) {
+      if (wanted(item)) window.addAction(makeAction(item, choose, &window));
+    }
+  }
+}
+
 }  // namespace
 
 void fillMenuBar(QMenuBar& bar, const MenuBar& record, const ChooseItem& choose) {
@@ -65,9 +74,9 @@ void fillMenuBar(QMenuBar& bar, const MenuBar& record, const ChooseItem& choose)
 }
 
 void addShortcuts(QWidget& window, const MenuBar& record, const ChooseItem& choose) {
-  for (const Menu& menu : record.Menus) {
-    for (const MenuItem& item : menu.Items) {
-      if (!item.Shortcut.empty()) window.addAction(makeAction(item, choose, &window));
-    }
-  }
+  addShortcutsOf(window, record, choose, [](const MenuItem& item) { return !item.Shortcut.empty(); });
+}
+
+void addQuitShortcut(QWidget& window, const MenuBar& record, const ChooseItem& choose) {
+  addShortcutsOf(window, record, choose, [](const MenuItem& item) { return item.Quits; });
 }

@@ -55,6 +55,11 @@ class Application {
   bool IsCommandRunning() const;
   // The user stops the command that runs: it ends as if its window had closed, but the window stays.
   void StopCommand();
+  // Which of how many the command is at, as a short phrase for the user; "" where it doesn't count.
+  virtual std::string CommandStep() const { return ""; }
+  // The handlers on the stack; and whether the one at this place of it, from 1, was ended.
+  std::size_t Depth() const { return frames_.size(); }
+  bool HasEnded(std::size_t depth) const { return depth > 0 && frames_.at(depth - 1).ended; }
   // The handler on top of the stack ends also when a window of this name closes.
   void EndHandlerWith(const std::string& window);
   // Lets events run; waits for them, or for what is awaited, at most so many milliseconds, -1 for not at all.

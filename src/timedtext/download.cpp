@@ -1,5 +1,6 @@
 // The Download command: checks the form, then runs the chosen writer for each selected track.
 
+#include "app/App.h"
 #include "app/Window1.h"
 #include "runtime/Application.h"
 
@@ -7,7 +8,12 @@ namespace {
 
 void ForEachSelectedRow(Window1& form, void (Window1::*write)(std::int64_t)) {
   for (std::int64_t row = 0; row < form.Listbox1.ListCount(); ++row) {
-    if (form.Listbox1.Selected(row)) (form.*write)(row);
+    if (form.Listbox1.Selected(row)) {
+      Progress& progress = App::Get().progress;
+      progress.item = form.Listbox1.Cell(row, 0);
+      ++progress.place;
+      (form.*write)(row);
+    }
     RuntimeBackgroundTask();
   }
 }
@@ -34,6 +40,8 @@ void Window1::PushButton1_Action() {
   if (TextBox.Value() && !paragraphBox.Value() && !lineBox.Value()) {
     return MsgBox("You must choose your transcript format either in Paragraph Form or Line-by-line.");
   }
+  const int types = TextBox.Value() + SRTBox.Value() + WebVTTBox.Value();
+  App::Get().progress.of = Listbox1.SelCount() * types;
   if (TextBox.Value()) ForEachSelectedRow(*this, &Window1::getTranscriptions);
   if (SRTBox.Value()) ForEachSelectedRow(*this, &Window1::DoSRT);
   if (WebVTTBox.Value()) ForEachSelectedRow(*this, &Window1::DoVTT);

@@ -1,0 +1,28 @@
+// The dialogs that stand. Each is run by a handler, which waits for its answer while all windows stay alive:
+// the program can be quit, a window closed, a command stopped.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+class QDialog;
+class QWidget;
+
+class OpenDialogs {
+ public:
+  // Shows dialog and returns its result once it was answered, or 0 once it was dismissed. One that comes
+  // unasked doesn't take the keys from a user who types.
+  int run(QDialog& dialog);
+  // Dismisses all; or those whose handler was ended.
+  void dismissAll();
+  void dismissEnded();
+  // The view is about to go: its dialogs belong to another from now on, nullptr for none.
+  void handOver(const QWidget& view, QWidget* heir);
+
+ private:
+  struct Standing {
+    QDialog* dialog;
+    std::size_t depth;  // of the handler that waits for it, 0 for none
+  };
+  std::vector<Standing> standing_;
+};
