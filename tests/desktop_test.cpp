@@ -57,6 +57,16 @@ TEST_F(Desktop, FindsAWordAndOpensTheVideoThere) {
   EXPECT_EQ(host.calls.back(), "open: https://www.youtube.com/watch?v=abc&t=0");
   press(Qt::Key_C, Qt::ControlModifier);
   EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("00:00:00.000\tThe harbour wakes"));
+  press(Qt::Key_F10, Qt::ShiftModifier);
+  auto* menu = dynamic_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_TRUE(menu);
+  QStringList items;
+  for (const QAction* item : menu->actions()) items << item->text() + QString::number(item->isEnabled());
+  EXPECT_EQ(items, (QStringList{"Open in Browser1", "Copy1", "Select All0"}));
+  QTest::keyClick(menu, Qt::Key_Down);
+  QTest::keyClick(menu, Qt::Key_Return);
+  EXPECT_EQ(host.calls.size(), 3U);
+  EXPECT_EQ(host.calls.back(), "open: https://www.youtube.com/watch?v=abc&t=0");
   EXPECT_EQ(hits.accessibleName(), QStringLiteral("Displaying 2 results for search term: \"HARBOUR\"."));
 
   click(SearchWin::Get().closeBtn);
@@ -334,6 +344,12 @@ TEST_F(Desktop, TheEditMenuActsOnTheFocusedText) {
   EXPECT_EQ(enabled(), "EditCopy EditSelectAll");
   widget<QWidget>(form().openBox).setFocus();
   EXPECT_EQ(enabled(), "");
+  press(Qt::Key_F10);
+  ASSERT_TRUE(QApplication::activePopupWidget());
+  EXPECT_EQ(QApplication::activePopupWidget()->actions().constFirst()->text(), QStringLiteral("&Quit"));
+  QApplication::activePopupWidget()->close();
+  press(Qt::Key_F1);
+  EXPECT_EQ(host.calls, Calls{"open: http://" + app->endpoints.ProductPage});
 }
 
 TEST_F(Desktop, ACommandRefusesASecondOneAndLeavesTheFormLive) {

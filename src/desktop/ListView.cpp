@@ -1,10 +1,12 @@
 #include "desktop/ListView.h"
 
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QItemSelectionModel>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
@@ -220,6 +222,23 @@ void ListView::drawGrid() const {
   }
 }
 
+void ListView::contextMenuEvent(QContextMenuEvent* event) {
+  const bool byKey = event->reason() != QContextMenuEvent::Mouse;
+  const QPoint at = byKey ? visualRect(currentIndex()).center() : event->pos();
+  const QString opens = QString::fromStdString(record_ ? record_->Columns().clickOpens : "");
+  auto* menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  const auto add = [menu](const QString& text, bool enabled, auto act) {
+    menu->addAction(text, act)->setEnabled(enabled);
+  };
+  if (!opens.isEmpty())
+    add(opens, indexAt(at).isValid(),
+        [this, cell = QPersistentModelIndex(indexAt(at)), at] { clickCell(cell, at); });
+  add(tr("Copy"), selectionModel()->hasSelection(), [this] { copySelection(); });
+  add(tr("Select All"), severalSelectable() && model_.rowCount() > 0, [this] { selectAll(); });
+  menu->popup(viewport()->mapToGlobal(at));
+}
+
 // A cell that is cut shows its whole text.
 bool ListView::viewportEvent(QEvent* event) {
   if (event->type() != QEvent::ToolTip) return QTableView::viewportEvent(event);
@@ -227,7 +246,7 @@ bool ListView::viewportEvent(QEvent* event) {
   const QModelIndex cell = indexAt(help->pos());
   const QString text = cell.data().toString();
   const bool isCut = fontMetrics().horizontalAdvance(text) + kRowMargin > visualRect(cell).width();
-  QToolTip::showText(help->globalPos(), isCut ? plainToolTip(text) : QString(), this);
+  QToolTip::showText(help->globalPos(), isCut && !text.isEmpty() ? plainToolTip(text) : QString(), this);
   return true;
 }
 

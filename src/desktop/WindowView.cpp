@@ -4,6 +4,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QContextMenuEvent>
 #include <QDialog>
 #include <QKeyEvent>
 #include <QLabel>
@@ -177,6 +178,20 @@ bool WindowView::stopCommand() {
   return true;
 }
 
+// F10 opens the menu bar, and with Shift the menu of what has the focus.
+bool WindowView::openMenu(const QKeyEvent& event) {
+  if (event.key() != Qt::Key_F10) return false;
+  QWidget* const focused = focusWidget();
+  if (event.modifiers() == Qt::ShiftModifier && focused) {
+    const QPoint at = focused->rect().center();
+    QContextMenuEvent wanted(QContextMenuEvent::Keyboard, at, focused->mapToGlobal(at));
+    QApplication::sendEvent(focused, &wanted);
+  } else if (event.modifiers() == Qt::NoModifier && bar_) {
+    bar_->setActiveAction(bar_->actions().constFirst());
+  }
+  return true;
+}
+
 // One that was shown without the focus is out of the keyboard's reach.
 bool WindowView::dismissDialog() {
   for (QDialog* dialog : findChildren<QDialog*>(Qt::FindDirectChildrenOnly)) {
@@ -191,6 +206,7 @@ bool WindowView::dismissDialog() {
 // program's own. So does the usual key for closing.
 void WindowView::keyPressEvent(QKeyEvent* event) {
   const bool escapes = event->matches(QKeySequence::Cancel);
+  if (openMenu(*event)) return event->accept();
   if (escapes && (stopCommand() || dismissDialog())) return event->accept();
   if (record_ && !record_->Frame().menuBar && (escapes || event->matches(QKeySequence::Close))) {
     event->accept();

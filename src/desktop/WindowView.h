@@ -70,6 +70,7 @@ class WindowView : public QWidget {
   void layOut();
   bool stopCommand();
   bool dismissDialog();
+  bool openMenu(const QKeyEvent& event);
   void showStatus(const QString& text, bool running);
 
   Window* record_;

@@ -9,8 +9,9 @@
 
 namespace {
 
-// Qt's Ctrl is the command key where there is one.
+// Qt's Ctrl is the command key where there is one; help has the desktop's own key.
 QKeySequence shortcutOf(const MenuItem& item) {
+  if (item.Name == "FileHelp") return QKeySequence(QKeySequence::HelpContents);
   return QKeySequence(
       QString::fromStdString(item.Shortcut).replace(QStringLiteral("Cmd+"), QStringLiteral("Ctrl+")));
 }
@@ -74,7 +75,7 @@ void fillMenuBar(QMenuBar& bar, const MenuBar& record, const ChooseItem& choose)
 }
 
 void addShortcuts(QWidget& window, const MenuBar& record, const ChooseItem& choose) {
-  addShortcutsOf(window, record, choose, [](const MenuItem& item) { return !item.Shortcut.empty(); });
+  addShortcutsOf(window, record, choose, [](const MenuItem& item) { return !shortcutOf(item).isEmpty(); });
 }
 
 void addQuitShortcut(QWidget& window, const MenuBar& record, const ChooseItem& choose) {
