@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include "desktop/colors.h"
+#include "desktop/scale.h"
 
 void Content::paintEvent(QPaintEvent*) {
   if (!record_) return;
@@ -18,11 +19,12 @@ void Content::drawLine(QPainter& painter, const Line& line) const {
   const QColor told =
       line.LookOf().color ? QColor::fromRgb(*line.LookOf().color) : palette().color(QPalette::WindowText);
   const QColor color = legibleOn(palette().color(QPalette::Window), told);
-  const QPoint from(line.X1(), line.Y1()), to(line.X2(), line.Y2());
+  const QPoint from(scaled(line.X1()), scaled(line.Y1())), to(scaled(line.X2()), scaled(line.Y2()));
   if (from.x() != to.x() && from.y() != to.y()) {
     painter.setPen(color);
     painter.drawLine(from, to);
   } else {
-    painter.fillRect(QRect(from, to).normalized(), color);
+    const int more = scaled(1) - 1;
+    painter.fillRect(QRect(from, to).normalized().adjusted(0, 0, more, more), color);
   }
 }

@@ -15,6 +15,7 @@
 #include <algorithm>
 
 #include "desktop/control_views.h"
+#include "desktop/scale.h"
 #include "desktop/shown_text.h"
 
 namespace {
@@ -22,13 +23,14 @@ namespace {
 constexpr int kThinSolid = 2;   // of ListLook::gridHorizontal
 constexpr int kThickSolid = 3;  // of ListLook::gridVertical
 constexpr int kRowMargin = 6;
+constexpr int kCellMargins = 12;  // of a text in its cell, both sides and the grid's line
 
-// Widths such as "100,*": points, and "*" or nothing, here as 0, for an equal share of the rest.
+// Widths such as "100,*": points, here pixels, and "*" or nothing, here 0, for an equal share of the rest.
 std::vector<int> toldWidths(const ListLook& look) {
   std::vector<int> widths;
   const QStringList told = QString::fromStdString(look.columnWidths).split(QChar(u','));
   for (int column = 0; column < look.columns; ++column)
-    widths.push_back(column < told.size() ? told[column].toInt() : 0);
+    widths.push_back(column < told.size() ? scaled(told[column].toInt()) : 0);
   return widths;
 }
 
@@ -64,7 +66,6 @@ ListView::ListView(Listbox& record, QWidget& content)
     : QTableView(&content), record_(&record), model_(record) {
   setUp();
   setModel(&model_);
-  takeFont(*this, record.LookOf());
   connect(this, &QTableView::clicked, this, [this](const QModelIndex& cell) { clickCell(cell, released_); });
 }
 
@@ -88,7 +89,18 @@ void ListView::setUp() {
   verticalHeader()->hide();
   verticalHeader()->setHighlightSections(false);
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  takeRowHeight();
+}
+
+void ListView::takeRowHeight() {
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowMargin);
+}
+
+void ListView::changeEvent(QEvent* event) {
+  QTableView::changeEvent(event);
+  if (event->type() != QEvent::FontChange) return;
+  takeRowHeight();
+  layOutColumns();
 }
 
 void ListView::forget() {
@@ -98,7 +110,9 @@ void ListView::forget() {
 
 void ListView::catchUp() {
   const QScopedValueRollback busy(catchingUp_, true);
+  const bool wasEmpty = model_.rowCount() == 0;
   if (model_.catchUp()) showSelection();
+  if (wasEmpty) layOutColumns();
 }
 
 void ListView::showSelection() {
@@ -129,7 +143,7 @@ void ListView::selectionChanged(const QItemSelection& selected, const QItemSelec
 
 bool ListView::clickCell(const QModelIndex& cell, QPoint at) {
   if (!record_ || !record_->CellClick || !cell.isValid() || cell.row() >= record_->ListCount()) return false;
-  record_->PersonClicksCell(cell.row(), cell.column(), at.x(), at.y());
+  record_->PersonClicksCell(cell.row(), cell.column(), inPoints(at.x()), inPoints(at.y()));
   return true;
 }
 
@@ -173,11 +187,21 @@ void ListView::copySelection() const {
   if (!lines.isEmpty()) QGuiApplication::clipboard()->setText(lines.join(QChar(u'\n')));
 }
 
+// A column of its own width shows the whole text of the first row, as times are all of one length.
+int ListView::columnNeeds(int column, int own) const {
+  const QString text = model_.index(0, column).data().toString();
+  return std::clamp(fontMetrics().horizontalAdvance(text) + kCellMargins, own, 2 * own);
+}
+
 // A column that would run out of sight ends at the edge, so that its texts end in "…" there; one
 // that would begin out of sight is not drawn.
 void ListView::layOutColumns() {
   if (!record_) return;
-  const std::vector<int> told = toldWidths(record_->Columns());
+  std::vector<int> told = toldWidths(record_->Columns());
+  for (int column = 0; column < static_cast<int>(told.size()); ++column) {
+    int& own = told[static_cast<std::size_t>(column)];
+    if (own > 0) own = columnNeeds(column, own);
+  }
   const int shares = static_cast<int>(std::count(told.begin(), told.end(), 0));
   int rest = viewport()->width();
   for (const int width : told) rest -= width;

@@ -25,10 +25,13 @@ class ListView : public QTableView {
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   bool viewportEvent(QEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
   void setUp();
+  void takeRowHeight();
+  int columnNeeds(int column, int own) const;
   void layOutColumns();
   void showSelection();
   void drawGrid() const;

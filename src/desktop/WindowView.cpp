@@ -11,19 +11,24 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QStyle>
 #include <algorithm>
 #include <utility>
 
 #include "desktop/Content.h"
 #include "desktop/dropped_text.h"
+#include "desktop/fitting.h"
+#include "desktop/scale.h"
 #include "desktop/shown_text.h"
 #include "desktop/spoken_names.h"
 #include "runtime/Application.h"
 
 namespace {
 
-constexpr int kFrame = 16;  // milliseconds
-constexpr int kStatusHeight = 18;
+constexpr int kFrame = 16;         // milliseconds
+constexpr int kStatusHeight = 18;  // points
 constexpr int kStatusFont = 11;
 
 Qt::WindowFlags flagsOf(const WindowFrame& frame) {
@@ -36,13 +41,20 @@ Qt::WindowFlags flagsOf(const WindowFrame& frame) {
   return flags;
 }
 
+// What the screen can show of a window inside of its frame.
+QSize roomOn(const QWidget& window) {
+  constexpr int kBorders = 8;
+  const int title = window.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+  return window.screen()->availableGeometry().size() - QSize(kBorders, title + kBorders);
+}
+
 // Where the controls begin, and so the line of text below them.
 int leftmostOf(const Window& record) {
   int left = record.Width();
   for (const Control* control : record.Controls()) {
     if (control->Kind() == ControlKind::Label) left = std::min(left, control->Left());
   }
-  return left;
+  return scaled(left);
 }
 
 bool isReturn(const QKeyEvent& event) {
@@ -83,20 +95,39 @@ void WindowView::setUpFrame() {
   setWindowTitle(shownText(frame.title));
   setAcceptDrops(true);
   status_->setTextFormat(Qt::PlainText);
-  takeFont(*status_, {.fontSize = kStatusFont});
   status_->hide();
-  takeFont(*stop_, {.fontSize = kStatusFont});
   stop_->setObjectName(QStringLiteral("stop"));
   stop_->setFocusPolicy(Qt::TabFocus);
   stop_->setAutoDefault(false);
   stop_->hide();
   connect(stop_, &QPushButton::clicked, this, [this] { stopCommand(); });
   ensurePolished();
-  const int above = bar_ && !bar_->isNativeMenuBar() ? bar_->heightForWidth(frame.width) : 0;
-  setMinimumSize(frame.minWidth, frame.minHeight + above);
-  setMaximumSize(frame.maxWidth, frame.maxHeight + above);
-  const QSize size(record_->Width(), record_->Height() + above);
-  frame.resizable ? resize(size) : setFixedSize(size);
+  takeSize();
+}
+
+int WindowView::menuHeight(int width) const {
+  return bar_ && !bar_->isNativeMenuBar() ? bar_->heightForWidth(width) : 0;
+}
+
+// The size of the record at the scale of the letters. What is too large for the screen is scrolled.
+void WindowView::takeSize() {
+  for (QWidget* part : {static_cast<QWidget*>(status_), static_cast<QWidget*>(stop_)})
+    takeFont(*part, fontOf({.fontSize = kStatusFont}));
+  const WindowFrame& frame = record_->Frame();
+  const QSize room = roomOn(*this), menu(0, menuHeight(scaled(frame.width)));
+  const auto sized = [&](int width, int height) { return QSize(scaled(width), scaled(height)) + menu; };
+  const QSize whole = sized(record_->Width(), record_->Height());
+  if (!scroller_ && whole.boundedTo(room) != whole) {
+    scroller_ = new QScrollArea(this);
+    scroller_->setFrameShape(QFrame::NoFrame);
+    const bool hidden = content_->isHidden();
+    scroller_->setWidget(content_);
+    content_->setHidden(hidden);
+  }
+  setMinimumSize(sized(frame.minWidth, frame.minHeight).boundedTo(room));
+  setMaximumSize(sized(frame.maxWidth, frame.maxHeight));
+  frame.resizable ? resize(whole.boundedTo(room)) : setFixedSize(whole.boundedTo(room));
+  drawnAt_ = scale();
   layOut();
 }
 
@@ -321,7 +352,7 @@ void WindowView::apply(Entry& entry) {
   const Control& record = *entry.record;
   QWidget* widget = entry.view.widget;
   if (!widget) return content_->update();
-  widget->setGeometry(record.Left(), record.Top(), record.Width(), record.Height());
+  widget->setGeometry(placeOf(record));
   widget->setEnabled(record.Enabled());
   if (widget->isHidden() == record.Visible()) widget->setVisible(record.Visible());
   entry.view.update();
@@ -335,13 +366,20 @@ void WindowView::nameAll() {
 }
 
 void WindowView::layOut() {
-  const int above = bar_ && !bar_->isNativeMenuBar() ? bar_->heightForWidth(width()) : 0;
+  const int above = menuHeight(width());
   if (bar_) bar_->setGeometry(0, 0, width(), above);
-  content_->setGeometry(0, above, width(), height() - above);
-  const int margin = leftmostOf(*record_);
-  const int below = content_->height() - kStatusHeight, besides = stop_->sizeHint().width();
-  status_->setGeometry(margin, below, width() - 2 * margin - besides, kStatusHeight);
-  stop_->setGeometry(width() - margin - besides, below, besides, kStatusHeight);
+  const QRect ground(0, above, width(), height() - above);
+  if (scroller_) {
+    scroller_->setGeometry(ground);
+    const QSize whole(scaled(record_->Width()), scaled(record_->Height()));
+    content_->resize(whole.expandedTo(scroller_->contentsRect().size()));
+  } else {
+    content_->setGeometry(ground);
+  }
+  const int margin = leftmostOf(*record_), high = scaled(kStatusHeight), wide = content_->width();
+  const int below = content_->height() - high, besides = stop_->sizeHint().width();
+  status_->setGeometry(margin, below, wide - 2 * margin - besides, high);
+  stop_->setGeometry(wide - margin - besides, below, besides, high);
   for (const Entry& entry : entries_) {
     if (entry.record->Kind() == ControlKind::TextArea) markDirty(*entry.record);
   }
@@ -350,7 +388,7 @@ void WindowView::layOut() {
 void WindowView::resizeEvent(QResizeEvent*) {
   if (!record_) return;
   layOut();
-  if (settled_) record_->PersonResizes(content_->width(), content_->height());
+  if (settled_) record_->PersonResizes(inPoints(content_->width()), inPoints(content_->height()));
   flush();
 }
 
@@ -365,6 +403,7 @@ void WindowView::changeEvent(QEvent* event) {
   if (event->type() == QEvent::ActivationChange && isActiveWindow()) record_->PersonActivates();
   const bool looks = event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange ||
                      event->type() == QEvent::FontChange;
+  if (looks && drawnAt_ != scale()) takeSize();
   if (looks) markAllDirty();
 }
 

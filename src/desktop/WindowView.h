@@ -15,6 +15,7 @@
 class QLabel;
 class QMenuBar;
 class QPushButton;
+class QScrollArea;
 
 class WindowView : public QWidget {
  public:
@@ -55,6 +56,8 @@ class WindowView : public QWidget {
     bool dirty;
   };
   void setUpFrame();
+  void takeSize();
+  int menuHeight(int width) const;
   void fill();
   void setUpMenu(const ChooseItem& choose);
   void addControl(Control& control);
@@ -76,10 +79,12 @@ class WindowView : public QWidget {
   Window* record_;
   QMenuBar* bar_ = nullptr;
   QWidget* content_;
+  QScrollArea* scroller_ = nullptr;  // of the content where the screen is too small for it
   QLabel* status_;
   QPushButton* stop_;
   std::vector<Entry> entries_;
   std::unordered_map<const Control*, std::size_t> places_;
   QTimer frame_;          // goes before what its slots use, and takes their connections with it
   bool settled_ = false;  // the first layout is over
+  double drawnAt_ = 0;    // the scale
 };

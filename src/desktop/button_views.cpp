@@ -10,9 +10,12 @@
 #include <QSignalBlocker>
 #include <QStyleOptionButton>
 #include <QStyleOptionFocusRect>
+#include <algorithm>
 
 #include "desktop/control_views.h"
+#include "desktop/fitting.h"
 #include "desktop/pictures.h"
+#include "desktop/scale.h"
 #include "desktop/shown_text.h"
 
 namespace {
@@ -42,10 +45,16 @@ class BusyPushButton : public QPushButton {
   bool busy_ = false;
 };
 
-void showCaption(QAbstractButton& button, const Button& record, int taken) {
+// taken is what the button's own marks and margins need of widest, in pixels.
+void showCaption(QAbstractButton& button, const Button& record, int taken, int widest) {
   const QString caption = shownText(record.Caption());
+  const QFont font = fittingFont(
+      record.LookOf(), [&](const QFont& tried) { return neededWidth(tried, caption) <= widest - taken; });
+  takeFont(button, font);
+  button.resize(std::clamp(neededWidth(font, caption) + taken, std::min(button.width(), widest), widest),
+                button.height());
   const QString fitting =
-      button.fontMetrics().elidedText(caption, Qt::ElideRight, record.Width() - taken, Qt::TextShowMnemonic);
+      QFontMetrics(font).elidedText(caption, Qt::ElideRight, button.width() - taken, Qt::TextShowMnemonic);
   button.setText(fitting);
   button.setToolTip(fitting == caption ? QString() : plainToolTip(caption));
   button.setAccessibleName(caption);
@@ -94,7 +103,8 @@ class CanvasButton : public QAbstractButton {
     style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
   }
   void mousePressEvent(QMouseEvent* event) override {
-    if (event->button() == Qt::LeftButton) record_.PersonClicksAt(event->pos().x(), event->pos().y());
+    if (event->button() == Qt::LeftButton)
+      record_.PersonClicksAt(inPoints(event->pos().x()), inPoints(event->pos().y()));
   }
   void mouseReleaseEvent(QMouseEvent*) override {}
   void keyPressEvent(QKeyEvent* event) override {
@@ -133,21 +143,21 @@ class CanvasImage : public QLabel {
 ControlView pushButtonView(Button& record, QWidget& content) {
   auto* button = new BusyPushButton(&content);
   button->setAutoDefault(true);
-  takeFont(*button, record.LookOf());
   reportClicks(*button, record);
-  ControlView view{button, [button, &record] { showCaption(*button, record, kButtonMargin); }, {}, {}};
+  ControlView view{
+      button, [button, &record] { showCaption(*button, record, kButtonMargin, button->width()); }, {}, {}};
   if (record.LookOf().startsCommand) view.busy = [button](bool busy) { button->setBusy(busy); };
   return view;
 }
 
 ControlView checkBoxView(CheckBox& record, QWidget& content) {
   auto* box = new QCheckBox(&content);
-  takeFont(*box, record.LookOf());
   reportClicks(*box, record);
   reportToggles(*box, record, [](bool shown, bool held) { return shown != held; });
   const auto update = [box, &record] {
     showCaption(*box, record,
-                takenByIndicator(*box, QStyle::PM_IndicatorWidth, QStyle::PM_CheckBoxLabelSpacing));
+                takenByIndicator(*box, QStyle::PM_IndicatorWidth, QStyle::PM_CheckBoxLabelSpacing),
+                freeWidth(record));
     const QSignalBlocker quiet(box);
     box->setChecked(record.Value());
   };
@@ -157,14 +167,14 @@ ControlView checkBoxView(CheckBox& record, QWidget& content) {
 // The widget's own group would not let the last checked button go off, which the record may do.
 ControlView radioButtonView(RadioButton& record, QWidget& content) {
   auto* button = new QRadioButton(&content);
-  takeFont(*button, record.LookOf());
   reportClicks(*button, record);
   // One that goes off does so because another goes on.
   reportToggles(*button, record, [](bool shown, bool held) { return shown && !held; });
   const auto update = [button, &record] {
     showCaption(
         *button, record,
-        takenByIndicator(*button, QStyle::PM_ExclusiveIndicatorWidth, QStyle::PM_RadioButtonLabelSpacing));
+        takenByIndicator(*button, QStyle::PM_ExclusiveIndicatorWidth, QStyle::PM_RadioButtonLabelSpacing),
+        freeWidth(record));
     const QSignalBlocker quiet(button);
     button->setAutoExclusive(false);
     button->setChecked(record.Value());

@@ -1,16 +1,5 @@
 #include "desktop/control_views.h"
 
-#include <QFont>
-#include <QWidget>
-
-void takeFont(QWidget& widget, const Look& look) {
-  if (look.fontSize == 0 && !look.italic) return;
-  QFont font = widget.font();
-  if (look.fontSize > 0) font.setPixelSize(look.fontSize);
-  font.setItalic(look.italic);
-  widget.setFont(font);
-}
-
 ControlView makeControlView(Control& record, QWidget& content) {
   switch (record.Kind()) {
     case ControlKind::PushButton:

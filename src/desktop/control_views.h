@@ -31,7 +31,3 @@ ControlView labelView(Label& record, QWidget& content);
 ControlView textFieldView(TextField& record, QWidget& content);
 ControlView textAreaView(TextArea& record, QWidget& content);
 ControlView listboxView(Listbox& record, QWidget& content);
-
-// The told font on top of the widget's own. Sizes are points of the window's places, which are
-// pixels at 100 %.
-void takeFont(QWidget& widget, const Look& look);

@@ -1,5 +1,6 @@
 #include "desktop/dialogs.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QDir>
 #include <QFileDialog>
@@ -7,6 +8,8 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
+#include <algorithm>
 
 #include "desktop/shown_text.h"
 
@@ -15,14 +18,26 @@ namespace {
 constexpr qsizetype kLongestMessage = 1200;
 constexpr qsizetype kLongestCause = 300;
 constexpr qsizetype kMostLines = 20;
+constexpr qsizetype kUsualLine = 80;  // characters, before a message box breaks it
 constexpr qsizetype kLongestStep = 100;
+
+// So that the button below stays on the screen, whatever the letters.
+qsizetype mostLines() {
+  const int high = QGuiApplication::primaryScreen()->availableSize().height() / 2;
+  return std::min<qsizetype>(kMostLines, high / QFontMetrics(QApplication::font()).lineSpacing());
+}
 
 QString messageText(const std::string& text) {
   const QString shown = withBreaks(shownText(text, Lines::Many, kLongestMessage));
-  QStringList lines = shown.split(QChar(u'\n'));
-  if (lines.size() <= kMostLines) return shown;
-  lines = lines.mid(0, kMostLines);
-  return lines.join(QChar(u'\n')) + QChar(u'\u2026');
+  QStringList kept;
+  qsizetype room = mostLines();
+  for (const QString& line : shown.split(QChar(u'\n'))) {
+    const qsizetype needed = 1 + line.size() / kUsualLine;
+    kept << (needed > room ? line.left(room * kUsualLine) + QChar(u'\u2026') : line);
+    room -= needed;
+    if (room < 0) break;
+  }
+  return kept.join(QChar(u'\n'));
 }
 
 QStringList nameFiltersOf(const std::string& filter) {

@@ -14,6 +14,8 @@
 #include "desktop/colors.h"
 #include "desktop/control_views.h"
 #include "desktop/dropped_text.h"
+#include "desktop/fitting.h"
+#include "desktop/scale.h"
 #include "desktop/shown_text.h"
 #include "runtime/Window.h"
 
@@ -32,53 +34,38 @@ void takeColor(QWidget& widget, const Look& look) {
   widget.setPalette(palette);
 }
 
-// How wide a label can get without touching what stands to its right, or the edge of the window.
-int freeWidth(const Label& record) {
-  constexpr int kGap = 4;
-  int right = record.Owner().Width();
-  for (const Control* other : record.Owner().Controls()) {
-    const bool beside = other->Top() < record.Top() + record.Height() &&
-                        record.Top() < other->Top() + other->Height() && other->Left() > record.Left();
-    if (beside && other->Visible() && other->Kind() != ControlKind::Line)
-      right = std::min(right, other->Left());
-  }
-  return std::max(record.Width(), right - kGap - record.Left());
-}
-
-// With what rounding may take.
-int neededWidth(const QFont& font, const QString& text) {
-  return QFontMetrics(font).horizontalAdvance(text) + 2;
-}
-
-// Takes the label's own font, or a little smaller one in which text fits.
-void fitFont(QLabel& label, const Look& look, const QString& text, int width) {
-  constexpr int kSmaller = 2;  // pixels at most
-  label.setFont(QFont());
-  takeFont(label, look);
-  QFont font = label.font();
-  for (int i = 0; i < kSmaller && neededWidth(font, text) > width; ++i)
-    font.setPixelSize(QFontInfo(font).pixelSize() - 1);
-  label.setFont(font);
-}
-
-// A text that doesn't fit takes free space to its right, as fonts differ, and a little smaller letters. What
-// doesn't fit then either is cut with "…", or, where it has several lines, at the label's edge; the tool tip
-// has the whole.
-void showLabel(QLabel& label, const Label& record) {
-  const bool multiline = record.LookOf().multiline;
-  const QString full = shownText(record.Text(), multiline ? Lines::Many : Lines::One, kLongestLabel);
-  const int width = multiline || record.LookOf().align != Align::Left
-                        ? record.Width()
-                        : std::clamp(neededWidth(label.font(), full), record.Width(), freeWidth(record));
-  label.resize(width, record.Height());
-  if (!multiline && label.text() != full) fitFont(label, record.LookOf(), full, width);
-  const QString shown =
-      multiline ? withBreaks(full) : label.fontMetrics().elidedText(full, Qt::ElideRight, width);
+void showWords(QLabel& label, const QString& full, const QString& shown, bool fits) {
   if (label.text() != shown) label.setText(shown);
-  const bool fits = multiline ? label.heightForWidth(record.Width()) <= record.Height() : shown == full;
   label.setToolTip(fits ? QString() : plainToolTip(full));
   label.setAccessibleName(full);
-  takeColor(label, record.LookOf());
+}
+
+void showParagraphs(QLabel& label, const Label& record, QSize place) {
+  const QString full = shownText(record.Text(), Lines::Many, kLongestLabel);
+  const QString shown = withBreaks(full);
+  const auto fits = [&](const QFont& font) {
+    const QRect wide(0, 0, place.width(), QWIDGETSIZE_MAX);
+    return QFontMetrics(font).boundingRect(wide, Qt::TextWordWrap, shown).height() <= place.height();
+  };
+  const QFont font = fittingFont(record.LookOf(), fits);
+  takeFont(label, font);
+  showWords(label, full, shown, fits(font));
+}
+
+// What doesn't fit after all is cut with "…", or, where it has several lines, at the label's edge; the tool
+// tip has the whole.
+void showLabel(QLabel& label, const Label& record) {
+  const Look& look = record.LookOf();
+  const QSize place = placeOf(record).size();
+  if (look.multiline) return showParagraphs(label, record, place);
+  const QString full = shownText(record.Text(), Lines::One, kLongestLabel);
+  const int widest = look.align == Align::Left ? freeWidth(record) : place.width();
+  const QFont font =
+      fittingFont(look, [&](const QFont& tried) { return neededWidth(tried, full) <= widest; });
+  takeFont(label, font);
+  label.resize(std::clamp(neededWidth(font, full), std::min(place.width(), widest), widest), place.height());
+  const QString shown = QFontMetrics(font).elidedText(full, Qt::ElideRight, label.width());
+  showWords(label, full, shown, shown == full);
 }
 
 bool isInClipboard(const QString& text) {
@@ -151,8 +138,7 @@ void showField(QLineEdit& field, const TextField& record) {
 }
 
 bool isInSight(const QWidget& widget, const Control& record) {
-  const QRect place(record.Left(), record.Top(), record.Width(), record.Height());
-  return record.Visible() && widget.parentWidget()->rect().intersects(place);
+  return record.Visible() && widget.parentWidget()->rect().intersects(placeOf(record));
 }
 
 // Documents come in one line, and the time to lay out a line grows faster than its length. So a long
@@ -194,15 +180,17 @@ ControlView labelView(Label& record, QWidget& content) {
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     label->setFocusPolicy(Qt::StrongFocus);
   }
-  takeFont(*label, look);
-  return {label, [label, &record] { showLabel(*label, record); }, {}, {}};
+  const auto update = [label, &record] {
+    showLabel(*label, record);
+    takeColor(*label, record.LookOf());
+  };
+  return {label, update, {}, {}};
 }
 
 ControlView textFieldView(TextField& record, QWidget& content) {
   auto* field = new FieldEdit(record, content);
   field->setMaxLength(std::numeric_limits<int>::max());
   field->setPlaceholderText(shownText(record.LookOf().placeholder));
-  takeFont(*field, record.LookOf());
   return {field, [field, &record] { showField(*field, record); }, {}, {}};
 }
 
@@ -212,6 +200,5 @@ ControlView textAreaView(TextArea& record, QWidget& content) {
   area->setTabChangesFocus(true);
   area->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-  takeFont(*area, record.LookOf());
   return {area, [area, &record] { showArea(*area, record); }, {}, {}};
 }

@@ -1,0 +1,41 @@
+#include "desktop/scale.h"
+
+#include <QApplication>
+#include <QFont>
+#include <QScreen>
+#include <algorithm>
+#include <cmath>
+
+#include "runtime/Control.h"
+
+namespace {
+
+constexpr double kUsualHeight = 10 * 96 / 72.0;  // pixels
+
+double heightOf(const QFont& font) {
+  if (font.pixelSize() > 0) return font.pixelSize();
+  return font.pointSizeF() * QGuiApplication::primaryScreen()->logicalDotsPerInchY() / 72;
+}
+
+}  // namespace
+
+double scale() {
+  static QFont measured;
+  static double factor = 0;
+  const QFont font = QApplication::font();
+  if (factor > 0 && font == measured) return factor;
+  measured = font;
+  factor = std::max(1.0, heightOf(font) / kUsualHeight);
+  return factor;
+}
+
+int scaled(int points) { return static_cast<int>(std::lround(points * scale())); }
+
+int inPoints(int pixels) { return static_cast<int>(std::lround(pixels / scale())); }
+
+QRect placeOf(const Control& control) {
+  const QPoint from(scaled(control.Left()), scaled(control.Top()));
+  const int right = scaled(control.Left() + control.Width()),
+            below = scaled(control.Top() + control.Height());
+  return {from, QSize(right - from.x(), below - from.y())};
+}

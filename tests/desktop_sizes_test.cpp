@@ -1,0 +1,113 @@
+// Every window at the letters that a desktop may give: no text of the program is cut, drawn with dots, or
+// over another.
+
+#include <QAbstractButton>
+#include <QFontDatabase>
+#include <QFontInfo>
+#include <QScrollArea>
+#include <QStyle>
+
+#include "desktop/scale.h"
+#include "desktop_fixture.h"
+
+namespace {
+
+struct Drawn {
+  std::string name;
+  QRect text;
+};
+
+std::string named(const QFont& font) {
+  return font.family().toStdString() + " " + std::to_string(font.pixelSize());
+}
+
+QString textOf(const QWidget& widget) {
+  if (const auto* label = qobject_cast<const QLabel*>(&widget)) return label->text();
+  const auto* button = qobject_cast<const QAbstractButton*>(&widget);
+  return button ? button->text() : QString();
+}
+
+// What a mark in front of the text takes.
+int markOf(const QWidget& widget, ControlKind kind) {
+  const auto of = [&](QStyle::PixelMetric metric) { return widget.style()->pixelMetric(metric); };
+  if (kind == ControlKind::CheckBox)
+    return of(QStyle::PM_IndicatorWidth) + of(QStyle::PM_CheckBoxLabelSpacing);
+  if (kind == ControlKind::RadioButton)
+    return of(QStyle::PM_ExclusiveIndicatorWidth) + of(QStyle::PM_RadioButtonLabelSpacing);
+  return 0;
+}
+
+}  // namespace
+
+class Sizes : public Desktop {
+ protected:
+  void expectWhole(const Window& window, const std::string& at) {
+    std::vector<Drawn> drawn;
+    for (const Control* control : window.Controls()) {
+      const QWidget* widget = view(window).widgetOf(*control);
+      if (!widget || !control->Visible()) continue;
+      const QString text = textOf(*widget);
+      if (!text.isEmpty()) drawn.push_back(expectFits(*control, *widget, text, at));
+    }
+    for (const Drawn& one : drawn) {
+      for (const Drawn& other : drawn) {
+        EXPECT_FALSE(&one != &other && one.text.intersects(other.text))
+            << at << one.name << " over " << other.name;
+      }
+    }
+  }
+  Drawn expectFits(const Control& control, const QWidget& widget, const QString& text,
+                   const std::string& at) {
+    const QFontMetrics letters(widget.font());
+    const auto* label = dynamic_cast<const Label*>(&control);
+    const bool lines = control.LookOf().multiline;
+    const std::string whole = label ? label->Text() : static_cast<const Button&>(control).Caption();
+    const std::string name = at + control.Owner().Name() + "." + control.Name();
+    EXPECT_EQ(text.toStdString().size(), whole.size()) << name << ": " << text.toStdString();
+    const int mark = markOf(widget, control.Kind());
+    const QRect room = widget.rect().adjusted(mark, 0, 0, 0);
+    const QRect needed = letters.boundingRect(lines ? QRect(0, 0, room.width(), 9999) : QRect(0, 0, 9999, 99),
+                                              lines ? Qt::TextWordWrap : Qt::TextSingleLine, text);
+    EXPECT_LE(needed.width(), room.width()) << name;
+    EXPECT_LE(letters.tightBoundingRect(text).height(), room.height()) << name;
+    EXPECT_TRUE(!lines || needed.height() <= room.height()) << name;
+    const bool heading = control.LookOf().fontSize > 11;
+    const int size = QFontInfo(widget.font()).pixelSize(), body = QFontInfo(QApplication::font()).pixelSize();
+    EXPECT_TRUE(!heading || size > body) << name << " at " << size << " in " << body;
+    EXPECT_GE(size * 5, (control.LookOf().fontSize ? scaled(control.LookOf().fontSize) : body) * 4) << name;
+    QRect place(QPoint(),
+                QSize(needed.width(), lines ? needed.height() : letters.tightBoundingRect(text).height()));
+    const bool isCentred =
+        control.LookOf().align == Align::Center || control.Kind() == ControlKind::PushButton;
+    place.moveCenter(widget.geometry().center());
+    if (!isCentred) place.moveLeft(widget.x() + mark);
+    if (lines) place.moveTop(widget.y());
+    return {name, place};
+  }
+};
+
+TEST_F(Sizes, NoTextIsCutAtAnyFontAndSize) {
+  const QFont before = QApplication::font();
+  aboutWin::Get().Show();
+  SearchWin& results = SearchWin::Get();
+  results.resultsList.AddRow("10:00:00.000");
+  for (const char* family : {"DejaVu Sans", "Noto Sans", "Cantarell", "WenQuanYi Micro Hei"}) {
+    ASSERT_TRUE(QFontDatabase::families().contains(QString::fromLatin1(family))) << family;
+    for (const int points : {9, 10, 11, 12, 14, 18}) {
+      for (const int dpi : {96, 120, 144}) {
+        QFont font(QString::fromLatin1(family));
+        font.setPixelSize(points * dpi / 72);
+        QApplication::setFont(font);
+        QCoreApplication::processEvents();
+        draw();
+        for (const auto& window : app->Windows()) expectWhole(*window, named(font) + " ");
+        const ListView& list = widget<ListView>(results.resultsList);
+        EXPECT_GE(list.columnWidth(0),
+                  list.fontMetrics().horizontalAdvance(QStringLiteral("10:00:00.000")) + 8);
+      }
+    }
+  }
+  QApplication::setFont(before);
+}
+
+int main(int count, char** arguments) { return runOffscreen(count, arguments); }
