@@ -346,7 +346,8 @@ TEST_F(Desktop, TheEditMenuActsOnTheFocusedText) {
   EXPECT_EQ(enabled(), "");
   press(Qt::Key_F10);
   ASSERT_TRUE(QApplication::activePopupWidget());
-  EXPECT_EQ(QApplication::activePopupWidget()->actions().constFirst()->text(), QStringLiteral("&Quit"));
+  EXPECT_EQ(dynamic_cast<QMenu&>(*QApplication::activePopupWidget()).activeAction()->text(),
+            QStringLiteral("&Quit"));
   QApplication::activePopupWidget()->close();
   press(Qt::Key_F1);
   EXPECT_EQ(host.calls, Calls{"open: http://" + app->endpoints.ProductPage});
@@ -459,6 +460,7 @@ TEST_F(Desktop, AMessageThatComesUnaskedTakesNoKeys) {
   link().setFocus();
   QTimer::singleShot(0, [&] {
     ASSERT_TRUE(standingDialog<QMessageBox>());
+    EXPECT_FALSE(QApplication::activeModalWidget());
     EXPECT_TRUE(standingDialog()->testAttribute(Qt::WA_ShowWithoutActivating));
     EXPECT_EQ(standingDialog()->parentWidget(), &view(form()));
     QTest::keyClick(&link(), Qt::Key_Escape);

@@ -1,6 +1,5 @@
 #include "desktop/OpenDialogs.h"
 
-#include <QApplication>
 #include <QDialog>
 #include <QEventLoop>
 #include <QLineEdit>
@@ -10,10 +9,12 @@
 
 namespace {
 
-// A command's dialogs answer what the user has just done; others come at any time.
-bool wouldTakeKeys() {
+// A command's dialogs answer what the user has just done; others come at any time, even before the window has
+// got the focus for its field.
+bool wouldTakeKeys(const QDialog& dialog) {
   const Application* app = Application::CurrentOrNil();
-  return app && !app->IsCommandRunning() && qobject_cast<QLineEdit*>(QApplication::focusWidget());
+  const QWidget* window = dialog.parentWidget();
+  return app && !app->IsCommandRunning() && window && qobject_cast<QLineEdit*>(window->focusWidget());
 }
 
 }  // namespace
@@ -23,7 +24,8 @@ int OpenDialogs::run(QDialog& dialog) {
   standing_.push_back({&dialog, app ? app->Depth() : 0});
   QEventLoop waiting;
   QObject::connect(&dialog, &QDialog::finished, &waiting, &QEventLoop::quit);
-  dialog.setAttribute(Qt::WA_ShowWithoutActivating, wouldTakeKeys());
+  dialog.setWindowModality(Qt::NonModal);  // a message box would block all windows
+  dialog.setAttribute(Qt::WA_ShowWithoutActivating, wouldTakeKeys(dialog));
   dialog.show();
   waiting.exec();
   std::erase_if(standing_, [&](const Standing& each) { return each.dialog == &dialog; });

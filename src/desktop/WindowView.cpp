@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QScreen>
@@ -109,6 +110,15 @@ int WindowView::menuHeight(int width) const {
   return bar_ && !bar_->isNativeMenuBar() ? bar_->heightForWidth(width) : 0;
 }
 
+void WindowView::scroll() {
+  if (scroller_) return;
+  const bool hidden = content_->isHidden();
+  scroller_ = new QScrollArea(this);
+  scroller_->setFrameShape(QFrame::NoFrame);
+  scroller_->setWidget(content_);
+  content_->setHidden(hidden);
+}
+
 // The size of the record at the scale of the letters. What is too large for the screen is scrolled.
 void WindowView::takeSize() {
   for (QWidget* part : {static_cast<QWidget*>(status_), static_cast<QWidget*>(stop_)})
@@ -117,16 +127,13 @@ void WindowView::takeSize() {
   const QSize room = roomOn(*this), menu(0, menuHeight(scaled(frame.width)));
   const auto sized = [&](int width, int height) { return QSize(scaled(width), scaled(height)) + menu; };
   const QSize whole = sized(record_->Width(), record_->Height());
-  if (!scroller_ && whole.boundedTo(room) != whole) {
-    scroller_ = new QScrollArea(this);
-    scroller_->setFrameShape(QFrame::NoFrame);
-    const bool hidden = content_->isHidden();
-    scroller_->setWidget(content_);
-    content_->setHidden(hidden);
-  }
+  if (whole.height() > room.height() || whole.width() > room.width()) scroll();
+  const int bar = scroller_ ? style()->pixelMetric(QStyle::PM_ScrollBarExtent) : 0;
+  const QSize bars(whole.height() > room.height() ? bar : 0, whole.width() > room.width() ? bar : 0);
+  const QSize shown = (whole + bars).boundedTo(room);
   setMinimumSize(sized(frame.minWidth, frame.minHeight).boundedTo(room));
   setMaximumSize(sized(frame.maxWidth, frame.maxHeight));
-  frame.resizable ? resize(whole.boundedTo(room)) : setFixedSize(whole.boundedTo(room));
+  frame.resizable ? resize(shown) : setFixedSize(shown);
   drawnAt_ = scale();
   layOut();
 }
@@ -218,7 +225,9 @@ bool WindowView::openMenu(const QKeyEvent& event) {
     QContextMenuEvent wanted(QContextMenuEvent::Keyboard, at, focused->mapToGlobal(at));
     QApplication::sendEvent(focused, &wanted);
   } else if (event.modifiers() == Qt::NoModifier && bar_) {
-    bar_->setActiveAction(bar_->actions().constFirst());
+    QAction* const first = bar_->actions().constFirst();
+    bar_->setActiveAction(first);
+    first->menu()->setActiveAction(first->menu()->actions().constFirst());
   }
   return true;
 }

@@ -57,6 +57,7 @@ class WindowView : public QWidget {
   };
   void setUpFrame();
   void takeSize();
+  void scroll();
   int menuHeight(int width) const;
   void fill();
   void setUpMenu(const ChooseItem& choose);
