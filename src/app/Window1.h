@@ -31,7 +31,8 @@ class Window1 : public Window {
                     .columnWidths = "250",
                     .gridHorizontal = 2,
                     .gridVertical = 3,
-                    .severalSelectable = true}};
+                    .severalSelectable = true,
+                    .headings = {"Language"}}};
   CheckBox paragraphBox{*this};
   Label Label3{*this};
   CheckBox lineBox{*this};

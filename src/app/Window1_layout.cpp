@@ -59,6 +59,12 @@ Window1::Window1()
       {Line10, "Line10", 350, 246, 350, 261, -1, "", grey},  // timecode bracket
       {Line11, "Line11", 350, 261, 359, 261, -1, "", grey},
   });
+  Gather({
+      {{&Label2, &Label6, &TextField1, &PushButton2, &Label4}},
+      {{&Label1, &Listbox1}},
+      {{&Label3, &SRTBox, &WebVTTBox, &TextBox, &paragraphBox, &lineBox, &timecodeBox, &openBox,
+        &PushButton1}},
+  });
   XMLList.SetVisible(false);
   listBox2.SetVisible(false);
   openBox.StartWith(true);

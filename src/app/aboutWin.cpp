@@ -22,7 +22,8 @@ constexpr char kDescription[] =
 }  // namespace
 
 aboutWin::aboutWin()
-    : Window(App::Get(), "aboutWin", {.title = "About Ravelyn", .width = 396, .height = 706}) {
+    : Window(App::Get(), "aboutWin",
+             {.title = "About Ravelyn", .width = 396, .height = 706, .dialog = true}) {
   const Look name{.fontSize = 24, .color = 0x697AE9, .align = Align::Center};
   const Look purpose{.fontSize = 18, .italic = true, .color = 0x943533, .align = Align::Center};
   Place({

@@ -36,3 +36,10 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
   if (!wanted || !list_ || index.row() >= list_->ListCount()) return {};
   return shownText(list_->Cell(index.row(), index.column()));
 }
+
+QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || role != Qt::DisplayRole || !list_) return {};
+  const std::vector<std::string>& headings = list_->Columns().headings;
+  const auto at = static_cast<std::size_t>(section);
+  return at < headings.size() ? shownText(headings[at]) : QString();
+}

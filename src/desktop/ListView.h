@@ -1,6 +1,7 @@
 // A Listbox on the screen: its columns, grid lines and selection, drawn from its rows.
 #pragma once
 
+#include <QAccessible>
 #include <QTableView>
 
 #include "desktop/ListModel.h"
@@ -15,10 +16,16 @@ class ListView : public QTableView {
   void forget();
   // The selected rows, a line each, their cells with a tab between them.
   void copySelection() const;
+  // Whether a click in this list does anything beyond selecting; and does it.
+  bool opensCells() const { return record_ && record_->CellClick; }
+  void press(const QModelIndex& cell);
+  // Selects row, beside others where the list takes that, or no more.
+  void selectRowAlso(int row, bool selected);
   bool severalSelectable() const { return selectionMode() == ExtendedSelection; }
 
  protected:
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void keyPressEvent(QKeyEvent* event) override;
   QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers keys) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
@@ -36,6 +43,7 @@ class ListView : public QTableView {
   void showSelection();
   void drawGrid() const;
   bool selectCurrent();
+  void say(QAccessible::Event event, const QModelIndex& cell);
   // Acts if a click in this list does anything beyond selecting; false if not.
   bool clickCell(const QModelIndex& cell, QPoint at);
 

@@ -21,6 +21,7 @@
 #include "desktop/opener.h"
 #include "desktop/preferences_folder.h"
 #include "desktop/shown_text.h"
+#include "desktop/spoken_views.h"
 #include "runtime/Application.h"
 
 namespace {
@@ -64,6 +65,7 @@ bool isWebAddress(const QUrl& url) {
 }  // namespace
 
 QtPlatform::QtPlatform() {
+  speakViews();
   QObject::connect(qApp, &QApplication::focusChanged, &guard_,
                    [this](QWidget*, QWidget* now) { noteFocus(now); });
 }
@@ -142,12 +144,20 @@ void QtPlatform::leaveLoop() { QCoreApplication::exit(0); }
 void QtPlatform::CommandRunning(const std::string& what) {
   running_ = shownText(what);
   for (const auto& [window, view] : views_) view->showRunning(running_);
+  announce(running_ + QChar(u'\u2026'));
 }
 
 void QtPlatform::CommandEnded(const std::string& outcome) {
   running_.clear();
   dialogs_.dismissEnded();
   for (const auto& [window, view] : views_) view->showEnded(shownText(outcome));
+  announce(shownText(outcome));
+}
+
+// By one window, that in front, though several may show it.
+void QtPlatform::announce(const QString& text) {
+  const Window* active = Application::Current().ActiveWindow();
+  if (WindowView* view = active ? viewOf(*active) : nullptr) view->announce(text);
 }
 
 void QtPlatform::ProcessEvents(int milliseconds, const Awaited& awaited) {

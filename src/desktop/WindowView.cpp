@@ -1,7 +1,6 @@
 #include "desktop/WindowView.h"
 
 #include <QAbstractButton>
-#include <QAccessible>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QContextMenuEvent>
@@ -18,7 +17,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop/Announcement.h"
 #include "desktop/Content.h"
+#include "desktop/Group.h"
 #include "desktop/dropped_text.h"
 #include "desktop/fitting.h"
 #include "desktop/scale.h"
@@ -69,6 +70,7 @@ WindowView::WindowView(Window& record, const ChooseItem& choose)
     : record_(&record),
       content_(new Content(record, *this)),
       status_(new QLabel(content_)),
+      announcement_(new Announcement(*content_)),
       stop_(new QPushButton(tr("Stop"), content_)) {
   content_->hide();
   setUpMenu(choose);
@@ -80,7 +82,7 @@ WindowView::WindowView(Window& record, const ChooseItem& choose)
 
 // While the screen makes room for the window, its controls are made; they are drawn with it at once.
 void WindowView::fill() {
-  for (Control* control : record_->Controls()) addControl(*control);
+  addControls();
   record_->OnChange = [this](Control& control) { markDirty(control); };
   layOut();
   setUpFocus();
@@ -146,9 +148,22 @@ void WindowView::setUpMenu(const ChooseItem& choose) {
   fillMenuBar(*bar_, *menus, choose);
 }
 
+// Raised in the order of reading, they are read in it.
+void WindowView::addControls() {
+  const auto groups = makeGroups(*record_, *content_);
+  for (Control* control : record_->Controls()) {
+    const auto group = groups.find(control);
+    addControl(*control, group == groups.end() ? *content_ : *group->second);
+  }
+  for (const ControlGroup& gathered : record_->Groups()) {
+    groups.at(gathered.controls.front())->setHeading(widgetOf(*gathered.controls.front()));
+    for (const Control* control : gathered.controls) widgetOf(*control)->raise();
+  }
+}
+
 // What the person did to a widget may not be what its record made of it.
-void WindowView::addControl(Control& control) {
-  Entry entry{&control, makeControlView(control, *content_), true};
+void WindowView::addControl(Control& control, QWidget& parent) {
+  Entry entry{&control, makeControlView(control, parent), true};
   const auto recheck = [this, &control] {
     if (record_) markDirty(control);
   };
@@ -305,7 +320,9 @@ void WindowView::showEnded(const QString& outcome) {
   showStatus(outcome, false);
 }
 
-// Where a command starts, its state is shown. A screen reader is given it as an alert.
+void WindowView::announce(const QString& text) { announcement_->say(text); }
+
+// Where a command starts, its state is shown.
 void WindowView::showStatus(const QString& text, bool running) {
   bool hasCommands = false;
   for (const Entry& entry : entries_) {
@@ -319,9 +336,6 @@ void WindowView::showStatus(const QString& text, bool running) {
   status_->raise();
   stop_->setVisible(running && hasCommands);
   stop_->raise();
-  if (status_->isHidden()) return;
-  QAccessibleEvent said(status_, QAccessible::Alert);
-  QAccessible::updateAccessibility(&said);
 }
 
 void WindowView::forget() {
@@ -369,9 +383,19 @@ void WindowView::apply(Entry& entry) {
 
 void WindowView::nameAll() {
   for (Entry& entry : entries_) {
-    if (entry.view.widget && !hasOwnName(*entry.record))
-      entry.view.widget->setAccessibleName(spokenName(*entry.record));
+    if (!entry.view.widget || hasOwnName(*entry.record)) continue;
+    entry.view.widget->setAccessibleName(spokenName(*entry.record));
+    joinToLabel(entry);
   }
+}
+
+// A label with a buddy takes "&" for the mark of an access key, so one that holds it has none.
+void WindowView::joinToLabel(const Entry& entry) {
+  const Label* record = labelOf(*entry.record);
+  auto* label = record ? dynamic_cast<QLabel*>(widgetOf(*record)) : nullptr;
+  if (!label) return;
+  QWidget* buddy = label->text().contains(QChar(u'&')) ? nullptr : entry.view.widget;
+  if (label->buddy() != buddy) label->setBuddy(buddy);
 }
 
 void WindowView::layOut() {

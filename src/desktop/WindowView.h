@@ -12,6 +12,7 @@
 #include "desktop/menu_actions.h"
 #include "runtime/Window.h"
 
+class Announcement;
 class QLabel;
 class QMenuBar;
 class QPushButton;
@@ -26,7 +27,9 @@ class WindowView : public QWidget {
 
   void bringForward();
   void focus(const Control& control);
-  // Says that a command runs; and how it ended, which stays until the next one, "" for nothing.
+  // Has a screen reader say text, once.
+  void announce(const QString& text);
+  // Shows that a command runs; and how it ended, which stays until the next one, "" for nothing.
   void showRunning(const QString& what);
   void showEnded(const QString& outcome);
   // The record is about to go. The view shows and reports nothing any more.
@@ -34,6 +37,7 @@ class WindowView : public QWidget {
   // Brings the widgets in line with the record at once.
   void flush();
 
+  bool isDialog() const { return record_ && record_->Frame().dialog; }
   // nullptr for what is no control of this window.
   Control* controlOf(const QWidget* widget) const;
   QWidget* widgetOf(const Control& control) const;
@@ -61,7 +65,8 @@ class WindowView : public QWidget {
   int menuHeight(int width) const;
   void fill();
   void setUpMenu(const ChooseItem& choose);
-  void addControl(Control& control);
+  void addControl(Control& control, QWidget& parent);
+  void addControls();
   void setUpFocus();
   std::vector<Entry*> inTabOrder();
   Entry* defaultButton();
@@ -71,6 +76,7 @@ class WindowView : public QWidget {
   void markAllDirty();
   void apply(Entry& entry);
   void nameAll();
+  void joinToLabel(const Entry& entry);
   void layOut();
   bool stopCommand();
   bool dismissDialog();
@@ -82,6 +88,7 @@ class WindowView : public QWidget {
   QWidget* content_;
   QScrollArea* scroller_ = nullptr;  // of the content where the screen is too small for it
   QLabel* status_;
+  Announcement* announcement_;
   QPushButton* stop_;
   std::vector<Entry> entries_;
   std::unordered_map<const Control*, std::size_t> places_;

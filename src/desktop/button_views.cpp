@@ -5,45 +5,23 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
-#include <QStyleOptionButton>
+#include <QStyle>
 #include <QStyleOptionFocusRect>
 #include <algorithm>
 
+#include "desktop/BusyPushButton.h"
 #include "desktop/control_views.h"
 #include "desktop/fitting.h"
 #include "desktop/pictures.h"
 #include "desktop/scale.h"
 #include "desktop/shown_text.h"
+#include "desktop/tool_tips.h"
 
 namespace {
 
 constexpr int kButtonMargin = 10;  // what a style keeps free around a caption, on both sides together
-
-// Looks disabled while a command runs, but keeps the focus and its place in the tab order: the
-// person who pressed it by the keyboard stands where he stood.
-class BusyPushButton : public QPushButton {
- public:
-  using QPushButton::QPushButton;
-  void setBusy(bool busy) {
-    busy_ = busy;
-    setAccessibleDescription(busy ? tr("Not available while a command runs") : QString());
-    update();
-  }
-
- protected:
-  void initStyleOption(QStyleOptionButton* option) const override {
-    QPushButton::initStyleOption(option);
-    if (!busy_) return;
-    option->state &= ~(QStyle::State_Enabled | QStyle::State_MouseOver);
-    option->palette.setCurrentColorGroup(QPalette::Disabled);
-  }
-
- private:
-  bool busy_ = false;
-};
 
 // taken is what the button's own marks and margins need of widest, in pixels.
 void showCaption(QAbstractButton& button, const Button& record, int taken, int widest) {
@@ -56,7 +34,7 @@ void showCaption(QAbstractButton& button, const Button& record, int taken, int w
   const QString fitting =
       QFontMetrics(font).elidedText(caption, Qt::ElideRight, button.width() - taken, Qt::TextShowMnemonic);
   button.setText(fitting);
-  button.setToolTip(fitting == caption ? QString() : plainToolTip(caption));
+  setTip(button, fitting == caption ? QString() : caption);
   button.setAccessibleName(caption);
 }
 

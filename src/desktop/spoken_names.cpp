@@ -1,12 +1,13 @@
 #include "desktop/spoken_names.h"
 
 #include "desktop/shown_text.h"
-#include "runtime/TextControls.h"
 #include "runtime/Window.h"
 
 namespace {
 
 constexpr int kFarthest = 24;  // points from a label down to what it is about
+
+}  // namespace
 
 const Label* labelOf(const Control& control) {
   const Label* nearest = nullptr;
@@ -20,8 +21,6 @@ const Label* labelOf(const Control& control) {
   }
   return nearest;
 }
-
-}  // namespace
 
 bool hasOwnName(const Control& control) {
   const bool noText = control.Kind() == ControlKind::TextField || control.Kind() == ControlKind::TextArea ||

@@ -3,11 +3,13 @@
 
 #include <QString>
 
-#include "runtime/Control.h"
+#include "runtime/TextControls.h"
 
 // Labels and buttons are called by what stands on them.
 bool hasOwnName(const Control& control);
 
-// What the record says; else the text of the label that stands above the control, nearest to it
-// and flush with its left edge; else its name.
+// The label that stands above control, nearest to it and flush with its left edge; nullptr for none.
+const Label* labelOf(const Control& control);
+
+// What the record says; else the text of its label; else its name.
 QString spokenName(const Control& control);

@@ -17,6 +17,7 @@
 #include "desktop/fitting.h"
 #include "desktop/scale.h"
 #include "desktop/shown_text.h"
+#include "desktop/tool_tips.h"
 #include "runtime/Window.h"
 
 namespace {
@@ -36,7 +37,7 @@ void takeColor(QWidget& widget, const Look& look) {
 
 void showWords(QLabel& label, const QString& full, const QString& shown, bool fits) {
   if (label.text() != shown) label.setText(shown);
-  label.setToolTip(fits ? QString() : plainToolTip(full));
+  setTip(label, fits ? QString() : full);
   label.setAccessibleName(full);
 }
 

@@ -15,7 +15,8 @@ struct ListLook {
   int gridHorizontal = 0;         // 0 none, 2 thin solid
   int gridVertical = 0;           // 0 none, 3 thick solid
   bool severalSelectable = false;
-  std::string clickOpens = {};  // what a click on a row does, as a menu calls it; "" for nothing
+  std::string clickOpens = {};             // what a click on a row does, as a menu calls it; "" for nothing
+  std::vector<std::string> headings = {};  // what a screen reader calls the columns
 };
 
 class Listbox : public Control {

@@ -30,6 +30,13 @@ struct WindowFrame {
   bool liveResize = true;
   bool visible = false;  // shown as soon as it is made
   bool menuBar = false;  // the menu bar stands here where a platform has none for all windows
+  bool dialog = false;   // a window beside the work, to be read and closed
+};
+
+// Controls that belong together, in the order in which they are read; the first is the heading. Only a view
+// reads it.
+struct ControlGroup {
+  std::vector<const Control*> controls;
 };
 
 class Window {
@@ -46,6 +53,7 @@ class Window {
   int Height() const { return height_; }
   bool Visible() const { return visible_; }
   const std::vector<Control*>& Controls() const { return controls_; }
+  const std::vector<ControlGroup>& Groups() const { return groups_; }
   // nullptr if there is none of that name.
   Control* FindControl(const std::string& name) const;
 
@@ -70,6 +78,7 @@ class Window {
     menuHandlers_[item] = std::move(handler);
   }
   void Place(std::initializer_list<Placement> rows);
+  void Gather(std::vector<ControlGroup> groups) { groups_ = std::move(groups); }
 
   // The window of this class, made and registered at the first call. Its Open is raised at once,
   // or, for one that opens later, when the handler that made it has returned.
@@ -90,6 +99,7 @@ class Window {
   int height_;
   bool visible_ = false;
   std::vector<Control*> controls_;
+  std::vector<ControlGroup> groups_;
   MenuHandlers menuHandlers_;
 };
 

@@ -16,7 +16,13 @@ class SearchWin : public Window {
   static constexpr char kName[] = "SearchWin";
 
   Label searchTerm{*this};
-  Listbox resultsList{*this, {.columns = 2, .columnWidths = "100,*", .gridHorizontal = 2, .gridVertical = 3, .clickOpens = "Open in Browser"}};
+  Listbox resultsList{*this,
+                      {.columns = 2,
+                       .columnWidths = "100,*",
+                       .gridHorizontal = 2,
+                       .gridVertical = 3,
+                       .clickOpens = "Open in Browser",
+                       .headings = {"Time", "Text"}}};
   Label Label1{*this};
   PushButton closeBtn{*this};
   PushButton saveBtn{*this};

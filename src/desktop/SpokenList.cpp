@@ -1,0 +1,106 @@
+#include "desktop/SpokenList.h"
+
+#include "desktop/ListView.h"
+#include "desktop/SpokenCell.h"
+
+SpokenList::SpokenList(ListView& list) : QAccessibleWidget(&list, QAccessible::Table), list_(list) {}
+
+SpokenList::~SpokenList() { dropCells(); }
+
+void SpokenList::dropCells() {
+  for (const QAccessible::Id id : cells_) QAccessible::deleteAccessibleInterface(id);
+  cells_.clear();
+}
+
+void* SpokenList::interface_cast(QAccessible::InterfaceType type) {
+  if (type == QAccessible::TableInterface) return static_cast<QAccessibleTableInterface*>(this);
+  return QAccessibleWidget::interface_cast(type);
+}
+
+QAccessible::State SpokenList::state() const {
+  QAccessible::State state = QAccessibleWidget::state();
+  state.multiSelectable = list_.severalSelectable();
+  return state;
+}
+
+// Columns out of sight are the last ones.
+int SpokenList::columnCount() const {
+  int seen = 0;
+  while (seen < list_.model()->columnCount() && !list_.isColumnHidden(seen)) ++seen;
+  return seen;
+}
+
+int SpokenList::rowCount() const { return list_.model()->rowCount(); }
+
+int SpokenList::childCount() const { return indexOf(rowCount(), 0); }
+
+int SpokenList::indexOfChild(const QAccessibleInterface* child) const {
+  const auto* cell = dynamic_cast<const SpokenCell*>(child);
+  return cell && cell->table() == this ? indexOf(cell->rowIndex(), cell->columnIndex()) : -1;
+}
+
+QAccessibleInterface* SpokenList::child(int index) const {
+  if (index < 0 || index >= childCount()) return nullptr;
+  if (const auto known = cells_.constFind(index); known != cells_.cend())
+    return QAccessible::accessibleInterface(*known);
+  auto* cell = new SpokenCell(list_, index / columnCount() - 1, index % columnCount());
+  cells_.insert(index, QAccessible::registerAccessibleInterface(cell));
+  return cell;
+}
+
+QAccessibleInterface* SpokenList::cellAt(int row, int column) const {
+  const bool isThere = row >= 0 && row < rowCount() && column >= 0 && column < columnCount();
+  return isThere ? child(indexOf(row, column)) : nullptr;
+}
+
+QAccessibleInterface* SpokenList::childAt(int x, int y) const {
+  const QModelIndex at = list_.indexAt(list_.viewport()->mapFromGlobal(QPoint(x, y)));
+  return at.isValid() ? cellAt(at.row(), at.column()) : nullptr;
+}
+
+QAccessibleInterface* SpokenList::focusChild() const {
+  const QModelIndex at = list_.currentIndex();
+  return list_.hasFocus() && at.isValid() ? cellAt(at.row(), at.column()) : nullptr;
+}
+
+QList<QAccessibleInterface*> SpokenList::selectedCells() const {
+  QList<QAccessibleInterface*> cells;
+  for (const int row : selectedRows()) {
+    for (int column = 0; column < columnCount(); ++column) cells.append(cellAt(row, column));
+  }
+  return cells;
+}
+
+QString SpokenList::columnDescription(int column) const {
+  return list_.model()->headerData(column, Qt::Horizontal).toString();
+}
+
+QList<int> SpokenList::selectedRows() const {
+  QList<int> rows;
+  for (const QModelIndex& row : list_.selectionModel()->selectedRows()) rows.append(row.row());
+  return rows;
+}
+
+int SpokenList::selectedRowCount() const { return static_cast<int>(selectedRows().size()); }
+
+bool SpokenList::isRowSelected(int row) const { return list_.selectionModel()->isRowSelected(row); }
+
+bool SpokenList::selectRow(int row) {
+  if (row < 0 || row >= rowCount()) return false;
+  list_.selectRowAlso(row, true);
+  return true;
+}
+
+bool SpokenList::unselectRow(int row) {
+  if (row < 0 || row >= rowCount()) return false;
+  list_.selectRowAlso(row, false);
+  return true;
+}
+
+// A cell reads its text when it is asked, and rows are added behind the last.
+void SpokenList::modelChange(QAccessibleTableModelChangeEvent* event) {
+  using Event = QAccessibleTableModelChangeEvent;
+  const bool keeps =
+      event->modelChangeType() == Event::DataChanged || event->modelChangeType() == Event::RowsInserted;
+  if (!keeps) dropCells();
+}
