@@ -7,6 +7,7 @@ class Announcement : public QWidget {
  public:
   explicit Announcement(QWidget& content);
 
-  // Says text once, without a move of the focus. Nothing for "".
+  // Says text once, without a move of the focus; nothing for "". A screen reader comes for the text a moment
+  // later, so what may follow at once takes an announcement of its own.
   void say(const QString& text);
 };

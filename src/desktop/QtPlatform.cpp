@@ -144,20 +144,20 @@ void QtPlatform::leaveLoop() { QCoreApplication::exit(0); }
 void QtPlatform::CommandRunning(const std::string& what) {
   running_ = shownText(what);
   for (const auto& [window, view] : views_) view->showRunning(running_);
-  announce(running_ + QChar(u'\u2026'));
+  if (WindowView* view = viewInFront()) view->announceRunning(running_ + QChar(u'\u2026'));
 }
 
 void QtPlatform::CommandEnded(const std::string& outcome) {
   running_.clear();
   dialogs_.dismissEnded();
   for (const auto& [window, view] : views_) view->showEnded(shownText(outcome));
-  announce(shownText(outcome));
+  if (WindowView* view = viewInFront()) view->announceEnded(shownText(outcome));
 }
 
-// By one window, that in front, though several may show it.
-void QtPlatform::announce(const QString& text) {
+// Where several windows show the same, this one announces it.
+WindowView* QtPlatform::viewInFront() const {
   const Window* active = Application::Current().ActiveWindow();
-  if (WindowView* view = active ? viewOf(*active) : nullptr) view->announce(text);
+  return active ? viewOf(*active) : nullptr;
 }
 
 void QtPlatform::ProcessEvents(int milliseconds, const Awaited& awaited) {
@@ -178,10 +178,7 @@ void QtPlatform::Yield() {
   lastLook_ = cheapNow();
 }
 
-QWidget* QtPlatform::parentForDialog() const {
-  const Window* active = Application::Current().ActiveWindow();
-  return active ? viewOf(*active) : nullptr;
-}
+QWidget* QtPlatform::parentForDialog() const { return viewInFront(); }
 
 int QtPlatform::run(QDialog& dialog) {
   if (isQuitting()) return QDialog::Rejected;

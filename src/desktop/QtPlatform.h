@@ -55,7 +55,7 @@ class QtPlatform : public Platform {
   void choose(const std::string& item);
   void noteFocus(QWidget* now);
   void quitIfAsked();
-  void announce(const QString& text);
+  WindowView* viewInFront() const;
   // Runs dialog to its end and gives its result; 0 at once while the program quits.
   int run(QDialog& dialog);
   QWidget* parentForDialog() const;

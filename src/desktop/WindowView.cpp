@@ -17,7 +17,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "desktop/Announcement.h"
 #include "desktop/Content.h"
 #include "desktop/Group.h"
 #include "desktop/dropped_text.h"
@@ -70,7 +69,8 @@ WindowView::WindowView(Window& record, const ChooseItem& choose)
     : record_(&record),
       content_(new Content(record, *this)),
       status_(new QLabel(content_)),
-      announcement_(new Announcement(*content_)),
+      running_(new Announcement(*content_)),
+      ended_(new Announcement(*content_)),
       stop_(new QPushButton(tr("Stop"), content_)) {
   content_->hide();
   setUpMenu(choose);
@@ -319,8 +319,6 @@ void WindowView::showEnded(const QString& outcome) {
   unsetCursor();
   showStatus(outcome, false);
 }
-
-void WindowView::announce(const QString& text) { announcement_->say(text); }
 
 // Where a command starts, its state is shown.
 void WindowView::showStatus(const QString& text, bool running) {

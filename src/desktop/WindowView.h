@@ -8,11 +8,11 @@
 #include <unordered_map>
 #include <vector>
 
+#include "desktop/Announcement.h"
 #include "desktop/control_views.h"
 #include "desktop/menu_actions.h"
 #include "runtime/Window.h"
 
-class Announcement;
 class QLabel;
 class QMenuBar;
 class QPushButton;
@@ -27,8 +27,9 @@ class WindowView : public QWidget {
 
   void bringForward();
   void focus(const Control& control);
-  // Has a screen reader say text, once.
-  void announce(const QString& text);
+  // Has a screen reader say what runs, and how it ended, once.
+  void announceRunning(const QString& what) { running_->say(what); }
+  void announceEnded(const QString& outcome) { ended_->say(outcome); }
   // Shows that a command runs; and how it ended, which stays until the next one, "" for nothing.
   void showRunning(const QString& what);
   void showEnded(const QString& outcome);
@@ -88,7 +89,8 @@ class WindowView : public QWidget {
   QWidget* content_;
   QScrollArea* scroller_ = nullptr;  // of the content where the screen is too small for it
   QLabel* status_;
-  Announcement* announcement_;
+  Announcement* running_;
+  Announcement* ended_;
   QPushButton* stop_;
   std::vector<Entry> entries_;
   std::unordered_map<const Control*, std::size_t> places_;

@@ -1,0 +1,181 @@
+"""A desktop for one program and nobody else: a network that is the loopback alone, a screen, a bus for the session and
+one for screen readers, a home, and scripts in place of what would leave all this. What it starts ends with it."""
+
+import ctypes
+import fcntl
+import os
+import pathlib
+import re
+import select
+import shutil
+import signal
+import socket
+import struct
+import subprocess
+import sys
+import tempfile
+import time
+
+LIMIT = 30  # seconds for anything to start; much more than it takes
+BUS = '''<busconfig><type>session</type><listen>unix:path={path}</listen><auth>EXTERNAL</auth><policy context="default">
+<allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/></policy></busconfig>'''
+PR_SET_CHILD_SUBREAPER = 36
+
+
+class Missing(Exception):
+    """Something that a desk takes is not there."""
+
+
+def alone(inside):
+    """Runs this program anew in a network of its own, in which `inside` is set in the environment; returns there. Where
+    the system allows none, returns in that of the machine, of which no more than the loopback is used."""
+    if inside in os.environ:
+        return raise_loopback()
+    own = ['unshare', '--net'] if os.geteuid() == 0 else ['unshare', '--user', '--map-root-user', '--net']
+    if subprocess.run([*own, 'true'], stderr=subprocess.DEVNULL, check=False).returncode == 0:
+        os.environ[inside] = '1'
+        os.execvp(own[0], [*own, sys.executable, *sys.argv])
+
+
+def raise_loopback():
+    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as any_socket:
+        up = struct.pack('16sh', b'lo', 0x1 | 0x40)  # IFF_UP, IFF_RUNNING
+        fcntl.ioctl(any_socket, 0x8914, up + bytes(14))  # SIOCSIFFLAGS
+
+
+def program(name):
+    found = shutil.which(name)
+    if not found:
+        raise Missing('%s is not installed' % name)
+    return found
+
+
+def at_spi_launcher():
+    """From the file by which a session's bus would start it."""
+    service = pathlib.Path('/usr/share/dbus-1/services/org.a11y.Bus.service')
+    if not service.exists():
+        raise Missing('at-spi2-core is not installed')
+    return re.search(r'^Exec=(\S+)', service.read_text(), re.MULTILINE).group(1)
+
+
+class Desk:
+    def __init__(self, programs):
+        """programs: the folder of a build, such as build/dev."""
+        self.build = pathlib.Path(programs).resolve()
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix='ravelyn-spoken-'))
+        self.home, self.opened = self.folder / 'home', self.folder / 'opened'
+        self.started = []
+        # What a child leaves behind becomes a child of ours, so that all of it can be ended.
+        ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
+
+    def __enter__(self):
+        try:
+            self.lay_out()
+            self.open_screen()
+            self.open_buses()
+        except BaseException:
+            self.__exit__()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        for process in reversed(self.started):
+            self.end(process)
+        self.end_orphans()
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    def lay_out(self):
+        for each in (self.home / 'Documents', self.folder / 'bin', self.folder / 'run'):
+            each.mkdir(parents=True)
+        (self.folder / 'run').chmod(0o700)
+        self.opened.touch()
+        self.script('xdg-open', 'echo "$1" >> "%s"' % self.opened)
+        self.script('ping', 'exit 0')  # the network is there, as far as the program can see
+        # No program sees anything of the session that this one runs in.
+        os.environ.update(HOME=str(self.home), XDG_RUNTIME_DIR=str(self.folder / 'run'), LC_ALL='C.UTF-8',
+                          PATH='%s:%s' % (self.folder / 'bin', os.environ['PATH']), QT_QPA_PLATFORM='xcb',
+                          QT_STYLE_OVERRIDE='Fusion', QT_FONT_DPI='96', GSETTINGS_BACKEND='memory', NO_AT_BRIDGE='1')
+        for name in [name for name in os.environ if name.startswith(('XDG_', 'AT_SPI', 'QT_')) and name not in
+                     ('XDG_RUNTIME_DIR', 'QT_QPA_PLATFORM', 'QT_STYLE_OVERRIDE', 'QT_FONT_DPI')]:
+            del os.environ[name]
+        for name in ('SESSION_MANAGER', 'WAYLAND_DISPLAY', 'DBUS_SYSTEM_BUS_ADDRESS'):
+            os.environ.pop(name, None)
+
+    def script(self, name, line):
+        path = self.folder / 'bin' / name
+        path.write_text('#!/bin/sh\n%s\n' % line)
+        path.chmod(0o755)
+
+    def open_screen(self):
+        reading, writing = os.pipe()
+        self.start('screen', program('Xvfb'), '-displayfd', str(writing), '-screen', '0', '1280x1024x24', '-nolisten',
+                   'tcp', '-noreset', pass_fds=(writing,))
+        os.close(writing)
+        os.environ['DISPLAY'] = ':' + self.line(reading, 'the screen').strip()
+
+    def open_buses(self):
+        path, config = self.folder / 'run' / 'bus', self.folder / 'bus.conf'
+        config.write_text(BUS.format(path=path))
+        reading, writing = os.pipe()
+        self.start('bus', program('dbus-daemon'), '--nofork', '--nopidfile', '--config-file=%s' % config,
+                   '--print-address=%d' % writing, pass_fds=(writing,))
+        os.close(writing)
+        os.environ['DBUS_SESSION_BUS_ADDRESS'] = self.line(reading, 'the session bus').strip()
+        self.start('at-spi', at_spi_launcher(), '--launch-immediately', '--a11y=1', '--screen-reader=1')
+
+    def open_gateway(self, folder):
+        """Serves the caption files of folder where the program looks for them."""
+        gateway = self.start('gateway', self.build / 'gateway' / 'ravelyn-gateway', '--folder', folder, '--no-cache',
+                             stdout=subprocess.PIPE)
+        self.line(gateway.stdout.fileno(), 'the gateway')
+
+    def start(self, name, *command, **kinds):
+        if not os.access(command[0], os.X_OK):
+            raise Missing('%s is not there; build first' % command[0])
+        with open(self.folder / (name + '.log'), 'wb') as log:
+            kinds = {'stdout': log, **kinds}
+            process = subprocess.Popen([str(word) for word in command], stdin=subprocess.DEVNULL, stderr=log,
+                                       start_new_session=True, **kinds)
+        self.started.append(process)
+        return process
+
+    def log(self, name):
+        return (self.folder / (name + '.log')).read_text(errors='replace')
+
+    @staticmethod
+    def line(descriptor, who):
+        """The first line that arrives there."""
+        text = b''
+        until = time.monotonic() + LIMIT
+        while not text.endswith(b'\n'):
+            if not select.select([descriptor], [], [], max(0, until - time.monotonic()))[0]:
+                raise Missing('%s says nothing' % who)
+            more = os.read(descriptor, 1)
+            if not more:
+                raise Missing('%s ended' % who)
+            text += more
+        return text.decode()
+
+    def end(self, process):
+        """By its own number; what doesn't go is made to."""
+        if process.poll() is None:
+            process.terminate()
+            try:
+                process.wait(LIMIT)
+            except subprocess.TimeoutExpired:
+                process.kill()
+                process.wait()
+        if process.stdout:
+            process.stdout.close()
+
+    @staticmethod
+    def end_orphans():
+        """Children of children, which are ours now."""
+        own = '/proc/self/task/%d/children' % os.getpid()
+        while True:
+            left = [int(pid) for pid in pathlib.Path(own).read_text().split()]
+            if not left:
+                return
+            for pid in left:
+                os.kill(pid, signal.SIGKILL)
+                os.waitpid(pid, 0)

@@ -1,0 +1,182 @@
+"""What a screen reader sees and does, by AT-SPI alone."""
+
+import re
+import time
+
+import gi
+
+gi.require_version('Atspi', '2.0')
+from gi.repository import Atspi, GLib  # noqa: E402
+
+LIMIT = 30  # seconds for anything to happen; much more than it takes
+LOOK = 20  # milliseconds between looks at what no event reports
+
+# States worth a word, and how they are printed. Left out is what comes and goes with the window in front (active,
+# focused) or with the system's version (opaque, ...); so is the relation controller-for, which Qt gives wherever its
+# parts are connected.
+STATES = [('CHECKED', 'checked'), ('SELECTED', 'selected'), ('EDITABLE', 'editable'), ('FOCUSABLE', 'focusable'),
+          ('IS_DEFAULT', 'default'), ('MODAL', 'modal'), ('MULTISELECTABLE', 'several selectable')]
+# Names that differ by the system's version.
+ROLES = {'push button': 'button'}
+
+
+def wait(what, condition):
+    """Lets events come in until condition gives something, which is returned."""
+    loop, until = GLib.MainContext.default(), time.monotonic() + LIMIT
+    tick = GLib.timeout_add(LOOK, lambda: True)
+    try:
+        while True:
+            try:
+                found = condition()
+            except GLib.Error:  # of something that went away while it was looked at
+                found = None
+            if found:
+                return found
+            if time.monotonic() > until:
+                raise AssertionError('waited in vain for %s' % what)
+            loop.iteration(True)
+    finally:
+        GLib.source_remove(tick)
+
+
+def start():
+    Atspi.init()
+    Atspi.set_timeout(LIMIT * 1000, LIMIT * 1000)
+
+
+def application(name):
+    def look():
+        desktop = Atspi.get_desktop(0)
+        desktop.clear_cache()
+        for at in range(desktop.get_child_count()):
+            child = desktop.get_child_at_index(at)
+            if child and child.get_name() == name:
+                child.set_cache_mask(Atspi.Cache.NONE)
+                return child
+        return None
+    return wait('the application ' + name, look)
+
+
+def children(node):
+    return [child for child in (node.get_child_at_index(at) for at in range(node.get_child_count())) if child]
+
+
+def walk(node):
+    yield node
+    for child in children(node):
+        yield from walk(child)
+
+
+def find(root, role, name, shown=True):
+    """The one of this role and name below root, waited for; name may be None for any."""
+    def look():
+        for node in walk(root):
+            if role_of(node) == role and name in (None, node.get_name()) and (not shown or is_shown(node)):
+                return node
+        return None
+    return wait('%s "%s"' % (role, name), look)
+
+
+def role_of(node):
+    return ROLES.get(node.get_role_name(), node.get_role_name())
+
+
+def has(node, state):
+    return node.get_state_set().contains(getattr(Atspi.StateType, state))
+
+
+def is_shown(node):
+    return has(node, 'SHOWING') and has(node, 'VISIBLE')
+
+
+def actions(node):
+    action = node.get_action_iface()
+    return [action.get_action_name(at) for at in range(action.get_n_actions())] if action else []
+
+
+def act(node, name):
+    """Does the action, as soon as the node has it."""
+    wait('the action %s of %s' % (name, line_of(node)), lambda: name in actions(node))
+    assert node.get_action_iface().do_action(actions(node).index(name)), 'the action %s failed' % name
+
+
+def text_of(node):
+    return Atspi.Text.get_text(node, 0, -1) if node.get_text_iface() else None
+
+
+def write(node, text):
+    assert Atspi.EditableText.set_text_contents(node, text)
+    wait('the text "%s"' % text, lambda: text_of(node) == text)
+
+
+def relations(node):
+    for relation in node.get_relation_set():
+        for at in range(relation.get_n_targets()):
+            target = relation.get_target(at)
+            kind = Atspi.RelationType(relation.get_relation_type()).value_nick
+            if kind != 'controller-for':
+                yield '%s %s "%s"' % (kind, role_of(target), target.get_name())
+
+
+def line_of(node):
+    words = [role_of(node)]
+    if node.get_name():
+        words.append('"%s"' % node.get_name())
+    if node.get_description():
+        words.append('(%s)' % node.get_description())
+    words += [word for state, word in STATES if has(node, state)]
+    if not has(node, 'SENSITIVE'):
+        words.append('disabled')
+    if not is_shown(node):
+        words.append('hidden')
+    text = text_of(node)
+    if text is not None:
+        words.append('= "%s"' % text)
+    if actions(node):
+        words.append('[%s]' % ', '.join(actions(node)))
+    return '; '.join([' '.join(words), *sorted(relations(node))])
+
+
+def tree(node, depth=0):
+    """node as text, and what is below it: role, "name", (description), states, = "text", [actions]; relations. What is
+    hidden is printed without what it holds."""
+    below = children(node) if is_shown(node) else []
+    return '  ' * depth + line_of(node) + '\n' + ''.join(tree(child, depth + 1) for child in below)
+
+
+def settled(node):
+    """node, as soon as nothing about it has changed between two looks."""
+    before = []
+
+    def look():
+        before.append(tree(node))
+        return before[-2:] == [before[-1]] * 2
+    wait('rest in ' + node.get_name(), look)
+    return node
+
+
+def window(root, role, name):
+    """A window of this role and name; name may be None for any."""
+    return wait('the %s "%s"' % (role, name), lambda: next(
+        (node for node in children(root) if role_of(node) == role and name in (None, node.get_name())), None))
+
+
+class Announcements:
+    """What is announced from now on, without the time that it took."""
+
+    def __init__(self):
+        self.seen = []
+        self.listener = Atspi.EventListener.new(self.note)
+        self.listener.register('object:state-changed:showing')
+        self.listener.register('object:announcement')
+
+    def note(self, event):
+        try:
+            if event.detail1 and role_of(event.source) == 'notification':
+                self.seen.append(re.sub(', after [0-9.]+ s$', '', event.source.get_name()))
+        except GLib.Error:  # of a window that went at once
+            pass
+
+    def wait(self, text):
+        matches = text.fullmatch if isinstance(text, re.Pattern) else text.__eq__
+        wait('the announcement "%s"' % text, lambda: any(matches(each) for each in self.seen))
