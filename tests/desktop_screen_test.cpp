@@ -72,26 +72,38 @@ TEST_F(Desktop, ForeignNamesStayPlainEverywhere) {
   EXPECT_LE(box->height(), QGuiApplication::primaryScreen()->availableSize().height());
 }
 
-TEST_F(Desktop, ToldColoursAreLegibleOnADarkGround) {
+TEST_F(Desktop, TextsAndMarksStandOutLightAndDark) {
   const QPalette before = QApplication::palette();
   aboutWin::Get().Show();
   SearchWin::Get();
-  QApplication::setPalette(darkPalette());
-  QCoreApplication::processEvents();
-  draw();
-  for (const auto& window : app->Windows()) {
-    for (const Control* control : window->Controls()) {
-      if (control->Kind() != ControlKind::Label) continue;
-      const QPalette& seen = widget<QWidget>(*control).palette();
-      EXPECT_GE(contrast(seen.color(QPalette::WindowText), seen.color(QPalette::Window)), 4.5)
-          << window->Name() << "." << control->Name();
+  for (const QPalette& palette : {QPalette(QColor(0xEF, 0xEF, 0xEF)), darkPalette()}) {
+    QApplication::setPalette(palette);
+    QCoreApplication::processEvents();
+    draw();
+    for (const auto& window : app->Windows()) {
+      for (const Control* control : window->Controls()) {
+        if (control->Kind() != ControlKind::Label) continue;
+        const QPalette& seen = widget<QWidget>(*control).palette();
+        EXPECT_GE(contrast(seen.color(QPalette::WindowText), seen.color(QPalette::Window)), 4.5)
+            << window->Name() << "." << control->Name();
+      }
+    }
+    EXPECT_GE(
+        contrast(link().palette().color(QPalette::PlaceholderText), link().palette().color(QPalette::Base)),
+        4.5);
+    for (const Control* box :
+         {static_cast<Control*>(&form().SRTBox), static_cast<Control*>(&form().openBox)}) {
+      const QImage seen = widget<QWidget>(*box).grab().toImage();
+      double best = 1;
+      for (int x = 0; x < 8; ++x)
+        best =
+            std::max(best, contrast(seen.pixelColor(x, seen.height() / 2), palette.color(QPalette::Window)));
+      EXPECT_GE(best, 3) << box->Name();
     }
   }
   QApplication::setPalette(before);
-  QCoreApplication::processEvents();
-  draw();
-  EXPECT_EQ(widget<QWidget>(form().Label4).palette().color(QPalette::WindowText), QColor(0x6F, 0x75, 0x73));
   EXPECT_NEAR(contrast(Qt::black, Qt::white), 21, 0.01);
+  EXPECT_EQ(legibleOn(Qt::white, QColor(0x3B, 0x66, 0xC7)), QColor(0x3B, 0x66, 0xC7)) << "legible as it is";
 }
 
 // The screen of this test has four pixels for a point (see main).
@@ -104,9 +116,10 @@ TEST_F(Desktop, AFineScreenChangesNoPlaceAndNoPoint) {
   // An upright line is two pixels wide, and the picture is drawn from its finer version.
   const QImage picture(QStringLiteral(":/Ravelyn1001@2x.png"));
   const QPoint middle(100, 40);
-  EXPECT_EQ(seen.pixelColor(614, 300), QColor(0x6F, 0x75, 0x73));
-  EXPECT_EQ(seen.pixelColor(615, 300), QColor(0x6F, 0x75, 0x73));
-  EXPECT_NE(seen.pixelColor(613, 300), QColor(0x6F, 0x75, 0x73));
+  const QColor grey = legibleOn(view(form()).palette().color(QPalette::Window), QColor(0x6F, 0x75, 0x73));
+  EXPECT_EQ(seen.pixelColor(614, 300), grey);
+  EXPECT_EQ(seen.pixelColor(615, 300), grey);
+  EXPECT_NE(seen.pixelColor(613, 300), grey);
   EXPECT_EQ(seen.pixelColor(QPoint(368, 279) * 2 + middle).rgb(), picture.pixelColor(middle).rgb());
 }
 

@@ -110,4 +110,21 @@ TEST_F(Sizes, NoTextIsCutAtAnyFontAndSize) {
   QApplication::setFont(before);
 }
 
+TEST_F(Sizes, WhereReadingBeginsAtTheRightTheWindowIsMirrored) {
+  QApplication::setLayoutDirection(Qt::RightToLeft);
+  QCoreApplication::processEvents();
+  form().TextBox.PersonClicks();
+  draw();
+  expectWhole(form(), "from the right: ");
+  EXPECT_EQ(widget<QWidget>(form().SRTBox).geometry(), QRect(562 - 319 - 100, 135, 100, 20));
+  EXPECT_EQ(widget<QWidget>(form().PushButton2).geometry(), QRect(562 - 446 - 89, 47, 89, 20));
+  const QImage seen = view(form()).content().grab().toImage();
+  const QRgb ground = seen.pixel(1, 1);
+  EXPECT_NE(seen.pixel(562 - 1 - 307, 150), ground) << "the bracket of the file types";
+  view(form()).resize(700, view(form()).height());
+  draw();
+  EXPECT_EQ(widget<QWidget>(form().PushButton2).geometry().right(), 700 - 446 - 1);
+  QApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
 int main(int count, char** arguments) { return runOffscreen(count, arguments); }

@@ -16,15 +16,20 @@ void Content::paintEvent(QPaintEvent*) {
 
 // Filled, not stroked: a level or upright line is then as sharp as the screen can draw it.
 void Content::drawLine(QPainter& painter, const Line& line) const {
-  const QColor told =
+  const QColor wanted =
       line.LookOf().color ? QColor::fromRgb(*line.LookOf().color) : palette().color(QPalette::WindowText);
-  const QColor color = legibleOn(palette().color(QPalette::Window), told);
+  const QColor color = legibleOn(palette().color(QPalette::Window), wanted);
   const QPoint from(scaled(line.X1()), scaled(line.Y1())), to(scaled(line.X2()), scaled(line.Y2()));
   if (from.x() != to.x() && from.y() != to.y()) {
+    const bool turned = layoutDirection() == Qt::RightToLeft;
+    const auto shown = [&](QPoint point) {
+      return QPoint(turned ? width() - 1 - point.x() : point.x(), point.y());
+    };
     painter.setPen(color);
-    painter.drawLine(from, to);
+    painter.drawLine(shown(from), shown(to));
   } else {
     const int more = scaled(1) - 1;
-    painter.fillRect(QRect(from, to).normalized().adjusted(0, 0, more, more), color);
+    const QRect filled = QRect(from, to).normalized().adjusted(0, 0, more, more);
+    painter.fillRect(mirrored(*record_, filled), color);
   }
 }

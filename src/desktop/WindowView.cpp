@@ -1,16 +1,10 @@
 #include "desktop/WindowView.h"
 
 #include <QAbstractButton>
-#include <QApplication>
 #include <QCloseEvent>
-#include <QContextMenuEvent>
-#include <QDialog>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
 #include <QMenuBar>
-#include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
 #include <QStyle>
@@ -30,7 +24,6 @@ namespace {
 
 constexpr int kFrame = 16;         // milliseconds
 constexpr int kStatusHeight = 18;  // points
-constexpr int kStatusFont = 11;
 
 Qt::WindowFlags flagsOf(const WindowFrame& frame) {
   Qt::WindowFlags flags =
@@ -58,20 +51,10 @@ int leftmostOf(const Window& record) {
   return scaled(left);
 }
 
-bool isReturn(const QKeyEvent& event) {
-  const bool plain = !(event.modifiers() & ~Qt::KeypadModifier);
-  return plain && (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter);
-}
-
 }  // namespace
 
 WindowView::WindowView(Window& record, const ChooseItem& choose)
-    : record_(&record),
-      content_(new Content(record, *this)),
-      status_(new QLabel(content_)),
-      running_(new Announcement(*content_)),
-      ended_(new Announcement(*content_)),
-      stop_(new QPushButton(tr("Stop"), content_)) {
+    : record_(&record), content_(new Content(record, *this)), status_(*content_, [this] { stopCommand(); }) {
   content_->hide();
   setUpMenu(choose);
   setUpFrame();
@@ -97,13 +80,6 @@ void WindowView::setUpFrame() {
   setWindowFlags(flagsOf(frame));
   setWindowTitle(shownText(frame.title));
   setAcceptDrops(true);
-  status_->setTextFormat(Qt::PlainText);
-  status_->hide();
-  stop_->setObjectName(QStringLiteral("stop"));
-  stop_->setFocusPolicy(Qt::TabFocus);
-  stop_->setAutoDefault(false);
-  stop_->hide();
-  connect(stop_, &QPushButton::clicked, this, [this] { stopCommand(); });
   ensurePolished();
   takeSize();
 }
@@ -123,8 +99,7 @@ void WindowView::scroll() {
 
 // The size of the record at the scale of the letters. What is too large for the screen is scrolled.
 void WindowView::takeSize() {
-  for (QWidget* part : {static_cast<QWidget*>(status_), static_cast<QWidget*>(stop_)})
-    takeFont(*part, fontOf({.fontSize = kStatusFont}));
+  status_.takeLetters();
   const WindowFrame& frame = record_->Frame();
   const QSize room = roomOn(*this), menu(0, menuHeight(scaled(frame.width)));
   const auto sized = [&](int width, int height) { return QSize(scaled(width), scaled(height)) + menu; };
@@ -177,103 +152,6 @@ void WindowView::addControl(Control& control, QWidget& parent) {
   entries_.push_back(std::move(entry));
 }
 
-std::vector<WindowView::Entry*> WindowView::inTabOrder() {
-  std::vector<Entry*> order;
-  for (Entry& entry : entries_) {
-    if (entry.view.widget && entry.record->TabIndex() >= 0) order.push_back(&entry);
-  }
-  std::stable_sort(order.begin(), order.end(), [](const Entry* a, const Entry* b) {
-    return a->record->TabIndex() < b->record->TabIndex();
-  });
-  return order;
-}
-
-// A window opens with the focus in its first text field, or where there is none on its first control.
-void WindowView::setUpFocus() {
-  const std::vector<Entry*> order = inTabOrder();
-  for (std::size_t i = 1; i < order.size(); ++i)
-    setTabOrder(order[i - 1]->view.widget, order[i]->view.widget);
-  auto first = std::find_if(order.begin(), order.end(),
-                            [](Entry* e) { return e->record->Kind() == ControlKind::TextField; });
-  if (first == order.end()) first = order.begin();
-  if (first != order.end()) (*first)->view.widget->setFocus();
-  connect(qApp, &QApplication::focusChanged, &frame_, [this] { showDefaultButton(); });
-}
-
-// Of the buttons that Return may press: that with the focus, that which follows the focused text
-// field in the tab order, else the first.
-WindowView::Entry* WindowView::defaultButton() {
-  const std::vector<Entry*> order = inTabOrder();
-  const auto isDefault = [](const Entry* e) { return e->record->LookOf().defaultButton; };
-  const auto focused =
-      std::find_if(order.begin(), order.end(), [this](Entry* e) { return e->view.widget == focusWidget(); });
-  if (focused != order.end()) {
-    if (isDefault(*focused)) return *focused;
-    const auto next = std::next(focused);
-    const bool inField = (*focused)->record->Kind() == ControlKind::TextField;
-    if (inField && next != order.end() && isDefault(*next)) return *next;
-  }
-  const auto first = std::find_if(order.begin(), order.end(), isDefault);
-  return first == order.end() ? nullptr : *first;
-}
-
-void WindowView::showDefaultButton() {
-  const Entry* now = record_ ? defaultButton() : nullptr;
-  for (Entry& entry : entries_) {
-    if (auto* button = dynamic_cast<QPushButton*>(entry.view.widget)) button->setDefault(&entry == now);
-  }
-}
-
-// Ended, a command leaves at its next wait or yield. False if none runs.
-bool WindowView::stopCommand() {
-  if (!record_ || !record_->Owner().IsCommandRunning()) return false;
-  record_->Owner().StopCommand();
-  return true;
-}
-
-// F10 opens the menu bar, and with Shift the menu of what has the focus.
-bool WindowView::openMenu(const QKeyEvent& event) {
-  if (event.key() != Qt::Key_F10) return false;
-  QWidget* const focused = focusWidget();
-  if (event.modifiers() == Qt::ShiftModifier && focused) {
-    const QPoint at = focused->rect().center();
-    QContextMenuEvent wanted(QContextMenuEvent::Keyboard, at, focused->mapToGlobal(at));
-    QApplication::sendEvent(focused, &wanted);
-  } else if (event.modifiers() == Qt::NoModifier && bar_) {
-    QAction* const first = bar_->actions().constFirst();
-    bar_->setActiveAction(first);
-    first->menu()->setActiveAction(first->menu()->actions().constFirst());
-  }
-  return true;
-}
-
-// One that was shown without the focus is out of the keyboard's reach.
-bool WindowView::dismissDialog() {
-  for (QDialog* dialog : findChildren<QDialog*>(Qt::FindDirectChildrenOnly)) {
-    if (dialog->isHidden()) continue;
-    dialog->reject();
-    return true;
-  }
-  return false;
-}
-
-// Escape stops the command that runs or dismisses a dialog; else it closes a window that stands beside the
-// program's own. So does the usual key for closing.
-void WindowView::keyPressEvent(QKeyEvent* event) {
-  const bool escapes = event->matches(QKeySequence::Cancel);
-  if (openMenu(*event)) return event->accept();
-  if (escapes && (stopCommand() || dismissDialog())) return event->accept();
-  if (record_ && !record_->Frame().menuBar && (escapes || event->matches(QKeySequence::Close))) {
-    event->accept();
-    close();
-    return;
-  }
-  Entry* button = record_ && isReturn(*event) ? defaultButton() : nullptr;
-  if (!button) return QWidget::keyPressEvent(event);
-  event->accept();
-  button->record->PersonClicks();
-}
-
 // The first field that makes something of what arrives takes what is dropped anywhere on the window.
 TextField* WindowView::fieldForDrops() const {
   for (const Entry& entry : entries_) {
@@ -312,28 +190,25 @@ void WindowView::focus(const Control& control) {
 
 void WindowView::showRunning(const QString& what) {
   setCursor(Qt::BusyCursor);
-  showStatus(what + QChar(u'\u2026'), true);
+  const bool hasCommands = setBusy(true);
+  if (hasCommands) status_.show(what + QChar(u'\u2026'), true);
 }
 
 void WindowView::showEnded(const QString& outcome) {
   unsetCursor();
-  showStatus(outcome, false);
+  const bool hasCommands = setBusy(false);
+  if (hasCommands) status_.show(outcome, false);
 }
 
-// Where a command starts, its state is shown.
-void WindowView::showStatus(const QString& text, bool running) {
+// Where a command starts, its state is shown. False for a window of which none does.
+bool WindowView::setBusy(bool busy) {
   bool hasCommands = false;
-  for (const Entry& entry : entries_) {
+  for (Entry& entry : entries_) {
     if (!entry.view.busy) continue;
-    entry.view.busy(running);
+    entry.view.busy(busy);
     hasCommands = true;
   }
-  status_->setText(status_->fontMetrics().elidedText(text, Qt::ElideMiddle, status_->width()));
-  status_->setAccessibleName(text);
-  status_->setVisible(hasCommands && !text.isEmpty());
-  status_->raise();
-  stop_->setVisible(running && hasCommands);
-  stop_->raise();
+  return hasCommands;
 }
 
 void WindowView::forget() {
@@ -407,12 +282,12 @@ void WindowView::layOut() {
   } else {
     content_->setGeometry(ground);
   }
-  const int margin = leftmostOf(*record_), high = scaled(kStatusHeight), wide = content_->width();
-  const int below = content_->height() - high, besides = stop_->sizeHint().width();
-  status_->setGeometry(margin, below, wide - 2 * margin - besides, high);
-  stop_->setGeometry(wide - margin - besides, below, besides, high);
+  const int margin = leftmostOf(*record_), high = scaled(kStatusHeight);
+  status_.place({margin, content_->height() - high, content_->width() - 2 * margin, high});
+  // Some text areas come into sight only now; mirrored places count from the right edge.
+  const bool isTurned = layoutDirection() == Qt::RightToLeft;
   for (const Entry& entry : entries_) {
-    if (entry.record->Kind() == ControlKind::TextArea) markDirty(*entry.record);
+    if (isTurned || entry.record->Kind() == ControlKind::TextArea) markDirty(*entry.record);
   }
 }
 
@@ -433,8 +308,9 @@ void WindowView::changeEvent(QEvent* event) {
   if (!record_) return;
   if (event->type() == QEvent::ActivationChange && isActiveWindow()) record_->PersonActivates();
   const bool looks = event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange ||
-                     event->type() == QEvent::FontChange;
+                     event->type() == QEvent::FontChange || event->type() == QEvent::LayoutDirectionChange;
   if (looks && drawnAt_ != scale()) takeSize();
+  if (looks) layOut();
   if (looks) markAllDirty();
 }
 

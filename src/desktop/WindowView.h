@@ -8,14 +8,12 @@
 #include <unordered_map>
 #include <vector>
 
-#include "desktop/Announcement.h"
+#include "desktop/StatusLine.h"
 #include "desktop/control_views.h"
 #include "desktop/menu_actions.h"
 #include "runtime/Window.h"
 
-class QLabel;
 class QMenuBar;
-class QPushButton;
 class QScrollArea;
 
 class WindowView : public QWidget {
@@ -28,8 +26,8 @@ class WindowView : public QWidget {
   void bringForward();
   void focus(const Control& control);
   // Has a screen reader say what runs, and how it ended, once.
-  void announceRunning(const QString& what) { running_->say(what); }
-  void announceEnded(const QString& outcome) { ended_->say(outcome); }
+  void announceRunning(const QString& what) { status_.announceRunning(what); }
+  void announceEnded(const QString& outcome) { status_.announceEnded(outcome); }
   // Shows that a command runs; and how it ended, which stays until the next one, "" for nothing.
   void showRunning(const QString& what);
   void showEnded(const QString& outcome);
@@ -82,16 +80,13 @@ class WindowView : public QWidget {
   bool stopCommand();
   bool dismissDialog();
   bool openMenu(const QKeyEvent& event);
-  void showStatus(const QString& text, bool running);
+  bool setBusy(bool busy);
 
   Window* record_;
   QMenuBar* bar_ = nullptr;
   QWidget* content_;
   QScrollArea* scroller_ = nullptr;  // of the content where the screen is too small for it
-  QLabel* status_;
-  Announcement* running_;
-  Announcement* ended_;
-  QPushButton* stop_;
+  StatusLine status_;
   std::vector<Entry> entries_;
   std::unordered_map<const Control*, std::size_t> places_;
   QTimer frame_;          // goes before what its slots use, and takes their connections with it

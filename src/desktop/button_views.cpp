@@ -1,17 +1,16 @@
 // Buttons, boxes and canvases: what a person clicks on.
 
-#include <QCheckBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QRadioButton>
 #include <QSignalBlocker>
 #include <QStyle>
 #include <QStyleOptionFocusRect>
 #include <algorithm>
 
 #include "desktop/BusyPushButton.h"
+#include "desktop/box_marks.h"
 #include "desktop/control_views.h"
 #include "desktop/fitting.h"
 #include "desktop/pictures.h"
@@ -29,8 +28,8 @@ void showCaption(QAbstractButton& button, const Button& record, int taken, int w
   const QFont font = fittingFont(
       record.LookOf(), [&](const QFont& tried) { return neededWidth(tried, caption) <= widest - taken; });
   takeFont(button, font);
-  button.resize(std::clamp(neededWidth(font, caption) + taken, std::min(button.width(), widest), widest),
-                button.height());
+  const int wanted = neededWidth(font, caption) + taken;
+  button.setGeometry(placeOf(record, std::clamp(wanted, std::min(button.width(), widest), widest)));
   const QString fitting =
       QFontMetrics(font).elidedText(caption, Qt::ElideRight, button.width() - taken, Qt::TextShowMnemonic);
   button.setText(fitting);
@@ -129,7 +128,7 @@ ControlView pushButtonView(Button& record, QWidget& content) {
 }
 
 ControlView checkBoxView(CheckBox& record, QWidget& content) {
-  auto* box = new QCheckBox(&content);
+  auto* box = new MarkedCheckBox(&content);
   reportClicks(*box, record);
   reportToggles(*box, record, [](bool shown, bool held) { return shown != held; });
   const auto update = [box, &record] {
@@ -144,7 +143,7 @@ ControlView checkBoxView(CheckBox& record, QWidget& content) {
 
 // The widget's own group would not let the last checked button go off, which the record may do.
 ControlView radioButtonView(RadioButton& record, QWidget& content) {
-  auto* button = new QRadioButton(&content);
+  auto* button = new MarkedRadioButton(&content);
   reportClicks(*button, record);
   // One that goes off does so because another goes on.
   reportToggles(*button, record, [](bool shown, bool held) { return shown && !held; });

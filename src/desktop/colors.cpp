@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr double kLegible = 4.5;
-
 double linear(double channel) {
   return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
 }
@@ -15,12 +13,12 @@ double luminance(const QColor& color) {
   return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
-// color on its way to white, from 0 to 1.
-QColor lighter(const QColor& color, double share) {
-  const auto mix = [share](int channel) {
-    return channel + static_cast<int>(std::lround((255 - channel) * share));
+// color on its way to another, from 0 to 1.
+QColor mixed(const QColor& color, const QColor& other, double share) {
+  const auto mix = [share](int from, int to) {
+    return from + static_cast<int>(std::lround((to - from) * share));
   };
-  return {mix(color.red()), mix(color.green()), mix(color.blue())};
+  return {mix(color.red(), other.red()), mix(color.green(), other.green()), mix(color.blue(), other.blue())};
 }
 
 }  // namespace
@@ -34,11 +32,15 @@ bool isDark(const QColor& background) {
   return contrast(background, Qt::white) > contrast(background, Qt::black);
 }
 
-QColor legibleOn(const QColor& background, const QColor& told) {
-  if (!isDark(background)) return told;
+QColor legibleOn(const QColor& background, const QColor& color, double least) {
+  const QColor farthest = isDark(background) ? Qt::white : Qt::black;
   for (double share = 0; share < 1; share += 0.02) {
-    const QColor color = lighter(told, share);
-    if (contrast(color, background) >= kLegible) return color;
+    const QColor tried = mixed(color, farthest, share);
+    if (contrast(tried, background) >= least) return tried;
   }
-  return Qt::white;
+  return farthest;
+}
+
+QColor mutedOn(const QColor& background, const QColor& text, double least) {
+  return legibleOn(background, mixed(background, text, 0.5), least);
 }

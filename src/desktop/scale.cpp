@@ -3,10 +3,11 @@
 #include <QApplication>
 #include <QFont>
 #include <QScreen>
+#include <QStyle>
 #include <algorithm>
 #include <cmath>
 
-#include "runtime/Control.h"
+#include "runtime/Window.h"
 
 namespace {
 
@@ -34,8 +35,15 @@ int scaled(int points) { return static_cast<int>(std::lround(points * scale()));
 int inPoints(int pixels) { return static_cast<int>(std::lround(pixels / scale())); }
 
 QRect placeOf(const Control& control) {
-  const QPoint from(scaled(control.Left()), scaled(control.Top()));
-  const int right = scaled(control.Left() + control.Width()),
-            below = scaled(control.Top() + control.Height());
-  return {from, QSize(right - from.x(), below - from.y())};
+  return placeOf(control, scaled(control.Left() + control.Width()) - scaled(control.Left()));
+}
+
+QRect placeOf(const Control& control, int width) {
+  const int top = scaled(control.Top()), below = scaled(control.Top() + control.Height());
+  return mirrored(control.Owner(), {scaled(control.Left()), top, width, below - top});
+}
+
+QRect mirrored(const Window& window, const QRect& place) {
+  const QRect whole(0, 0, scaled(window.Width()), scaled(window.Height()));
+  return QStyle::visualRect(QGuiApplication::layoutDirection(), whole, place);
 }

@@ -64,7 +64,8 @@ void showLabel(QLabel& label, const Label& record) {
   const QFont font =
       fittingFont(look, [&](const QFont& tried) { return neededWidth(tried, full) <= widest; });
   takeFont(label, font);
-  label.resize(std::clamp(neededWidth(font, full), std::min(place.width(), widest), widest), place.height());
+  label.setGeometry(
+      placeOf(record, std::clamp(neededWidth(font, full), std::min(place.width(), widest), widest)));
   const QString shown = QFontMetrics(font).elidedText(full, Qt::ElideRight, label.width());
   showWords(label, full, shown, shown == full);
 }
@@ -128,8 +129,17 @@ class FieldEdit : public QLineEdit {
   qsizetype length_ = 0;
 };
 
+void takePlaceholderColor(QLineEdit& field) {
+  QPalette palette = field.palette();
+  const QColor shown = mutedOn(palette.color(QPalette::Base), palette.color(QPalette::Text));
+  if (palette.color(QPalette::PlaceholderText) == shown) return;
+  palette.setColor(QPalette::PlaceholderText, shown);
+  field.setPalette(palette);
+}
+
 // A change by code leaves the cursor where it was if it can.
 void showField(QLineEdit& field, const TextField& record) {
+  takePlaceholderColor(field);
   const QString text = QString::fromStdString(record.Text());
   if (field.text() == text) return;
   const QSignalBlocker quiet(&field);

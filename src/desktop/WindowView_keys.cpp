@@ -1,0 +1,119 @@
+// What the keyboard does in a window: the order of the focus, the button that Return presses, Escape, menus.
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QDialog>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <algorithm>
+
+#include "desktop/WindowView.h"
+#include "runtime/Application.h"
+
+namespace {
+
+bool isReturn(const QKeyEvent& event) {
+  const bool plain = !(event.modifiers() & ~Qt::KeypadModifier);
+  return plain && (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter);
+}
+
+}  // namespace
+
+std::vector<WindowView::Entry*> WindowView::inTabOrder() {
+  std::vector<Entry*> order;
+  for (Entry& entry : entries_) {
+    if (entry.view.widget && entry.record->TabIndex() >= 0) order.push_back(&entry);
+  }
+  std::stable_sort(order.begin(), order.end(), [](const Entry* a, const Entry* b) {
+    return a->record->TabIndex() < b->record->TabIndex();
+  });
+  return order;
+}
+
+// A window opens with the focus in its first text field, or where there is none on its first control.
+void WindowView::setUpFocus() {
+  const std::vector<Entry*> order = inTabOrder();
+  for (std::size_t i = 1; i < order.size(); ++i)
+    setTabOrder(order[i - 1]->view.widget, order[i]->view.widget);
+  auto first = std::find_if(order.begin(), order.end(),
+                            [](Entry* e) { return e->record->Kind() == ControlKind::TextField; });
+  if (first == order.end()) first = order.begin();
+  if (first != order.end()) (*first)->view.widget->setFocus();
+  connect(qApp, &QApplication::focusChanged, &frame_, [this] { showDefaultButton(); });
+}
+
+// Of the buttons that Return may press: that with the focus, that which follows the focused text
+// field in the tab order, else the first.
+WindowView::Entry* WindowView::defaultButton() {
+  const std::vector<Entry*> order = inTabOrder();
+  const auto isDefault = [](const Entry* e) { return e->record->LookOf().defaultButton; };
+  const auto focused =
+      std::find_if(order.begin(), order.end(), [this](Entry* e) { return e->view.widget == focusWidget(); });
+  if (focused != order.end()) {
+    if (isDefault(*focused)) return *focused;
+    const auto next = std::next(focused);
+    const bool inField = (*focused)->record->Kind() == ControlKind::TextField;
+    if (inField && next != order.end() && isDefault(*next)) return *next;
+  }
+  const auto first = std::find_if(order.begin(), order.end(), isDefault);
+  return first == order.end() ? nullptr : *first;
+}
+
+void WindowView::showDefaultButton() {
+  const Entry* now = record_ ? defaultButton() : nullptr;
+  for (Entry& entry : entries_) {
+    if (auto* button = dynamic_cast<QPushButton*>(entry.view.widget)) button->setDefault(&entry == now);
+  }
+}
+
+// Ended, a command leaves at its next wait or yield. False if none runs.
+bool WindowView::stopCommand() {
+  if (!record_ || !record_->Owner().IsCommandRunning()) return false;
+  record_->Owner().StopCommand();
+  return true;
+}
+
+// F10 opens the menu bar, and with Shift the menu of what has the focus.
+bool WindowView::openMenu(const QKeyEvent& event) {
+  if (event.key() != Qt::Key_F10) return false;
+  QWidget* const focused = focusWidget();
+  if (event.modifiers() == Qt::ShiftModifier && focused) {
+    const QPoint at = focused->rect().center();
+    QContextMenuEvent wanted(QContextMenuEvent::Keyboard, at, focused->mapToGlobal(at));
+    QApplication::sendEvent(focused, &wanted);
+  } else if (event.modifiers() == Qt::NoModifier && bar_) {
+    QAction* const first = bar_->actions().constFirst();
+    bar_->setActiveAction(first);
+    first->menu()->setActiveAction(first->menu()->actions().constFirst());
+  }
+  return true;
+}
+
+// One that was shown without the focus is out of the keyboard's reach.
+bool WindowView::dismissDialog() {
+  for (QDialog* dialog : findChildren<QDialog*>(Qt::FindDirectChildrenOnly)) {
+    if (dialog->isHidden()) continue;
+    dialog->reject();
+    return true;
+  }
+  return false;
+}
+
+// Escape stops the command that runs or dismisses a dialog; else it closes a window that stands beside the
+// program's own. So does the usual key for closing.
+void WindowView::keyPressEvent(QKeyEvent* event) {
+  const bool escapes = event->matches(QKeySequence::Cancel);
+  if (openMenu(*event)) return event->accept();
+  if (escapes && (stopCommand() || dismissDialog())) return event->accept();
+  if (record_ && !record_->Frame().menuBar && (escapes || event->matches(QKeySequence::Close))) {
+    event->accept();
+    close();
+    return;
+  }
+  Entry* button = record_ && isReturn(*event) ? defaultButton() : nullptr;
+  if (!button) return QWidget::keyPressEvent(event);
+  event->accept();
+  button->record->PersonClicks();
+}
