@@ -1,6 +1,7 @@
 #include "desktop/WindowView.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -40,6 +41,12 @@ QSize roomOn(const QWidget& window) {
   constexpr int kBorders = 8;
   const int title = window.style()->pixelMetric(QStyle::PM_TitleBarHeight);
   return window.screen()->availableGeometry().size() - QSize(kBorders, title + kBorders);
+}
+
+// What scroll bars take where room is too small for something.
+QSize barsFor(const QSize& whole, const QSize& room) {
+  const int bar = QApplication::style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  return {whole.height() > room.height() ? bar : 0, whole.width() > room.width() ? bar : 0};
 }
 
 // Where the controls begin, and so the line of text below them.
@@ -105,9 +112,7 @@ void WindowView::takeSize() {
   const auto sized = [&](int width, int height) { return QSize(scaled(width), scaled(height)) + menu; };
   const QSize whole = sized(record_->Width(), record_->Height());
   if (whole.height() > room.height() || whole.width() > room.width()) scroll();
-  const int bar = scroller_ ? style()->pixelMetric(QStyle::PM_ScrollBarExtent) : 0;
-  const QSize bars(whole.height() > room.height() ? bar : 0, whole.width() > room.width() ? bar : 0);
-  const QSize shown = (whole + bars).boundedTo(room);
+  const QSize shown = (whole + barsFor(whole, room)).boundedTo(room);
   setMinimumSize(sized(frame.minWidth, frame.minHeight).boundedTo(room));
   setMaximumSize(sized(frame.maxWidth, frame.maxHeight));
   frame.resizable ? resize(shown) : setFixedSize(shown);
@@ -278,7 +283,7 @@ void WindowView::layOut() {
   if (scroller_) {
     scroller_->setGeometry(ground);
     const QSize whole(scaled(record_->Width()), scaled(record_->Height()));
-    content_->resize(whole.expandedTo(scroller_->contentsRect().size()));
+    content_->resize(whole.expandedTo(ground.size() - barsFor(whole, ground.size())));
   } else {
     content_->setGeometry(ground);
   }

@@ -35,6 +35,14 @@ void takeColor(QWidget& widget, const Look& look) {
   widget.setPalette(palette);
 }
 
+// Towards where reading begins on this desktop, whatever the script of the text.
+Qt::Alignment alignmentOf(const Look& look) {
+  const Qt::Alignment vertical = look.multiline ? Qt::AlignTop : Qt::AlignVCenter;
+  if (look.align == Align::Center) return Qt::AlignHCenter | vertical;
+  const bool turned = QGuiApplication::layoutDirection() == Qt::RightToLeft;
+  return (turned ? Qt::AlignRight | Qt::AlignAbsolute : Qt::Alignment(Qt::AlignLeft)) | vertical;
+}
+
 void showWords(QLabel& label, const QString& full, const QString& shown, bool fits) {
   if (label.text() != shown) label.setText(shown);
   setTip(label, fits ? QString() : full);
@@ -185,13 +193,12 @@ ControlView labelView(Label& record, QWidget& content) {
   const Look& look = record.LookOf();
   label->setTextFormat(Qt::PlainText);
   label->setWordWrap(look.multiline);
-  label->setAlignment((look.align == Align::Center ? Qt::AlignHCenter : Qt::AlignLeft) |
-                      (look.multiline ? Qt::AlignTop : Qt::AlignVCenter));
   if (look.selectable) {
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     label->setFocusPolicy(Qt::StrongFocus);
   }
   const auto update = [label, &record] {
+    label->setAlignment(alignmentOf(record.LookOf()));
     showLabel(*label, record);
     takeColor(*label, record.LookOf());
   };
