@@ -52,7 +52,7 @@ void Tour::SaveInEveryForm() {
 }
 
 void Tour::SearchWords() {
-  std::cout << "Searching two languages for \"orchest\" ..." << std::endl;
+  std::cout << "Searching two languages for \"orchest|harbour\" ..." << std::endl;
   auto* list = qobject_cast<QAbstractItemView*>(WidgetOf("Window1", "Listbox1"));
   const auto clickRow = [&](int row, Qt::KeyboardModifiers keys) {
     const QPoint at = list->visualRect(list->model()->index(row, 0)).center();
@@ -60,7 +60,7 @@ void Tour::SearchWords() {
   };
   clickRow(0, Qt::NoModifier);
   clickRow(3, Qt::ControlModifier);
-  Type("searchField", "orchest");
+  Type("searchField", "orchest|harbour");
   QTest::keyClick(WidgetOf("Window1", "searchField"), Qt::Key_Return);
   Check(app_.FindWindow(SearchWin::kName) != nullptr, "the window of the hits");
   if (!sound_) return;
