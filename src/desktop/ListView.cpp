@@ -133,8 +133,9 @@ void ListView::showSelection() {
 
 void ListView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
   QAbstractItemView::selectionChanged(selected, deselected);
-  if (!deselected.isEmpty()) say(QAccessible::SelectionRemove, deselected.first().topLeft());
-  if (!selected.isEmpty()) say(QAccessible::SelectionAdd, selected.first().topLeft());
+  if (!deselected.isEmpty())
+    SpokenList::say(*this, QAccessible::SelectionRemove, deselected.first().topLeft());
+  if (!selected.isEmpty()) SpokenList::say(*this, QAccessible::SelectionAdd, selected.first().topLeft());
   if (!record_ || catchingUp_) return;
   const std::vector<bool> seen = rowsOf(selectionModel()->selection(), record_->ListCount());
   std::vector<std::int64_t> rows;
@@ -144,31 +145,14 @@ void ListView::selectionChanged(const QItemSelection& selected, const QItemSelec
   record_->PersonSelects(rows);
 }
 
-// What happened at cell, as Qt's own table says it, but with the cell's place in SpokenList.
-void ListView::say(QAccessible::Event event, const QModelIndex& cell) {
-  if (!QAccessible::isActive() || !cell.isValid()) return;
-  auto* spoken = dynamic_cast<SpokenList*>(QAccessible::queryAccessibleInterface(this));
-  if (!spoken || cell.column() >= spoken->columnCount()) return;
-  QAccessibleEvent said(this, event);
-  said.setChild(spoken->indexOf(cell.row(), cell.column()));
-  QAccessible::updateAccessibility(&said);
-}
-
 void ListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QAbstractItemView::currentChanged(current, previous);
-  say(QAccessible::Focus, current);
+  SpokenList::say(*this, QAccessible::Focus, current);
 }
 
 void ListView::press(const QModelIndex& cell) {
   setCurrentIndex(cell);
   clickCell(cell, visualRect(cell).center());
-}
-
-void ListView::selectRowAlso(int row, bool selected) {
-  const auto how = !selected             ? QItemSelectionModel::Deselect
-                   : severalSelectable() ? QItemSelectionModel::Select
-                                         : QItemSelectionModel::ClearAndSelect;
-  selectionModel()->select(model_.index(row, 0), how | QItemSelectionModel::Rows);
 }
 
 bool ListView::clickCell(const QModelIndex& cell, QPoint at) {

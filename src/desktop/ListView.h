@@ -1,7 +1,6 @@
 // A Listbox on the screen: its columns, grid lines and selection, drawn from its rows.
 #pragma once
 
-#include <QAccessible>
 #include <QTableView>
 
 #include "desktop/ListModel.h"
@@ -19,8 +18,6 @@ class ListView : public QTableView {
   // Whether a click in this list does anything beyond selecting; and does it.
   bool opensCells() const { return record_ && record_->CellClick; }
   void press(const QModelIndex& cell);
-  // Selects row, beside others where the list takes that, or no more.
-  void selectRowAlso(int row, bool selected);
   bool severalSelectable() const { return selectionMode() == ExtendedSelection; }
 
  protected:
@@ -43,7 +40,6 @@ class ListView : public QTableView {
   void showSelection();
   void drawGrid() const;
   bool selectCurrent();
-  void say(QAccessible::Event event, const QModelIndex& cell);
   // Acts if a click in this list does anything beyond selecting; false if not.
   bool clickCell(const QModelIndex& cell, QPoint at);
 

@@ -1,6 +1,7 @@
 #include "desktop/SpokenCell.h"
 
 #include "desktop/ListView.h"
+#include "desktop/SpokenList.h"
 
 void* SpokenCell::interface_cast(QAccessible::InterfaceType type) {
   if (isHeading()) return nullptr;
@@ -63,7 +64,7 @@ QStringList SpokenCell::actionNames() const {
 // A click may open a dialog, so it comes after the screen reader has had its answer.
 void SpokenCell::doAction(const QString& name) {
   if (!isValid() || isHeading()) return;
-  if (name == toggleAction()) return list_->selectRowAlso(row_, !isSelected());
+  if (name == toggleAction()) return SpokenList::select(*list_, row_, !isSelected());
   if (name != pressAction()) return;
   const QPersistentModelIndex cell = index();
   QMetaObject::invokeMethod(

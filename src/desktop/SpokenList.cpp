@@ -7,6 +7,22 @@ SpokenList::SpokenList(ListView& list) : QAccessibleWidget(&list, QAccessible::T
 
 SpokenList::~SpokenList() { dropCells(); }
 
+void SpokenList::say(ListView& list, QAccessible::Event event, const QModelIndex& cell) {
+  if (!QAccessible::isActive() || !cell.isValid()) return;
+  const auto* spoken = dynamic_cast<SpokenList*>(QAccessible::queryAccessibleInterface(&list));
+  if (!spoken || cell.column() >= spoken->columnCount()) return;
+  QAccessibleEvent said(&list, event);
+  said.setChild(spoken->indexOf(cell.row(), cell.column()));
+  QAccessible::updateAccessibility(&said);
+}
+
+void SpokenList::select(ListView& list, int row, bool selected) {
+  const auto how = !selected                  ? QItemSelectionModel::Deselect
+                   : list.severalSelectable() ? QItemSelectionModel::Select
+                                              : QItemSelectionModel::ClearAndSelect;
+  list.selectionModel()->select(list.model()->index(row, 0), how | QItemSelectionModel::Rows);
+}
+
 void SpokenList::dropCells() {
   for (const QAccessible::Id id : cells_) QAccessible::deleteAccessibleInterface(id);
   cells_.clear();
@@ -87,13 +103,13 @@ bool SpokenList::isRowSelected(int row) const { return list_.selectionModel()->i
 
 bool SpokenList::selectRow(int row) {
   if (row < 0 || row >= rowCount()) return false;
-  list_.selectRowAlso(row, true);
+  select(list_, row, true);
   return true;
 }
 
 bool SpokenList::unselectRow(int row) {
   if (row < 0 || row >= rowCount()) return false;
-  list_.selectRowAlso(row, false);
+  select(list_, row, false);
   return true;
 }
 

@@ -12,8 +12,10 @@ class SpokenList : public QAccessibleWidget, public QAccessibleTableInterface {
   explicit SpokenList(ListView& list);
   ~SpokenList() override;
 
-  // Where the cell stands among the children. The headings stand first, as row -1.
-  int indexOf(int row, int column) const { return (row + 1) * columnCount() + column; }
+  // Reports what happened at cell, as Qt's own table would, but by the cell's place among these children.
+  static void say(ListView& list, QAccessible::Event event, const QModelIndex& cell);
+  // Selects row, beside others where the list takes that, or no more.
+  static void select(ListView& list, int row, bool selected);
 
   void* interface_cast(QAccessible::InterfaceType type) override;
   QAccessible::State state() const override;
@@ -45,6 +47,8 @@ class SpokenList : public QAccessibleWidget, public QAccessibleTableInterface {
   void modelChange(QAccessibleTableModelChangeEvent* event) override;
 
  private:
+  // Where the cell stands among the children. The headings stand first, as row -1.
+  int indexOf(int row, int column) const { return (row + 1) * columnCount() + column; }
   void dropCells();
 
   ListView& list_;

@@ -81,6 +81,11 @@ def role_of(node):
     return ROLES.get(node.get_role_name(), node.get_role_name())
 
 
+def name_of(node):
+    """Without the time that a command took, which is said where it was long."""
+    return re.sub(r', after [0-9.]+ s$', '', node.get_name())
+
+
 def has(node, state):
     return node.get_state_set().contains(getattr(Atspi.StateType, state))
 
@@ -120,8 +125,8 @@ def relations(node):
 
 def line_of(node):
     words = [role_of(node)]
-    if node.get_name():
-        words.append('"%s"' % node.get_name())
+    if name_of(node):
+        words.append('"%s"' % name_of(node))
     if node.get_description():
         words.append('(%s)' % node.get_description())
     words += [word for state, word in STATES if has(node, state)]
@@ -132,8 +137,10 @@ def line_of(node):
     text = text_of(node)
     if text is not None:
         words.append('= "%s"' % text)
-    if actions(node):
-        words.append('[%s]' % ', '.join(actions(node)))
+    # Qt 6.8 gives a box that is checked Press as well.
+    named = [name for name in actions(node) if (role_of(node), name) != ('check box', 'Press')]
+    if named:
+        words.append('[%s]' % ', '.join(named))
     return '; '.join([' '.join(words), *sorted(relations(node))])
 
 
@@ -162,7 +169,7 @@ def window(root, role, name):
 
 
 class Announcements:
-    """What is announced from now on, without the time that it took."""
+    """What is announced from now on."""
 
     def __init__(self):
         self.seen = []
@@ -173,10 +180,9 @@ class Announcements:
     def note(self, event):
         try:
             if event.detail1 and role_of(event.source) == 'notification':
-                self.seen.append(re.sub(', after [0-9.]+ s$', '', event.source.get_name()))
+                self.seen.append(name_of(event.source))
         except GLib.Error:  # of a window that went at once
             pass
 
     def wait(self, text):
-        matches = text.fullmatch if isinstance(text, re.Pattern) else text.__eq__
-        wait('the announcement "%s"' % text, lambda: any(matches(each) for each in self.seen))
+        wait('the announcement "%s"' % text, lambda: text in self.seen)
