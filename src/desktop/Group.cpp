@@ -1,10 +1,16 @@
 #include "desktop/Group.h"
 
 #include <QChildEvent>
+#include <QLabel>
 
 Group::Group(QWidget& content) : QWidget(&content) {
   content.installEventFilter(this);
   setGeometry(content.rect());
+}
+
+void Group::setHeading(QWidget* heading) {
+  heading_ = heading;
+  if (auto* label = dynamic_cast<QLabel*>(heading)) label->setBuddy(this);
 }
 
 void Group::childEvent(QChildEvent* event) {

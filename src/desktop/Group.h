@@ -13,9 +13,10 @@ class Group : public QWidget {
  public:
   explicit Group(QWidget& content);
 
-  // The widget of the heading, from which the group has its name; nullptr before it is made.
+  // The widget of the heading, from which the group has its name; nullptr before it is made. One that is no
+  // field's label becomes this group's, or it would be read as a text of its own.
   QWidget* heading() const { return heading_; }
-  void setHeading(QWidget* heading) { heading_ = heading; }
+  void setHeading(QWidget* heading);
 
  protected:
   void childEvent(QChildEvent* event) override;

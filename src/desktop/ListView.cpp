@@ -150,6 +150,13 @@ void ListView::currentChanged(const QModelIndex& current, const QModelIndex& pre
   SpokenList::say(*this, QAccessible::Focus, current);
 }
 
+// The focus of the list itself is reported when this has returned, that of the row after it.
+void ListView::focusInEvent(QFocusEvent* event) {
+  QTableView::focusInEvent(event);
+  const auto sayRow = [this] { SpokenList::say(*this, QAccessible::Focus, currentIndex()); };
+  QMetaObject::invokeMethod(this, sayRow, Qt::QueuedConnection);
+}
+
 void ListView::press(const QModelIndex& cell) {
   setCurrentIndex(cell);
   clickCell(cell, visualRect(cell).center());

@@ -23,6 +23,7 @@ class ListView : public QTableView {
  protected:
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+  void focusInEvent(QFocusEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers keys) override;
   void mouseReleaseEvent(QMouseEvent* event) override;

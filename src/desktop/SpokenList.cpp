@@ -8,7 +8,8 @@ SpokenList::SpokenList(ListView& list) : QAccessibleWidget(&list, QAccessible::T
 SpokenList::~SpokenList() { dropCells(); }
 
 void SpokenList::say(ListView& list, QAccessible::Event event, const QModelIndex& cell) {
-  if (!QAccessible::isActive() || !cell.isValid()) return;
+  const bool hasHappened = event != QAccessible::Focus || list.hasFocus();
+  if (!QAccessible::isActive() || !hasHappened || !cell.isValid()) return;
   const auto* spoken = dynamic_cast<SpokenList*>(QAccessible::queryAccessibleInterface(&list));
   if (!spoken || cell.column() >= spoken->columnCount()) return;
   QAccessibleEvent said(&list, event);

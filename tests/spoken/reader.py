@@ -168,21 +168,30 @@ def window(root, role, name):
         (node for node in children(root) if role_of(node) == role and name in (None, node.get_name())), None))
 
 
-class Announcements:
-    """What is announced from now on."""
+class Heard:
+    """What is announced from now on, and where the focus goes."""
 
     def __init__(self):
-        self.seen = []
+        self.announced, self.focused = [], []
         self.listener = Atspi.EventListener.new(self.note)
         self.listener.register('object:state-changed:showing')
+        self.listener.register('object:state-changed:focused')
         self.listener.register('object:announcement')
 
     def note(self, event):
         try:
-            if event.detail1 and role_of(event.source) == 'notification':
-                self.seen.append(name_of(event.source))
+            if event.type.startswith('object:state-changed:focused') and event.detail1:
+                self.focused.append((role_of(event.source), name_of(event.source)))
+            elif role_of(event.source) == 'notification' and event.detail1:
+                self.announced.append(name_of(event.source))
+            elif event.type.startswith('object:announcement'):  # by versions of Qt that know it
+                self.announced.append(event.any_data)
         except GLib.Error:  # of a window that went at once
             pass
 
-    def wait(self, text):
-        wait('the announcement "%s"' % text, lambda: text in self.seen)
+    def wait_for(self, text):
+        wait('the announcement "%s"' % text, lambda: text in self.announced)
+
+    def wait_for_focus(self, *steps):
+        """Each a role and a name, the last of all."""
+        wait('the focus on %s' % (steps,), lambda: self.focused[-len(steps):] == list(steps))
