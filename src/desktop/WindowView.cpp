@@ -6,16 +6,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QScreen>
-#include <QScrollArea>
-#include <QStyle>
 #include <algorithm>
 #include <utility>
 
 #include "desktop/Content.h"
 #include "desktop/Group.h"
 #include "desktop/dropped_text.h"
-#include "desktop/fitting.h"
 #include "desktop/scale.h"
 #include "desktop/shown_text.h"
 #include "desktop/spoken_names.h"
@@ -23,8 +19,7 @@
 
 namespace {
 
-constexpr int kFrame = 16;         // milliseconds
-constexpr int kStatusHeight = 18;  // points
+constexpr int kFrame = 16;  // milliseconds
 
 Qt::WindowFlags flagsOf(const WindowFrame& frame) {
   Qt::WindowFlags flags =
@@ -34,28 +29,6 @@ Qt::WindowFlags flagsOf(const WindowFrame& frame) {
   flags.setFlag(Qt::WindowMaximizeButtonHint, frame.maximizeButton);
   flags.setFlag(Qt::WindowFullscreenButtonHint, frame.fullScreenButton);
   return flags;
-}
-
-// What the screen can show of a window inside of its frame.
-QSize roomOn(const QWidget& window) {
-  constexpr int kBorders = 8;
-  const int title = window.style()->pixelMetric(QStyle::PM_TitleBarHeight);
-  return window.screen()->availableGeometry().size() - QSize(kBorders, title + kBorders);
-}
-
-// What scroll bars take where room is too small for something.
-QSize barsFor(const QSize& whole, const QSize& room) {
-  const int bar = QApplication::style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-  return {whole.height() > room.height() ? bar : 0, whole.width() > room.width() ? bar : 0};
-}
-
-// Where the controls begin, and so the line of text below them.
-int leftmostOf(const Window& record) {
-  int left = record.Width();
-  for (const Control* control : record.Controls()) {
-    if (control->Kind() == ControlKind::Label) left = std::min(left, control->Left());
-  }
-  return scaled(left);
 }
 
 }  // namespace
@@ -89,35 +62,6 @@ void WindowView::setUpFrame() {
   setAcceptDrops(true);
   ensurePolished();
   takeSize();
-}
-
-int WindowView::menuHeight(int width) const {
-  return bar_ && !bar_->isNativeMenuBar() ? bar_->heightForWidth(width) : 0;
-}
-
-void WindowView::scroll() {
-  if (scroller_) return;
-  const bool hidden = content_->isHidden();
-  scroller_ = new QScrollArea(this);
-  scroller_->setFrameShape(QFrame::NoFrame);
-  scroller_->setWidget(content_);
-  content_->setHidden(hidden);
-}
-
-// The size of the record at the scale of the letters. What is too large for the screen is scrolled.
-void WindowView::takeSize() {
-  status_.takeLetters();
-  const WindowFrame& frame = record_->Frame();
-  const QSize room = roomOn(*this), menu(0, menuHeight(scaled(frame.width)));
-  const auto sized = [&](int width, int height) { return QSize(scaled(width), scaled(height)) + menu; };
-  const QSize whole = sized(record_->Width(), record_->Height());
-  if (whole.height() > room.height() || whole.width() > room.width()) scroll();
-  const QSize shown = (whole + barsFor(whole, room)).boundedTo(room);
-  setMinimumSize(sized(frame.minWidth, frame.minHeight).boundedTo(room));
-  setMaximumSize(sized(frame.maxWidth, frame.maxHeight));
-  frame.resizable ? resize(shown) : setFixedSize(shown);
-  drawnAt_ = scale();
-  layOut();
 }
 
 void WindowView::setUpMenu(const ChooseItem& choose) {
@@ -274,26 +218,6 @@ void WindowView::joinToLabel(const Entry& entry) {
   if (!label) return;
   QWidget* buddy = label->text().contains(QChar(u'&')) ? nullptr : entry.view.widget;
   if (label->buddy() != buddy) label->setBuddy(buddy);
-}
-
-void WindowView::layOut() {
-  const int above = menuHeight(width());
-  if (bar_) bar_->setGeometry(0, 0, width(), above);
-  const QRect ground(0, above, width(), height() - above);
-  if (scroller_) {
-    scroller_->setGeometry(ground);
-    const QSize whole(scaled(record_->Width()), scaled(record_->Height()));
-    content_->resize(whole.expandedTo(ground.size() - barsFor(whole, ground.size())));
-  } else {
-    content_->setGeometry(ground);
-  }
-  const int margin = leftmostOf(*record_), high = scaled(kStatusHeight);
-  status_.place({margin, content_->height() - high, content_->width() - 2 * margin, high});
-  // Some text areas come into sight only now; mirrored places count from the right edge.
-  const bool isTurned = layoutDirection() == Qt::RightToLeft;
-  for (const Entry& entry : entries_) {
-    if (isTurned || entry.record->Kind() == ControlKind::TextArea) markDirty(*entry.record);
-  }
 }
 
 void WindowView::resizeEvent(QResizeEvent*) {
