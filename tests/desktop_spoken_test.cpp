@@ -110,7 +110,9 @@ TEST_F(Desktop, AListIsSpokenWithHeadingsAndWithoutNumbers) {
                                              "00:00:02.500", "at 00:00:02.500"}));
   QAccessibleInterface& hit = *list.tableInterface()->cellAt(1, 1);
   EXPECT_EQ(nameOf(*hit.tableCellInterface()->columnHeaderCells().first()), "Text");
-  hit.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  const QString press = QAccessibleActionInterface::pressAction();
+  EXPECT_EQ(hit.actionInterface()->localizedActionDescription(press), QStringLiteral("Open in Browser"));
+  hit.actionInterface()->doAction(press);
   EXPECT_TRUE(waitFor([&] { return !host.calls.empty(); }));
   EXPECT_EQ(host.calls, std::vector<std::string>{"open: https://www.youtube.com/watch?v=&t=2"});
   const QPoint middle = hit.rect().center();

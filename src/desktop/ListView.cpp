@@ -133,9 +133,8 @@ void ListView::showSelection() {
 
 void ListView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
   QAbstractItemView::selectionChanged(selected, deselected);
-  if (!deselected.isEmpty())
-    SpokenList::say(*this, QAccessible::SelectionRemove, deselected.first().topLeft());
-  if (!selected.isEmpty()) SpokenList::say(*this, QAccessible::SelectionAdd, selected.first().topLeft());
+  SpokenList::say(*this, QAccessible::SelectionRemove, deselected.value(0).topLeft());
+  SpokenList::say(*this, QAccessible::SelectionAdd, selected.value(0).topLeft());
   if (!record_ || catchingUp_) return;
   const std::vector<bool> seen = rowsOf(selectionModel()->selection(), record_->ListCount());
   std::vector<std::int64_t> rows;
@@ -270,7 +269,7 @@ void ListView::drawGrid() const {
 void ListView::contextMenuEvent(QContextMenuEvent* event) {
   const bool byKey = event->reason() != QContextMenuEvent::Mouse;
   const QPoint at = byKey ? visualRect(currentIndex()).center() : event->pos();
-  const QString opens = QString::fromStdString(record_ ? record_->Columns().clickOpens : "");
+  const QString opens = clickOpens();
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   const auto add = [menu](const QString& text, bool enabled, auto act) {

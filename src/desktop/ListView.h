@@ -15,8 +15,8 @@ class ListView : public QTableView {
   void forget();
   // The selected rows, a line each, their cells with a tab between them.
   void copySelection() const;
-  // Whether a click in this list does anything beyond selecting; and does it.
-  bool opensCells() const { return record_ && record_->CellClick; }
+  // What a click in this list does beyond selecting, as a menu calls it, "" for nothing; and does it.
+  QString clickOpens() const { return QString::fromStdString(record_ ? record_->Columns().clickOpens : ""); }
   void press(const QModelIndex& cell);
   bool severalSelectable() const { return selectionMode() == ExtendedSelection; }
 

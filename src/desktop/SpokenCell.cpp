@@ -58,7 +58,13 @@ QList<QAccessibleInterface*> SpokenCell::columnHeaderCells() const {
 
 QStringList SpokenCell::actionNames() const {
   if (!isValid() || isHeading()) return {};
-  return list_->opensCells() ? QStringList{pressAction(), toggleAction()} : QStringList{toggleAction()};
+  return list_->clickOpens().isEmpty() ? QStringList{toggleAction()}
+                                       : QStringList{pressAction(), toggleAction()};
+}
+
+QString SpokenCell::localizedActionDescription(const QString& name) const {
+  return name == pressAction() && list_ ? list_->clickOpens()
+                                        : QAccessibleActionInterface::localizedActionDescription(name);
 }
 
 // A click may open a dialog, so it comes after the screen reader has had its answer.

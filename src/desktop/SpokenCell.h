@@ -39,6 +39,7 @@ class SpokenCell : public QAccessibleInterface,
 
   // Press does what a click does, where a click does more than to select; Toggle selects the row or not.
   QStringList actionNames() const override;
+  QString localizedActionDescription(const QString& name) const override;
   void doAction(const QString& name) override;
   QStringList keyBindingsForAction(const QString&) const override { return {}; }
 

@@ -11,7 +11,7 @@ void SpokenList::say(ListView& list, QAccessible::Event event, const QModelIndex
   const bool hasHappened = event != QAccessible::Focus || list.hasFocus();
   if (!QAccessible::isActive() || !hasHappened || !cell.isValid()) return;
   const auto* spoken = dynamic_cast<SpokenList*>(QAccessible::queryAccessibleInterface(&list));
-  if (!spoken || cell.column() >= spoken->columnCount()) return;
+  if (!spoken || cell.row() >= spoken->rowCount() || cell.column() >= spoken->columnCount()) return;
   QAccessibleEvent said(&list, event);
   said.setChild(spoken->indexOf(cell.row(), cell.column()));
   QAccessible::updateAccessibility(&said);
