@@ -69,6 +69,7 @@ class Desk:
         ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
 
     def __enter__(self):
+        signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # by way of __exit__
         try:
             self.lay_out()
             self.open_screen()
