@@ -4,10 +4,11 @@
 #include <QAbstractButton>
 #include <QFontDatabase>
 #include <QFontInfo>
-#include <QScrollArea>
+#include <QScreen>
 #include <QStyle>
 
 #include "desktop/scale.h"
+#include "desktop/shown_text.h"
 #include "desktop_fixture.h"
 
 namespace {
@@ -18,7 +19,7 @@ struct Drawn {
 };
 
 std::string named(const QFont& font) {
-  return font.family().toStdString() + " " + std::to_string(font.pixelSize());
+  return font.family().toStdString() + " " + std::to_string(font.pointSizeF());
 }
 
 QString textOf(const QWidget& widget) {
@@ -63,7 +64,8 @@ class Sizes : public Desktop {
     const bool lines = control.LookOf().multiline;
     const std::string whole = label ? label->Text() : static_cast<const Button&>(control).Caption();
     const std::string name = at + control.Owner().Name() + "." + control.Name();
-    EXPECT_EQ(text.toStdString().size(), whole.size()) << name << ": " << text.toStdString();
+    EXPECT_TRUE(widget.isVisible()) << name;
+    EXPECT_EQ(text, shownText(whole, lines ? Lines::Many : Lines::One)) << name;
     const int mark = markOf(widget, control.Kind());
     const QRect room = widget.rect().adjusted(mark, 0, 0, 0);
     const QRect needed = letters.boundingRect(lines ? QRect(0, 0, room.width(), 9999) : QRect(0, 0, 9999, 99),
@@ -80,7 +82,9 @@ class Sizes : public Desktop {
     const bool isCentred =
         control.LookOf().align == Align::Center || control.Kind() == ControlKind::PushButton;
     place.moveCenter(widget.geometry().center());
-    if (!isCentred) place.moveLeft(widget.x() + mark);
+    const bool turned = widget.layoutDirection() == Qt::RightToLeft;
+    if (!isCentred && !turned) place.moveLeft(widget.x() + mark);
+    if (!isCentred && turned) place.moveRight(widget.geometry().right() - mark);
     if (lines) place.moveTop(widget.y());
     return {name, place};
   }
@@ -96,17 +100,27 @@ TEST_F(Sizes, NoTextIsCutAtAnyFontAndSize) {
     for (const int points : {9, 10, 11, 12, 14, 18}) {
       for (const int dpi : {96, 120, 144}) {
         QFont font(QString::fromLatin1(family));
-        font.setPixelSize(points * dpi / 72);
+        font.setPointSizeF(points * dpi / 96.0);  // on a screen of 96 dpi
         QApplication::setFont(font);
         QCoreApplication::processEvents();
         draw();
-        for (const auto& window : app->Windows()) expectWhole(*window, named(font) + " ");
+        EXPECT_DOUBLE_EQ(scale(), std::max(1.0, points * dpi / 960.0));
+        for (const auto& window : app->Windows()) {
+          expectWhole(*window, named(font) + " ");
+          const QSize room = view(*window).screen()->availableGeometry().size();
+          EXPECT_EQ(view(*window).size().boundedTo(room), view(*window).size()) << "it fits the screen";
+        }
         const ListView& list = widget<ListView>(results.resultsList);
         EXPECT_GE(list.columnWidth(0),
                   list.fontMetrics().horizontalAdvance(QStringLiteral("10:00:00.000")) + 8);
       }
     }
   }
+  EXPECT_EQ(QApplication::focusWidget(), QApplication::activeWindow()->focusWidget());
+  const int width = results.Width();
+  for (const int wider : {200, -200})
+    view(results).resize(view(results).width() + wider, view(results).height());
+  EXPECT_EQ(results.Width(), width) << "also where it is scrolled, what grew gets smaller again";
   QApplication::setFont(before);
 }
 

@@ -529,6 +529,32 @@ TEST_F(Desktop, AnOpenerThatFailsIsReportedWhenItEnds) {
   qputenv("PATH", path);
 }
 
+TEST_F(Desktop, AnOpenerThatFailsDuringACommandLeavesItAlone) {
+  const TemporaryFolder programs;
+  const QByteArray path = qgetenv("PATH");
+  qputenv("PATH", (programs.Path() + ":" + path.toStdString()).c_str());
+  host.opensByProgram = true;
+  WriteFile(programs / "xdg-open", "#!/bin/sh\nexit 3\n");
+  std::filesystem::permissions(programs / "xdg-open", std::filesystem::perms::owner_all);
+  server.Answer({"HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\n", Reply::End::Stall});
+  link().setFocus();
+  QTimer looking;
+  QObject::connect(&looking, &QTimer::timeout, [&] {
+    if (!standingDialog()) return;
+    looking.stop();
+    EXPECT_TRUE(standingDialog()->testAttribute(Qt::WA_ShowWithoutActivating));
+    QTest::keyClick(&link(), Qt::Key_Escape);
+  });
+  looking.start(5);
+  host.ShowURL("https://www.youtube.com/watch?v=a");
+  search(QStringLiteral("abc"));
+  EXPECT_FALSE(app->IsCommandRunning()) << "Escape stopped it";
+  ASSERT_TRUE(standingDialog<QMessageBox>()) << "and left the message";
+  QTest::keyClick(standingDialog(), Qt::Key_Escape);
+  EXPECT_FALSE(standingDialog());
+  qputenv("PATH", path);
+}
+
 TEST_F(Desktop, WhatNothingOpensIsShownForCopying) {
   host.opens = false;
   std::vector<QString> texts;

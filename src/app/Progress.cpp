@@ -52,7 +52,10 @@ void Progress::CountSaved(const std::string& path) {
   ++saved;
 }
 
-std::string Progress::Step() const { return of > 1 ? item + ", " + Str(place) + " of " + Str(of) : item; }
+std::string Progress::Step() const {
+  const bool counts = of > 1 && place <= of;  // the user may choose anew while a dialog stands
+  return counts ? item + ", " + Str(place) + " of " + Str(of) : item;
+}
 
 std::string Progress::Words(bool wasStopped, std::int64_t now) const {
   std::string words = wasStopped ? "Stopped" : "";

@@ -11,3 +11,10 @@ void Announcement::say(const QString& text) {
   QAccessibleEvent shown(this, QAccessible::ObjectShow);
   QAccessible::updateAccessibility(&shown);
 }
+
+void Announcement::takeBack() {
+  if (accessibleName().isEmpty()) return;
+  setAccessibleName(QString());
+  QAccessibleEvent hidden(this, QAccessible::ObjectHide);
+  QAccessible::updateAccessibility(&hidden);
+}

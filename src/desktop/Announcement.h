@@ -10,4 +10,6 @@ class Announcement : public QWidget {
   // Says text once, without a move of the focus; nothing for "". A screen reader comes for the text a moment
   // later, so what may follow at once takes an announcement of its own.
   void say(const QString& text);
+  // What was said is not so any more.
+  void takeBack();
 };

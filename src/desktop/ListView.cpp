@@ -268,6 +268,7 @@ void ListView::drawGrid() const {
 
 void ListView::contextMenuEvent(QContextMenuEvent* event) {
   const bool byKey = event->reason() != QContextMenuEvent::Mouse;
+  if (byKey && currentIndex().isValid()) scrollTo(currentIndex());
   const QPoint at = byKey ? visualRect(currentIndex()).center() : event->pos();
   const QString opens = clickOpens();
   auto* menu = new QMenu(this);

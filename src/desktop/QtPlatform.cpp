@@ -202,8 +202,9 @@ std::optional<std::string> QtPlatform::AskSavePath(const std::string& filter, co
 }
 
 void QtPlatform::openOrSay(const QUrl& url, const QString& words, const std::string& what) {
-  const auto say = [this, words, what] { run(*makeCannotOpen(words, what, parentForDialog())); };
-  if (url.isEmpty() || !open(url, say)) say();
+  const auto make = [this, words, what] { return makeCannotOpen(words, what, parentForDialog()); };
+  const auto sayLater = [this, make] { dialogs_.show(make()); };
+  if (url.isEmpty() || !open(url, sayLater)) run(*make());
 }
 
 void QtPlatform::ShowURL(const std::string& address) {

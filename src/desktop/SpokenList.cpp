@@ -58,10 +58,12 @@ int SpokenList::indexOfChild(const QAccessibleInterface* child) const {
 
 QAccessibleInterface* SpokenList::child(int index) const {
   if (index < 0 || index >= childCount()) return nullptr;
-  if (const auto known = cells_.constFind(index); known != cells_.cend())
+  const int row = index / columnCount() - 1, column = index % columnCount();
+  const int place = (row + 1) * list_.model()->columnCount() + column;  // also while a column is out of sight
+  if (const auto known = cells_.constFind(place); known != cells_.cend())
     return QAccessible::accessibleInterface(*known);
-  auto* cell = new SpokenCell(list_, index / columnCount() - 1, index % columnCount());
-  cells_.insert(index, QAccessible::registerAccessibleInterface(cell));
+  auto* cell = new SpokenCell(list_, row, column);
+  cells_.insert(place, QAccessible::registerAccessibleInterface(cell));
   return cell;
 }
 

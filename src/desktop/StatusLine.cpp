@@ -6,7 +6,12 @@
 #include <QStyle>
 
 #include "desktop/fitting.h"
+#include "desktop/tool_tips.h"
 #include "runtime/Control.h"
+
+namespace {
+constexpr int kReading = 2000;  // milliseconds
+}
 
 StatusLine::StatusLine(QWidget& content, const std::function<void()>& stop)
     : label_(new QLabel(&content)),
@@ -20,6 +25,8 @@ StatusLine::StatusLine(QWidget& content, const std::function<void()>& stop)
   stop_->setAutoDefault(false);
   stop_->hide();
   QObject::connect(stop_, &QPushButton::clicked, stop_, stop);
+  over_.setSingleShot(true);
+  QObject::connect(&over_, &QTimer::timeout, running_, [this] { running_->takeBack(); });
 }
 
 void StatusLine::takeLetters() {
@@ -34,13 +41,23 @@ void StatusLine::place(const QRect& line) {
   words.setRight(button.left() - 1);
   label_->setGeometry(QStyle::visualRect(label_->layoutDirection(), line, words));
   stop_->setGeometry(QStyle::visualRect(label_->layoutDirection(), line, button));
+  fit();
+}
+
+void StatusLine::fit() {
+  const QString shown = label_->fontMetrics().elidedText(text_, Qt::ElideMiddle, label_->width());
+  label_->setText(shown);
+  setTip(*label_, shown == text_ ? QString() : text_);
 }
 
 void StatusLine::show(const QString& text, bool running) {
-  label_->setText(label_->fontMetrics().elidedText(text, Qt::ElideMiddle, label_->width()));
+  text_ = text;
+  fit();
   label_->setAccessibleName(text);
   label_->setVisible(!text.isEmpty());
   label_->raise();
   stop_->setVisible(running);
   stop_->raise();
+  if (running) ended_->takeBack();
+  running ? over_.stop() : over_.start(kReading);
 }

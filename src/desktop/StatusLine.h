@@ -4,6 +4,7 @@
 
 #include <QRect>
 #include <QString>
+#include <QTimer>
 #include <functional>
 
 #include "desktop/Announcement.h"
@@ -25,8 +26,12 @@ class StatusLine {
   void announceEnded(const QString& outcome) { ended_->say(outcome); }
 
  private:
+  void fit();
+
   QLabel* label_;
   Announcement* running_;
   Announcement* ended_;
   QPushButton* stop_;
+  QString text_;
+  QTimer over_;  // after a command's end, until nobody comes any more to read that it runs
 };

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QScrollArea>
 #include <algorithm>
 #include <utility>
 
@@ -134,7 +135,10 @@ void WindowView::bringForward() {
 
 void WindowView::focus(const Control& control) {
   activateWindow();
-  if (QWidget* widget = widgetOf(control)) widget->setFocus();
+  QWidget* const widget = widgetOf(control);
+  if (!widget) return;
+  widget->setFocus();
+  if (scroller_) scroller_->ensureWidgetVisible(widget);
 }
 
 void WindowView::showRunning(const QString& what) {
@@ -238,9 +242,10 @@ void WindowView::changeEvent(QEvent* event) {
   if (event->type() == QEvent::ActivationChange && isActiveWindow()) record_->PersonActivates();
   const bool looks = event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange ||
                      event->type() == QEvent::FontChange || event->type() == QEvent::LayoutDirectionChange;
-  if (looks && drawnAt_ != scale()) takeSize();
-  if (looks) layOut();
-  if (looks) markAllDirty();
+  if (!looks) return;
+  drawnAt_ == scale() ? status_.takeLetters() : takeSize();
+  layOut();
+  markAllDirty();
 }
 
 void WindowView::closeEvent(QCloseEvent* event) {

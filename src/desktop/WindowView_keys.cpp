@@ -83,22 +83,23 @@ bool WindowView::openMenu(const QKeyEvent& event) {
     const QPoint at = focused->rect().center();
     QContextMenuEvent wanted(QContextMenuEvent::Keyboard, at, focused->mapToGlobal(at));
     QApplication::sendEvent(focused, &wanted);
-  } else if (event.modifiers() == Qt::NoModifier && bar_) {
-    QAction* const first = bar_->actions().constFirst();
-    bar_->setActiveAction(first);
-    first->menu()->setActiveAction(first->menu()->actions().constFirst());
+    return true;
   }
+  if (event.modifiers() != Qt::NoModifier || !bar_ || bar_->isNativeMenuBar()) return false;
+  QAction* const first = bar_->actions().constFirst();
+  bar_->setActiveAction(first);
+  first->menu()->setActiveAction(first->menu()->actions().constFirst());
   return true;
 }
 
 // One that was shown without the focus is out of the keyboard's reach.
 bool WindowView::dismissDialog() {
-  for (QDialog* dialog : findChildren<QDialog*>(Qt::FindDirectChildrenOnly)) {
-    if (dialog->isHidden()) continue;
-    dialog->reject();
-    return true;
-  }
-  return false;
+  const QList<QDialog*> dialogs = findChildren<QDialog*>(Qt::FindDirectChildrenOnly);
+  const auto last =
+      std::find_if(dialogs.rbegin(), dialogs.rend(), [](QDialog* each) { return !each->isHidden(); });
+  if (last == dialogs.rend()) return false;
+  (*last)->reject();
+  return true;
 }
 
 // Escape stops the command that runs or dismisses a dialog; else it closes a window that stands beside the

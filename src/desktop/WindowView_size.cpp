@@ -44,25 +44,31 @@ int WindowView::menuHeight(int width) const {
 
 void WindowView::scroll() {
   if (scroller_) return;
-  const bool hidden = content_->isHidden();
+  const bool isFilled = !content_->isHidden();
+  QWidget* const focused = focusWidget();
   scroller_ = new QScrollArea(this);
   scroller_->setFrameShape(QFrame::NoFrame);
+  scroller_->setFocusPolicy(Qt::NoFocus);
   scroller_->setWidget(content_);
-  content_->setHidden(hidden);
+  content_->setVisible(isFilled);
+  scroller_->show();
+  if (isFilled && focused) focused->setFocus();
 }
 
-// The size of the record at the scale of the letters. What is too large for the screen is scrolled.
+// The size of the record at the scale of the letters. A window whose first size is too large for the screen
+// is scrolled.
 void WindowView::takeSize() {
   status_.takeLetters();
   const WindowFrame& frame = record_->Frame();
   const QSize room = roomOn(*this), menu(0, menuHeight(scaled(frame.width)));
   const auto sized = [&](int width, int height) { return QSize(scaled(width), scaled(height)) + menu; };
-  const QSize whole = sized(record_->Width(), record_->Height());
-  if (whole.height() > room.height() || whole.width() > room.width()) scroll();
-  const QSize shown = (whole + barsFor(whole, room)).boundedTo(room);
+  const QSize least = sized(frame.width, frame.height), whole = sized(record_->Width(), record_->Height());
+  if (least.height() > room.height() || least.width() > room.width()) scroll();
+  const QSize shown = (whole + barsFor(least, room)).boundedTo(room);
   setMinimumSize(sized(frame.minWidth, frame.minHeight).boundedTo(room));
   setMaximumSize(sized(frame.maxWidth, frame.maxHeight));
-  frame.resizable ? resize(shown) : setFixedSize(shown);
+  if (!frame.resizable) setFixedSize(shown);
+  if (frame.resizable && !isMaximized() && !isFullScreen()) resize(shown);
   drawnAt_ = scale();
   layOut();
 }
@@ -73,8 +79,8 @@ void WindowView::layOut() {
   const QRect ground(0, above, width(), height() - above);
   if (scroller_) {
     scroller_->setGeometry(ground);
-    const QSize whole(scaled(record_->Width()), scaled(record_->Height()));
-    content_->resize(whole.expandedTo(ground.size() - barsFor(whole, ground.size())));
+    const QSize least(scaled(record_->Frame().width), scaled(record_->Frame().height));
+    content_->resize(least.expandedTo(ground.size() - barsFor(least, ground.size())));
   } else {
     content_->setGeometry(ground);
   }

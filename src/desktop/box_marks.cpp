@@ -8,15 +8,15 @@
 
 namespace {
 
-// Where to draw the frame; nothing where the desktop has a style of its own.
+// Where to draw the frame; nothing where the desktop has a style of its own. With the focus, the style's
+// frame shows it, in a colour that stands out.
 QRectF frameOf(const QAbstractButton& box, QStyle::SubElement mark) {
-  if (box.style()->name() != u"fusion" || !box.isEnabled()) return {};
+  if (box.style()->name() != u"fusion" || !box.isEnabled() || box.hasFocus()) return {};
   QStyleOptionButton option;
   option.initFrom(&box);
   return QRectF(box.style()->subElementRect(mark, &option, &box)).adjusted(0.5, 0.5, -0.5, -0.5);
 }
 
-// With the focus the style's own frame shows it.
 void takeFramePen(QPainter& painter, const QWidget& box) {
   const QPalette& palette = box.palette();
   painter.setRenderHint(QPainter::Antialiasing);

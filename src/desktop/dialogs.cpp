@@ -63,6 +63,8 @@ std::unique_ptr<QMessageBox> makeMessage(const std::string& text, const std::str
   // The box's text format is not that of its second text, which would take tags for markup.
   for (QLabel* label : box->findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
   box->setStandardButtons(QMessageBox::Ok);
+  box->setDefaultButton(QMessageBox::Ok);
+  box->setEscapeButton(QMessageBox::Ok);
   return box;
 }
 

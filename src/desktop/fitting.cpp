@@ -11,7 +11,8 @@
 
 namespace {
 
-constexpr int kGap = 4;                             // points between two texts
+constexpr int kUsualBody = 13;  // points, in which texts without a size of their own were laid out
+constexpr int kGap = 4;         // points between two texts
 constexpr int kUnstretched = 100, kNarrowest = 92;  // per cent of a letter's width
 
 int bodySize() { return QFontInfo(QApplication::font()).pixelSize(); }
@@ -20,7 +21,8 @@ int bodySize() { return QFontInfo(QApplication::font()).pixelSize(); }
 
 QFont fontOf(const Look& look) {
   QFont font = QApplication::font();
-  if (look.fontSize > 0) font.setPixelSize(scaled(look.fontSize));
+  const int least = look.fontSize > kUsualBody ? bodySize() + 1 : 1;
+  if (look.fontSize > 0) font.setPixelSize(std::max(scaled(look.fontSize), least));
   if (look.italic) font.setItalic(true);
   return font;
 }

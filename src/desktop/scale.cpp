@@ -20,15 +20,7 @@ double heightOf(const QFont& font) {
 
 }  // namespace
 
-double scale() {
-  static QFont measured;
-  static double factor = 0;
-  const QFont font = QApplication::font();
-  if (factor > 0 && font == measured) return factor;
-  measured = font;
-  factor = std::max(1.0, heightOf(font) / kUsualHeight);
-  return factor;
-}
+double scale() { return std::max(1.0, heightOf(QApplication::font()) / kUsualHeight); }
 
 int scaled(int points) { return static_cast<int>(std::lround(points * scale())); }
 

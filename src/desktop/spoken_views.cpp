@@ -18,6 +18,10 @@ class SpokenContent : public QAccessibleWidget {
   explicit SpokenContent(QWidget& content) : QAccessibleWidget(&content) {}
   QAccessibleInterface* childAt(int x, int y) const override {
     QWidget* at = widget()->childAt(widget()->mapFromGlobal(QPoint(x, y)));
+    const auto isPart = [this](const QWidget* part) {  // of a control
+      return part->parentWidget() != widget() && !dynamic_cast<Group*>(part->parentWidget());
+    };
+    while (at && isPart(at)) at = at->parentWidget();
     return at ? QAccessible::queryAccessibleInterface(at) : nullptr;
   }
 };

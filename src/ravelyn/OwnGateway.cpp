@@ -47,7 +47,8 @@ int ListenAt(std::uint16_t port) {
   int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
   ::setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
   const auto* generic = static_cast<const sockaddr*>(static_cast<const void*>(&address));
-  const bool listens = listener >= 0 && ::bind(listener, generic, sizeof address) == 0 && ::listen(listener, kBacklog) == 0;
+  const bool listens =
+      listener >= 0 && ::bind(listener, generic, sizeof address) == 0 && ::listen(listener, kBacklog) == 0;
   if (!listens) CloseOne(listener);
   return listener;
 }

@@ -125,6 +125,8 @@ def relations(node):
 
 def line_of(node):
     words = [role_of(node)]
+    if words == ['notification']:
+        return words[0]  # which says something for a while; what, is heard
     if name_of(node):
         words.append('"%s"' % name_of(node))
     if node.get_description():
