@@ -4,10 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ctime>
 #include <functional>
 
 #include "support/Program.h"
+#include "support/clocks.h"
 #include "wordsearch/SearchWin.h"
 
 namespace {
@@ -23,11 +23,11 @@ std::string LongDocument(int cues) {
   return xml + "</transcript>";
 }
 
-// Processor time of the whole process: what others do on the machine, and the disk, don't count.
+// Of the whole process: what others do on the machine, and the disk, don't count.
 double SecondsOf(const std::function<void()>& work) {
-  const std::clock_t start = std::clock();
+  const double start = ProcessorSeconds(CLOCK_PROCESS_CPUTIME_ID);
   work();
-  return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+  return ProcessorSeconds(CLOCK_PROCESS_CPUTIME_ID) - start;
 }
 
 }  // namespace

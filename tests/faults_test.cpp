@@ -138,35 +138,6 @@ TEST(FaultyReplies, ToSearchListTheTracksThatAreWholeOrNone) {
   }
 }
 
-TEST(FaultyClock, JumpsEndARunInOrder) {
-  for (const std::int64_t jump : {std::int64_t{1} << 61, std::int64_t{-1} << 61}) {
-    for (int at = 1; at < 12; ++at) {
-      SCOPED_TRACE(jump);
-      SCOPED_TRACE(at);
-      Downloads program;
-      WriteFile(program.target, kOld);
-      program.host.saves = {program.target};
-      int yields = 0;
-      program.host.onYield = [&] { program.host.ticks += ++yields == at ? jump : 0; };
-      program.Click("PushButton1");
-      const Lines calls = program.Calls();
-      ASSERT_EQ(calls.size(), 1U);
-      const bool timedOut = calls == Lines{NoConnection(kErrorTimeOut)};
-      EXPECT_TRUE(timedOut || calls == program.saved) << calls.front();
-      EXPECT_TRUE(IsFirstCues(ReadFile(program.target)) || (timedOut && ReadFile(program.target) == kOld));
-      EXPECT_TRUE(jump > 0 || ReadFile(program.target) == FileOf(kDocument));
-    }
-  }
-}
-
-TEST(FaultyDisk, AFolderThatGoesDuringTheDialogIsTold) {
-  Downloads program;
-  program.host.onSaveDialog = [&] { std::filesystem::remove_all(program.folder.Path()); };
-  EXPECT_EQ(program.Run({Page(kDocument)}),
-            (Lines{program.saved[0], NotSaved("a.srt", "No such file or directory")}));
-  EXPECT_FALSE(std::filesystem::exists(program.folder.Path()));
-}
-
 // The limit on the size of a file makes the disk refuse at any byte.
 TEST(FaultyDisk, ThatRefusesAWriteLeavesTheEarlierFile) {
   Downloads program;

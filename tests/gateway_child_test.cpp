@@ -103,6 +103,18 @@ TEST(GatewayChild, NamesTheCauseWhereTheProgramIsToBlame) {
     EXPECT_EQ(source.Tracks(CodeOf("code"), {}).cause, cause) << script;
     EXPECT_EQ(source.Text(CodeOf("code"), "en", {}).cause, cause) << script;
   }
+  const std::string entry = R"({"ext":"srv1","url":"https://host/?v=x"})";
+  {
+    SiteSource partial({programs.Write("yt-dlp",
+                                       "echo 'WARNING: a PO token was not provided' >&2; echo '{\"id\":"
+                                       "\"code-------\",\"subtitles\":{\"en\":[" +
+                                           entry + "]}}'; cat"),
+                        "", "", programs.folder / "scratch"},
+                       limits);
+    const auto list = partial.Tracks(CodeOf("code"), {});
+    EXPECT_EQ(list.tracks.size(), 1u);
+    EXPECT_EQ(list.cause, "The site holds captions back from yt-dlp; update yt-dlp or add a token plugin.");
+  }
   SiteSource missing({programs.folder / "none", "", "", ""});
   EXPECT_EQ(missing.Tracks(CodeOf("code"), {}).cause, "yt-dlp is not installed.");
   EXPECT_TRUE(std::filesystem::is_empty(programs.folder / "scratch"));
@@ -125,6 +137,18 @@ TEST(GatewayChild, AFolderThatAKilledGatewayLeftIsRemovedAndNoOther) {
   EXPECT_FALSE(std::filesystem::exists(stale));
   for (const std::string& path : {held.Path(), young, folder / "other/a"})
     EXPECT_TRUE(std::filesystem::exists(path)) << path;
+}
+
+TEST(GatewayChild, ReadsNoMoreOfAFileThanItMay) {
+  const TemporaryFolder parent;
+  const gateway::ScratchFolder folder(parent.Path());
+  WriteFile(folder.Path() + "/file", "words");
+  std::filesystem::create_symlink("file", folder.Path() + "/link");
+  std::filesystem::create_directory(folder.Path() + "/folder");
+  EXPECT_EQ(folder.Read("file", 5), "words");
+  EXPECT_EQ(folder.Read("file", 4), std::nullopt);
+  for (const char* other : {"link", "folder", "none"})
+    EXPECT_EQ(folder.Read(other, 99), std::nullopt) << other;
 }
 
 TEST(GatewayChild, LeavesNoFolderWhereNoDescriptorIsLeft) {

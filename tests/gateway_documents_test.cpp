@@ -141,7 +141,7 @@ TEST(Documents, KeepTheWordsOfOddFiles) {
        {"0.005+0.001 c", "0.009+3.000 a b"}},
       {"json3",
        R"({"events":[{"segs":[{"utf8":"a"},{"utf8":["no"]}],"x":{"segs":[{"utf8":"no"}]},"tStartMs":1},)"
-       R"({"tStartMs":7},{"tStartMs":9,"dDurationMs":1,"aAppend":1,"segs":[{"utf8":"b"}]}]})",
+       R"({"tStartMs":7},{"tStartMs":9.9,"dDurationMs":1,"aAppend":1,"segs":[{"utf8":"b"}]}]})",
        {"0.001+0.006 a", "0.009+0.001 b"}},
       {"ttml",
        "<tt:tt xmlns:tt=\"x\" a:frameRate=\"30\" a:frameRateMultiplier=\"1000 1001\"><tt:body "
@@ -150,14 +150,24 @@ TEST(Documents, KeepTheWordsOfOddFiles) {
        {"1.000+1.500 b", "2.001+7.999 a"}},
       {"ttml",
        "<tt frameRate=\"25\" tickRate=\"1000\"><body><p begin=\"0.5h\" end=\"31m\">h</p><p begin=\"90s\" "
-       "dur=\"250ms\">s</p><p begin=\"5f\" dur=\"7t\">f</p><p begin=\"00:00:01:10\" "
-       "end=\"3\">c</p></body></tt>",
-       {"0.200+0.007 f", "1.400+1.600 c", "90.000+0.250 s", "1800.000+60.000 h"}},
+       "dur=\"250ms\">s</p><p begin=\"125000f\" dur=\"3500t\">f</p><p begin=\"00:00:01:10\" "
+       "end=\"3\">c</p><p begin=\"2000\" dur=\"5x\">x</p><p begin=\"3000\" dur=\"\">e</p></body></tt>",
+       {"1.400+1.600 c", "90.000+0.250 s", "1800.000+60.000 h", "2000.000+1000.000 x", "3000.000+2000.000 e",
+        "5000.000+3.500 f"}},
+      // Thirty frames a second, one tick a second; with a frame rate as many ticks.
+      {"ttml", "<tt><body><p begin=\"30000f\" dur=\"2t\">a</p></body></tt>", {"1000.000+2.000 a"}},
+      {"ttml", "<tt frameRate=\"50\"><body><p begin=\"5t\" dur=\"0.1\">a</p></body></tt>", {"0.100+0.100 a"}},
       // A browser drops any tag; a sign before a blank or a number is none. A time line ends a cue as well.
       {"vtt",
        "WEBVTT\n\n1:01:01.001 --> 1:01:02.000\n<x>I</x> <3 a<b\n\n0:1.0 --> 0:0.5\n&lt;i&gt; a --> "
        "b\n0:2.0-->0:3.0\n<b",
        {"1.000+0.000 <i> a --> b", "2.000+1.000 <b", "3661.001+0.999 I <3 a<b"}},
+      {"vtt",
+       "WEBVTT\n\n0:1 --> 0:2\n<A>a<Z>b</a>c</z>d<@>e<[>f<`>g<{>h<.x>i</>j "
+       "&apos;&lrm;&rlm;&#X41;&#32;&#x0010FFFF;"
+       "\n\n0:2 --> 0:3\n&#31;&#xD800;&#x110000;&#x00010FFFF;&#;&#x4G;&amp",
+       {"1.000+1.000 abcd<@>e<[>f<`>g<{>hij '\u200E\u200FA \U0010FFFF",
+        "2.000+1.000 &#31;&#xD800;&#x110000;&#x00010FFFF;&#;&#x4G;&amp"}},
       {"vtt",
        "WEBVTT\n\n00:61:61.000 --> 99999999999:00:00.000\na\0b\n"s,
        {"3721.000+999996278.999 a\xEF\xBF\xBD"
@@ -167,6 +177,11 @@ TEST(Documents, KeepTheWordsOfOddFiles) {
        "&#1; "
        "{x}\n",
        {"1.500+1.000 42", "2.000+1.000 <sighs> &lt; &eacute; &#1; {x}"}},
+      {"srt",
+       " 7 \n0:1 --> 0:2\n<b><c><em><font><i><rt><ruby><s><strong><u>a</U></STRONG></Z><strongs> {\\b1}b{\\c "
+       "{\\d}\n"
+       "8\t\n0:2 --> 0:3\n&lt;&gt;&quot;\n",
+       {"1.000+1.000 a</Z><strongs> b{\\c", "2.000+1.000 <>&quot;"}},
       {"srt",
        "00:00:01,000 --> 00:00:02,000\n00:00:02,000 --> 00:00:03,000\na<br>b\r\r<I>c",
        {"2.000+1.000 a b c"}},
@@ -197,6 +212,12 @@ TEST(Documents, AreReadInTheEncodingOfTheFile) {
   };
   EXPECT_EQ(CuesOf("srv1", xml("koi8-r", "\xC4\xC1")), (Lines{"1.000+1.000 \u0434\u0430"}));
   EXPECT_EQ(CuesOf("srv1", xml("iso-8859-1", "caf\xE9")), cafe);
+  const std::string declared = "<?xml version='1.0' encoding='koi8-r'?>";
+  for (const auto& [ending, body] :
+       {std::pair("srv2", "<timedtext><text t='1000' d='1000'>\xC4</text></timedtext>"),
+        {"srv3", "<timedtext><body><p t='1000' d='1000'>\xC4</p></body></timedtext>"},
+        {"ttml", "<tt><body><p begin='1' dur='1'>\xC4</p></body></tt>"}})
+    EXPECT_EQ(CuesOf(ending, declared + body), Lines{"1.000+1.000 \u0434"}) << ending;
   for (const char* untrue : {"utf-16", "utf-8", "no such thing", ""})
     EXPECT_EQ(CuesOf("srv1", xml(untrue, "caf\u00E9")), cafe) << untrue;
 }
@@ -213,6 +234,11 @@ TEST(Documents, AreNotMadeOfOtherFiles) {
        "this file is a web page"},
       {"json3", "<html><body>Before you continue", "this file is a web page"},
       {"srt", "\n<HEAD>", "this file is a web page"},
+      {"vtt", "<!-- x --><?x?><body>", "this file is a web page"},
+      {"srv3", "<Title>", "this file is a web page"},
+      {"ttml", "<script>", "this file is a web page"},
+      {"srt", "<META a>", "this file is a web page"},
+      {"srv1", "<!--", "this file is damaged"},
       {"srv1", "<transcript><text start=\"1\" dur=\"1\">a", "this file is damaged"},
       {"srv1", "<transcript><text start=\"1\" dur=\"1\"> </text></transcript>",
        "this file holds no captions"},
@@ -243,9 +269,19 @@ TEST(Documents, AreNotMadeOfFilesThatTakeTooMuch) {
   };
   const std::string quotes(10u << 20, '"');
   const std::string tags = ReplaceAll(std::string(3u << 20, '<'), "<", "<a/>");
+  EXPECT_EQ(Convert("srt", srtOf(1'500'000)).fault, "");
   EXPECT_EQ(Convert("srt", srtOf(1'500'001)).fault, "this file is too large");
   EXPECT_EQ(Convert("vtt", "WEBVTT\n\n0:0-->0:0\n" + quotes).fault, "this file is too large");
   EXPECT_EQ(Convert("srv1", "<transcript>" + std::string(17u << 20, '<')).fault, "this file is too large");
   EXPECT_EQ(Convert("srv1", "<transcript>" + tags + "</transcript>").fault, "this file is too large");
   EXPECT_EQ(Convert("srt", std::string(33u << 20, '\x80')).fault, "this file is too large");
+  // Eight nodes of 64 bytes and two attributes of 40, again and again; what is left is filled with nodes.
+  const std::string part = "<a b='' c=''>t<d/>u</a>v<e>w</e><f></f>x<g/>";
+  constexpr std::size_t kRoom = (128u << 20) - 64, kParts = 100'000, kRest = (kRoom - kParts * 592) / 64;
+  const auto tree = [&](std::size_t nodes) {
+    return "<transcript>" + ReplaceAll(std::string(kParts, 'x'), "x", part) +
+           ReplaceAll(std::string(nodes, 'x'), "x", "<h/>") + "</transcript>";
+  };
+  EXPECT_EQ(Convert("srv1", tree(kRest)).fault, "this file holds no captions");
+  EXPECT_EQ(Convert("srv1", tree(kRest + 1)).fault, "this file is too large");
 }

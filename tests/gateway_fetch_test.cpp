@@ -117,10 +117,19 @@ class Programs : public testing::Test {
 
 TEST_F(Programs, AreTheNamedOneOrTheFirstThatIsThereByNow) {
   Write("bin/yt-dlp", "echo 2023.03.04");
+  const auto started = [](const std::string& line) { return line.substr(line.find("/ ") + 2); };
+  const std::string serves = "serves 0 videos with 0 tracks from no folder; ";
   Process named = Start({"--fetch", "--port=0", "--ytdlp", "another-yt-dlp"});
-  EXPECT_EQ(CauseAt(PortIn(Address(named.ReadLine()))), "yt-dlp is not installed.");
+  std::string line = named.ReadLine();
+  EXPECT_EQ(started(line), serves + "yt-dlp is not installed");
+  EXPECT_EQ(CauseAt(PortIn(Address(line))), "yt-dlp is not installed.");
+  Write("mute", "");
+  EXPECT_EQ(started(Start({"--fetch", "--port=0", "--ytdlp", folder_ / "mute"}).ReadLine()),
+            serves + "fetches by " + folder_ / "mute" + ", which does not say its version");
   Process any = Start({"--fetch", "--port=0"});
-  const std::uint16_t port = PortIn(Address(any.ReadLine()));
+  line = any.ReadLine();
+  EXPECT_EQ(started(line), serves + "fetches by " + folder_ / "bin/yt-dlp" + ", 2023.03.04");
+  const std::uint16_t port = PortIn(Address(line));
   EXPECT_EQ(CauseAt(port), "yt-dlp 2023.03.04 is too old for the site.");
   Write("home/.local/bin/yt-dlp", "[ $2 = --version ] && echo 2999.01.01");
   EXPECT_EQ(CauseAt(port), "yt-dlp failed; the gateway's log has its words.")

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <pwd.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -38,17 +39,16 @@ std::string Ask(int port, const std::string& path = "/") {
   return client.Get("http://" + At(port) + path, 20);
 }
 
-bool EndsWithinTenSeconds(pid_t process) {
-  pollfd ended{static_cast<int>(::syscall(SYS_pidfd_open, process, 0)), POLLIN, 0};
-  const bool ends = ended.fd < 0 || ::poll(&ended, 1, 10'000) == 1;
-  ::close(ended.fd);
+constexpr int kPatience = 10'000;  // milliseconds
+
+bool Ends(pid_t process) {
+  const int ended = static_cast<int>(::syscall(SYS_pidfd_open, process, 0));
+  const bool ends = ended < 0 || IsReadyWithin(kPatience, {ended, true, false});
+  ::close(ended);
   return ends;
 }
 
-bool HasEnded(const OwnGateway& gateway) {
-  pollfd ended{gateway.Ended(), POLLIN, 0};
-  return ::poll(&ended, 1, 10'000) == 1;
-}
+bool HasEnded(const OwnGateway& gateway) { return IsReadyWithin(kPatience, {gateway.Ended(), true, false}); }
 
 // What a gateway was given, in one line.
 std::string OwnState() {
@@ -61,7 +61,9 @@ std::string OwnState() {
   sigset_t blocked;
   ::sigprocmask(SIG_BLOCK, nullptr, &blocked);
   state += ::sigismember(&blocked, SIGTERM) != 0 ? " blocked" : "";
-  return state + (::signal(SIGPIPE, SIG_IGN) == SIG_IGN ? " ignoring" : "");
+  for (const int signal : {SIGPIPE, SIGHUP, SIGINT, SIGTERM})
+    state += ::signal(signal, SIG_IGN) == SIG_IGN ? " ignoring" : "";
+  return state + (std::getenv("LISTEN_FDNAMES") ? " named" : "");
 }
 
 // Answers every request with its state, and ends with its input or, on "/crash", at once.
@@ -125,7 +127,8 @@ TEST(OwnGateway, AnswersWhatCameBeforeItStarted) {
   ::sigemptyset(&term);
   ::sigaddset(&term, SIGTERM);
   ::sigprocmask(SIG_BLOCK, &term, nullptr);
-  const auto wasPipe = ::signal(SIGPIPE, SIG_IGN);
+  for (const int signal : {SIGPIPE, SIGHUP, SIGINT}) ::signal(signal, SIG_IGN);
+  const Variable names("LISTEN_FDNAMES", "another's");
   const int leaky = ::open("/dev/null", O_RDONLY);
 
   Running own;
@@ -141,7 +144,7 @@ TEST(OwnGateway, AnswersWhatCameBeforeItStarted) {
   EXPECT_EQ(::getpgid(std::stoi(pid)), std::stoi(pid)) << "a group of its own";
 
   ::close(leaky);
-  ::signal(SIGPIPE, wasPipe);
+  for (const int signal : {SIGPIPE, SIGHUP, SIGINT}) ::signal(signal, SIG_DFL);
   ::sigprocmask(SIG_UNBLOCK, &term, nullptr);
 }
 
@@ -171,7 +174,7 @@ TEST(OwnGateway, EndsWithAProgramThatIsKilled) {
   const pid_t gateway = std::stoi(NthField(Ask(port), " ", 2)), other = std::stoi(line);
   ::kill(program, SIGKILL);
   ::waitpid(program, nullptr, 0);
-  EXPECT_TRUE(EndsWithinTenSeconds(gateway));
+  EXPECT_TRUE(Ends(gateway));
   EXPECT_TRUE(Running(port).gateway.IsListening());
   EXPECT_EQ(::kill(other, SIGKILL), 0) << "which another child of the program did not keep";
   ::close(output[0]);
@@ -240,6 +243,9 @@ TEST(OwnGateway, IsFoundInThePathAndServesTwoFolders) {
             (OwnGateway::CommandLine{folder / "bin/ravelyn-gateway", "--fetch", "--stop-with-input",
                                      "--folder", "/home/user/.local/share/ravelyn/captions", "--folder",
                                      folder / "share/ravelyn/captions"}));
+  const Variable noHome("HOME", "home/user");
+  EXPECT_EQ(GatewayCommand().at(4),
+            ::getpwuid(::getuid())->pw_dir + std::string("/.local/share/ravelyn/captions"));
 }
 
 // Without yt-dlp anywhere, so that nothing is fetched.

@@ -107,6 +107,22 @@ TEST(GatewayOptions, AreDescribedWithTheBoundsThatHold) {
   EXPECT_NE(unit.find("ListenStream=127.0.0.1:" + port + "\n"), unit.npos);
 }
 
+TEST(GatewayOptions, TakeTheirValues) {
+  const auto parsed = [](std::vector<const char*> arguments) {
+    const gateway::Options o = gateway::ParseOptions(arguments);
+    std::string shown = std::to_string(o.port) + " " + o.ytdlp + " " + o.ytdlpConfig + " " + o.cache;
+    for (const std::string& folder : o.folders) shown += " " + folder;
+    for (const bool is : {o.asIs, o.fetch, o.keepsTexts, o.stopsWithInput, o.help, o.version})
+      shown += is ? " yes" : " no";
+    return shown;
+  };
+  EXPECT_EQ(parsed({"--folder", "a", "--folder=b=c", "--as-is", "--fetch", "--ytdlp=y", "--ytdlp-config", "f",
+                    "--cache=k", "--no-cache", "--port=65535", "--stop-with-input"}),
+            "65535 y f k a b=c yes yes no yes no no");
+  EXPECT_EQ(parsed({"--help"}), "17733    no no yes no yes no");
+  EXPECT_EQ(parsed({"--version"}), "17733    no no yes no no yes");
+}
+
 TEST(GatewayProcess, EndsWithItsInput) {
   int ends[2];
   ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
@@ -156,6 +172,8 @@ TEST(GatewayProcess, ServesASocketThatItIsHanded) {
     EXPECT_EQ(ReadReply(early).Status(), "HTTP/1.1 200 OK");
     EXPECT_EQ(process.End(SIGTERM), 0) << "and the socket lives on for the next";
   }
+  Process two("LISTEN_FDS=2 LISTEN_PID=$$ exec \"$@\"", arguments, listener.Number());
+  EXPECT_EQ(two.ReadLine(), "ravelyn-gateway: was handed 2 sockets, can serve one");
   Process noSocket(handOver, arguments, Descriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC)).Number());
   EXPECT_EQ(noSocket.ReadLine(), "ravelyn-gateway: was handed a descriptor that is no listening socket");
   EXPECT_EQ(noSocket.End(), 1);

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "gateway/sources/causes.h"
 #include "gateway/sources/site_list.h"
@@ -35,6 +37,12 @@ std::string Shown(const std::optional<SiteList>& list) {
   return shown;
 }
 
+std::string Joined(const std::vector<std::string>& words) {
+  std::string joined;
+  for (const std::string& word : words) joined += word + "|";
+  return joined;
+}
+
 TEST(GatewaySiteWords, ListsEachTrackOnceUnderANameForTheUser) {
   const struct {
     std::string subtitles, automatic, shown;
@@ -62,6 +70,13 @@ TEST(GatewaySiteWords, ListsEachTrackOnceUnderANameForTheUser) {
   };
   for (const auto& [subtitles, automatic, shown] : cases)
     EXPECT_EQ(Shown(Read(subtitles, automatic)), shown) << subtitles;
+  const std::string e = "\u00E9";
+  std::string many;
+  while (many.size() < 1'001) many += e;
+  EXPECT_EQ(Shown(Read(R"("en":[)" + Entry("srv1", "", "x" + many) + "]")),
+            "en=x" + many.substr(0, 198) + "/English/srv1;");
+  const auto titled = ReadSiteList(R"({"id":"c","title":"x)" + many + R"("})", "c", SiteLimits{});
+  EXPECT_EQ(titled->title, "x" + many.substr(0, 998));
   for (const std::string rubbish : {"", "{", "[]", "null", R"({"id":7})", R"({"id":"another----"})"})
     EXPECT_FALSE(ReadSiteList(rubbish, kCode, SiteLimits{})) << rubbish;
 }
@@ -77,7 +92,9 @@ TEST(GatewaySiteWords, AListThatIsDeepOrLongTakesNeitherTheStackNorMuchTime) {
     entry.insert(1, R"("x":)" + more + ",");
     return Read(R"("en":[)" + entry + "]");
   };
-  EXPECT_FALSE(with(repeated("[", 1'000'000) + repeated("]", 1'000'000)));
+  EXPECT_TRUE(with(repeated("[", 28) + repeated("]", 28)));
+  for (const std::size_t depth : {29u, 1'000'000u})
+    EXPECT_FALSE(with(repeated("[", depth) + repeated("]", depth)));
   EXPECT_FALSE(with(repeated(R"({"a":)", 1'000'000) + "1" + repeated("}", 1'000'000)));
   EXPECT_EQ(Shown(with(R"(["[\"[[)" + repeated("[", 100) + R"(\\"])")), "en=English/English/srv1;");
   EXPECT_EQ(Shown(Read(R"("en":[)" + repeated("{},", 400'000) + Entry("srv1") + "]")),
@@ -105,15 +122,19 @@ TEST(GatewaySiteWords, AListLastsUntilTheFirstOfItsLinksExpires) {
 }
 
 TEST(GatewaySiteWords, CommandsHoldNothingFromOutsideButTheCode) {
-  const auto list = ListCommand("/bin/yt-dlp", "/home/user/my options", kCode),
-             text = TextCommand("/bin/yt-dlp", "/home/user/my options");
-  EXPECT_EQ(list.back(), "https://www.youtube.com/watch?v=Qn3_tW8-yLc");
-  EXPECT_EQ(list[list.size() - 2], "--");
-  for (const auto& command : {list, text}) {
-    const std::vector<std::string> beginning(command.begin(), command.begin() + 4);
-    EXPECT_EQ(beginning, (std::vector<std::string>{"/bin/yt-dlp", "--ignore-config", "--config-locations",
-                                                   "/home/user/my options"}));
-  }
+  const std::string first = "/bin/yt-dlp|--ignore-config|",
+                    config = "--config-locations|/home/user/my options|";
+  const std::string both =
+      "--no-update|--no-progress|--skip-download|--ignore-no-formats-error|--write-subs|--socket-timeout|10|-"
+      "-retries|1|";
+  EXPECT_EQ(Joined(ListCommand("/bin/yt-dlp", "/home/user/my options", kCode)),
+            first + config + both +
+                "--no-playlist|--extractor-retries|1|--print|%(.{id,title,subtitles,automatic_captions})j|--|"
+                "https://www.youtube.com/watch?v=Qn3_tW8-yLc|");
+  EXPECT_EQ(Joined(TextCommand("/bin/yt-dlp", "")),
+            first + both +
+                "--quiet|--abort-on-error|--sub-langs|c|--sub-format|srv1/srv3/json3/vtt/"
+                "srt|--paths|.|--paths|subtitle:.|-o|c.%(ext)s|--load-info-json|-|");
   const auto track = Read(R"("en":[)" + Entry("srv1", "", R"(\"]}}, ü)") + "]");
   const auto input = nlohmann::json::parse(TextInput(track->tracks[0].entry));
   EXPECT_EQ(input["subtitles"]["c"].size(), 1u);
@@ -142,19 +163,6 @@ TEST(GatewaySiteWords, FindsTheCauseInErrorsFirstThenInWarnings) {
        "The site wants a sign-in from this network; wait, or give yt-dlp cookies.", Effect::Pause},
       {"WARNING: [youtube] Video unavailable. This content isn't available, try again later.", tooMany,
        Effect::Pause},
-      {"ERROR: [youtube] CODE: Unable to download API page: [Errno -3] Temporary failure in name resolution "
-       "(caused by "
-       "TransportError('[Errno -3] Temporary failure in name resolution'))\n",
-       noNetwork, Effect::None},
-      {"ERROR: Unable to download API page: <urlopen error [Errno 111] Connection refused>\n", noNetwork,
-       Effect::None},
-      {"ERROR: Connection to the site timed out. (connect timeout=10.0)\n", noNetwork, Effect::None},
-      {"ERROR: [SSL: CERTIFICATE_VERIFY_FAILED] certificate verify failed\n",
-       "yt-dlp doesn't trust the connection to the site: its certificate can't be verified.", Effect::None},
-      {"ERROR: The read operation timed out\n", "The site took too long.", Effect::None},
-      {"ERROR: Unable to download video subtitles for 'c': [Errno 2] No such file or directory: "
-       "'./c.c.srv1.part'\n",
-       "The site took too long.", Effect::None},
       {"Usage: yt-dlp\n\nyt-dlp: error: config location \"/nowhere\" does not exist\n",
        "yt-dlp can't read its file of options (--ytdlp-config).", Effect::None},
       {"WARNING: [youtube] unable to extract yt initial data; Confirm you are on the latest version\n", "",
@@ -165,20 +173,85 @@ TEST(GatewaySiteWords, FindsTheCauseInErrorsFirstThenInWarnings) {
        "ERROR: [youtube] CODE: Failed to extract any player response; Confirm you are on the latest "
        "version\n",
        tooMany, Effect::Pause},
-      {"ERROR: \r[download] Got error: HTTP Error 410: Gone\n", "The site refused the request.",
-       Effect::Relist},
-      {"ERROR: Did not get any data blocks\n", "The site sent empty captions.", Effect::Outdated},
-      {"ERROR: unable to write data: [Errno 27] File too large\n", "The captions are too large.",
-       Effect::None},
-      {"Usage: yt-dlp [OPTIONS] URL\n\nyt-dlp: error: no such option: --print\n",
-       "This yt-dlp doesn't know the options that it needs; update it.", Effect::Outdated},
   };
   for (const auto& [messages, sentence, effect] : cases) {
     EXPECT_EQ(CauseIn(messages).sentence, sentence) << messages;
     EXPECT_EQ(CauseIn(messages).effect, effect) << messages;
   }
+  // Each of the words by which yt-dlp, or the site through it, names a cause.
+  const std::tuple<std::string, std::string, Effect> causes[] = {
+      {"not a bot|is likely being blocked|a captcha challenge",
+       "The site wants a sign-in from this network; wait, or give yt-dlp cookies.", Effect::Pause},
+      {"has been rate-limited by YouTube|please try again later|HTTP Error 429|Too Many Requests", tooMany,
+       Effect::Pause},
+      {"Private video", "This video is private.", Effect::Verdict},
+      {"Sign in to confirm your age|is age-restricted", "This video is age-restricted and needs a sign-in.",
+       Effect::Verdict},
+      {"is members-only|Join this channel", "This video is for members only.", Effect::Verdict},
+      {"not made this video available in your country|due to geo restriction",
+       "This video is not available in this country.", Effect::Verdict},
+      {"Live event will begin in|Premieres in 2 hours", "This video has not begun.", Effect::Verdict},
+      {"a PO token was not provided|require a PO Token", tokens, Effect::Outdated},
+      {"Video unavailable|This video is not available|This video has been removed|account has been "
+       "terminated",
+       "This video is unavailable or removed.", Effect::Unavailable},
+      {"Temporary failure in name resolution|Name or service not known|Connection refused|"
+       "Network is unreachable|Connection timed out|connect timeout=10.0",
+       noNetwork, Effect::None},
+      {"handshake timed out", "The site took too long.", Effect::None},
+      {"Remote end closed connection|Connection reset by peer|Connection aborted|Connection broken|"
+       "100 bytes, expected 200|100 bytes read, 200 more expected",
+       "The connection to the site broke off.", Effect::None},
+      {"HTTP Error 403|HTTP Error 404|HTTP Error 410", "The site refused the request.", Effect::Relist},
+      {"HTTP Error 500|HTTP Error 503", "The site is in trouble; try again later.", Effect::None},
+      {"No space left on device", "The disk is full: yt-dlp can't keep the captions.", Effect::None},
+      {"Extractor failed, Extraction failed|Incomplete data received|Failed to extract any player response|"
+       "Unable to extract data|Confirm you are on the latest version",
+       "yt-dlp doesn't understand the site; update it.", Effect::Outdated},
+      {"no such option|unrecognized arguments",
+       "This yt-dlp doesn't know the options that it needs; update it.", Effect::Outdated},
+      {"[SSL: CERTIFICATE_VERIFY_FAILED]",
+       "yt-dlp doesn't trust the connection to the site: its certificate can't be verified.", Effect::None},
+      {"Unable to download subtitles for 'c': [Errno 2] No such file or directory: './c.c.srv1.part'",
+       "The site took too long.", Effect::None},
+      {"Did not get any data blocks", "The site sent empty captions.", Effect::Outdated},
+      {"[Errno 27] File too large", "The captions are too large.", Effect::None},
+  };
+  for (const auto& [words, sentence, effect] : causes) {
+    std::istringstream each(words);
+    for (std::string word; std::getline(each, word, '|');) {
+      const Cause cause = CauseIn("ERROR: [youtube] CODE: " + word + "\n");
+      EXPECT_EQ(std::pair(cause.sentence, cause.effect), std::pair(sentence, effect)) << word;
+    }
+  }
   EXPECT_EQ(GapIn(missing).sentence, tokens);
   EXPECT_EQ(GapIn("WARNING: Private video\n").sentence, "");
+}
+
+TEST(GatewaySiteWords, AChildThatSaysNothingIsJudgedByItsEnd) {
+  using How = ChildEnd::How;
+  const struct {
+    How how;
+    int code;
+    const char* sentence;
+  } rows[] = {{How::TooLate, 0, "The site took too long."},
+              {How::GivenUp, 0, "The gateway gave up before the site had answered."},
+              {How::TooMuch, 0, "yt-dlp said more than it may."},
+              {How::Crashed, 11, "yt-dlp crashed."},
+              {How::NotStarted, ENOENT, "yt-dlp is not installed."},
+              {How::NotStarted, ENOTDIR, "yt-dlp is not installed."},
+              {How::NotStarted, EACCES, "yt-dlp can't be started."},
+              {How::Exited, 0, "yt-dlp failed; the gateway's log has its words."}};
+  for (const auto& [how, code, sentence] : rows) {
+    const Cause cause = CauseOf({how, code, "", ""});
+    EXPECT_EQ(cause.sentence, sentence);
+    EXPECT_EQ(cause.effect == Effect::Outdated, how == How::Crashed || how == How::Exited) << sentence;
+  }
+  EXPECT_EQ(WordsWorthKeeping("a\nWARNING: w\rx\nERROR: e\nyt-dlp: error: f\nERROR: e\n"),
+            "ERROR: e / yt-dlp: error: f / ERROR: e / WARNING: wx");
+  EXPECT_EQ(WordsWorthKeeping("ERROR: e\nERROR: e\nz"), "ERROR: e");
+  EXPECT_EQ(WordsWorthKeeping("Traceback\nlast\n\n"), "last");
+  EXPECT_EQ(WordsWorthKeeping(""), "");
 }
 
 TEST(GatewaySiteWords, AnOldVersionIsNamedBesideAFailureOrInItsPlace) {
@@ -198,6 +271,7 @@ TEST(GatewaySiteWords, AnOldVersionIsNamedBesideAFailureOrInItsPlace) {
   EXPECT_EQ(InLightOf("2025.05.21", today, silent).effect, Effect::Outdated) << "it proves nothing";
   EXPECT_EQ(said("2025.05.22", vague), "yt-dlp crashed (yt-dlp 2025.05.22 is more than 90 days old).");
   EXPECT_EQ(InLightOf("2025.05.22", today, silent).effect, Effect::Silent);
+  EXPECT_EQ(said("2026.08.24", vague), "yt-dlp crashed (yt-dlp 2026.08.24 is more than 90 days old).");
   for (const char* fresh : {"2026.10.26", "2026.08.25", "2026.11.22.232959", "", "rubbish"})
     EXPECT_EQ(said(fresh, vague), vague.sentence);
   EXPECT_EQ(said("2023.03.04", {}), "") << "no failure";

@@ -2,17 +2,19 @@
 
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <utime.h>
-#include <future>
 
 #include <atomic>
 #include <chrono>
+#include <future>
 #include <map>
 
 #include "gateway/sources/CacheSource.h"
 #include "gateway/sources/JoinedSource.h"
+#include "gateway/sources/RecentDocuments.h"
+#include "gateway/sources/log.h"
 #include "gateway/sources/track_name.h"
 #include "gateway_fixture.h"
+#include "runtime/Text.h"
 
 namespace {
 
@@ -49,29 +51,19 @@ std::string BytesOf(const CaptionText& text) {
 }
 
 TEST(TrackNames, SayWhatTheCodesOfYtDlpMean) {
-  const std::map<std::string, std::string> names = {
-      {"en", "English"},
-      {"en-orig", "English (automatic) *"},
-      {"pt-BR-orig", "Portuguese (Brazil, automatic) *"},
-      {"de-en", "German (translated from English)"},
-      {"en-de", "English (translated from German)"},
-      {"zh-Hant-en", "Chinese (Traditional, translated from English)"},
-      {"de-zh-Hans", "German (translated from Chinese (Simplified))"},
-      {"pt-BR", "Portuguese (Brazil)"},
-      {"pt-br", "Portuguese (Brazil)"},
-      {"pt-pt", "Portuguese (Portugal)"},
-      {"es-419", "Spanish (Latin America)"},
-      {"en-nP7-2PuUl7o", "English (another version)"},
-      {"en-GB-nP7_2PuUl7o", "English (United Kingdom, another version)"},
-      {"de-en-nP7-2PuUl7o", "German (translated from English)"},
-      {"nP7-2PuUl7o", "nP7-2PuUl7o"},
-      {"qqq", "qqq"},
-      {"-orig", "-orig"},
-  };
-  for (const auto& [code, expected] : names) {
-    const auto name = gateway::NameOfTrack(code);
-    EXPECT_EQ(name.english + (name.automatic ? " *" : ""), expected) << code;
-    EXPECT_FALSE(name.own.empty()) << code;
+  for (const std::string& row :
+       Split("en=English|en-orig=English (automatic) *|pt-BR-orig=Portuguese (Brazil, automatic) *|"
+             "de-en=German (translated from English)|en-de=English (translated from German)|"
+             "zh-Hant-en=Chinese (Traditional, translated from English)|"
+             "de-zh-Hans=German (translated from Chinese (Simplified))|pt-BR=Portuguese (Brazil)|"
+             "pt-br=Portuguese (Brazil)|pt-pt=Portuguese (Portugal)|es-419=Spanish (Latin America)|"
+             "en-nP7-2PuUl7o=English (another version)|"
+             "en-GB-nP7_2PuUl7o=English (United Kingdom, another version)|"
+             "de-en-nP7-2PuUl7o=German (translated from English)|nP7-2PuUl7o=nP7-2PuUl7o|qqq=qqq|-orig=-orig",
+             "|")) {
+    const auto name = gateway::NameOfTrack(NthField(row, "=", 1));
+    EXPECT_EQ(name.english + (name.automatic ? " *" : ""), NthField(row, "=", 2)) << row;
+    EXPECT_FALSE(name.own.empty()) << row;
   }
   EXPECT_EQ(gateway::NameOfTrack("de-en").own, "Deutsch");
 }
@@ -86,7 +78,16 @@ TEST(Folders, TakeTheBestFileOfEachLanguage) {
   WriteFile(second / "t [abc].fr.srt", Srt("b"));
   WriteFile(second / "a [abc].fr.srt", Srt("a"));
   FolderSource source({first.Path(), second.Path()});
-  EXPECT_EQ(Listed(source.Tracks("abc", {})), (Lines{"de=German", "en=English", "fr=French"}));
+  std::filesystem::create_symlink("[abc].de.srt", first / "[abc].nl.srt");
+  WriteFile(second / "[abc].nl.srt", Srt("nederlands"));
+  WriteFile(second / "[xyz].nl.srt", "");
+  EXPECT_EQ(Listed(source.Tracks("abc", {})), (Lines{"de=German", "en=English", "fr=French", "nl=Dutch"}));
+  EXPECT_EQ(BytesOf(source.Text("abc", "nl", {})), Srv1("nederlands"))
+      << "what can't be served hides nothing";
+  const auto stock = source.TakeStock();
+  EXPECT_EQ(
+      std::to_string(stock.videos) + " " + std::to_string(stock.tracks) + " " + std::to_string(stock.leftOut),
+      "2 5 2");
   EXPECT_EQ(BytesOf(source.Text("abc", "en", {})), Srv1("vtt"));
   EXPECT_EQ(BytesOf(source.Text("abc", "de", {})), Srv1("deutsch"));
   EXPECT_EQ(BytesOf(source.Text("abc", "fr", {})), Srv1("a"));
@@ -163,7 +164,8 @@ TEST(Folders, OfManyFilesAreReadOnceUntilTheyChange) {
   for (int i = 0; i < kFiles; ++i)
     WriteFile(folder / ("t [v" + std::to_string(i) + "].en.srt"), Srt("words"));
   FolderSource source({folder.Path()}, FolderSource::Manner::Convert, kSettledAtOnce);
-  EXPECT_EQ(Listed(source.Tracks("v499", {})), Lines{"en=English"});
+  for (int i = 0; i < kFiles; ++i)
+    EXPECT_EQ(Listed(source.Tracks("v" + std::to_string(i), {})), Lines{"en=English"}) << i;
   const auto now = [] { return std::chrono::steady_clock::now(); };
   auto start = now();
   for (int i = 0; i < 5; ++i) EXPECT_EQ(source.TakeStock().videos, std::size_t{kFiles});
@@ -178,6 +180,45 @@ TEST(Folders, OfManyFilesAreReadOnceUntilTheyChange) {
   EXPECT_EQ(BytesOf(source.Text("v9", "en", {})), Srv1("words"));
   WriteFile(folder / "t [v9].en.srt", Srt("other words"));
   EXPECT_EQ(BytesOf(source.Text("v9", "en", {})), Srv1("other words"));
+}
+
+TEST(Files, AreInTheStateThatTheirStampsSay) {
+  struct stat facts {};
+  facts.st_dev = 1, facts.st_ino = 2, facts.st_size = 3, facts.st_mtim = {4, 5}, facts.st_ctim = {6, 7};
+  EXPECT_EQ(gateway::FileState::Of(facts), (gateway::FileState{1, 2, 3, 4'000'000'005, 6'000'000'007}));
+  timespec now{};
+  ::clock_gettime(CLOCK_REALTIME, &now);
+  const auto settled = [&](std::int64_t secondsAgo) {
+    return gateway::FileState{1, 2, 3, 4, (now.tv_sec - secondsAgo) * 1'000'000'000}.IsSettled(60s);
+  };
+  EXPECT_TRUE(settled(61));
+  EXPECT_FALSE(settled(30));
+}
+
+TEST(Files, AreKeptAsDocumentsWhileThereIsRoom) {
+  gateway::RecentDocuments recent;
+  const std::string half(1 << 19, 'x');
+  const auto kept = [&](const char* path, off_t size) {
+    return recent.Find(path, gateway::FileState{0, 0, size}).value_or("").size();
+  };
+  for (const char* path : {"a", "b"}) recent.Keep(path, {}, half);
+  EXPECT_EQ(kept("a", 0), half.size());
+  EXPECT_EQ(kept("a", 1), 0u) << "another state";
+  recent.Keep("c", {}, "c");
+  EXPECT_EQ(kept("a", 0) + kept("c", 0), half.size() + 1);
+  EXPECT_EQ(kept("b", 0), 0u) << "was not asked for since";
+  recent.Keep("d", {}, half + half + "d");
+  EXPECT_EQ(kept("d", 0), 0u);
+  EXPECT_EQ(kept("a", 0), half.size()) << "what is too large takes nobody's place";
+  recent.Keep("e", {}, half + half);
+  EXPECT_EQ(kept("e", 0), 2 * half.size());
+}
+
+TEST(Log, HasOneLineOfPlainTextForEachEvent) {
+  testing::internal::CaptureStderr();
+  gateway::Log("a\n\x1F~\x7F\u0080\u009F\u00A0\u00E9\xFF " + std::string(2'000, 'x'));
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "ravelyn-gateway: a??~???\u00A0\u00E9? " + std::string(985, 'x') + "\n");
 }
 
 // What a site may do: has captions, has none and says why, or keeps everybody waiting until it is opened.
@@ -360,7 +401,7 @@ TEST_F(Caching, KeepsToItsBoundsAndLetsTheOldestGoFirst) {
   cache.Text("a", "en", {});
   EXPECT_EQ(site_.asked, 1) << "too old";
   MakeOlder(Path("[c].en.captions"), 25h);
-  WriteFile(Path(".new-abcdef"), "left by a crash");
+  for (const char* name : {".new-abcdef", ".new-young"}) WriteFile(Path(name), "left by a crash");
   MakeOlder(Path(".new-abcdef"), 2h);
   gateway::CacheSource next(site_, folder_ / "made");
   limits.bytes = text.size() - 1;
@@ -371,6 +412,21 @@ TEST_F(Caching, KeepsToItsBoundsAndLetsTheOldestGoFirst) {
   fresh.Text("f", "en", {});
   EXPECT_FALSE(std::filesystem::exists(Path("[c].en.captions"))) << "swept at the first text that is kept";
   EXPECT_FALSE(std::filesystem::exists(Path(".new-abcdef")));
+  EXPECT_TRUE(std::filesystem::exists(Path(".new-young"))) << "may be written just now";
+}
+
+TEST_F(Caching, IsDoneWhereTheUserKeepsCaches) {
+  const std::string home = std::getenv("HOME") ? std::getenv("HOME") : "";
+  const auto usual = [](const char* cache, const char* user) {
+    ::setenv("XDG_CACHE_HOME", cache, 1);
+    ::setenv("HOME", user, 1);
+    return gateway::UsualCacheFolder();
+  };
+  EXPECT_EQ(usual("/c", "/h"), "/c/ravelyn/captions");
+  EXPECT_EQ(usual("c", "/h"), "/h/.cache/ravelyn/captions");
+  EXPECT_EQ(usual("", "h"), "");
+  ::unsetenv("XDG_CACHE_HOME");
+  ::setenv("HOME", home.c_str(), 1);
 }
 
 TEST_F(Caching, GivesWhatItCanNotKeepAndSaysSoOnce) {

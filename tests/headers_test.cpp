@@ -4,11 +4,11 @@
 
 #include <gtest/gtest.h>
 
-#include <ctime>
 #include <functional>
 
 #include "runtime/Text.h"
 #include "support/FakePlatform.h"
+#include "support/clocks.h"
 
 namespace {
 
@@ -47,15 +47,11 @@ TEST(Headers, KeepRepeatedNamesApart) {
 }
 
 TEST(Headers, DeletingClosesTheGap) {
-  const struct {
-    std::int64_t index;
-    const char* left;
-  } cases[] = {{0, "b|c"}, {1, "a|c"}, {2, "a|b"}, {3, "a|b|c"}, {-1, "a|b|c"}};
-  for (const auto& c : cases) {
+  for (const auto& [index, left] :
+       {std::pair(0, "b|c"), {1, "a|c"}, {2, "a|b"}, {3, "a|b|c"}, {-1, "a|b|c"}}) {
     InternetHeaders h = Made({{"X", "a"}, {"X", "b"}, {"Y", "y"}, {"X", "c"}});
-    h.Delete("x", c.index);
-    EXPECT_EQ(ValuesOf(h, "X"), c.left) << c.index;
-    EXPECT_EQ(ValuesOf(h, "Y"), "y");
+    h.Delete("x", index);
+    EXPECT_EQ(ValuesOf(h, "X") + ValuesOf(h, "Y"), std::string(left) + "y") << index;
   }
   InternetHeaders h = Made({{"X", "a"}, {"Y", "y"}, {"X", "b"}});
   h.Delete("Z");
@@ -67,8 +63,9 @@ TEST(Headers, DeletingClosesTheGap) {
 }
 
 TEST(Headers, SettingMakesOneValueOrTheNext) {
-  InternetHeaders h = Made({{"X", "a"}, {"X", "b"}, {"X", "c"}});
+  InternetHeaders h = Made({{"X", "a"}, {"X", "b"}});
   h.SetHeader("X", "v");
+  EXPECT_EQ(h._FormatHTTPHeaders(), "X: v");
   EXPECT_EQ(ValuesOf(h, "X"), "v");
   h.SetHeader("X", "w", 5);
   EXPECT_EQ(ValuesOf(h, "x"), "v|w") << "a free index is the next one";
@@ -95,20 +92,11 @@ TEST(Headers, AreParsedWithEveryLineEnd) {
 }
 
 TEST(Headers, TheMailFormHasItsOrderAndNoBlindCopies) {
-  const InternetHeaders h = Made({{"X-A", "1"},
-                                  {"to", "t1"},
-                                  {"BCC", "secret"},
-                                  {"bcc", "secret"},
-                                  {"CC", "c"},
-                                  {"From", "f"},
-                                  {"Subject", "s"},
-                                  {"To", "t2"},
-                                  {"Received", "r1"},
-                                  {"Date", "d"},
-                                  {"Received", "r2"},
-                                  {"Return-path", "p"},
-                                  {"X-A", "2"},
-                                  {"o", "3"}});
+  InternetHeaders h;
+  for (const std::string& line : Split("X-A:1|to:t1|BCC:secret|bcc:secret|CC:c|From:f|Subject:s|To:t2|"
+                                       "Received:r1|Date:d|Received:r2|Return-path:p|X-A:2|o:3",
+                                       "|"))
+    h.AppendHeader(NthField(line, ":", 1), NthField(line, ":", 2));
   EXPECT_EQ(h._FormatEmailHeaders(),
             "Return-Path: p\r\nReceived: r1\r\nReceived: r2\r\nDate: d\r\nSubject: s\r\nFrom: f\r\n"
             "To: t1, t2\r\nCC: c\r\nX-A: 1\r\nX-A: 2\r\no: 3");
@@ -137,14 +125,14 @@ TEST(Headers, AreWalkedWithAYieldAtEach) {
 TEST(Headers, AMegabyteOfOneNameIsReadAtOnce) {
   std::string text;
   while (text.size() < 1 << 20) text += "a:1\r\n";
-  const std::clock_t start = std::clock();  // of the processor, which other programs take no part of
+  const double start = ProcessorSeconds();
   InternetHeaders h = Parsed(text);
   EXPECT_EQ(h.NameCount("A"), 209716);
   h.Delete("A", 0);
   EXPECT_EQ(h._FormatHTTPHeaders().size(), 209715u * 6 - 2);
   h.Delete("a");
   EXPECT_EQ(h.Count(), 0);
-  EXPECT_LT((std::clock() - start) / CLOCKS_PER_SEC, 10);
+  EXPECT_LT(ProcessorSeconds() - start, 10);
 }
 
 }  // namespace

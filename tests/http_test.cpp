@@ -140,16 +140,13 @@ TEST_F(HTTP, HeadHasHeadersAndNoBody) {
 }
 
 TEST_F(HTTP, EveryStatusIsAPage) {
-  const std::pair<const char*, int> cases[] = {{"HTTP/1.0 404 Not Found", 404},
-                                               {"HTTP/1.1 302 Found\r\nLocation: /x", 302},
-                                               {"ICY 500", 500},
-                                               {"HTTP/1.0 401 Who", 401},
-                                               {"HTTP/1.0", 0},
-                                               {"nonsense \xFF", 0},
-                                               {"HTTP/1.0 204.9 x", 204},
-                                               {"HTTP/1.0 4294967697 x", 2147483647},
-                                               {"HTTP/1.0 -7", -7}};
-  for (const auto& [head, status] : cases) {
+  for (const std::string& row :
+       Split("404~HTTP/1.0 404 Not Found|302~HTTP/1.1 302 Found\r\nLocation: /x|500~ICY 500|401~HTTP/1.0 401 "
+             "Who|0~HTTP/1.0|0~nonsense \xFF|204~HTTP/1.0 204.9 x|2147483647~HTTP/1.0 4294967697 "
+             "x|-7~HTTP/1.0 -7",
+             "|")) {
+    const int status = std::stoi(row);
+    const std::string head = NthField(row, "~", 2);
     LoopbackServer own;
     own.Answer(head + "\r\nContent-Length: 4\r\n\r\npage"s);
     EXPECT_EQ(socket.Get(own.Host() + "/", kPatience), "page") << head;
@@ -161,30 +158,30 @@ TEST_F(HTTP, EveryStatusIsAPage) {
 
 TEST_F(HTTP, TheBodyEndsAtItsLengthOrAtTheClose) {
   // The stalled ones end by their length alone.
+  const std::string ok = "HTTP/1.0 200 OK\r\n";
   const struct {
     std::string reply;
     Reply::End end;
     const char* body;
   } cases[] = {
-      {"HTTP/1.0 200 OK\r\nContent-Length: 5\r\n\r\nhello", Reply::End::Stall, "hello"},
-      {"HTTP/1.0 200 OK\r\ncontent-length:5\r\n\r\nhello, world", Reply::End::Stall, "hello"},
+      {ok + "Content-Length: 5\r\n\r\nhello", Reply::End::Stall, "hello"},
+      {ok + "content-length:5\r\n\r\nhello, world", Reply::End::Stall, "hello"},
       {"HTTP/1.0 200 OK\nContent-Length: 5\n\nhello", Reply::End::Stall, "hello"},
       {"HTTP/1.0 200 OK\rContent-Length: 5\r\rhello", Reply::End::Stall, "hello"},
-      {"HTTP/1.0 200 OK\r\nX: y\n\nhello", Reply::End::Close, "hello"},
+      {ok + "X: y\n\nhello", Reply::End::Close, "hello"},
       {"\r\n\r\nhello", Reply::End::Close, "hello"},
-      {"HTTP/1.0 200 OK\r\n\r\nhello\r\n\r\n", Reply::End::Close, "hello\r\n\r\n"},
-      {"HTTP/1.0 200 OK\r\nContent-Length: 0\r\n\r\nhello", Reply::End::Close, "hello"},
-      {"HTTP/1.0 200 OK\r\nContent-Length: 99\r\n\r\nhello", Reply::End::Close, "hello"},
-      {"HTTP/1.0 200 OK\r\nContent-Length: 99\r\n\r\nhello", Reply::End::Reset, "hello"},
-      {"HTTP/1.0 200 OK\r\nContent-Length: 99999999999999999999999\r\n\r\nhello", Reply::End::Close, "hello"},
-      {"HTTP/1.0 200 OK\r\nContent-Length: -99999999999999999999999\r\n\r\nhello", Reply::End::Close,
-       "hello"},
-      {"HTTP/1.0 200 OK\r\nContent-Length: -3\r\n\r\nhello", Reply::End::Close, "hello"},
-      {"HTTP/1.0 200 OK\r\nContent-Length: five\r\n\r\nhello", Reply::End::Close, "hello"},
-      {"HTTP/1.0 200 OK\r\nContent-Length: 5x\r\nContent-Length: 7\r\n\r\nhello", Reply::End::Stall, "hello"},
+      {ok + "\r\nhello\r\n\r\n", Reply::End::Close, "hello\r\n\r\n"},
+      {ok + "Content-Length: 0\r\n\r\nhello", Reply::End::Close, "hello"},
+      {ok + "Content-Length: 99\r\n\r\nhello", Reply::End::Close, "hello"},
+      {ok + "Content-Length: 99\r\n\r\nhello", Reply::End::Reset, "hello"},
+      {ok + "Content-Length: 99999999999999999999999\r\n\r\nhello", Reply::End::Close, "hello"},
+      {ok + "Content-Length: -99999999999999999999999\r\n\r\nhello", Reply::End::Close, "hello"},
+      {ok + "Content-Length: -3\r\n\r\nhello", Reply::End::Close, "hello"},
+      {ok + "Content-Length: five\r\n\r\nhello", Reply::End::Close, "hello"},
+      {ok + "Content-Length: 5x\r\nContent-Length: 7\r\n\r\nhello", Reply::End::Stall, "hello"},
       {"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\nhello\r\n0\r\n\r\n", Reply::End::Close,
        "5\r\nhello\r\n0\r\n\r\n"},
-      {"HTTP/1.0 200 OK\r\n\r\n", Reply::End::Close, ""},
+      {ok + "\r\n", Reply::End::Close, ""},
       {"", Reply::End::Close, ""},
   };
   for (const auto& c : cases) {
@@ -194,6 +191,7 @@ TEST_F(HTTP, TheBodyEndsAtItsLengthOrAtTheClose) {
       HTTPSocket fresh;
       EXPECT_EQ(fresh.Get(own.Host() + "/", kPatience), c.body) << c.reply << piece;
       EXPECT_EQ(fresh.ErrorCode(), 0) << c.reply;
+      EXPECT_FALSE(fresh.IsConnected()) << c.reply;
     }
   }
 }

@@ -3,17 +3,21 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <utility>
 
 #include "runtime/Application.h"
 #include "runtime/Buttons.h"
+#include "runtime/Dictionary.h"
 #include "runtime/Listbox.h"
 #include "runtime/Random.h"
 #include "runtime/Shell.h"
+#include "runtime/Streams.h"
 #include "runtime/TextControls.h"
 #include "runtime/Window.h"
 #include "runtime/exceptions.h"
 #include "support/FakePlatform.h"
 #include "support/processes.h"
+#include "timedtext/TimecodeList.h"
 
 namespace {
 
@@ -35,6 +39,9 @@ class Form : public Window {
     box.Action = [this] { told.push_back("box " + std::to_string(box.Value())); };
     one.Action = [this] { told.push_back("one"); };
     two.Action = [this] { told.push_back("two"); };
+    canvas.MouseDown = [this](int x, int y) {
+      return told.push_back("canvas " + std::to_string(x) + " " + std::to_string(y)), true;
+    };
     ++formsAlive;
   }
   ~Form() override { --formsAlive; }
@@ -53,6 +60,7 @@ class Form : public Window {
   TextField field{*this};
   Listbox list{*this, {2, "", 0, 0, true}};
   Listbox single{*this, {}};
+  Canvas canvas{*this};
 };
 
 class Other : public Window {
@@ -68,21 +76,52 @@ struct Run : testing::Test {
 };
 
 TEST_F(Run, AnExceptionEndsItsHandlerAndIsShown) {
-  app.Dispatch(nullptr, [] { throw OutOfBoundsException("No row 7."); });
-  app.Dispatch(nullptr, [] { static_cast<void>(std::vector<int>().at(3)); });
-  app.Dispatch(nullptr, [] { throw IOException(ENOSPC); });
-  app.Dispatch(nullptr, [] { throw std::bad_alloc(); });
-  app.Dispatch(nullptr, [] { throw std::runtime_error("odd"); });
-  app.Dispatch(nullptr, [&] {
-    app.Dispatch(nullptr, [] { throw NilObjectException("inner"); });
-    told.push_back("the outer one goes on");
-  });
-  EXPECT_EQ(host.calls, Lines({"message: OutOfBoundsException: No row 7.",
-                               "message: OutOfBoundsException: An index was outside its array.",
-                               "message: IOException: No space left on device",
-                               "message: OutOfMemoryException: There is not enough memory for this.",
-                               "message: Exception: odd", "message: NilObjectException: inner"}));
-  EXPECT_EQ(told, Lines({"the outer one goes on"}));
+  using namespace std::string_literals;
+  const Dictionary dictionary({{"key"s, "value"s}});
+  const MemoryBlock block(2);
+  const auto noText = std::make_shared<const std::string>();
+  const std::pair<std::function<void()>, std::string> rows[] = {
+      {[] { Form::Get().list.Cell(7, 0); }, "OutOfBoundsException: list has no cell in row 7, column 0."},
+      {[&] { dictionary.Key(1); }, "OutOfBoundsException: The dictionary has no key at that index."},
+      {[&] { dictionary.Value(std::int64_t{5}); }, "OutOfBoundsException: The dictionary has no key 5."},
+      {[&] { block.Byte(2); }, "OutOfBoundsException: The block has no byte there."},
+      {[&] { block.StringValue(1, 2); }, "OutOfBoundsException: The block has no such run of bytes."},
+      {[] { TimecodeList().At(0); }, "OutOfBoundsException: The list has no timecode at that index."},
+      {[&] { TimedText(noText, {0}).Field(1); },
+       "OutOfBoundsException: The document has no field at that index."},
+      {[] { TextOutputStream::Create(nullptr); }, "NilObjectException: There is no file to write to."},
+      {[] { BinaryStream::Create(nullptr, true); }, "NilObjectException: There is no file to write to."},
+      {[] { static_cast<void>(std::vector<int>().at(3)); },
+       "OutOfBoundsException: An index was outside its array."},
+      {[] { throw IOException(ENOSPC); }, "IOException: No space left on device"},
+      {[] { throw IOException(4095); }, "IOException: Unknown error 4095"},
+      {[] { throw std::bad_alloc(); }, "OutOfMemoryException: There is not enough memory for this."},
+      {[] { throw std::runtime_error("odd"); }, "Exception: odd"},
+  };
+  for (const auto& [fault, words] : rows) {
+    app.Dispatch(nullptr,
+                 [&, &thrower = fault] { app.Dispatch(nullptr, thrower), told.push_back("goes on"); });
+    EXPECT_EQ(std::exchange(host.calls, {}), Lines({"message: " + words}));
+    EXPECT_EQ(std::exchange(told, {}), Lines({"goes on"})) << "the outer one";
+  }
+}
+
+TEST_F(Run, EndsOnceAndLeavesNothing) {
+  struct Ending : Application {
+    using Application::Application;
+    void Event_Close() override { ++closed; }
+    int closed = 0;
+  } ending(host);
+  Form& form = Form::Get();
+  form.Show();
+  form.field.SetFocus();
+  EXPECT_EQ(host.calls, Lines({"show: Form", "focus: field"}));
+  EXPECT_EQ(ending.FocusedControl(), &form.field);
+  ending.Stop();
+  ending.Stop();
+  EXPECT_EQ(ending.closed, 1);
+  EXPECT_TRUE(ending.IsQuitting() && ending.Windows().empty());
+  EXPECT_TRUE(!ending.FocusedControl() && !ending.ActiveWindow());
 }
 
 TEST_F(Run, QuittingUnwindsEveryHandlerAtItsNextYield) {
@@ -220,23 +259,32 @@ TEST_F(Run, AMenuChoiceRunsOneHandler) {
                 {{"Help", "Help"},
                  {"None", "None"},
                  {"Forced", "Forced", "", {}, false, true, false, true},
+                 {"Hidden", "Hidden", "", {}, false, false},
+                 {"Closing", "Closing"},
                  {"Line", "-"},
                  {"Paste", "Paste", "", EditAction::Paste},
                  QuitMenuItem("Quit", "Quit", "")}}}};
   app.SetMenuBar(bar);
   app.AddMenuHandler("Help", [&] { return told.push_back("app"), false; });
   Form& form = Form::Get();
+  app.AddMenuHandler("Hidden", [&] { return told.push_back("hidden"), false; });
   form.AddMenuHandler("Help", [&] { return told.push_back("form"), false; });
+  form.AddMenuHandler("Closing", [&] {
+    form.Close();
+    RuntimeBackgroundTask();
+    return told.push_back("never"), false;
+  });
   EXPECT_TRUE(app.ChooseMenuItem("Help"));
   form.Show();
-  EXPECT_TRUE(app.ChooseMenuItem("Help") && app.ChooseMenuItem("None") && app.ChooseMenuItem("Forced"));
+  for (const char* item : {"Help", "None", "Forced", "Hidden"}) EXPECT_TRUE(app.ChooseMenuItem(item)) << item;
   EXPECT_FALSE(app.ChooseMenuItem("Line") || app.ChooseMenuItem("Nothing"));
-  EXPECT_EQ(told, Lines({"app", "form"}));
   EXPECT_FALSE(bar.Find("None")->Enabled || bar.Find("Paste")->Enabled);
   form.field.SetFocus();
   host.clipboard = "a\nb";
   app.ChooseMenuItem("Paste");
   EXPECT_EQ(form.field.Text(), "abstart");
+  app.ChooseMenuItem("Closing");
+  EXPECT_EQ(told, Lines({"app", "form"})) << "the last one went with its window";
   app.ChooseMenuItem("Quit");
   EXPECT_TRUE(app.IsQuitting());
 }
@@ -259,7 +307,14 @@ TEST_F(Run, CodeAndPersonTakeTheSameRoad) {
   form.box.PersonClicks();
   form.PersonResizes(10, 300);
   form.PersonResizes(0, 300);
-  EXPECT_EQ(form.told, Lines({"box 1", "box 0", "one", "two", "two", "64x300"}));
+  form.PersonResizes(99'999, 1);
+  form.PersonResizes(65, 99'999);
+  form.canvas.PersonClicks();
+  form.canvas.PersonClicksAt(3, 4);
+  form.canvas.SetEnabled(false);
+  form.canvas.PersonClicksAt(5, 6);
+  EXPECT_EQ(form.told, Lines({"box 1", "box 0", "one", "two", "two", "64x300", "32000x64", "65x32000",
+                              "canvas 0 0", "canvas 3 4"}));
 }
 
 TEST_F(Run, TextFieldsHoldOneLineAndAreEdited) {
@@ -273,6 +328,7 @@ TEST_F(Run, TextFieldsHoldOneLineAndAreEdited) {
   EXPECT_EQ(edit(EditAction::Cut) + "|" + clipboard, "onethree|two");
   EXPECT_EQ(edit(EditAction::Undo), "onetwothree");
   EXPECT_EQ(edit(EditAction::Paste), "onetwothreetwo");
+  EXPECT_EQ(field.SelStart, 14u);
   edit(EditAction::SelectAll);
   EXPECT_EQ(edit(EditAction::Copy), clipboard);
   EXPECT_EQ(edit(EditAction::Clear), "");
@@ -282,23 +338,45 @@ TEST_F(Run, TextFieldsHoldOneLineAndAreEdited) {
 
 TEST_F(Run, ListsKeepRowsCellsAndSelection) {
   Listbox& list = Form::Get().list;
+  int changes = 0;
+  Form::Get().OnChange = [&](Control&) { ++changes; };
+  const auto news = [&] {  // changes, and how often more than the end of the list is new
+    return std::to_string(std::exchange(changes, 0)) + "/" + std::to_string(list.Revision());
+  };
   for (const char* text : {"a", "b", "c", "d"}) list.AddRow(text);
+  list.SetCell(3, 1, "last");
+  EXPECT_EQ(news(), "5/0");
+  for (const char* text : {"second", "second", ""}) list.SetCell(2, 1, text);
   list.SetCell(2, 1, "second");
+  EXPECT_EQ(news(), "3/3");
   list.PersonSelects({3, 1, 1});
   EXPECT_EQ(list.SelCount(), 2);
+  EXPECT_EQ(list.LastIndex(), 3);
   list.RemoveRow(1);
+  EXPECT_EQ(news(), "2/5");
+  EXPECT_EQ(list.LastIndex(), 2);
+  list.SetCell(2, 1, "");
   EXPECT_EQ(list.SelCount(), 1);
   EXPECT_EQ(list.Cell(1, 0) + list.Cell(1, 1) + list.Cell(2, 0) + list.Cell(2, 1), "csecondd");
   EXPECT_TRUE(list.Selected(2) && !list.Selected(1));
   EXPECT_THROW(list.PersonSelects({0, 3}), OutOfBoundsException);
   EXPECT_TRUE(list.Selected(2)) << "a wrong row changes nothing";
-  list.CellClick = [](std::int64_t row, auto, int, int) { return row == 0; };
+  Lines clicked;
+  list.CellClick = [&](std::int64_t row, std::int64_t column, int x, int y) {
+    clicked.push_back(std::to_string(row * 1000 + column * 100 + x * 10 + y));
+    return row == 0;
+  };
   list.PersonClicksCell(0, 0);
   EXPECT_TRUE(list.Selected(2)) << "dealt with";
-  list.PersonClicksCell(1, 1);
+  list.PersonClicksCell(1, 1, 2, 3);
+  EXPECT_EQ(clicked, Lines({"0", "1123"}));
   EXPECT_TRUE(list.Selected(1) && list.SelCount() == 1);
   for (const std::int64_t bad : {-1, 3}) EXPECT_THROW(list.Cell(bad, 0), OutOfBoundsException);
   EXPECT_THROW(list.Cell(0, 2), OutOfBoundsException);
+  list.SetEnabled(false);
+  list.PersonSelects({0, 2});
+  list.PersonClicksCell(2, 0);
+  EXPECT_TRUE(list.Selected(1) && list.SelCount() == 1) << "disabled";
   list.RemoveRowsFrom(0);
   EXPECT_EQ(list.ListCount() + list.SelCount(), 0);
 

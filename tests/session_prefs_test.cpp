@@ -1,9 +1,9 @@
 // The preferences from one session to the next.
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <filesystem>
+#include <functional>
 
 #include "prefs/prefsModule.h"
 #include "support/Program.h"
@@ -105,36 +105,36 @@ TEST(Preferences, KeepABadOpeningUntilThePersonChooses) {
 
 TEST(Preferences, StartTheProgramWhateverStandsInTheirPlace) {
   const std::string unread = Message("I could not read preferences. Error code 2.");
-  {
+  const struct {
+    std::function<void(const std::string& path)> put;
+    Lines told;
+    std::string state;
+  } rows[] = {
+      {[](const std::string& path) { std::filesystem::create_directory(path); },
+       {unread},
+       "10-0-0- | true true false false false"},
+      {[](const std::string& path) { ::mkfifo(path.c_str(), 0600); },
+       {unread},
+       "10-0-0- | true true false false false"},
+      {[](const std::string& path) { WriteFile(path, std::string("\0\xFF\n\x80\n", 5)); }, {kBadOpening}, ""},
+      {[](const std::string& path) {
+         WriteFile(path, "SRT\n");
+         std::filesystem::resize_file(path, std::uintmax_t{1} << 30);  // a gigabyte of NULs
+       },
+       {kBadOpening},
+       ""},
+      {[](const std::string& path) { std::filesystem::remove(std::filesystem::path(path).parent_path()); },
+       {},
+       "10-0-0- | true true false false false"},
+  };
+  for (const auto& [put, told, state] : rows) {
     SessionDriver driver;
-    std::filesystem::create_directory(driver.prefs / kName);
-    EXPECT_EQ(driver.Run("open\nclick SRTBox\nquit"), (Lines{Shown("Window1"), unread}));
-    EXPECT_TRUE(std::filesystem::is_directory(driver.prefs / kName));
-    EXPECT_EQ(driver.prefs.Count(), 1u);
-  }
-  {
-    SessionDriver driver;
-    ::mkfifo((driver.prefs / kName).c_str(), 0600);
-    EXPECT_EQ(driver.Run("open"), (Lines{Shown("Window1"), unread}));
-    EXPECT_EQ(StateOf(driver), "10-0-0- | true true false false false");
-  }
-  {
-    SessionDriver driver;
-    const std::string binary("\0\xFF\n\x80\n", 5);
-    WriteFile(driver.prefs / kName, binary);
-    EXPECT_EQ(driver.Run("open"), (Lines{Shown("Window1"), kBadOpening}));
-  }
-  {
-    SessionDriver driver;
-    WriteFile(driver.prefs / kName, "SRT\n");
-    ASSERT_EQ(::truncate((driver.prefs / kName).c_str(), std::int64_t{1} << 30), 0);  // a gigabyte of NULs
-    EXPECT_EQ(driver.Run("open"), (Lines{Shown("Window1"), kBadOpening}));
-    EXPECT_EQ(driver.State()["windows"]["Window1"]["controls"]["SRTBox"]["value"], true);
-  }
-  {
-    SessionDriver driver;
-    std::filesystem::remove(driver.prefs.Path());  // the folder is gone
-    EXPECT_EQ(driver.Run("open\nclick SRTBox\nquit"), Lines{Shown("Window1")});
+    put(driver.prefs / kName);
+    Lines expected{Shown("Window1")};
+    expected.insert(expected.end(), told.begin(), told.end());
+    EXPECT_EQ(driver.Run("open"), expected);
+    EXPECT_EQ(state.empty() ? "" : StateOf(driver), state);
+    EXPECT_EQ(driver.Run("click SRTBox\nquit"), Lines{});
   }
 }
 

@@ -6,7 +6,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <netdb.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -19,6 +18,7 @@
 #include "support/FakePlatform.h"
 #include "support/LoopbackServer.h"
 #include "support/TemporaryFolder.h"
+#include "support/clocks.h"
 
 // This name has two addresses; nobody listens at the first.
 constexpr char kTwoAddresses[] = "two.invalid";
@@ -95,6 +95,36 @@ struct Pair {
   int peer = -1;
 };
 
+TEST(Reading, TakesPiecesUntilAllIsReadOrPurged) {
+  Pair pair;
+  EXPECT_EQ(pair.socket.BytesToSend() + Socket().BytesToSend(), 0u);
+  pair.socket.Write("x");
+  pair.socket.Poll();
+  EXPECT_EQ(pair.socket.events, (Lines{"connected", "sent"}));
+  const auto receive = [&](const std::string& text) {
+    EXPECT_EQ(::send(pair.peer, text.data(), text.size(), 0), static_cast<ssize_t>(text.size()));
+    pair.socket.Run(text.size());
+  };
+  receive("abcdef");
+  for (const auto& [count, text] : {std::pair(2, "ab"), {1, "c"}}) EXPECT_EQ(pair.socket.Read(count), text);
+  EXPECT_EQ(pair.socket.Lookahead(), "def");
+  for (const char* text : {"def", ""}) EXPECT_EQ(pair.socket.Read(9), text);
+  receive("ghi");
+  EXPECT_EQ(pair.socket.Read(1), "g");
+  pair.socket.Purge();
+  receive("jk");
+  EXPECT_EQ(pair.socket.ReadAll(), "jk");
+  EXPECT_FALSE(pair.socket.Eof() || pair.socket.ReadError());
+  receive("l");
+  char taken = 0;
+  EXPECT_EQ(::recv(pair.peer, &taken, 1, 0), 1) << "or the close would be a reset";
+  ::close(pair.peer);
+  EXPECT_EQ(pair.socket.Run().back(), "error 10001");
+  EXPECT_FALSE(pair.socket.Eof() || pair.socket.ReadError() || pair.socket.IsConnected());
+  EXPECT_EQ(pair.socket.ReadAll(), "l");
+  EXPECT_TRUE(pair.socket.Eof());
+}
+
 TEST(Sending, IntoAResetIsReportedOnceWithItsReason) {
   Pair pair;
   pair.socket.Write(std::string(64 << 20, 'x'));
@@ -105,15 +135,6 @@ TEST(Sending, IntoAResetIsReportedOnceWithItsReason) {
   EXPECT_TRUE(pair.socket.WriteError());
   for (int i = 0; i < 3; ++i) pair.socket.Poll();
   EXPECT_EQ(pair.socket.events.size(), 3U);
-}
-
-double ProcessorSeconds() {
-  rusage used{};
-  ::getrusage(RUSAGE_THREAD, &used);
-  const auto seconds = [](const timeval& t) {
-    return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) / 1e6;
-  };
-  return seconds(used.ru_utime) + seconds(used.ru_stime);
 }
 
 // Sixteen times the content, to a peer that takes little at a time; 256 times the work if every piece moved

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 
 #include "support/Program.h"
+#include "support/cues.h"
 #include "timedtext/normalise.h"
 
 namespace {
@@ -15,20 +16,6 @@ using namespace std::string_literals;
 using Lines = std::vector<std::string>;
 
 const std::vector<Cue> kTwo = {{"1.5", "2", "one"}, {"3", "0", "two"}};
-
-// "start dur text" of each cue that has a text, and behind them the starts that have none.
-Lines CuesOf(const std::string& document) {
-  TimedTextFields fields = NormaliseTimedText(document);
-  const TimedText track(std::make_shared<const std::string>(std::move(fields.document)),
-                        std::move(fields.ends));
-  Lines lines;
-  for (std::size_t i = 0; i < track.Starts(); ++i) {
-    const TimedTextCue cue = track.Times(i);
-    lines.push_back(std::string(cue.start) + "|" + std::string(cue.dur) + "|" +
-                    (i < track.Cues() ? TextOf(track.Text(i)) : "?"));
-  }
-  return lines;
-}
 
 }  // namespace
 
@@ -55,35 +42,33 @@ TEST(TimedText, ReadsThreeFieldsToACueByPosition) {
       {Document({}), {}},
       {"", {}},
       {"<html>no captions</html>", {}},
-      {Document({{"1.5", "2", "It&amp;#39;s"}}), {"1.5|2|It's"}},
-      {Document({{"1", "2", ""}, {"3", "4", "x"}}), {"1|2|", "3|4|x"}},
+      {Document({{"1.5", "2", "It&amp;#39;s"}}), {"1.5+2 It's"}},
+      {Document({{"1", "2", ""}, {"3", "4", "x"}}), {"1+2 ", "3+4 x"}},
       {Document({{"1", "2", "say &amp;quot;>&amp;quot; now"}, {"3", "4", "x"}}),
-       {"1|2|say \">\" now", "3|4|x"}},
-      {"<?xml version='1.0'?>" + Document({{"1", "2", "x"}}).substr(39), {"<?xml version='1.0'?>1|2|x"}},
+       {"1+2 say \">\" now", "3+4 x"}},
+      {"<?xml version='1.0'?>" + Document({{"1", "2", "x"}}).substr(39), {"<?xml version='1.0'?>1+2 x"}},
       // Documents that break the pattern: fields shift, and the shorter list decides.
-      {R"(<text start="1">a</text><text start="2" dur="9">b</text>)", {"1|a|2", "9|b|?"}},
-      {Document({{"1", "2", "a ||| b"}, {"3", "4", "c"}}), {"1|2|a", "b|3|4", "c||?"}},
-      {R"(<text start="1" dur="2">abc)", {"1|2|?"}},
-      {R"(<text start="1" dur="2)", {"1|2|?"}},
+      {R"(<text start="1">a</text><text start="2" dur="9">b</text>)", {"1+a 2", "9+b ?"}},
+      {Document({{"1", "2", "a ||| b"}, {"3", "4", "c"}}), {"1+2 a", "b+3 4", "c+ ?"}},
+      {R"(<text start="1" dur="2">abc)", {"1+2 ?"}},
+      {R"(<text start="1" dur="2)", {"1+2 ?"}},
   };
-  for (const auto& [document, cues] : rows) EXPECT_EQ(CuesOf(document), cues) << document;
+  for (const auto& [document, cues] : rows) EXPECT_EQ(CuesIn(document), cues) << document;
 }
 
 TEST(TimedText, TurnsLineEndsOfACueIntoBlanks) {
-  const std::pair<std::string, std::string> rows[] = {
-      {"a\nb", "a b"},
-      {"a\r\nb", "a b"},
-      {"a\rb", "a b"},
-      {"a\n\nb\r", "a  b "},
-      {"\n", " "},
-      {"  a  ", "  a  "},
-      {"a\xFD\xFF"
-       "b",
-       "a b"},
-      {"\xFD", "\xFD"},
-      {"\xFF\xFD", "\xFF\xFD"},
-      {"\xE2\x80\xA8", "\xE2\x80\xA8"},
-  };
+  const std::pair<std::string, std::string> rows[] = {{"a\nb", "a b"},
+                                                      {"a\r\nb", "a b"},
+                                                      {"a\rb", "a b"},
+                                                      {"a\n\nb\r", "a  b "},
+                                                      {"\n", " "},
+                                                      {"  a  ", "  a  "},
+                                                      {"a\xFD\xFF"
+                                                       "b",
+                                                       "a b"},
+                                                      {"\xFD", "\xFD"},
+                                                      {"\xFF\xFD", "\xFF\xFD"},
+                                                      {"\xE2\x80\xA8", "\xE2\x80\xA8"}};
   for (const auto& [text, clean] : rows) EXPECT_EQ(CleanCueText(text), clean);
 }
 
@@ -198,14 +183,12 @@ TEST(Download, TellsALostConnectionAndGoesOnWithTheNextTrack) {
                    "save:  French.srt", "launch: " + third}));
   EXPECT_EQ(program.Form().TextArea1.Text(), "");
 
-  // A server that closes in good order without a word is told as well; any body is a document.
+  // A server that closes in good order without a word is reported as well; any body is a document.
   program.server.AnswerAt(TrackPath("abc", "de"), {""});
-  program.Form().Listbox1.PersonSelects({1});
+  program.server.AnswerAt(TrackPath("abc", "en"), {"HTTP/1.0 404 Gone\r\nContent-Length: 4\r\n\r\ngone"});
+  program.Form().Listbox1.PersonSelects({0, 1});
   program.Click("PushButton1");
-  EXPECT_EQ(program.Calls(), Lines{"message: Error code: 0" + words});
-  program.server.AnswerAt(TrackPath("abc", "de"), {"HTTP/1.0 404 Gone\r\nContent-Length: 4\r\n\r\ngone"});
-  program.Click("PushButton1");
-  EXPECT_EQ(program.Calls(), Lines{"save:  German.srt"});
+  EXPECT_EQ(program.Calls(), (Lines{"save:  English.srt", "message: Error code: 0" + words}));
 }
 
 TEST(Download, AsksForATrackWithoutAnyBlank) {

@@ -5,9 +5,7 @@
 
 #include <filesystem>
 #include <map>
-#include <stdexcept>
 
-#include "runtime/exceptions.h"
 #include "support/Program.h"
 #include "support/processes.h"
 #include "wordsearch/SearchWin.h"
@@ -247,21 +245,6 @@ TEST(Unwinding, LeavesNoFocusInAFormThatWentBehindAMessage) {
   }
 }
 
-TEST(Unwinding, LeavesTheOldFileOfASaveThatWasEnded) {
-  for (const char* name : {"SRT", "WebVTT"}) {
-    for (std::int64_t n = 1; n < 200; ++n) {
-      Stage stage(kCommands.at(name));
-      WriteFile(stage.folder / "a", "old");
-      bool asked = false;
-      stage.host.onSaveDialog = [&] { asked = true; };
-      if (!stage.Run(n, [&] { stage.Form().PersonCloses(); })) break;
-      const std::string now = ReadFile(stage.folder / "a");
-      EXPECT_TRUE(now == "old" || (asked && now == stage.command.wholeFiles[0])) << n;
-      EXPECT_TRUE(now != "old" || stage.folder.Count() == 1) << n;
-    }
-  }
-}
-
 TEST(Unwinding, EndsTheProbeAndItsPingWithItsForm) {
   for (const bool quit : {false, true}) {
     NamedProcess named;
@@ -307,26 +290,4 @@ TEST(WordSearchRun, LeavesTheLabelOfALaterOneAlone) {
   program.Click("PushButton3");
   EXPECT_EQ(SearchWin::Get().resultsList.ListCount(), 3);
   EXPECT_EQ(SearchWin::Get().searchTerm.Text(), "Displaying 2 results for search term: \"on\".");
-}
-
-TEST(Exceptions, AreShownWithTheirKindAndTheProgramGoesOn) {
-  Program program(kTracks);
-  program.Search({0});
-  program.Click("SRTBox");
-  const std::pair<std::function<void()>, std::string> rows[] = {
-      {[&] { program.Form().Listbox1.Cell(7, 0); },
-       "OutOfBoundsException: Listbox1 has no cell in row 7, column 0."},
-      {[] { throw NilObjectException("There is no such thing."); },
-       "NilObjectException: There is no such thing."},
-      {[] { throw std::runtime_error("Oh."); }, "Exception: Oh."},
-  };
-  for (const auto& [fault, words] : rows) {
-    program.host.onYield = fault;
-    program.Click("PushButton1");
-    EXPECT_EQ(program.Calls(), Lines{"message: " + words});
-    EXPECT_FALSE(program.app.IsCommandRunning());
-    program.host.onYield = nullptr;
-    program.Click("PushButton1");
-    EXPECT_EQ(program.Calls(), Lines{"save:  English.srt"});
-  }
 }
