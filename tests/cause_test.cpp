@@ -50,9 +50,7 @@ TEST(Causes, AreTheGatewaysWordsOrWhatTheClientKnows) {
     Reply reply;
     std::string search, download;
   } cases[] = {
-      {{Naming("yt-dlp is not <b>installed</b>")},
-       "yt-dlp is not <b>installed</b>",
-       "yt-dlp is not <b>installed</b>"},
+      {{Naming("<b>not</b> so")}, "<b>not</b> so", "<b>not</b> so"},
       {{Naming("no captions", std::to_string(emptyList.size())) + emptyList}, "no captions", "-"},
       {{Naming(most + "c")}, most, most},
       {{Naming("caf\xC3\xA9")}, "", ""},

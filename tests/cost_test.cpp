@@ -8,7 +8,6 @@
 
 #include "support/Program.h"
 #include "support/clocks.h"
-#include "wordsearch/SearchWin.h"
 
 namespace {
 
@@ -53,20 +52,6 @@ TEST(Cost, OfEachCommandGrowsWithTheCuesOnly) {
     const double few = std::min(timeOf(button, 0), timeOf(button, 0));
     EXPECT_LT(timeOf(button, 1), kMostGrowth * std::max(few, 0.001)) << options;
   }
-}
-
-TEST(Cost, OfSavingTheResultsGrowsWithTheRowsOnly) {
-  Program program;
-  const auto timeOf = [&](int rows) {
-    program.Click("SearchWin.closeBtn");
-    for (int i = 0; i < rows; ++i) SearchWin::Get().resultsList.AddRow("00:00:00,000");
-    program.WillSave("out");
-    const double seconds = SecondsOf([&] { program.Click("SearchWin.saveBtn"); });
-    EXPECT_GT(ReadFile(program.folder / "out").size(), 17u * static_cast<std::size_t>(rows));
-    return seconds;
-  };
-  const double few = std::min(timeOf(10'000), timeOf(10'000));
-  EXPECT_LT(timeOf(100'000), kMostGrowth * std::max(few, 0.001));
 }
 
 TEST(Cost, OfListingTracksGrowsWithTheTracksOnly) {

@@ -52,12 +52,7 @@ std::string FileOf(const std::string& document) {
 }
 
 bool IsFirstCues(const std::string& file) {
-  std::string cues;
-  for (const std::string& cue : kSRT) {
-    if (file == cues) return true;
-    cues += cue;
-  }
-  return file == cues;
+  return file.empty() || file == kSRT[0] || file == kSRT[0] + kSRT[1] || file == kSRT[0] + kSRT[1] + kSRT[2];
 }
 
 // A program that has one English track, SRT chosen and an earlier file where the next one goes.

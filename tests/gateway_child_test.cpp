@@ -73,11 +73,8 @@ TEST(GatewayChild, IsKeptWithinItsBoundsAndGoesWithAllThatItStarted) {
 }
 
 TEST(GatewayChild, NamesTheCauseWhereTheProgramIsToBlame) {
-  struct Case {
-    std::string script, cause;
-  };
   const std::string failed = "yt-dlp failed; the gateway's log has its words.";
-  const std::vector<Case> cases = {
+  const std::pair<std::string, std::string> cases[] = {
       {"sleep 1000", "The site took too long."},
       {"kill -SEGV $$", "yt-dlp crashed."},
       {"yes", "yt-dlp said more than it may."},
@@ -149,28 +146,6 @@ TEST(GatewayChild, ReadsNoMoreOfAFileThanItMay) {
   EXPECT_EQ(folder.Read("file", 4), std::nullopt);
   for (const char* other : {"link", "folder", "none"})
     EXPECT_EQ(folder.Read(other, 99), std::nullopt) << other;
-}
-
-TEST(GatewayChild, LeavesNoFolderWhereNoDescriptorIsLeft) {
-  const Programs programs;
-  rlimit before{};
-  ::getrlimit(RLIMIT_NOFILE, &before);
-  const auto leave = [&](int descriptors) {
-    const rlimit few{static_cast<rlim_t>(descriptors), before.rlim_max};
-    ::setrlimit(RLIMIT_NOFILE, &few);
-  };
-  const int next = ::dup(0);
-  ::close(next);
-  leave(next);
-  EXPECT_EQ(gateway::ScratchFolder(programs.folder / "scratch").Path(), "");
-  leave(next + 2);
-  {
-    const gateway::ScratchFolder folder(programs.folder / "scratch");
-    WriteFile(folder.Path() + "/c.c.srv1", "words");
-    leave(next + 1);
-  }
-  ::setrlimit(RLIMIT_NOFILE, &before);
-  EXPECT_TRUE(std::filesystem::is_empty(programs.folder / "scratch"));
 }
 
 TEST(GatewayChild, IsLookedForAtThreePlacesAndAskedForItsVersion) {

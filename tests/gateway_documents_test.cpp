@@ -127,11 +127,12 @@ TEST(Documents, KeepTheWordsOfOddFiles) {
     Lines cues;
   } rows[] = {
       {"srv1",
-       "<transcript><text dur=\"x\" start=\"-1\">a < b & c&nbsp;&bogus; &#0;</text></transcript>",
-       {"0.000+3.000 a < b & c &bogus;"}},
+       "<transcript><text dur=\"x\" start=\"-1\">a < <@<[<`<{<1 b & c&nbsp;&bogus; &#0;</text></transcript>",
+       {"0.000+3.000 a < <@<[<`<{<1 b & c &bogus;"}},
       {"srv1",
-       "<transcript><text start='1.9999' dur='1'><![CDATA[a &lt; b]]><b>c</b> <b>d</b></text></transcript>",
-       {"1.999+1.000 a < bc d"}},
+       "<transcript><text start='1.9999' dur='1'><![CDATA[a &lt; b]]><a>c</a> "
+       "<z>d</z><A>e</A><Z>f</Z><_>g</_></text></transcript>",
+       {"1.999+1.000 a < bc defg"}},
       {"srv1",
        Srv1("<text start=\"1\" dur=\"1\">&amp;amp;lt; &amp;#x1F600;</text>"),
        {"1.000+1.000 &lt; \U0001F600"}},
@@ -156,7 +157,9 @@ TEST(Documents, KeepTheWordsOfOddFiles) {
         "5000.000+3.500 f"}},
       // Thirty frames a second, one tick a second; with a frame rate as many ticks.
       {"ttml", "<tt><body><p begin=\"30000f\" dur=\"2t\">a</p></body></tt>", {"1000.000+2.000 a"}},
-      {"ttml", "<tt frameRate=\"50\"><body><p begin=\"5t\" dur=\"0.1\">a</p></body></tt>", {"0.100+0.100 a"}},
+      {"ttml",
+       "<tt frameRate=\"50\" frameRateMultiplier=\"0 5\"><body><p begin=\"5t\" dur=\"0.1\">a</p></body></tt>",
+       {"0.100+0.100 a"}},
       // A browser drops any tag; a sign before a blank or a number is none. A time line ends a cue as well.
       {"vtt",
        "WEBVTT\n\n1:01:01.001 --> 1:01:02.000\n<x>I</x> <3 a<b\n\n0:1.0 --> 0:0.5\n&lt;i&gt; a --> "
@@ -225,9 +228,7 @@ TEST(Documents, AreReadInTheEncodingOfTheFile) {
 TEST(Documents, AreNotMadeOfOtherFiles) {
   const std::string deep =
       ReplaceAll(std::string(200, '<'), "<", "<div>") + ReplaceAll(std::string(200, '<'), "<", "</div>");
-  const struct {
-    std::string ending, bytes, fault;
-  } rows[] = {
+  const std::string rows[][3] = {
       {"srv1", "", "this file is empty"},
       {"vtt", "\xEF\xBB\xBF \r\n", "this file is empty"},
       {"srv1", "\xEF\xBB\xBF<?xml version=\"1.0\"?><!-- x -->\n<!DOCTYPE HTML><html>",

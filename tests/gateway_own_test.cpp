@@ -19,6 +19,7 @@
 #include "support/LoopbackServer.h"
 #include "support/TemporaryFolder.h"
 #include "support/captions.h"
+#include "support/processes.h"
 
 namespace {
 
@@ -90,8 +91,7 @@ int RunGateway() {
 int RunProgram(const std::string& endpoint) {
   OwnGateway gateway(EndpointsAt(endpoint), {kSelf, "--gateway"});
   gateway.Start();
-  const pid_t other = ::fork();
-  if (other == 0) ::execl("/bin/sleep", "sleep", "20", nullptr);
+  const pid_t other = Spawn({"sleep", "20"}, {});
   const std::string line = std::to_string(other) + "\n";
   const ssize_t written = ::write(1, line.data(), line.size());
   for (;;) ::pause();
@@ -162,13 +162,9 @@ TEST(OwnGateway, EndsWithTheProgram) {
 
 TEST(OwnGateway, EndsWithAProgramThatIsKilled) {
   int output[2];
-  ASSERT_EQ(::pipe(output), 0);
+  ASSERT_EQ(::pipe2(output, O_CLOEXEC), 0);
   const int port = FreePort();
-  const pid_t program = ::fork();
-  if (program == 0) {
-    ::dup2(output[1], 1);
-    ::execl(kSelf.c_str(), "program", "--program", At(port).c_str(), nullptr);
-  }
+  const pid_t program = Spawn({kSelf, "--program", At(port)}, {-1, output[1]});
   char line[32] = {};
   ASSERT_GT(::read(output[0], line, sizeof line - 1), 0);
   const pid_t gateway = std::stoi(NthField(Ask(port), " ", 2)), other = std::stoi(line);

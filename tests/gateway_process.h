@@ -3,7 +3,6 @@
 
 #include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/wait.h>
 
 #include <string>
@@ -11,8 +10,7 @@
 #include <vector>
 
 #include "gateway_fixture.h"
-
-extern char** environ;
+#include "support/processes.h"
 
 namespace gateway_test {
 
@@ -31,17 +29,7 @@ class Process {
     const Descriptor writing(out[1]);
     std::vector<std::string> words = {"sh", "-c", script, "sh", RAVELYN_GATEWAY_PATH};
     words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<char*> argv;
-    for (auto& word : words) argv.push_back(word.data());
-    argv.push_back(nullptr);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, writing.Number(), 1);
-    posix_spawn_file_actions_adddup2(&actions, writing.Number(), 2);
-    if (input) posix_spawn_file_actions_adddup2(&actions, input.Number(), 0);
-    if (handed >= 0) posix_spawn_file_actions_adddup2(&actions, handed, 3);
-    EXPECT_EQ(::posix_spawn(&pid_, "/bin/sh", &actions, nullptr, argv.data(), environ), 0);
-    posix_spawn_file_actions_destroy(&actions);
+    pid_ = Spawn(std::move(words), {input ? input.Number() : -1, writing.Number(), writing.Number(), handed});
   }
   explicit Process(std::vector<std::string> arguments, const Descriptor& input = Descriptor())
       : Process("exec \"$@\"", std::move(arguments), -1, input) {}

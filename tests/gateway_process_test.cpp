@@ -7,6 +7,7 @@
 #include "gateway/sources/CaptionCache.h"
 #include "gateway/sources/JoinedSource.h"
 #include "gateway_process.h"
+#include "runtime/Text.h"
 
 namespace {
 
@@ -36,23 +37,20 @@ TEST(GatewayProcess, TellsWhatItServesAndEndsOnASignal) {
 }
 
 TEST(GatewayProcess, RefusesBadOptions) {
-  const std::pair<Lines, std::string> cases[] = {
-      {{}, "there is no --folder to serve, and no --fetch"},
-      {{"--port", "0", "--as-is"}, "there is no --folder to serve, and no --fetch"},
-      {{"--folder"}, "--folder wants a value"},
-      {{"--folder", ""}, "--folder wants a value"},
-      {{"--fetch", "--cache="}, "--cache wants a value"},
-      {{"--fetch=yes"}, "unknown option \"--fetch=yes\""},
-      {{"--folder", "/tmp", "--port", "65536"}, "--port wants a number from 0 to 65535, not \"65536\""},
-      {{"--folder", "/tmp", "--port=-1"}, "--port wants a number from 0 to 65535, not \"-1\""},
-      {{"--folder", "/tmp", "--port", "80x"}, "--port wants a number from 0 to 65535, not \"80x\""},
-      {{"--folder", "/tmp", "more"}, "unknown option \"more\""},
-  };
-  for (const auto& [arguments, message] : cases) {
-    Process process(arguments);
-    EXPECT_EQ(process.ReadLine(), "ravelyn-gateway: " + message);
+  const std::string nothing = "there is no --folder to serve, and no --fetch";
+  for (const std::string& row :
+       Split("~" + nothing + "|--port 0 --as-is~" + nothing +
+                 "|--folder~--folder wants a value|--fetch --cache=~--cache wants a value|"
+                 "--fetch=yes~unknown option \"--fetch=yes\"|--folder /tmp more~unknown option \"more\"|"
+                 "--folder /tmp --port 65536~--port wants a number from 0 to 65535, not \"65536\"|"
+                 "--folder /tmp --port=-1~--port wants a number from 0 to 65535, not \"-1\"|"
+                 "--folder /tmp --port 80x~--port wants a number from 0 to 65535, not \"80x\"",
+             "|")) {
+    const std::string arguments = NthField(row, "~", 1);
+    Process process(arguments.empty() ? Lines{} : Split(arguments, " "));
+    EXPECT_EQ(process.ReadLine(), "ravelyn-gateway: " + NthField(row, "~", 2));
     EXPECT_EQ(process.ReadLine(), gateway::kUsage);
-    EXPECT_EQ(process.End(), 2) << message;
+    EXPECT_EQ(process.End(), 2) << row;
   }
 }
 
@@ -120,6 +118,10 @@ TEST(GatewayOptions, TakeTheirValues) {
                     "--cache=k", "--no-cache", "--port=65535", "--stop-with-input"}),
             "65535 y f k a b=c yes yes no yes no no");
   EXPECT_EQ(parsed({"--help"}), "17733    no no yes no yes no");
+  EXPECT_NE(gateway::HelpText().find(
+                "\n  --cache DIR           keep fetched texts in DIR. Default: ravelyn/captions in "
+                "$XDG_CACHE_HOME, else\n                        in ~/.cache\n"),
+            std::string::npos);
   EXPECT_EQ(parsed({"--version"}), "17733    no no yes no no yes");
 }
 

@@ -21,9 +21,9 @@ using gateway::Limits;
 using Lines = std::vector<std::string>;
 
 TEST(GatewayServer, RefusesWhatItDoesNotServe) {
-  const std::string notFound = "HTTP/1.1 404 Not Found", bad = "HTTP/1.1 400 Bad Request";
-  const std::string tooLarge = "HTTP/1.1 431 Request Header Fields Too Large";
-  const std::string notAllowed = "HTTP/1.1 405 Method Not Allowed";
+  const std::string notFound = "HTTP/1.1 404 Not Found", bad = "HTTP/1.1 400 Bad Request",
+                    tooLarge = "HTTP/1.1 431 Request Header Fields Too Large",
+                    notAllowed = "HTTP/1.1 405 Method Not Allowed";
   const std::map<std::string, std::string> causes = {
       {notFound, "The gateway serves nothing at this address."},
       {bad, "The gateway can't read this request."},
@@ -70,12 +70,10 @@ TEST(GatewayServer, RefusesWhatItDoesNotServe) {
 // Counts what it is asked, and has nothing.
 struct AskedSource final : gateway::CaptionSource {
   gateway::TrackList Tracks(std::string_view, const gateway::Asker&) override {
-    ++asked;
-    return {{}, "", cause};
+    return ++asked, gateway::TrackList{{}, "", cause};
   }
   gateway::CaptionText Text(std::string_view, std::string_view, const gateway::Asker&) override {
-    ++asked;
-    return {std::nullopt, cause};
+    return ++asked, gateway::CaptionText{std::nullopt, cause};
   }
   std::atomic<int> asked = 0;
   std::string cause;

@@ -44,9 +44,7 @@ std::string Joined(const std::vector<std::string>& words) {
 }
 
 TEST(GatewaySiteWords, ListsEachTrackOnceUnderANameForTheUser) {
-  const struct {
-    std::string subtitles, automatic, shown;
-  } cases[] = {
+  const std::string cases[][3] = {
       {"", "", ""},
       {R"("en":[)" + Entry("json3", "", "English") + "," + Entry("srv1", "", "English") + "]", "",
        "en=English/English/srv1;"},

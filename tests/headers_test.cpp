@@ -6,6 +6,7 @@
 
 #include <functional>
 
+#include "http/HTTPSocket.h"
 #include "runtime/Text.h"
 #include "support/FakePlatform.h"
 #include "support/clocks.h"
@@ -114,6 +115,10 @@ TEST(Headers, AreWalkedWithAYieldAtEach) {
       {[&] { h.CommaSeparatedValues("received"); }, 3},
       {[&] { h.Delete("Received", 0); }, 2},
       {[&] { h.Delete("Received"); }, 2},
+      {[&] { h._ParseHeaders("A: 1\nB: 2\nC: 3"); }, 3},
+      {[] { HTTPSocket::_CreateNonce(); }, 25},
+      {[] { HTTPSocket::_EncodeHex("four"); }, 4},
+      {[] { HTTPSocket()._ParseAuthenticationParams("a=1, b=2"); }, 2},
   };
   for (const auto& [walk, passes] : walks) {
     host.yields = 0;

@@ -77,7 +77,10 @@ TEST_F(HTTP, KeepsAPortThatAURLNamed) {
 
 TEST_F(HTTP, PostsContentAndForgetsItsLengthOnly) {
   server.Answer(Page("ok"));
-  socket.SetRequestContent("a\r\n\0b"s, "text/x ");
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+  socket.SetPostContent("a\r\n\0b"s, "text/x ");
+#pragma GCC diagnostic pop
   socket.Post(Url("/1"), kPatience);
   socket.Post(Url("/2"), kPatience);
   socket.SetRequestContent("", "");
@@ -196,24 +199,16 @@ TEST_F(HTTP, TheBodyEndsAtItsLengthOrAtTheClose) {
   }
 }
 
-TEST_F(HTTP, ThePeersCloseIsNoErrorButIsTold) {
-  server.Answer(OpenPage("text"));
-  EXPECT_EQ(socket.Get(Url("/"), kPatience), "text");
-  EXPECT_EQ(socket.ErrorCode(), 0);
-  EXPECT_EQ(socket.LastErrorCode(), kErrorPeerClosed);
-  server.Answer(Page("text"));
-  socket.Get(Url("/"), kPatience);
-  socket.Get(Url("/"), kPatience);
-  EXPECT_EQ(socket.LastErrorCode(), 0) << "ended by the length";
-}
-
 TEST_F(HTTP, OneObjectMakesManyRequests) {
   for (const std::string& reply : {"HTTP/1.0 404 No\r\nX: 1\r\nContent-Length: 3\r\n\r\none"s,
                                    OpenPage("second"), OpenPage(""), Page("4")}) {
     server.Answer(reply);
   }
   EXPECT_EQ(socket.Get(Url("/1"), kPatience), "one");
+  EXPECT_EQ(socket.LastErrorCode(), 0) << "ended by the length";
   EXPECT_EQ(socket.Get(Url("/2"), kPatience), "second");
+  EXPECT_EQ(socket.ErrorCode(), 0);
+  EXPECT_EQ(socket.LastErrorCode(), 10001) << "ended by the peer";
   EXPECT_EQ(socket.HTTPStatusCode(), 200);
   EXPECT_EQ(socket.PageHeaders(), nullptr) << "nil for a reply without headers";
   EXPECT_EQ(socket.Get(Url("/3"), kPatience), "");
@@ -293,6 +288,22 @@ TEST_F(Events, ComeInOrder) {
   EXPECT_EQ(Wait(), Lines({"error 10004"}));
   EXPECT_EQ(socket.Get(Url("/4"), kPatience), "open");
   EXPECT_EQ(seen, Lines()) << "the blocking road raises none";
+}
+
+TEST_F(Events, BeginEachKindOfRequest) {
+  server.Answer(Page("ok"));
+  socket.Post(Url("/1"));
+  Wait();
+  socket.Post(Url("/2"), File("f"));
+  Wait();
+  EXPECT_TRUE(socket.Post(Url("/3"), File("f"), kPatience));
+  socket.HeadersReceived = [this](const InternetHeaders&, int) { done = true; };
+  socket.GetHeaders(Url("/4"));
+  Wait();
+  std::string begun;
+  for (const std::string& request : server.Requests())
+    begun += request.substr(0, request.find(" HTTP")) + "|";
+  EXPECT_EQ(begun, "POST /1|POST /2|POST /3|HEAD /4|");
 }
 
 // As a disk does that keeps a quota only when the file is closed.

@@ -15,8 +15,7 @@
 namespace {
 
 struct Wanted {
-  const char* video;
-  const char* language;
+  const char *video, *language;
 };
 
 // Every kind of track among the samples but the longest ones.

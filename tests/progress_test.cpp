@@ -8,6 +8,9 @@ TEST(Progress, SaysInOneLineHowACommandEnded) {
   Progress none, list, one, files, apart, mixed, found, nothing;
   list.languages = 8;
   one.CountSaved("/home/u/Documents/a.srt");
+  Progress root;
+  root.CountSaved("/a.srt");
+  EXPECT_EQ(root.Words(false, 0), "1 file saved");
   for (const char* name : {"a.srt", "b.srt", "c.srt"})
     files.CountSaved(std::string("/home/u/Documents/") + name);
   for (const char* folder : {"/x/", "/y/", "/y/"}) apart.CountSaved(folder + std::string("a.srt"));

@@ -390,7 +390,12 @@ TEST_F(Run, ListsKeepRowsCellsAndSelection) {
 TEST(Shell, WaitsAndTellsTheStatus) {
   Shell shell;
   for (const auto& [command, status] :
-       {std::pair("true", 0), {"exit 7", 7}, {"kill -9 $$", 137}, {"no-such-command-here", 127}, {"", 0}}) {
+       {std::pair("true", 0),
+        {"exit 7", 7},
+        {"kill -9 $$", 137},
+        {"no-such-command-here", 127},
+        {"", 0},
+        {"[ $(for i in 0 1 2; do readlink /proc/$$/fd/$i; done | sort -u) = /dev/null ]", 0}}) {
     shell.Execute(command);
     EXPECT_EQ(shell.ErrorCode(), status) << command;
     EXPECT_FALSE(shell.IsRunning());

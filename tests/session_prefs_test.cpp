@@ -91,18 +91,6 @@ TEST(Preferences, GoFromOneSessionToTheNext) {
   EXPECT_EQ(ReadFile(driver.prefs / kName), rows[6].second);
 }
 
-TEST(Preferences, KeepABadOpeningUntilThePersonChooses) {
-  SessionDriver driver;
-  WriteFile(driver.prefs / kName, "what\nmaybe\nx\ny\nz\n");
-  for (int start = 0; start < 2; ++start) {
-    EXPECT_EQ(driver.Run("open\nquit"), (Lines{Shown("Window1"), kBadOpening}));
-    EXPECT_EQ(ReadFile(driver.prefs / kName), "what\nmaybe\nx\ny\nz\n");
-    driver.End();
-  }
-  driver.Run("open\nclick openBox\nclick SRTBox\nquit");
-  EXPECT_EQ(ReadFile(driver.prefs / kName), "SRT\nfalse\nfalse\nfalse\nfalse\n");
-}
-
 TEST(Preferences, StartTheProgramWhateverStandsInTheirPlace) {
   const std::string unread = Message("I could not read preferences. Error code 2.");
   const struct {
@@ -136,27 +124,6 @@ TEST(Preferences, StartTheProgramWhateverStandsInTheirPlace) {
     EXPECT_EQ(state.empty() ? "" : StateOf(driver), state);
     EXPECT_EQ(driver.Run("click SRTBox\nquit"), Lines{});
   }
-}
-
-TEST(Preferences, ThatCannotBeWrittenAtQuitAreNoMatterForTheUser) {
-  SessionDriver driver;
-  driver.Run("open");
-  std::filesystem::create_symlink("/dev/full", driver.prefs / kName);
-  EXPECT_EQ(driver.Run("click SRTBox\nquit"), Lines{});
-}
-
-TEST(Preferences, ReplaceTheFileThatALinkLeadsTo) {
-  SessionDriver driver;
-  const std::string real = driver.folder / "real";
-  WriteFile(real, "Text\nfalse\nfalse\nfalse\nfalse\n");
-  ::chmod(real.c_str(), 0640);
-  std::filesystem::create_symlink(real, driver.prefs / kName);
-  driver.Run("open\nclick SRTBox\nquit");
-  EXPECT_TRUE(std::filesystem::is_symlink(driver.prefs / kName));
-  EXPECT_EQ(ReadFile(real), "SRT\nfalse\nfalse\nfalse\nfalse\n");
-  struct stat found;
-  ::stat(real.c_str(), &found);
-  EXPECT_EQ(found.st_mode & 0777, 0640u);
 }
 
 TEST(Preferences, AreNotSavedBeforeTheyWereLoaded) {

@@ -1,6 +1,6 @@
 // The word search and its results window.
 
-#include <cstdlib>
+#include <array>
 
 #include "support/SessionDriver.h"
 
@@ -25,13 +25,7 @@ std::string NotFound(const std::string& term) {
   return Message("The term \"" + term + "\" could not be found.");
 }
 
-struct Results {
-  std::string rows, label, count;
-  bool operator==(const Results&) const = default;
-};
-std::ostream& operator<<(std::ostream& out, const Results& r) {
-  return out << r.rows << " " << r.label << " " << r.count;
-}
+using Results = std::array<std::string, 3>;  // rows, label, count
 
 Results ResultsOf(SessionDriver& driver) {
   const auto state = driver.State();
@@ -57,10 +51,7 @@ const Lines kTwice = {Shown("SearchWin"), Shown("SearchWin")};  // made, and at 
 }  // namespace
 
 TEST(WordSearch, FindsEachTermInTheCuesOfATrack) {
-  const struct {
-    std::string row, term;
-    std::string rows, count;
-  } searches[] = {
+  const std::string searches[][4] = {
       {"0", "ORCHESTRA", "[" + kFirst + "," + kThird + "]", "2"},
       {"0", "the", "[" + kFirst + "," + kThird + "]", "2"},  // a cue once, and inside of words
       {"0", "o.chestra b", "[" + kFirst + "]", "1"},
@@ -77,11 +68,11 @@ TEST(WordSearch, FindsEachTermInTheCuesOfATrack) {
            R"(!"],["00:00:02.000","aa"]])",
        "3"},
   };
-  for (const auto& search : searches) {
+  for (const auto& [row, term, rows, count] : searches) {
     SessionDriver driver;
     driver.OpenWith(kTracks, "");
-    EXPECT_EQ(Search(driver, search.row, search.term), kTwice) << search.term;
-    EXPECT_EQ(ResultsOf(driver), (Results{search.rows, Label(search.count, search.term), search.count}));
+    EXPECT_EQ(Search(driver, row, term), kTwice) << term;
+    EXPECT_EQ(ResultsOf(driver), (Results{rows, Label(count, term), count}));
   }
 }
 
@@ -113,7 +104,7 @@ TEST(WordSearch, GathersTheRowsOfSeveralRunsAndLabelsTheLastWithHits) {
   EXPECT_EQ(Search(driver, "0", "BEGINS"), Lines{Shown("SearchWin")});
   EXPECT_EQ(ResultsOf(driver), (Results{"[" + rows + "," + kFirst + "]", Label("1", "BEGINS"), "1"}));
   EXPECT_EQ(Search(driver, "4", "x"), Lines{NotFound("x")});
-  EXPECT_EQ(ResultsOf(driver).count, "1");
+  EXPECT_EQ(ResultsOf(driver)[2], "1");
   EXPECT_EQ(driver.Run("click SearchWin.closeBtn"), Lines{Closed("SearchWin")});
   EXPECT_EQ(Search(driver, "1", "und"), kTwice);
   EXPECT_EQ(ResultsOf(driver), (Results{"[" + kGerman + "]", Label("1", "und"), "1"}));
@@ -137,17 +128,12 @@ TEST(WordSearch, ChecksTheFormInOrder) {
 TEST(WordSearch, ReportsATermThatIsNoExpressionOnceAndFetchesNothing) {
   SessionDriver driver;
   driver.OpenWith(kTracks, "");
-  const std::pair<const char*, const char*> rows[] = {
-      {"(", "at character 2, missing closing parenthesis"},
-      {"Москва)", "at character 7, unmatched closing parenthesis"},
-      {"*a", "at character 1, quantifier does not follow a repeatable item"},
-      {"[z-a]", "at character 4, range out of order in character class"},
-  };
-  for (const auto& [term, why] : rows) {
+  for (const auto& [term, why] : {std::pair<std::string, std::string>{"(", "2, missing closing parenthesis"},
+                                  {"Москва)", "7, unmatched closing parenthesis"},
+                                  {"[z-a]", "4, range out of order in character class"}})
     EXPECT_EQ(Search(driver, "0 1 2", term),
-              Lines{Message(std::string("The term \"") + term +
-                            "\" is not a valid search expression: " + why + ".")});
-  }
+              Lines{Message("The term \"" + term + "\" is not a valid search expression: at character " +
+                            why + ".")});
   EXPECT_EQ(driver.server.Requests().size(), 1u);
   EXPECT_EQ(ResultsOf(driver), (Results{"", "", "0"}));
   EXPECT_EQ(Search(driver, "0", "begins"), kTwice);
@@ -163,8 +149,8 @@ TEST(WordSearch, TakesBackWhatARunawayTermHasShown) {
   Search(driver, "1", "und");
   const Results before = ResultsOf(driver);
   EXPECT_EQ(Search(driver, "3 4", runaway), Lines{Message(words)});
-  EXPECT_EQ(ResultsOf(driver).rows, before.rows);
-  EXPECT_EQ(ResultsOf(driver).label, before.label);
+  EXPECT_EQ(ResultsOf(driver)[0], before[0]);
+  EXPECT_EQ(ResultsOf(driver)[1], before[1]);
 }
 
 TEST(Results, LinkToTheSecondOfTheirCue) {
@@ -196,7 +182,7 @@ TEST(Results, AreSavedByteForByte) {
       ReadFile(path),
       "Search results for the term 'it's <p>  new' in the video: https://www.youtube.com/watch?v=abc\n\n"
       "[00:01:02.500]\ta b  c  d<p>ef  g <pp>\n\n[00:14:40.120]\ttwo\n\n\n");
-  EXPECT_EQ(ResultsOf(driver).rows, R"([["00:01:02.500",")" + text + R"("],["00:14:40.120","two"]])");
+  EXPECT_EQ(ResultsOf(driver)[0], R"([["00:01:02.500",")" + text + R"("],["00:14:40.120","two"]])");
 
   const std::string before = driver.Run("dump").at(0);
   EXPECT_EQ(driver.Run("cancel\nclick SearchWin.saveBtn"), Lines{Saved("TEXT", "search_results.txt", "")});

@@ -4,7 +4,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
-#include <spawn.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -23,9 +22,7 @@
 
 #include "gateway/sources/SiteSource.h"
 #include "gateway/sources/yt_dlp.h"
-#include "support/TemporaryFolder.h"
-
-extern char** environ;
+#include "support/processes.h"
 
 namespace site_test {
 
@@ -39,15 +36,8 @@ class Site {
     std::filesystem::create_directory(folder_ / "scratch");
     std::array<int, 2> input{}, output{};
     if (::pipe2(input.data(), O_CLOEXEC) != 0 || ::pipe2(output.data(), O_CLOEXEC) != 0) return;
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, input[0], 0);
-    posix_spawn_file_actions_adddup2(&actions, output[1], 1);
-    std::string name = "python3", script = RAVELYN_SOURCE_DIR "/tests/support/site/site.py";
-    std::string folder = folder_.Path();
-    std::array<char*, 4> arguments{name.data(), script.data(), folder.data(), nullptr};
-    EXPECT_EQ(::posix_spawnp(&pid_, "python3", &actions, nullptr, arguments.data(), environ), 0);
-    posix_spawn_file_actions_destroy(&actions);
+    pid_ = Spawn({"python3", RAVELYN_SOURCE_DIR "/tests/support/site/site.py", folder_.Path()},
+                 {input[0], output[1]});
     ::close(input[0]);
     ::close(output[1]);
     input_ = input[1];

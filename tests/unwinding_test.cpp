@@ -25,23 +25,17 @@ struct Command {
   Lines wholeFiles;  // what each file may hold when it is there at all
 };
 
+const std::string kCues[] = {
+    "1\n00:00:01,000 --> 00:00:02,000\none\n\n2\n00:00:02,000 --> 00:00:03,000\ntwo\n\n"
+    "3\n00:00:03,000 --> 00:00:04,000\nonce\n\n",
+    "1\n00:00:01,000 --> 00:00:02,000\non\n\n2\n00:00:02,000 --> 00:00:03,000\nzwei\n\n"};
+std::string InVtt(const std::string& cues) { return "WEBVTT\n\n" + ReplaceAll(cues, ",", "."); }
+
 const std::map<std::string, Command> kCommands = {
     {"search", {"", "PushButton2", {}}},
     {"text", {"TextBox lineBox", "PushButton1", {"one\ntwo\nonce\n", "on\nzwei\n"}}},
-    {"SRT",
-     {"SRTBox",
-      "PushButton1",
-      {"1\n00:00:01,000 --> 00:00:02,000\none\n\n2\n00:00:02,000 --> 00:00:03,000\ntwo\n\n3\n00:00:03,000 "
-       "--> "
-       "00:00:04,000\nonce\n\n",
-       "1\n00:00:01,000 --> 00:00:02,000\non\n\n2\n00:00:02,000 --> 00:00:03,000\nzwei\n\n"}}},
-    {"WebVTT",
-     {"WebVTTBox",
-      "PushButton1",
-      {"WEBVTT\n\n1\n00:00:01.000 --> 00:00:02.000\none\n\n2\n00:00:02.000 --> "
-       "00:00:03.000\ntwo\n\n3\n00:00:03.000 "
-       "--> 00:00:04.000\nonce\n\n",
-       "WEBVTT\n\n1\n00:00:01.000 --> 00:00:02.000\non\n\n2\n00:00:02.000 --> 00:00:03.000\nzwei\n\n"}}},
+    {"SRT", {"SRTBox", "PushButton1", {kCues[0], kCues[1]}}},
+    {"WebVTT", {"WebVTTBox", "PushButton1", {InVtt(kCues[0]), InVtt(kCues[1])}}},
     {"words", {"", "PushButton3", {}}},
     {"results",
      {"PushButton3",

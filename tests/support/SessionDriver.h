@@ -17,31 +17,28 @@
 using Lines = std::vector<std::string>;
 
 // The objects that a session prints, letter by letter.
-inline std::string Quote(const std::string& text) { return nlohmann::json(text).dump(); }
+using Json = nlohmann::ordered_json;
+inline std::string Quote(const std::string& text) { return Json(text).dump(); }
 inline std::string Message(const std::string& text, const std::string& cause = "") {
-  return R"({"event":"message","text":)" + Quote(text) + (cause.empty() ? "" : ",\"cause\":" + Quote(cause)) +
-         "}";
+  Json message{{"event", "message"}, {"text", text}};
+  if (!cause.empty()) message["cause"] = cause;
+  return message.dump();
 }
 inline std::string Saved(const std::string& filter, const std::string& name, const std::string& path) {
-  return R"({"event":"save","filter":)" + Quote(filter) + R"(,"name":)" + Quote(name) + R"(,"path":)" +
-         (path.empty() ? "null" : Quote(path)) + "}";
+  const Json answer = path.empty() ? Json() : Json(path);
+  return Json{{"event", "save"}, {"filter", filter}, {"name", name}, {"path", answer}}.dump();
 }
-inline std::string Launched(const std::string& path) {
-  return R"({"event":"launch","path":)" + Quote(path) + "}";
+inline std::string Event(const char* name, const char* key, const std::string& value) {
+  return Json{{"event", name}, {key, value}}.dump();
 }
-inline std::string Browsed(const std::string& address) {
-  return R"({"event":"browse","address":)" + Quote(address) + "}";
-}
-inline std::string Shown(const std::string& window) {
-  return R"({"event":"show","window":)" + Quote(window) + "}";
-}
-inline std::string Closed(const std::string& window) {
-  return R"({"event":"close","window":)" + Quote(window) + "}";
-}
+inline std::string Launched(const std::string& path) { return Event("launch", "path", path); }
+inline std::string Browsed(const std::string& address) { return Event("browse", "address", address); }
+inline std::string Shown(const std::string& window) { return Event("show", "window", window); }
+inline std::string Closed(const std::string& window) { return Event("close", "window", window); }
 inline std::string Refused(int line, const std::string& text) {
-  return R"({"event":"error","line":)" + std::to_string(line) + R"(,"text":)" + Quote(text) + "}";
+  return Json{{"event", "error"}, {"line", line}, {"text", text}}.dump();
 }
-inline const std::string kLinkFocused = R"({"event":"focus","control":"Window1.TextField1"})";
+inline const std::string kLinkFocused = Event("focus", "control", "Window1.TextField1");
 
 inline Lines LinesOf(const std::string& text) {
   Lines lines;

@@ -1,6 +1,8 @@
 // Processes that tests start and wait for.
 #pragma once
 
+#include <gtest/gtest.h>
+#include <spawn.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -8,9 +10,25 @@
 #include <cstdlib>
 #include <fstream>
 #include <string>
+#include <vector>
 
 #include "runtime/await.h"
 #include "support/TemporaryFolder.h"
+
+// Starts these words, looked for in PATH, with descriptors as its own 0, 1, ...; -1 leaves out a number.
+inline pid_t Spawn(std::vector<std::string> words, const std::vector<int>& descriptors) {
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  for (std::size_t i = 0; i < descriptors.size(); ++i)
+    if (descriptors[i] >= 0) posix_spawn_file_actions_adddup2(&actions, descriptors[i], static_cast<int>(i));
+  std::vector<char*> arguments;
+  for (std::string& word : words) arguments.push_back(word.data());
+  arguments.push_back(nullptr);
+  pid_t process = -1;
+  EXPECT_EQ(::posix_spawnp(&process, arguments[0], &actions, nullptr, arguments.data(), environ), 0);
+  posix_spawn_file_actions_destroy(&actions);
+  return process;
+}
 
 // The process whose number a command writes into Path().
 class NamedProcess {
