@@ -83,8 +83,7 @@ struct Downloads : Program {
     EXPECT_EQ(folder.Count(), 1U);
   }
 
-  const std::string target = folder / "a.srt";
-  const std::string prefsPath = prefs / "com.tarnvale.ravelyn.user.prefs";
+  const std::string target = folder / "a.srt", prefsPath = prefs / "com.tarnvale.ravelyn.user.prefs";
   const Lines saved{"save:  English.srt"};
 };
 
@@ -94,8 +93,7 @@ TEST(FaultyReplies, CutInTheBodyGiveTheCuesThatAreWhole) {
   Downloads program;
   for (std::size_t cut = 1; cut <= kDocument.size(); ++cut) {
     SCOPED_TRACE(cut);
-    const std::string body = kDocument.substr(0, cut);
-    const std::string expected = FileOf(body);
+    const std::string body = kDocument.substr(0, cut), expected = FileOf(body);
     EXPECT_EQ(program.Run({OpenPage(body)}), program.saved);
     EXPECT_EQ(ReadFile(program.target), expected);
     if (cut % 16 == 0) {

@@ -268,8 +268,7 @@ TEST(Documents, AreNotMadeOfFilesThatTakeTooMuch) {
   const auto srtOf = [](std::size_t cues) {
     return ReplaceAll(std::string(cues, '\n'), "\n", "0:0-->0:0\na\n");
   };
-  const std::string quotes(10u << 20, '"');
-  const std::string tags = ReplaceAll(std::string(3u << 20, '<'), "<", "<a/>");
+  const std::string quotes(10u << 20, '"'), tags = ReplaceAll(std::string(3u << 20, '<'), "<", "<a/>");
   EXPECT_EQ(Convert("srt", srtOf(1'500'000)).fault, "");
   EXPECT_EQ(Convert("srt", srtOf(1'500'001)).fault, "this file is too large");
   EXPECT_EQ(Convert("vtt", "WEBVTT\n\n0:0-->0:0\n" + quotes).fault, "this file is too large");

@@ -114,8 +114,7 @@ class RunningGateway {
  private:
   std::shared_ptr<gateway::CaptionSource> source_;
   gateway::Server server_;
-  Descriptor listener_ = gateway::ListenOnLoopback(0);
-  Descriptor stop_{::eventfd(0, EFD_CLOEXEC)};
+  Descriptor listener_ = gateway::ListenOnLoopback(0), stop_{::eventfd(0, EFD_CLOEXEC)};
   std::thread thread_;
 };
 

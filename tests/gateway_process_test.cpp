@@ -23,13 +23,11 @@ TEST(GatewayProcess, TellsWhatItServesAndEndsOnASignal) {
   WriteFile(folder / "odd.srv1", "");
   for (const int signal : {SIGTERM, SIGINT}) {
     Process process({"--folder", folder.Path(), "--port=0"});
-    const std::string line = process.ReadLine();
-    const std::string address = Address(line);
+    const std::string line = process.ReadLine(), address = Address(line);
     EXPECT_EQ(line, "ravelyn-gateway: http://127.0.0.1:" + std::to_string(PortIn(address)) +
                         "/ serves 1 video with 2 tracks from " + folder.Path() +
                         "; 1 caption file left out, see --help; fetches nothing");
-    const Descriptor hanging = ConnectTo(PortIn(address));
-    const Descriptor client = ConnectTo(PortIn(address));
+    const Descriptor hanging = ConnectTo(PortIn(address)), client = ConnectTo(PortIn(address));
     SendAll(client, GetRequest("/api/timedtext?&v=abc&lang=de"));
     EXPECT_NE(ReadReply(client).body.find(">Worte</text>"), std::string::npos);
     EXPECT_EQ(process.End(signal), 0);
@@ -87,8 +85,7 @@ TEST(GatewayOptions, AreDescribedWithTheBoundsThatHold) {
       "kept for " + Counted(cache.age.count() / 86'400, "days, ") + Counted(cache.bytes >> 20, "MiB in all"),
       seconds(gateway::kSitePatience) + " for the site",
   };
-  const std::string root = RAVELYN_SOURCE_DIR;
-  const std::string help = Flattened(gateway::HelpText());
+  const std::string root = RAVELYN_SOURCE_DIR, help = Flattened(gateway::HelpText());
   std::string man = Flattened(ReadFile(root + "/packaging/man/ravelyn-gateway.1"));
   for (const std::string& phrase : phrases) {
     EXPECT_NE(help.find(phrase), help.npos) << phrase;

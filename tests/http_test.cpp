@@ -85,8 +85,7 @@ TEST_F(HTTP, PostsContentAndForgetsItsLengthOnly) {
   socket.Post(Url("/2"), kPatience);
   socket.SetRequestContent("", "");
   socket.SendRequest("PUT", Url("/3"), kPatience);
-  const std::string type = "\r\nContent-type: text/x ";
-  const std::string head = " HTTP/1.0\r\n" + kDefaults + HostLine();
+  const std::string type = "\r\nContent-type: text/x ", head = " HTTP/1.0\r\n" + kDefaults + HostLine();
   const std::string content = type + "\r\nContent-length: 5\r\n\r\na\r\n\0b"s;
   EXPECT_EQ(server.Requests(), Lines({"POST /1" + head + content, "POST /2" + head + content,
                                       "PUT /3" + head + type + "\r\n\r\n"}));

@@ -74,9 +74,8 @@ TEST(Session, PastesALinkInItsPlainForm) {
   SessionDriver driver;
   const std::string link = "https://youtu.be/-Qn3_tW8yLc?si=abc&t=30";
   driver.Run("open\npaste TextField1 " + link + "\npaste searchField " + link);
-  const auto controls = driver.State()["windows"]["Window1"]["controls"];
-  EXPECT_EQ(controls["TextField1"]["text"], "https://www.youtube.com/watch?v=-Qn3_tW8yLc");
-  EXPECT_EQ(controls["searchField"]["text"], link);
+  EXPECT_EQ(Of(driver, "TextField1")["text"], "https://www.youtube.com/watch?v=-Qn3_tW8yLc");
+  EXPECT_EQ(Of(driver, "searchField")["text"], link);
 }
 
 TEST(Session, PrintsEveryKindOfControl) {
@@ -240,14 +239,12 @@ TEST(Search, ClearsTheBufferAndTheRowsOfTheOneBefore) {
   driver.OpenWith(kThree, "0 2");
   Offer(driver.server, "two", {kThree[1]});
   EXPECT_EQ(driver.Run("type TextField1 youtu.be/two\nclick PushButton2"), Lines{});
-  const auto controls = driver.State()["windows"]["Window1"]["controls"];
-  EXPECT_EQ(controls["Listbox1"]["rows"].dump(), R"([["German","de"]])");
-  EXPECT_EQ(controls["Listbox1"]["selected"].dump(), "[]");
+  EXPECT_EQ(Rows(driver) + Of(driver, "Listbox1")["selected"].dump(), R"([["German","de"]][])");
   EXPECT_EQ(
-      controls["XMLList"]["rows"].dump(),
+      Of(driver, "XMLList")["rows"].dump(),
       R"xml([["0 lang_code=\"de\" lang_original=\"?\" lang_translated=\"German\" lang_default=\"true\"/>"]])xml");
   EXPECT_EQ(
-      controls["TextArea1"]["text"],
+      Of(driver, "TextArea1")["text"],
       R"(<?xml version="1.0" encoding="utf-8"?><transcript_list docid="7">:::<track id="0" name="" lang_code="de" lang_original="?" lang_translated="German" lang_default="true"/>:::</transcript_list>)");
   // The link may change: what was found belongs to the video that was searched for.
   EXPECT_EQ(driver.Run("type TextField1 another\nselect 0\nclick SRTBox\nclick PushButton1"),

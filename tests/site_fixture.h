@@ -107,8 +107,7 @@ class Site {
  private:
   TemporaryFolder folder_;
   pid_t pid_ = -1;
-  int input_ = -1;
-  int output_ = -1;
+  int input_ = -1, output_ = -1;
 };
 
 inline std::size_t OpenDescriptors() {
