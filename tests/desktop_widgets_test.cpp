@@ -11,38 +11,18 @@
 namespace {
 
 // Which a widget may have or not. None of them hangs on the fonts of the machine.
-constexpr const char* kProperties[] = {"acceptDrops",
-                                       "accessibleName",
-                                       "alignment",
-                                       "autoDefault",
-                                       "autoExclusive",
-                                       "checked",
-                                       "cornerButtonEnabled",
-                                       "default",
-                                       "editTriggers",
-                                       "enabled",
-                                       "focusPolicy",
-                                       "horizontalScrollBarPolicy",
-                                       "maxLength",
-                                       "objectName",
-                                       "placeholderText",
-                                       "readOnly",
-                                       "selectionBehavior",
-                                       "selectionMode",
-                                       "showGrid",
-                                       "tabChangesFocus",
-                                       "tabKeyNavigation",
-                                       "textFormat",
-                                       "textInteractionFlags",
-                                       "verticalScrollBarPolicy",
-                                       "verticalScrollMode",
-                                       "visible",
-                                       "wordWrap"};
+const QByteArrayList kProperties =
+    QByteArray(
+        "acceptDrops accessibleName alignment autoDefault autoExclusive checked cornerButtonEnabled default "
+        "editTriggers enabled focusPolicy horizontalScrollBarPolicy maxLength objectName placeholderText "
+        "readOnly selectionBehavior selectionMode showGrid tabChangesFocus tabKeyNavigation textFormat "
+        "textInteractionFlags verticalScrollBarPolicy verticalScrollMode visible wordWrap")
+        .split(' ');
 
 void describe(QTextStream& out, const QWidget& widget) {
   out << "\n" << widget.metaObject()->className();
-  for (const char* name : kProperties) {
-    const QVariant value = widget.property(name);
+  for (const QByteArray& name : kProperties) {
+    const QVariant value = widget.property(name.constData());
     if (!value.isValid()) continue;
     out << " " << name << "=";
     value.typeId() == QMetaType::QString ? out << value.toString() : out << value.toInt();

@@ -19,6 +19,7 @@
 #include "runtime/exceptions.h"
 #include "support/FakePlatform.h"
 #include "support/TemporaryFolder.h"
+#include "support/rows.h"
 
 // What was done to files by name, in order.
 static thread_local std::vector<std::string> done;
@@ -329,43 +330,34 @@ TEST(Names, BecomePlain) {
   const std::string e = "\xC3\xA9";
   std::string many;
   for (int i = 0; i < 150; ++i) many += e;
-  const std::pair<std::string, std::string> cases[] = {
-      {"German.txt", "German.txt"},
-      {"../../etc/passwd", "___.._etc_passwd"},
-      {"a\\b:c\x01\x7F\n", "a_b_c___"},
-      {"\xE2\x80\xAEgpj.exe", "_gpj.exe"},
-      {"a\xE2\x81\xA6"
-       "b\xD8\x9C\xEF\xBB\xBF\xC2\x85",
-       "a_b___"},
-      {"\x1F\xC2\x80\xC2\x9F\xC2\xAD \xE2\x80\x8B\xE2\x80\x8F \xE2\x80\xA8\xE2\x80\xAE "
-       "\xE2\x81\xA0\xE2\x81\xAF",
-       "____ __ __ __"},  // first and last of what is dropped, then what stands next to it
-      {" \xC2\xA0\xE2\x80\x8A\xE2\x80\x90\xE2\x80\xA7\xE2\x80\xAF\xE2\x81\x9F\xE2\x81\xB0",
-       " \xC2\xA0\xE2\x80\x8A\xE2\x80\x90\xE2\x80\xA7\xE2\x80\xAF\xE2\x81\x9F\xE2\x81\xB0"},
-      {".hidden", "_.hidden"},
-      {"..txt", "_.txt"},
-      {"...a.srt", "___a.srt"},
-      {".txt", "_.txt"},
-      {"", "_"},
-      {".", "_."},
-      {".a hidden name with a long tail", "_a hidden name with a long tail"},
-      {"a\xFF\xC3(\xED\xA0\x80.vtt", "a__(___.vtt"},
-      // The last and the first that are characters, then what stands next to them.
-      {"\xC2\xA1\xDF\xBF\xE0\xA0\x80\xED\x9F\xBF\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF",
-       "\xC2\xA1\xDF\xBF\xE0\xA0\x80\xED\x9F\xBF\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF"},
-      {"\xC1\xBF \xE0\x9F\xBF \xF0\x8F\xBF\xBF \xF4\x90\x80\x80 \xF5\x80\x80\x80 \xE2\x80",
-       "__ ___ ____ ____ ____ __"},
-      {"日本語 (Brésil).srt", "日本語 (Brésil).srt"},
-      {std::string(300, 'n') + ".vtt", std::string(196, 'n') + ".vtt"},
+  for (
+      const auto& row : Rows(
+          "German.txt~German.txt|../../etc/"
+          "passwd~___.._etc_passwd|a\\b:c\x01\x7F\n~a_b_c___|a\0b~a_b|.hidden~_.hidden|"
+          "..txt~_.txt|...a.srt~___a.srt|.txt~_.txt|~_|.~_.|.a hidden name with a tail~_a hidden name with a "
+          "tail|"
+          "a\xFF\xC3(\xED\xA0\x80.vtt~a__(___.vtt|\xE2\x80\xAEgpj.exe~_gpj.exe|"
+          // Of each range the first and the last that is dropped; of characters the first and the last, and
+          // what is none.
+          "\x1F\xC2\x80\xC2\x9F\xC2\xAD\xD8\x9C\xEF\xBB\xBF\xE2\x80\x8B\xE2\x80\x8F\xE2\x80\xA8\xE2\x80\xAE"
+          "\xE2\x81\xA0\xE2\x81\xAF~____________|"
+          "\xC1\xBF \xE0\x9F\xBF \xF0\x8F\xBF\xBF \xF4\x90\x80\x80 \xF5\x80\x80\x80 \xE2\x80~__ ___ ____ ____ ____ __"s))
+    EXPECT_EQ(PlainFileName(row[0]), row[1]) << row[0];
+  for (const std::string& same :
+       {" \xC2\xA0\xE2\x80\x8A\xE2\x80\x90\xE2\x80\xA7\xE2\x80\xAF\xE2\x81\x9F\xE2\x81\xB0"s,
+        "\xC2\xA1\xDF\xBF\xE0\xA0\x80\xED\x9F\xBF\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF"s,
+        "日本語 (Brésil).srt"s})
+    EXPECT_EQ(PlainFileName(same), same);
+  const std::string n(300, 'n'), fifteen = ".fifteen-letters";
+  const std::pair<std::string, std::string> cuts[] = {
+      {n + ".vtt", n.substr(0, 196) + ".vtt"},
       {many + ".txt", many.substr(0, 196) + ".txt"},
       {"x" + many + ".txt", "x" + many.substr(0, 194) + ".txt"},
-      {std::string(300, 'n'), std::string(200, 'n')},
-      {"a." + std::string(300, 'n'), "a." + std::string(198, 'n')},
-      {std::string(300, 'n') + ".fifteen-letters", std::string(184, 'n') + ".fifteen-letters"},
-      {std::string(300, 'n') + ".sixteen--letters", std::string(200, 'n')},
-      {"a\0b"s, "a_b"},
-  };
-  for (const auto& [name, plain] : cases) EXPECT_EQ(PlainFileName(name), plain) << name;
+      {n, n.substr(0, 200)},
+      {"a." + n, "a." + n.substr(0, 198)},
+      {n + fifteen, n.substr(0, 184) + fifteen},
+      {n + ".sixteen--letters", n.substr(0, 200)}};
+  for (const auto& [name, plain] : cuts) EXPECT_EQ(PlainFileName(name), plain);
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include "support/LoopbackServer.h"
 #include "support/TemporaryFolder.h"
 #include "support/clocks.h"
+#include "support/rows.h"
 
 namespace {
 
@@ -159,18 +160,13 @@ TEST_F(Faults, WhatCanBreakTheRequestIsNotSent) {
 TEST_F(Faults, AConnectionThatNeverStoodIsAnError) {
   int closedPort = 0;
   { closedPort = LoopbackServer().Port(); }
-  const std::pair<std::string, int> cases[] = {
-      {"127.0.0.1:" + std::to_string(closedPort), ECONNREFUSED},
-      {"http:///p", 10003},
-      {"", kErrorBadAddress},
-      {"127.0.0.1:65536/", kErrorBadAddress},
-      {"127.0.0.1:-1/", kErrorBadAddress},
-      {"127.0.0.1:99999999999999999999/", kErrorBadAddress},
-      {"no-such-host.invalid/", kErrorNameNotFound},
-      {"a b/", 10002},
-      {std::string(5000, 'h') + "/", kErrorNameNotFound},
-  };
-  for (const auto& [url, error] : cases) {
+  for (const auto& row : Rows("111~127.0.0.1:" + std::to_string(closedPort) +
+                              "|10003~http:///p|10003~|10003~127.0.0.1:65536/|"
+                              "10003~127.0.0.1:-1/|10003~127.0.0.1:99999999999999999999/"
+                              "|10002~no-such-host.invalid/|10002~a b/|10002~" +
+                              std::string(5000, 'h') + "/")) {
+    const std::string& url = row[1];
+    const int error = std::stoi(row[0]);
     HTTPSocket fresh;
     EXPECT_EQ(fresh.Get(url, kTimeOut), "") << url;
     EXPECT_EQ(fresh.ErrorCode(), error) << url;

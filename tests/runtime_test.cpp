@@ -17,6 +17,7 @@
 #include "runtime/exceptions.h"
 #include "support/FakePlatform.h"
 #include "support/processes.h"
+#include "support/rows.h"
 #include "timedtext/TimecodeList.h"
 
 namespace {
@@ -389,15 +390,10 @@ TEST_F(Run, ListsKeepRowsCellsAndSelection) {
 
 TEST(Shell, WaitsAndTellsTheStatus) {
   Shell shell;
-  for (const auto& [command, status] :
-       {std::pair("true", 0),
-        {"exit 7", 7},
-        {"kill -9 $$", 137},
-        {"no-such-command-here", 127},
-        {"", 0},
-        {"[ $(for i in 0 1 2; do readlink /proc/$$/fd/$i; done | sort -u) = /dev/null ]", 0}}) {
-    shell.Execute(command);
-    EXPECT_EQ(shell.ErrorCode(), status) << command;
+  for (const auto& row : Rows("0~true|7~exit 7|137~kill -9 $$|127~no-such-command-here|0~|0~for i in 0 1 2; "
+                              "do [ $(readlink /proc/$$/fd/$i) = /dev/null ] || exit; done")) {
+    shell.Execute(row[1]);
+    EXPECT_EQ(std::to_string(shell.ErrorCode()), row[0]) << row[1];
     EXPECT_FALSE(shell.IsRunning());
   }
   shell.TimeOut = 50;

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "runtime/Numbers.h"
+#include "support/rows.h"
 #include "timedtext/TimedText.h"
 
 // The exact half of 0.125 goes up. A second that rounds up to sixty carries, and nothing gets a sign by it.
@@ -48,15 +49,9 @@ TEST(Timecode, KeepsEveryHundredthOfTwoHoursInItsFields) {
 
 TEST(Timecode, GoesToTheCommaFormAndBackToSeconds) {
   EXPECT_EQ(ToCommaTimecode("00:01:23.33"), "00:01:23,330");
-  const std::pair<const char*, const char*> rows[] = {{"01:02:05.50", "3725.5"},
-                                                      {"00:01:02,500", "62"},
-                                                      {"00:00:59,990", "59"},
-                                                      {"100:00:00.25", "360000.25"},
-                                                      {"00:00:00,000", "0"},
-                                                      {"01:02", "3720"},
-                                                      {"", "0"},
-                                                      {"a:b:c", "0"}};
-  for (const auto& [timecode, seconds] : rows) EXPECT_EQ(timecodeToSecs(timecode), seconds) << timecode;
+  for (const auto& row : Rows("01:02:05.50~3725.5|00:01:02,500~62|00:00:59,990~59|100:00:00.25~360000.25|00:"
+                              "00:00,000~0|01:02~3720|~0|a:b:c~0"))
+    EXPECT_EQ(timecodeToSecs(row[0]), row[1]) << row[0];
 }
 
 TEST(Timecode, EndsACueBehindItsOwnStart) {

@@ -8,6 +8,7 @@
 
 #include "support/Program.h"
 #include "support/cues.h"
+#include "support/rows.h"
 #include "timedtext/normalise.h"
 
 namespace {
@@ -57,19 +58,9 @@ TEST(TimedText, ReadsThreeFieldsToACueByPosition) {
 }
 
 TEST(TimedText, TurnsLineEndsOfACueIntoBlanks) {
-  const std::pair<std::string, std::string> rows[] = {{"a\nb", "a b"},
-                                                      {"a\r\nb", "a b"},
-                                                      {"a\rb", "a b"},
-                                                      {"a\n\nb\r", "a  b "},
-                                                      {"\n", " "},
-                                                      {"  a  ", "  a  "},
-                                                      {"a\xFD\xFF"
-                                                       "b",
-                                                       "a b"},
-                                                      {"\xFD", "\xFD"},
-                                                      {"\xFF\xFD", "\xFF\xFD"},
-                                                      {"\xE2\x80\xA8", "\xE2\x80\xA8"}};
-  for (const auto& [text, clean] : rows) EXPECT_EQ(CleanCueText(text), clean);
+  for (const auto& row : Rows("a\nb~a b|a\r\nb~a b|a\rb~a b|a\n\nb\r~a  b |\n~ |  a  ~  a  |y\xFD\xFFz~y "
+                              "z|\xFD~\xFD|\xFF\xFD~\xFF\xFD|\xE2\x80\xA8~\xE2\x80\xA8"))
+    EXPECT_EQ(CleanCueText(row[0]), row[1]);
 }
 
 TEST(Writers, SaveEachFormByteForByte) {

@@ -1,0 +1,14 @@
+// Tables of short texts, written as one.
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "runtime/Text.h"
+
+// "|" stands between rows, "~" between the fields of a row.
+inline std::vector<StringArray> Rows(std::string_view table) {
+  std::vector<StringArray> rows;
+  for (const std::string& row : Split(table, "|")) rows.push_back(Split(row, "~"));
+  return rows;
+}
