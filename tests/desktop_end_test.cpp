@@ -41,6 +41,7 @@ void end(const std::string& how) {
   } else if (how == "screen") {
     std::exit(1);  // what Qt does where the connection to the screen breaks
   } else {
+    if (how == "TERM" && ::signal(SIGHUP, SIG_IGN) != SIG_IGN) std::_Exit(1);
     ::raise(how == "TERM" ? SIGTERM : how == "INT" ? SIGINT : SIGHUP);
   }
 }
@@ -96,6 +97,7 @@ Ended runAndEnd(const std::string& how, const std::string& moment, const std::st
   const pid_t process = ::fork();
   if (process == 0) {
     ::setenv("XDG_CONFIG_HOME", config.Path().c_str(), 1);
+    ::signal(SIGHUP, how == "TERM" ? SIG_IGN : SIG_DFL);  // ignored as under nohup
     ::alarm(60);
     ::execl(self.c_str(), "ravelyn", "--program", how.c_str(), moment.c_str(), server.c_str(),
             folder.Path().c_str(), nullptr);

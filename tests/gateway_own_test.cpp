@@ -143,6 +143,10 @@ TEST(OwnGateway, AnswersWhatCameBeforeItStarted) {
   EXPECT_EQ(answer, "pid " + pid + " descriptors 0 1 2 3 handed over");
   EXPECT_EQ(::getpgid(std::stoi(pid)), std::stoi(pid)) << "a group of its own";
 
+  HTTPSocket other;
+  EXPECT_EQ(other.Get("http://127.0.0.2:" + std::to_string(own.port) + "/", 20), "");
+  EXPECT_EQ(other.LastErrorCode(), ECONNREFUSED) << "it is there for this machine alone";
+
   ::close(leaky);
   for (const int signal : {SIGPIPE, SIGHUP, SIGINT}) ::signal(signal, SIG_DFL);
   ::sigprocmask(SIG_UNBLOCK, &term, nullptr);

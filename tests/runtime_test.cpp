@@ -390,8 +390,8 @@ TEST_F(Run, ListsKeepRowsCellsAndSelection) {
 
 TEST(Shell, WaitsAndTellsTheStatus) {
   Shell shell;
-  for (const auto& row : Rows("0~true|7~exit 7|137~kill -9 $$|127~no-such-command-here|0~|0~for i in 0 1 2; "
-                              "do [ $(readlink /proc/$$/fd/$i) = /dev/null ] || exit; done")) {
+  for (const auto& row : Rows("0~true|7~exit 7|137~kill -9 $$|127~no-such-command-here|0~|0~set -e; for i in "
+                              "0 1 2; do [ $(readlink /proc/$$/fd/$i) = /dev/null ]; done")) {
     shell.Execute(row[1]);
     EXPECT_EQ(std::to_string(shell.ErrorCode()), row[0]) << row[1];
     EXPECT_FALSE(shell.IsRunning());
