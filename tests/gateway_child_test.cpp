@@ -166,7 +166,8 @@ TEST(GatewayChild, IsLookedForAtThreePlacesAndAskedForItsVersion) {
   EXPECT_EQ(found("yt-dlp"), inPath + " 2026.10.26");
   EXPECT_EQ(found("none"), " ");
   for (const std::string rubbish :
-       {"echo youtube-dl 2021", "echo 2023.3.4", "yes", "exit 1", "echo 2026.10.26; exit 1"})
+       {"echo youtube-dl 2021", "echo 2023.3.4", "echo 2026.10.261", "echo 2026.10.26.x", "echo 2026-10.26",
+        "echo 2026.10-26", "echo 2.26.10.26", "yes", "exit 1", "echo 2026.10.26; exit 1"})
     EXPECT_EQ(found(programs.Write("rubbish", rubbish)), (programs.folder / "rubbish") + " ") << rubbish;
   EXPECT_EQ(gateway::FindYtDlp(programs.Write("hanging", "sleep 1000"), 300ms).version, "");
   ::setenv("PATH", "", 1);

@@ -149,6 +149,12 @@ TEST(GatewaySite, KeepsOneChildWarmAndUsesIt) {
     EXPECT_NE(first, second);
   }
   EXPECT_EQ(ReadFile(folder / "starts").size(), 3u) << "for the list, and the two that waited";
+  {
+    SiteSource source(settings, limits);
+    source.Tracks(CodeOf("many"), {});
+    for (const pid_t child : site.Children()) EXPECT_TRUE(::kill(child, SIGKILL) == 0 && Ends(child));
+    EXPECT_EQ(source.Text(CodeOf("many"), "x00", {}).cause, "") << "from another than the one that died";
+  }
   limits.warm = 0ms;
   SiteSource source(settings, limits);
   source.Tracks(CodeOf("many"), {});

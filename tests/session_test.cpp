@@ -151,7 +151,7 @@ TEST(Session, AnswersAnActionThatCantBeDoneWithOneErrorAndGoesOn) {
 TEST(Session, TypesAndSelectsAsAPersonWould) {
   SessionDriver driver;
   driver.OpenWith(kThree, "0 1 2");
-  driver.Run("type searchField  two  blanks \nselect 2 2 1");
+  driver.Run("type searchField  two  blanks \nselect  2  2 1");
   EXPECT_EQ(Of(driver, "searchField")["text"], " two  blanks ");
   EXPECT_EQ(Of(driver, "Listbox1")["selected"].dump(), "[1,2]");
   driver.Run("type searchField\nselect");
