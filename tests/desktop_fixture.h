@@ -36,7 +36,8 @@ class TestHost : public QtPlatform {
   bool opens = true;                             // the system has a program for what is opened
   bool opensByProgram = false;                   // the first xdg-open in PATH
   bool hasLeft = false;
-  int waits = 0;  // that may sleep
+  int waits = 0;               // that may sleep
+  std::int64_t answering = 0;  // ticks that the user takes for each answer
   TemporaryFolder prefs;
 
   void MessageBox(const std::string& text, const std::string& cause) override {
@@ -46,6 +47,7 @@ class TestHost : public QtPlatform {
   std::optional<std::string> AskSavePath(const std::string& filter, const std::string& name) override {
     calls.push_back("save: " + filter + " " + name);
     steps.push_back(App::Get().CommandStep());
+    ahead_ += answering;
     if (realSaves) return QtPlatform::AskSavePath(filter, name);
     if (saves.empty()) return std::nullopt;
     auto answer = saves.front();
@@ -58,6 +60,8 @@ class TestHost : public QtPlatform {
     QtPlatform::ProcessEvents(milliseconds, awaited);
   }
 
+  std::int64_t Ticks() override { return QtPlatform::Ticks() + ahead_; }
+
  protected:
   bool open(const QUrl& url, const std::function<void()>& failed) override {
     if (opensByProgram) return QtPlatform::open(url, failed);
@@ -65,6 +69,9 @@ class TestHost : public QtPlatform {
     return opens;
   }
   void leaveLoop() override { hasLeft = true; }
+
+ private:
+  std::int64_t ahead_ = 0;
 };
 
 // nullptr where none stands.

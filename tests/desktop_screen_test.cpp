@@ -239,13 +239,19 @@ TEST(SaveDialog, StartsWithNameFolderAndKinds) {
   EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Save \u2013 Spanish, 3 of 8"));
   EXPECT_EQ(dialog->selectedFiles(), QStringList{QString::fromStdString(folder / "search_results.txt")});
   EXPECT_EQ(dialog->nameFilters().constFirst(), QStringLiteral("Text files (*.txt *.text)"));
-  EXPECT_FALSE(dialog->testOption(QFileDialog::DontConfirmOverwrite));
   const auto any = makeSaveDialog("", "German.srt", QString::fromStdString(folder.Path()), "", nullptr);
   EXPECT_EQ(any->windowTitle(), QStringLiteral("Save"));
   EXPECT_EQ(any->nameFilters().size(), 1);
   for (const auto& [typed, saved] : {std::pair("Mein Name", "Mein Name.srt"), {"Mein.txt", "Mein.txt"}}) {
     any->selectFile(QString::fromUtf8(typed));
     EXPECT_EQ(any->selectedFiles(), QStringList{QString::fromStdString(folder / saved)});
+  }
+  for (const auto& [typed, saved] : {std::pair("/a.b/Dr. Smith", "/a.b/Dr. Smith.srt"),
+                                     {"Vol. 2.5", "Vol. 2.5.srt"},
+                                     {"a.srt", "a.srt"},
+                                     {"a.3gp", "a.3gp"},
+                                     {"a.", "a..srt"}}) {
+    EXPECT_EQ(withEnding(QString::fromUtf8(typed), "German.srt").toStdString(), saved);
   }
 }
 

@@ -17,6 +17,7 @@ TEST_F(Desktop, SavesTheChosenLanguagesOfALink) {
   const TemporaryFolder folder;
   Offer(server, "abc", kTwoLanguages);
   host.saves = {folder / "one.srt", std::nullopt};
+  host.answering = 600;
   search(QStringLiteral("abc"));
   ASSERT_EQ(languages().model()->rowCount(), 2);
   EXPECT_EQ(languages().model()->index(1, 0).data().toString(), QStringLiteral("German"));
@@ -34,6 +35,9 @@ TEST_F(Desktop, SavesTheChosenLanguagesOfALink) {
             "1\n00:00:00,000 --> 00:00:02,500\nThe harbour wakes\n\n"
             "2\n00:01:02,500 --> 00:01:05,500\nA gull over the harbour\n\n");
   EXPECT_EQ(host.steps, (Calls{"English, 1 of 2", "German, 2 of 2"}));
+  QStringList shown;
+  for (const QLabel* label : view(form()).findChildren<QLabel*>()) shown << label->text();
+  EXPECT_TRUE(shown.contains(QStringLiteral("1 saved, 1 cancelled"))) << "in no time but the user's";
   EXPECT_EQ(languages().selectionModel()->selectedRows().size(), 2);
 }
 
@@ -489,6 +493,19 @@ TEST_F(Desktop, ASaveDialogStartsWhereTheLastFileWent) {
   EXPECT_EQ(ask(folder / "a.srt"), folder / "a.srt");
   EXPECT_EQ(ask(""), std::nullopt);
   EXPECT_EQ(ask(folder / "\xC3\xA9.srt"), folder / "\xC3\xA9.srt");
+  for (const bool replaces : {false, true}) {
+    WriteFile(folder / "a.srt", "kept");
+    QTimer looking;
+    bool declined = false;
+    QObject::connect(&looking, &QTimer::timeout, [&] {
+      auto* question = standingDialog<QMessageBox>();
+      if (question) question->button(replaces ? QMessageBox::Yes : QMessageBox::No)->click();
+      declined |= question && !replaces;
+      if (auto* dialog = standingDialog<QFileDialog>(); dialog && declined) dialog->reject();
+    });
+    looking.start(5);
+    EXPECT_EQ(ask(folder / "a.srt"), replaces ? std::optional(folder / "a.srt") : std::nullopt);
+  }
   EXPECT_EQ(folders.at(1), folder.Path());
   EXPECT_EQ(folders.at(2), folder.Path()) << "also after one that was cancelled";
 }

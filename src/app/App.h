@@ -47,6 +47,7 @@ class App : public Application {
   void Event_Open() override;
   void Event_Close() override;
   void Event_CommandBegins() override;
+  void Event_UserAnswered(std::int64_t ticks) override { progress.begun += ticks; }
   std::string CommandOutcome(bool wasStopped) const override;
 
  private:

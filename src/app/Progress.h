@@ -6,7 +6,7 @@
 #include <string>
 
 struct Progress {
-  std::int64_t begun = 0;                             // Ticks
+  std::int64_t begun = 0;                             // Ticks, later by what the user took for answers
   std::int64_t languages = -1;                        // that a search has listed; -1 where none was
   std::int64_t saved = 0, cancelled = 0, failed = 0;  // files
   std::string folder;                                 // of those saved, as long as it is one; its path

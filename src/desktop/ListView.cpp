@@ -44,7 +44,7 @@ std::vector<bool> rowsOf(const QItemSelection& selection, std::int64_t count) {
   return rows;
 }
 
-// Shows the focus on a row, not on a cell of it.
+// Shows the focus on a row, not on a cell of it, and each text in the direction of its script.
 class RowDelegate : public QStyledItemDelegate {
  public:
   explicit RowDelegate(const ListView& list) : list_(list) {}
@@ -55,6 +55,10 @@ class RowDelegate : public QStyledItemDelegate {
     const bool hasFocus = list_.hasFocus() && list_.currentIndex().row() == index.row();
     option->state.setFlag(QStyle::State_HasFocus, hasFocus);
     option->state.setFlag(QStyle::State_MouseOver, false);
+    const bool turned = option->direction == Qt::RightToLeft;
+    option->displayAlignment =
+        (turned ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute | Qt::AlignVCenter;
+    option->direction = option->text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight;
   }
 
  private:
@@ -177,7 +181,8 @@ void ListView::keyPressEvent(QKeyEvent* event) {
   if (isReturn && clickCell(currentIndex(), visualRect(currentIndex()).center())) return event->accept();
   if (isReturn) return event->ignore();
   if (event->matches(QKeySequence::Copy)) return copySelection();
-  if (event->key() == Qt::Key_Down && selectCurrent()) return event->accept();
+  const bool stays = event->key() == Qt::Key_Home && currentIndex().row() == 0;
+  if ((stays || event->key() == Qt::Key_Down) && selectCurrent()) return event->accept();
   QTableView::keyPressEvent(event);
 }
 

@@ -195,8 +195,11 @@ std::optional<std::string> QtPlatform::AskSavePath(const std::string& filter, co
   if (saveFolder_.isEmpty()) saveFolder_ = documentsFolder();
   const auto dialog =
       makeSaveDialog(filter, name, saveFolder_, Application::Current().CommandStep(), parentForDialog());
-  if (run(*dialog) != QDialog::Accepted || dialog->selectedFiles().isEmpty()) return std::nullopt;
-  const QString path = dialog->selectedFiles().constFirst();
+  QString path;
+  do {
+    if (run(*dialog) != QDialog::Accepted || dialog->selectedFiles().isEmpty()) return std::nullopt;
+    path = withEnding(dialog->selectedFiles().constFirst(), name);
+  } while (QFileInfo::exists(path) && run(*makeReplaceQuestion(path, parentForDialog())) != QMessageBox::Yes);
   saveFolder_ = QFileInfo(path).absolutePath();
   return QFile::encodeName(path).toStdString();
 }

@@ -13,12 +13,13 @@ namespace {
 constexpr int kReading = 2000;  // milliseconds
 }
 
-StatusLine::StatusLine(QWidget& content, const std::function<void()>& stop)
-    : label_(new QLabel(&content)),
-      running_(new Announcement(content)),
-      ended_(new Announcement(content)),
-      stop_(new QPushButton(QObject::tr("Stop"), &content)) {
+StatusLine::StatusLine(QWidget& window, const std::function<void()>& stop)
+    : label_(new QLabel(&window)),
+      running_(new Announcement(window)),
+      ended_(new Announcement(window)),
+      stop_(new QPushButton(QObject::tr("Stop"), &window)) {
   label_->setTextFormat(Qt::PlainText);
+  label_->setAutoFillBackground(true);  // in a window made small it stands over controls
   label_->hide();
   stop_->setObjectName(QStringLiteral("stop"));
   stop_->setFocusPolicy(Qt::TabFocus);
@@ -39,6 +40,8 @@ void StatusLine::place(const QRect& line) {
   QRect words = line, button = line;
   button.setLeft(line.right() + 1 - stop_->sizeHint().width());
   words.setRight(button.left() - 1);
+  const bool turned = label_->layoutDirection() == Qt::RightToLeft;
+  label_->setAlignment((turned ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute | Qt::AlignVCenter);
   label_->setGeometry(QStyle::visualRect(label_->layoutDirection(), line, words));
   stop_->setGeometry(QStyle::visualRect(label_->layoutDirection(), line, button));
   fit();

@@ -14,8 +14,8 @@ class QPushButton;
 
 class StatusLine {
  public:
-  // Its widgets belong to content. stop is called when the user presses the button.
-  StatusLine(QWidget& content, const std::function<void()>& stop);
+  // Its widgets belong to window. stop is called when the user presses the button.
+  StatusLine(QWidget& window, const std::function<void()>& stop);
 
   void takeLetters();  // of the desktop's size
   void place(const QRect& line);

@@ -35,7 +35,7 @@ Qt::WindowFlags flagsOf(const WindowFrame& frame) {
 }  // namespace
 
 WindowView::WindowView(Window& record, const ChooseItem& choose)
-    : record_(&record), content_(new Content(record, *this)), status_(*content_, [this] { stopCommand(); }) {
+    : record_(&record), content_(new Content(record, *this)), status_(*this, [this] { stopCommand(); }) {
   content_->hide();
   setUpMenu(choose);
   setUpFrame();

@@ -61,6 +61,7 @@ class WindowView : public QWidget {
   void setUpFrame();
   void takeSize();
   void scroll();
+  QSize barsFor(const QSize& whole, const QSize& room) const;
   int menuHeight(int width) const;
   void fill();
   void setUpMenu(const ChooseItem& choose);

@@ -4,6 +4,7 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QStyle>
 #include <algorithm>
 
@@ -21,12 +22,6 @@ QSize roomOn(const QWidget& window) {
   return window.screen()->availableGeometry().size() - QSize(kBorders, title + kBorders);
 }
 
-// What scroll bars take where room is too small for something.
-QSize barsFor(const QSize& whole, const QSize& room) {
-  const int bar = QApplication::style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-  return {whole.height() > room.height() ? bar : 0, whole.width() > room.width() ? bar : 0};
-}
-
 // Where the controls begin, and so the line of text below them.
 int leftmostOf(const Window& record) {
   int left = record.Width();
@@ -34,6 +29,12 @@ int leftmostOf(const Window& record) {
     if (control->Kind() == ControlKind::Label) left = std::min(left, control->Left());
   }
   return scaled(left);
+}
+
+bool startsCommands(const Window& record) {
+  const auto& controls = record.Controls();
+  return std::any_of(controls.begin(), controls.end(),
+                     [](const Control* c) { return c->LookOf().startsCommand; });
 }
 
 }  // namespace
@@ -53,6 +54,12 @@ void WindowView::scroll() {
   content_->setVisible(isFilled);
   scroller_->show();
   if (isFilled && focused) focused->setFocus();
+}
+
+// What scroll bars take where room is too small for something.
+QSize WindowView::barsFor(const QSize& whole, const QSize& room) const {
+  const int bar = scroller_ ? scroller_->verticalScrollBar()->sizeHint().width() : 0;
+  return {whole.height() > room.height() ? bar : 0, whole.width() > room.width() ? bar : 0};
 }
 
 // The size of the record at the scale of the letters. A window whose first size is too large for the screen
@@ -76,16 +83,18 @@ void WindowView::takeSize() {
 void WindowView::layOut() {
   const int above = menuHeight(width());
   if (bar_) bar_->setGeometry(0, 0, width(), above);
-  const QRect ground(0, above, width(), height() - above);
+  const int high = scaled(kStatusHeight);
+  QRect ground(0, above, width(), height() - above);
   if (scroller_) {
+    if (startsCommands(*record_)) ground.setHeight(ground.height() - high);  // the status stays in sight
     scroller_->setGeometry(ground);
     const QSize least(scaled(record_->Frame().width), scaled(record_->Frame().height));
     content_->resize(least.expandedTo(ground.size() - barsFor(least, ground.size())));
   } else {
     content_->setGeometry(ground);
   }
-  const int margin = leftmostOf(*record_), high = scaled(kStatusHeight);
-  status_.place({margin, content_->height() - high, content_->width() - 2 * margin, high});
+  const int margin = leftmostOf(*record_);
+  status_.place({margin, height() - high, width() - 2 * margin, high});
   // Some text areas come into sight only now; mirrored places count from the right edge.
   const bool isTurned = layoutDirection() == Qt::RightToLeft;
   for (const Entry& entry : entries_) {

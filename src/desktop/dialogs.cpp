@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScreen>
 #include <algorithm>
 
@@ -76,12 +77,29 @@ std::unique_ptr<QMessageBox> makeCannotOpen(const QString& words, const std::str
   return box;
 }
 
+std::unique_ptr<QMessageBox> makeReplaceQuestion(const QString& path, QWidget* parent) {
+  const QString words = QObject::tr("\"%1\" already exists. Do you want to replace it?");
+  auto box = makeMessage(words.arg(QFileInfo(path).fileName()).toStdString(), "", parent);
+  box->setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+  box->setDefaultButton(QMessageBox::No);
+  box->setEscapeButton(QMessageBox::No);
+  return box;
+}
+
+QString withEnding(const QString& path, const std::string& suggested) {
+  static const QRegularExpression ending(QStringLiteral("\\.(?=[0-9]*[A-Za-z])[0-9A-Za-z]{1,8}$"));
+  const QString own = QFileInfo(QString::fromStdString(suggested)).suffix();
+  const bool isWhole = own.isEmpty() || ending.match(QFileInfo(path).fileName()).hasMatch();
+  return isWhole ? path : path + QChar(u'.') + own;
+}
+
 std::unique_ptr<QFileDialog> makeSaveDialog(const std::string& filter, const std::string& name,
                                             const QString& folder, const std::string& step, QWidget* parent) {
   auto dialog = std::make_unique<QFileDialog>(parent);
   dialog->setAcceptMode(QFileDialog::AcceptSave);
   dialog->setWindowTitle(saveTitle(step));
   dialog->setFileMode(QFileDialog::AnyFile);
+  dialog->setOption(QFileDialog::DontConfirmOverwrite);  // it would ask so that nothing else works
   dialog->setNameFilters(nameFiltersOf(filter));
   dialog->setDefaultSuffix(QFileInfo(QString::fromStdString(name)).suffix());
   dialog->setDirectory(folder);

@@ -30,7 +30,13 @@ Platform* Platform::Current() { return current ? &current->Host() : nullptr; }
 
 std::int64_t Ticks() { return current ? current->Host().Ticks() : SteadyTicks(); }
 void MsgBox(const std::string& text, const std::string& cause) {
-  Application::Current().Host().MessageBox(text, cause);
+  Application& app = Application::Current();
+  app.AwaitUser([&] { app.Host().MessageBox(text, cause); });
+}
+std::optional<std::string> AskSavePath(const std::string& filter, const std::string& name) {
+  std::optional<std::string> path;
+  if (current) current->AwaitUser([&] { path = current->Host().AskSavePath(filter, name); });
+  return path;
 }
 void ShowURL(const std::string& address) { Application::Current().Host().ShowURL(address); }
 
@@ -141,6 +147,12 @@ void Application::StopCommand() {
   for (Frame& frame : frames_) {
     if (frame.isCommand) End(frame);
   }
+}
+
+void Application::AwaitUser(const Handler& ask) {
+  const std::int64_t before = ::Ticks();
+  ask();
+  Event_UserAnswered(::Ticks() - before);
 }
 
 void Application::EndHandlerWith(const std::string& window) {

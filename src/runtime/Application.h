@@ -60,6 +60,8 @@ class Application {
   // The handlers on the stack; and whether the one at this place of it, from 1, was ended.
   std::size_t Depth() const { return frames_.size(); }
   bool HasEnded(std::size_t depth) const { return depth > 0 && frames_.at(depth - 1).ended; }
+  // Runs what asks the user something and waits for the answer.
+  void AwaitUser(const Handler& ask);
   // The handler on top of the stack ends also when a window of this name closes.
   void EndHandlerWith(const std::string& window);
   // Lets events run; waits for them, or for what is awaited, at most so many milliseconds, -1 for not at all.
@@ -96,6 +98,7 @@ class Application {
   virtual void Event_Close() {}
   // A command begins; and what it came to, as a short phrase for the user, "" for nothing.
   virtual void Event_CommandBegins() {}
+  virtual void Event_UserAnswered(std::int64_t) {}               // ticks after being asked
   virtual std::string CommandOutcome(bool) const { return ""; }  // wasStopped
 
  private:

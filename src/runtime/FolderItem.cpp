@@ -121,8 +121,7 @@ FolderItemPtr SpecialFolder::Preferences() {
 }
 
 FolderItemPtr GetSaveFolderItem(const std::string& filter, const std::string& defaultName) {
-  Platform* host = Platform::Current();
-  const auto path = host ? host->AskSavePath(filter, PlainFileName(defaultName)) : std::nullopt;
+  const auto path = AskSavePath(filter, PlainFileName(defaultName));
   return path ? std::make_shared<FolderItem>(*path) : nullptr;
 }
 

@@ -59,5 +59,7 @@ class Platform {
   static Platform* Current();
 };
 
+// What they ask of the host; the time that the user takes to answer counts to no command.
 void MsgBox(const std::string& text, const std::string& cause = "");
+std::optional<std::string> AskSavePath(const std::string& filter, const std::string& name);
 void ShowURL(const std::string& address);
