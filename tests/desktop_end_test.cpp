@@ -97,7 +97,8 @@ Ended runAndEnd(const std::string& how, const std::string& moment, const std::st
   const pid_t process = ::fork();
   if (process == 0) {
     ::setenv("XDG_CONFIG_HOME", config.Path().c_str(), 1);
-    ::signal(SIGHUP, how == "TERM" ? SIG_IGN : SIG_DFL);  // ignored as under nohup
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) ::signal(signal, SIG_DFL);
+    if (how == "TERM") ::signal(SIGHUP, SIG_IGN);  // as under nohup
     ::alarm(60);
     ::execl(self.c_str(), "ravelyn", "--program", how.c_str(), moment.c_str(), server.c_str(),
             folder.Path().c_str(), nullptr);
