@@ -134,6 +134,8 @@ TEST_F(Desktop, TheTextAreaIsReadWhereItComesIntoSight) {
   EXPECT_TRUE(area.toPlainText().startsWith(QStringLiteral("in two\nlines\nxx")));
   EXPECT_LT(area.toPlainText().size(), 100'200);
   EXPECT_TRUE(area.isReadOnly());
+  form().TextArea1.SetText("another");
+  EXPECT_TRUE(waitFor([&] { return area.toPlainText() == QStringLiteral("another"); }));
 }
 
 TEST_F(Desktop, AListOfManyHitsGrowsWithoutStalling) {
