@@ -135,6 +135,8 @@ TEST(Sending, IntoAResetIsReportedOnceWithItsReason) {
   EXPECT_TRUE(pair.socket.WriteError());
   for (int i = 0; i < 3; ++i) pair.socket.Poll();
   EXPECT_EQ(pair.socket.events.size(), 3U);
+  pair.socket.Connect();
+  EXPECT_EQ(pair.socket.LastErrorCode(), 0) << "that was another connection's";
 }
 
 // Sixteen times the content, to a peer that takes little at a time; 256 times the work if every piece moved
