@@ -17,28 +17,24 @@ QRectF frameOf(const QAbstractButton& box, QStyle::SubElement mark) {
   return QRectF(box.style()->subElementRect(mark, &option, &box)).adjusted(0.5, 0.5, -0.5, -0.5);
 }
 
-void takeFramePen(QPainter& painter, const QWidget& box) {
+void drawFrame(QAbstractButton& box, QStyle::SubElement mark, void (QPainter::*draw)(const QRectF&)) {
+  const QRectF frame = frameOf(box, mark);
+  if (frame.isEmpty()) return;
   const QPalette& palette = box.palette();
+  QPainter painter(&box);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(mutedOn(palette.color(QPalette::Window), palette.color(QPalette::WindowText), kDiscernible));
+  (painter.*draw)(frame);
 }
 
 }  // namespace
 
 void MarkedCheckBox::paintEvent(QPaintEvent* event) {
   QCheckBox::paintEvent(event);
-  const QRectF frame = frameOf(*this, QStyle::SE_CheckBoxIndicator);
-  if (frame.isEmpty()) return;
-  QPainter painter(this);
-  takeFramePen(painter, *this);
-  painter.drawRect(frame);
+  drawFrame(*this, QStyle::SE_CheckBoxIndicator, &QPainter::drawRect);
 }
 
 void MarkedRadioButton::paintEvent(QPaintEvent* event) {
   QRadioButton::paintEvent(event);
-  const QRectF frame = frameOf(*this, QStyle::SE_RadioButtonIndicator);
-  if (frame.isEmpty()) return;
-  QPainter painter(this);
-  takeFramePen(painter, *this);
-  painter.drawEllipse(frame);
+  drawFrame(*this, QStyle::SE_RadioButtonIndicator, &QPainter::drawEllipse);
 }
