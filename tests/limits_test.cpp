@@ -11,8 +11,8 @@ TEST(Limits, SilenceEndsASearchAfter300SecondsAndADownloadAfter30) {
     program.Search({0});
     program.Click("SRTBox");
     program.Calls();
-    program.server.AnswerAt(ListPath("abc"), {"HTTP/1.0 200 OK\r\n", Reply::End::Stall});
-    program.server.AnswerAt(TrackPath("abc", "en"), {"HTTP/1.0 200 OK\r\n", Reply::End::Stall});
+    program.server.AnswerAt(ListPath("abc"), {"", Reply::End::Stall});
+    program.server.AnswerAt(TrackPath("abc", "en"), {"", Reply::End::Stall});
     const int before = program.server.Answered();
     int looks = 0;
     program.host.onYield = [&, end = program.host.ticks + seconds * 60] {
