@@ -163,8 +163,8 @@ TEST(Documents, KeepTheWordsOfOddFiles) {
       // A browser drops any tag; a sign before a blank or a number is none. A time line ends a cue as well.
       {"vtt",
        "WEBVTT\n\n1:01:01.001 --> 1:01:02.000\n<x>I</x> <3 a<b\n\n0:1.0 --> 0:0.5\n&lt;i&gt; a --> "
-       "b\n0:2.0-->0:3.0\n<b",
-       {"1.000+0.000 <i> a --> b", "2.000+1.000 <b", "3661.001+0.999 I <3 a<b"}},
+       "b\n0:9 --x 0:9\n0:2.0-->0:3.0\n<b",
+       {"1.000+0.000 <i> a --> b 0:9 --x 0:9", "2.000+1.000 <b", "3661.001+0.999 I <3 a<b"}},
       {"vtt",
        "WEBVTT\n\n0:1 --> 0:2\n<A>a<Z>b</a>c</z>d<@>e<[>f<`>g<{>h<.x>i</>j "
        "&apos;&lrm;&rlm;&#X41;&#32;&#x0010FFFF;"
