@@ -58,6 +58,27 @@ def at_spi_launcher():
     return re.search(r'^Exec=(\S+)', service.read_text(), re.MULTILINE).group(1)
 
 
+def await_readers_bus(session):
+    """Returns once the bus for screen readers is known on the session's: who asks for it earlier is ended."""
+    try:
+        from gi.repository import Gio, GLib
+    except ImportError as error:
+        raise Missing('this Python has no gi: %s' % error) from error
+    kinds = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
+    connection = Gio.DBusConnection.new_for_address_sync(session, kinds, None, None)
+    loop = GLib.MainLoop()
+    Gio.bus_watch_name_on_connection(connection, 'org.a11y.Bus', Gio.BusNameWatcherFlags.NONE,
+                                     lambda *_: loop.quit(), None)
+    GLib.timeout_add_seconds(LIMIT, loop.quit)
+    loop.run()
+    try:
+        connection.call_sync('org.a11y.Bus', '/org/a11y/bus', 'org.a11y.Bus', 'GetAddress', None, None,
+                             Gio.DBusCallFlags.NO_AUTO_START, LIMIT * 1000, None)
+    except GLib.Error as error:
+        raise Missing('there is no bus for screen readers: %s' % error.message) from error
+    connection.close_sync(None)
+
+
 class Desk:
     def __init__(self, programs):
         """programs: the folder of a build, such as build/dev."""
@@ -123,6 +144,7 @@ class Desk:
         os.close(writing)
         os.environ['DBUS_SESSION_BUS_ADDRESS'] = self.line(reading, 'the session bus').strip()
         self.start('at-spi', at_spi_launcher(), '--launch-immediately', '--a11y=1', '--screen-reader=1')
+        await_readers_bus(os.environ['DBUS_SESSION_BUS_ADDRESS'])
 
     def open_gateway(self, folder):
         """Serves the caption files of folder where the program looks for them."""
