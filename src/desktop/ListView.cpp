@@ -27,11 +27,11 @@ constexpr int kRowMargin = 6;
 constexpr int kCellMargins = 12;  // of a text in its cell, both sides and the grid's line
 
 // Widths such as "100,*": points, here pixels, and "*" or nothing, here 0, for an equal share of the rest.
-std::vector<int> toldWidths(const ListLook& look) {
+std::vector<int> givenWidths(const ListLook& look) {
   std::vector<int> widths;
-  const QStringList told = QString::fromStdString(look.columnWidths).split(QChar(u','));
+  const QStringList given = QString::fromStdString(look.columnWidths).split(QChar(u','));
   for (int column = 0; column < look.columns; ++column)
-    widths.push_back(column < told.size() ? scaled(told[column].toInt()) : 0);
+    widths.push_back(column < given.size() ? scaled(given[column].toInt()) : 0);
   return widths;
 }
 
@@ -222,17 +222,17 @@ int ListView::columnNeeds(int column, int own) const {
 // that would begin out of sight is not drawn.
 void ListView::layOutColumns() {
   if (!record_) return;
-  std::vector<int> told = toldWidths(record_->Columns());
-  for (int column = 0; column < static_cast<int>(told.size()); ++column) {
-    int& own = told[static_cast<std::size_t>(column)];
+  std::vector<int> given = givenWidths(record_->Columns());
+  for (int column = 0; column < static_cast<int>(given.size()); ++column) {
+    int& own = given[static_cast<std::size_t>(column)];
     if (own > 0) own = columnNeeds(column, own);
   }
-  const int shares = static_cast<int>(std::count(told.begin(), told.end(), 0));
+  const int shares = static_cast<int>(std::count(given.begin(), given.end(), 0));
   int rest = viewport()->width();
-  for (const int width : told) rest -= width;
+  for (const int width : given) rest -= width;
   int left = 0;
-  for (int column = 0; column < static_cast<int>(told.size()); ++column) {
-    const int own = told[static_cast<std::size_t>(column)];
+  for (int column = 0; column < static_cast<int>(given.size()); ++column) {
+    const int own = given[static_cast<std::size_t>(column)];
     const int wanted = own > 0 ? own : std::max(rest, 0) / std::max(shares, 1);
     const int width = std::min(wanted, viewport()->width() - left);
     setColumnHidden(column, width <= 0);

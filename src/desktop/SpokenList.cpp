@@ -116,7 +116,7 @@ bool SpokenList::unselectRow(int row) {
   return true;
 }
 
-// A cell reads its text when it is asked, and rows are added behind the last.
+// A cell reads its text when it is asked, and rows are added after the last.
 void SpokenList::modelChange(QAccessibleTableModelChangeEvent* event) {
   using Event = QAccessibleTableModelChangeEvent;
   const bool keeps =
