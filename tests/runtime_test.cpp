@@ -37,11 +37,11 @@ class Form : public Window {
            {field, "field", 0, 0, 1, 1, 1, "start"},
            {list, "list", 0, 0, 1, 1},
            {single, "single", 0, 0, 1, 1}});
-    box.Action = [this] { told.push_back("box " + std::to_string(box.Value())); };
-    one.Action = [this] { told.push_back("one"); };
-    two.Action = [this] { told.push_back("two"); };
+    box.Action = [this] { reported.push_back("box " + std::to_string(box.Value())); };
+    one.Action = [this] { reported.push_back("one"); };
+    two.Action = [this] { reported.push_back("two"); };
     canvas.MouseDown = [this](int x, int y) {
-      return told.push_back("canvas " + std::to_string(x) + " " + std::to_string(y)), true;
+      return reported.push_back("canvas " + std::to_string(x) + " " + std::to_string(y)), true;
     };
     ++formsAlive;
   }
@@ -49,12 +49,14 @@ class Form : public Window {
   static Form& Get() { return GetOrMake<Form>("Form", Opening::AfterHandler); }
   using Window::AddMenuHandler;
   void Event_Open() override {
-    told.push_back("open");
+    reported.push_back("open");
     ++formsOpened;
   }
-  void Event_Resizing() override { told.push_back(std::to_string(Width()) + "x" + std::to_string(Height())); }
+  void Event_Resizing() override {
+    reported.push_back(std::to_string(Width()) + "x" + std::to_string(Height()));
+  }
 
-  Lines told;
+  Lines reported;
   PushButton button{*this};
   CheckBox box{*this};
   RadioButton one{*this}, two{*this};
@@ -73,7 +75,7 @@ class Other : public Window {
 struct Run : testing::Test {
   FakePlatform host;
   Application app{host};
-  Lines told;
+  Lines reported;
 };
 
 TEST_F(Run, AnExceptionEndsItsHandlerAndIsShown) {
@@ -101,9 +103,9 @@ TEST_F(Run, AnExceptionEndsItsHandlerAndIsShown) {
   };
   for (const auto& [fault, words] : rows) {
     app.Dispatch(nullptr,
-                 [&, &thrower = fault] { app.Dispatch(nullptr, thrower), told.push_back("goes on"); });
+                 [&, &thrower = fault] { app.Dispatch(nullptr, thrower), reported.push_back("goes on"); });
     EXPECT_EQ(std::exchange(host.calls, {}), Lines({"message: " + words}));
-    EXPECT_EQ(std::exchange(told, {}), Lines({"goes on"})) << "the outer one";
+    EXPECT_EQ(std::exchange(reported, {}), Lines({"goes on"})) << "the outer one";
   }
 }
 
@@ -127,19 +129,19 @@ TEST_F(Run, EndsOnceAndLeavesNothing) {
 
 TEST_F(Run, QuittingUnwindsEveryHandlerAtItsNextYield) {
   app.Dispatch(nullptr, [&] {
-    const std::shared_ptr<void> guard(nullptr, [&](void*) { told.push_back("outer unwound"); });
+    const std::shared_ptr<void> guard(nullptr, [&](void*) { reported.push_back("outer unwound"); });
     host.onYield = [&] {
       app.Dispatch(nullptr, [&] {
         app.Quit();
-        told.push_back("inner goes on");
+        reported.push_back("inner goes on");
         RuntimeBackgroundTask();
-        told.push_back("never");
+        reported.push_back("never");
       });
     };
     RuntimeBackgroundTask();
-    told.push_back("never");
+    reported.push_back("never");
   });
-  EXPECT_EQ(told, Lines({"inner goes on", "outer unwound"}));
+  EXPECT_EQ(reported, Lines({"inner goes on", "outer unwound"}));
   EXPECT_EQ(host.calls, Lines());
   EXPECT_TRUE(app.IsQuitting());
 }
@@ -151,15 +153,15 @@ TEST_F(Run, ClosingAWindowEndsItsOwnHandlersOnly) {
       form.Close();
       EXPECT_EQ(app.FindWindow("Form"), nullptr) << "it leaves the list at once";
       EXPECT_EQ(formsAlive, 1) << "and lives until the handler has returned";
-      told.push_back(form.button.Caption());
+      reported.push_back(form.button.Caption());
       RuntimeBackgroundTask();
-      told.push_back("never");
+      reported.push_back("never");
     };
     form.button.PersonClicks();
     RuntimeBackgroundTask();
-    told.push_back("the application's goes on");
+    reported.push_back("the application's goes on");
   });
-  EXPECT_EQ(told, Lines({"Go", "the application's goes on"}));
+  EXPECT_EQ(reported, Lines({"Go", "the application's goes on"}));
   EXPECT_EQ(formsAlive, 0);
   EXPECT_EQ(host.calls, Lines({"close: Form"}));
 }
@@ -174,25 +176,25 @@ TEST_F(Run, AClickMayCloseTheListsWindow) {
 
 TEST_F(Run, PostedEventsWaitForTheHandlerThatPostedThem) {
   app.Dispatch(nullptr, [&] {
-    app.Post(nullptr, [&] { told.push_back("posted by outer"); });
+    app.Post(nullptr, [&] { reported.push_back("posted by outer"); });
     app.Dispatch(nullptr, [&] {
-      app.Post(nullptr, [&] { told.push_back("posted by inner"); });
-      told.push_back("inner");
+      app.Post(nullptr, [&] { reported.push_back("posted by inner"); });
+      reported.push_back("inner");
     });
-    told.push_back("outer");
+    reported.push_back("outer");
   });
-  app.Post(nullptr, [&] { told.push_back("at once"); });
-  EXPECT_EQ(told, Lines({"inner", "posted by inner", "outer", "posted by outer", "at once"}));
+  app.Post(nullptr, [&] { reported.push_back("at once"); });
+  EXPECT_EQ(reported, Lines({"inner", "posted by inner", "outer", "posted by outer", "at once"}));
 }
 
 TEST_F(Run, AWindowOpensAfterTheHandlerThatMadeIt) {
   app.Dispatch(nullptr, [&] {
     Form& form = Form::Get();
     EXPECT_EQ(&Form::Get(), &form);
-    EXPECT_EQ(form.told, Lines());
+    EXPECT_EQ(form.reported, Lines());
     form.Show();
   });
-  EXPECT_EQ(Form::Get().told, Lines({"open"}));
+  EXPECT_EQ(Form::Get().reported, Lines({"open"}));
   const int opened = formsOpened;
   app.Dispatch(nullptr, [&] {
     Form::Get().Close();
@@ -207,34 +209,34 @@ TEST_F(Run, AWindowOpensAfterTheHandlerThatMadeIt) {
 
 TEST_F(Run, ASecondCommandIsIgnoredUntilTheFirstHasEnded) {
   const auto command = [&](const char* name, const Application::Handler& then) {
-    app.Dispatch(nullptr, [&] { app.Command(name, [&] { told.push_back(name), then(); }); });
+    app.Dispatch(nullptr, [&] { app.Command(name, [&] { reported.push_back(name), then(); }); });
   };
   command("first", [&] { command("ignored", [] {}); });
   command("throws", [] { throw IOException(EIO); });
   EXPECT_FALSE(app.IsCommandRunning());
   command("next", [&] { EXPECT_EQ(host.running, "next"); });
   EXPECT_EQ(host.running, "");
-  EXPECT_EQ(told, Lines({"first", "throws", "next"}));
+  EXPECT_EQ(reported, Lines({"first", "throws", "next"}));
 }
 
 TEST_F(Run, ACommandThatWasEndedIsOverAtOnce) {
   Form& form = Form::Get();
   for (Window* owner : {static_cast<Window*>(&form), static_cast<Window*>(nullptr)}) {
-    told.clear();
+    reported.clear();
     app.Dispatch(owner, [&] {
       app.Command("ended", [&] {
         app.EndHandlerWith("Other");
         Other::Get().Close();
         EXPECT_EQ(host.running, "");
         app.Dispatch(nullptr, [&] {
-          app.Command("next", [&] { told.push_back(host.running), RuntimeBackgroundTask(); });
+          app.Command("next", [&] { reported.push_back(host.running), RuntimeBackgroundTask(); });
         });
-        told.push_back(app.IsCommandRunning() ? "still" : "over");
+        reported.push_back(app.IsCommandRunning() ? "still" : "over");
         RuntimeBackgroundTask();
-        told.push_back("never");
+        reported.push_back("never");
       });
     });
-    EXPECT_EQ(told, Lines({"next", "over"}));
+    EXPECT_EQ(reported, Lines({"next", "over"}));
   }
 }
 
@@ -266,14 +268,14 @@ TEST_F(Run, AMenuChoiceRunsOneHandler) {
                  {"Paste", "Paste", "", EditAction::Paste},
                  QuitMenuItem("Quit", "Quit", "")}}}};
   app.SetMenuBar(bar);
-  app.AddMenuHandler("Help", [&] { return told.push_back("app"), false; });
+  app.AddMenuHandler("Help", [&] { return reported.push_back("app"), false; });
   Form& form = Form::Get();
-  app.AddMenuHandler("Hidden", [&] { return told.push_back("hidden"), false; });
-  form.AddMenuHandler("Help", [&] { return told.push_back("form"), false; });
+  app.AddMenuHandler("Hidden", [&] { return reported.push_back("hidden"), false; });
+  form.AddMenuHandler("Help", [&] { return reported.push_back("form"), false; });
   form.AddMenuHandler("Closing", [&] {
     form.Close();
     RuntimeBackgroundTask();
-    return told.push_back("never"), false;
+    return reported.push_back("never"), false;
   });
   EXPECT_TRUE(app.ChooseMenuItem("Help"));
   form.Show();
@@ -285,14 +287,14 @@ TEST_F(Run, AMenuChoiceRunsOneHandler) {
   app.ChooseMenuItem("Paste");
   EXPECT_EQ(form.field.Text(), "abstart");
   app.ChooseMenuItem("Closing");
-  EXPECT_EQ(told, Lines({"app", "form"})) << "the last one went with its window";
+  EXPECT_EQ(reported, Lines({"app", "form"})) << "the last one went with its window";
   app.ChooseMenuItem("Quit");
   EXPECT_TRUE(app.IsQuitting());
 }
 
 TEST_F(Run, CodeAndPersonTakeTheSameRoad) {
   Form& form = Form::Get();
-  form.told.clear();
+  form.reported.clear();
   form.box.SetValue(true);
   form.box.SetValue(true);
   form.box.PersonClicks();
@@ -314,8 +316,8 @@ TEST_F(Run, CodeAndPersonTakeTheSameRoad) {
   form.canvas.PersonClicksAt(3, 4);
   form.canvas.SetEnabled(false);
   form.canvas.PersonClicksAt(5, 6);
-  EXPECT_EQ(form.told, Lines({"box 1", "box 0", "one", "two", "two", "64x300", "32000x64", "65x32000",
-                              "canvas 0 0", "canvas 3 4"}));
+  EXPECT_EQ(form.reported, Lines({"box 1", "box 0", "one", "two", "two", "64x300", "32000x64", "65x32000",
+                                  "canvas 0 0", "canvas 3 4"}));
 }
 
 TEST_F(Run, TextFieldsHoldOneLineAndAreEdited) {
