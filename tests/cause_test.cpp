@@ -73,6 +73,8 @@ TEST(Causes, AreTheGatewaysWordsOrWhatTheClientKnows) {
   }
   const std::string error = "HTTP/1.0 404 File not found\r\nServer: another\r\n";
   EXPECT_EQ(CausesOf(program, {error + "\r\n<html>no</html>"}), std::pair(foreign, std::string("-")));
+  const std::string least = CausesOf(program, {"HTTP/1.0 400 Bad Request\r\n\r\n"}).first;
+  EXPECT_EQ(least, foreign.substr(0, foreign.size() - 4) + "400.");
   EXPECT_EQ(CausesOf(program, {error + "Content-Length: 0\r\n\r\n"}), std::pair(foreign, foreign));
 }
 

@@ -155,6 +155,10 @@ TEST(Documents, KeepTheWordsOfOddFiles) {
        "end=\"3\">c</p><p begin=\"2000\" dur=\"5x\">x</p><p begin=\"3000\" dur=\"\">e</p></body></tt>",
        {"1.400+1.600 c", "90.000+0.250 s", "1800.000+60.000 h", "2000.000+1000.000 x", "3000.000+2000.000 e",
         "5000.000+3.500 f"}},
+      {"ttml",
+       "<tt><body><p begin=\"1s\"><span begin=\"2s\" end=\"3s\">a</span></p><p end=\"9s\">"
+       "<span begin=\"4s\">b</span></p><p><span begin=\"5s\" end=\"6s\">c</span></p></body></tt>",
+       {"0.000+9.000 b", "1.000+4.000 a", "5.000+1.000 c"}},
       // Thirty frames a second, one tick a second; with a frame rate as many ticks.
       {"ttml", "<tt><body><p begin=\"30000f\" dur=\"2t\">a</p></body></tt>", {"1000.000+2.000 a"}},
       {"ttml",

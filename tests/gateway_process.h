@@ -42,6 +42,7 @@ class Process {
     for (char c = 0; ::read(output_.Number(), &c, 1) == 1 && c != '\n';) line += c;
     return line;
   }
+  void Send(int signal) const { ::kill(pid_, signal); }
   // The exit status, or -1 if something else ended it. With `signal` 0 it is only waited for.
   int End(int signal = 0) {
     int status = 0;

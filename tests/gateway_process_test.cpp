@@ -137,6 +137,19 @@ TEST(GatewayProcess, EndsWithItsInput) {
   EXPECT_EQ(process.End(), 0);
 }
 
+// Whoever writes sees that there is nobody to read, or no room; the gateway goes on.
+TEST(GatewayProcess, IsNotEndedByAWriteThatFails) {
+  Process process({"--folder", RAVELYN_SAMPLES_DIR, "--port=0"});
+  const std::uint16_t port = PortIn(Address(process.ReadLine()));
+  for (const int signal : {SIGPIPE, SIGXFSZ}) {
+    process.Send(signal);
+    const Descriptor client = ConnectTo(port);
+    SendAll(client, GetRequest("/timedtext?type=list&v=hB7rV2kQx0w"));
+    EXPECT_EQ(ReadReply(client).Status(), "HTTP/1.1 200 OK") << signal;
+  }
+  EXPECT_EQ(process.End(SIGTERM), 0);
+}
+
 TEST(GatewayProcess, NamesMissingAndUnreadableFoldersAndATakenPort) {
   Process missing({"--folder", "/nowhere/at all", "--folder", "/dev/null", "--port", "0"});
   const std::string fault = missing.ReadLine(), line = missing.ReadLine();

@@ -36,7 +36,8 @@ std::string CauseOf(const HTTPSocket& socket, const std::string& body) {
   const auto headers = socket.PageHeaders();
   std::string named = headers ? NamedCause(*headers) : "";
   if (!named.empty()) return named;
-  if (headers && headers->Value("Ravelyn-Cause").empty() && socket.HTTPStatusCode() >= 400)
+  const bool isForeign = !headers || headers->Value("Ravelyn-Cause").empty();
+  if (isForeign && socket.HTTPStatusCode() >= 400)
     return "What answers at " + socket.Address + ":" + Str(socket.Port) +
            " is not Ravelyn's gateway: status " + Str(socket.HTTPStatusCode()) + ".";
   if (!body.empty()) return "";

@@ -76,7 +76,6 @@ int main(int count, char** arguments) {
     return 2;
   }
   QApplication::setApplicationName(QStringLiteral("ravelyn"));
-  QApplication::setApplicationVersion(QStringLiteral(RAVELYN_VERSION));
   QApplication::setDesktopFileName(QStringLiteral("com.tarnvale.ravelyn"));
   // The application counts its windows by itself.
   QApplication::setQuitOnLastWindowClosed(false);
