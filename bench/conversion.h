@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "runtime/TextControls.h"
+#include "timedtext/TimedText.h"
 
 class Window1;
 
@@ -13,10 +13,9 @@ enum class Form { SRT, WebVTT, StampedLines, Lines, Paragraph };
 inline constexpr Form kForms[] = {Form::SRT, Form::WebVTT, Form::StampedLines, Form::Lines, Form::Paragraph};
 const char* NameOf(Form form);
 
-// The boxes of window are set to the form.
-void ChooseForm(Window1& window, Form form);
-// The product's own pieces in the order in which its writers call them.
-SharedText ConvertByUs(Window1& window, std::string document, Form form);
+std::string TranscriptOf(const TimedText& track, Form form);
+// The product's own pieces in the order in which its commands call them.
+SharedText ConvertByUs(std::string document, Form form);
 
 // The same by an XML parser, and numbers through std::to_chars. They give the same bytes for a
 // sound document. "" for one that can't be parsed.

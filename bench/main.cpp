@@ -9,6 +9,7 @@
 #include "app/App.h"
 #include "app/Window1.h"
 #include "measures.h"
+#include "ravelyn/commands.h"
 
 namespace {
 
@@ -33,12 +34,12 @@ Table MeasureAll(const std::vector<Subject>& subjects, const std::vector<std::st
 int Run(const std::vector<std::string>& chosen, Effort effort) {
   const PageServer server;
   QuietPlatform platform;
-  App app(platform, LocalEndpoints(server.Host()));
+  App app(platform, kCommands, LocalEndpoints(server.Host()));
   Window1& window = Window1::Get();
   auto& out = std::cout;
   const Table table =
       MeasureAll({{"fetch", [&](Effort e, Table& t) { MeasureFetch(server.Host(), e, out, t); }},
-                  {"conversion", [&](Effort e, Table& t) { MeasureConversion(window, e, out, t); }},
+                  {"conversion", [&](Effort e, Table& t) { MeasureConversion(e, out, t); }},
                   {"growth", [&](Effort e, Table& t) { MeasureGrowth(e, out, t); }},
                   {"tracks", [&](Effort e, Table& t) { MeasureTracks(window, e, out, t); }},
                   {"captions", [&](Effort e, Table& t) { MeasureCaptions(e, out, t); }},

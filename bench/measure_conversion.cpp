@@ -12,8 +12,8 @@ namespace {
 // Below this many cues, what a run does once is no small part of it.
 constexpr std::size_t kCounted = 10'000;
 
-void CheckSameBytes(Window1& window, const std::string& document, Form form) {
-  const std::string ours = *ConvertByUs(window, document, form);
+void CheckSameBytes(const std::string& document, Form form) {
+  const std::string ours = *ConvertByUs(document, form);
   const bool same = ours == ConvertByPugixml(document, form) && ours == ConvertByLibxml2(document, form);
   if (!same || ours.empty())
     throw std::runtime_error(std::string("the converters differ in ") + NameOf(form));
@@ -33,16 +33,16 @@ struct Worst {
   std::string where;
 };
 
-void CompareForm(Window1& window, const std::string& document, std::size_t cues, Form form, Effort effort,
-                 std::ostream& out, Worst& worst) {
-  CheckSameBytes(window, document, form);
+void CompareForm(const std::string& document, std::size_t cues, Form form, Effort effort, std::ostream& out,
+                 Worst& worst) {
+  CheckSameBytes(document, form);
   const Amount amount = AmountFor(cues, effort);
   // The program gets a document that nobody else needs; so do the two that change what they read.
   std::string handed;
   const auto handOver = [&] { handed = document; };
   const auto times =
       Turns(std::string("conversion/") + NameOf(form),
-            {{"us", [&] { Keep(ConvertByUs(window, std::move(handed), form)->size()); }, handOver},
+            {{"us", [&] { Keep(ConvertByUs(std::move(handed), form)->size()); }, handOver},
              {"pugixml", [&] { Keep(ConvertByPugixml(std::move(handed), form).size()); }, handOver},
              {"libxml2", [&] { Keep(ConvertByLibxml2(document, form).size()); }},
              {"bound", [&] { Keep(CopyByMemchr(document).size()); }}},
@@ -57,7 +57,7 @@ void CompareForm(Window1& window, const std::string& document, std::size_t cues,
 
 }  // namespace
 
-void MeasureConversion(Window1& window, Effort effort, std::ostream& out, Table& table) {
+void MeasureConversion(Effort effort, std::ostream& out, Table& table) {
   std::vector<std::size_t> sizes{1'000, 10'000, 100'000};
   if (!effort.brief) sizes.push_back(1'000'000);
   Worst worst;
@@ -67,7 +67,7 @@ void MeasureConversion(Window1& window, Effort effort, std::ostream& out, Table&
   for (const std::size_t cues : sizes) {
     const std::string document = TimedTextDocument(cues);
     for (const Form form : kForms) {
-      CompareForm(window, document, cues, form, effort, out, worst);
+      CompareForm(document, cues, form, effort, out, worst);
     }
   }
   table.push_back({"conversion, time against pugixml and `to_chars`", Measure::Bound::AtMost, 0.5, 0.22,

@@ -12,15 +12,14 @@
 #include "QuietPlatform.h"
 #include "Turns.h"
 #include "app/App.h"
-#include "app/Window1.h"
 #include "conversion.h"
 #include "measures.h"
+#include "ravelyn/commands.h"
 #include "runtime/RegEx.h"
 #include "runtime/Streams.h"
 #include "samples.h"
-#include "timedtext/captions.h"
+#include "timedtext/formats.h"
 #include "timedtext/normalise.h"
-#include "timedtext/transcript.h"
 
 namespace {
 
@@ -30,16 +29,14 @@ constexpr char kKeptMemory[] =
 
 // What each stage begins with, at one size.
 struct Input {
-  Window1& window;
   std::string document;
   TimedText track;
   Captions captions;
   std::shared_ptr<MemoryBlock> file = std::make_shared<MemoryBlock>(0);
 
-  Input(Window1& form, std::size_t cues, std::uint64_t seed)
-      : window(form),
-        document(TimedTextDocument(cues, seed)),
-        track(CutTimedText(form, document)),
+  Input(std::size_t cues, std::uint64_t seed)
+      : document(TimedTextDocument(cues, seed)),
+        track(TimedText::From(document)),
         captions(FormCaptions(track)) {
     file->Bytes().reserve(document.size());
   }
@@ -74,9 +71,8 @@ double TimeToWrite(const Input& input, void (*write)(TextOutputStream&, const Ca
 }
 
 double TimeOfTranscript(const Input& input, Form form) {
-  ChooseForm(input.window, form);
   const double start = Now();
-  FormTranscript(input.window, input.track);
+  Keep(TranscriptOf(input.track, form).size());
   return Now() - start;
 }
 
@@ -115,8 +111,8 @@ struct Inputs {
   std::vector<Input> tenths;
   Input whole;
 
-  Inputs(Window1& window, std::size_t cues) : whole(window, cues, 0) {
-    for (std::uint64_t seed = 1; seed <= 10; ++seed) tenths.emplace_back(window, cues / 10, seed);
+  explicit Inputs(std::size_t cues) : whole(cues, 0) {
+    for (std::uint64_t seed = 1; seed <= 10; ++seed) tenths.emplace_back(cues / 10, seed);
   }
 };
 
@@ -138,11 +134,10 @@ void PrintGrowth(const Stage& stage, const Inputs& inputs, std::size_t turns) {
 
 int PrintGrowthOfStages(Effort effort) {
   QuietPlatform platform;
-  App app(platform, LocalEndpoints("127.0.0.1:1"));
-  Window1& window = Window1::Get();
+  App app(platform, kCommands, LocalEndpoints("127.0.0.1:1"));
   for (const std::size_t cues : {100'000, 1'000'000}) {
     if (effort.brief && cues > 100'000) continue;
-    const Inputs inputs(window, cues);
+    const Inputs inputs(cues);
     for (const Stage& stage : kStages) PrintGrowth(stage, inputs, effort.brief ? 9 : 4'000'000 / cues + 7);
   }
   return 0;

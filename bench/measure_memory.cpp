@@ -12,6 +12,7 @@
 #include "app/App.h"
 #include "app/Window1.h"
 #include "measures.h"
+#include "ravelyn/commands.h"
 #include "samples.h"
 
 namespace {
@@ -52,7 +53,7 @@ int PrintGrowthOfDownload(const std::string& host, const std::string& cues) {
       (std::filesystem::temp_directory_path() / ("ravelyn-bench-" + std::to_string(::getpid()) + ".srt"))
           .string();
   platform.savePath = path;
-  App app(platform, LocalEndpoints(host));
+  App app(platform, kCommands, LocalEndpoints(host));
   Window1& window = Window1::Get();
   window.openBox.SetValue(false);
   for (const std::string& code : {std::string("10"), cues}) {

@@ -13,7 +13,7 @@ struct Effort {
   bool brief = false;  // fewer turns and no million cues: for a quick look, not for the record
 };
 
-void MeasureConversion(Window1& window, Effort effort, std::ostream& out, Table& table);
+void MeasureConversion(Effort effort, std::ostream& out, Table& table);
 void MeasureGrowth(Effort effort, std::ostream& out, Table& table);
 void MeasureTracks(Window1& window, Effort effort, std::ostream& out, Table& table);
 void MeasureSearch(Effort effort, std::ostream& out, Table& table);

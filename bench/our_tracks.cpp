@@ -1,6 +1,6 @@
 #include "app/Window1.h"
 #include "conversion.h"
-#include "tracks/track_list.h"
+#include "tracks/search.h"
 
 void ListTracksByUs(Window1& window, const std::string& document) {
   window.XMLList.RemoveRowsFrom(0);

@@ -51,9 +51,7 @@ void CheckCues(const gateway::Cues& cues, bool automatic) {
 
 void CheckDocument(const std::string& document, const gateway::Cues& cues) {
   HOLDS(NormaliseTimedText(document).document == NormaliseStepByStep(document));
-  TimedTextFields fields = NormaliseTimedText(document);
-  const TimedText track(std::make_shared<const std::string>(std::move(fields.document)),
-                        std::move(fields.ends));
+  const TimedText track = TimedText::From(document);
   HOLDS(track.Starts() == cues.list.size() && track.Cues() == cues.list.size());
   for (std::size_t i = 0; i < cues.list.size(); ++i) {
     const gateway::Cue& cue = cues.list[i];

@@ -61,9 +61,7 @@ std::string LineOf(std::uint8_t byte) {
 // The cues that the program reads in the file.
 std::vector<Shown> ReadBack(const std::string& ending, const std::string& file) {
   const auto conversion = gateway::ToDocument(file, *gateway::FormatWithEnding(ending), {"en", false});
-  TimedTextFields fields = NormaliseTimedText(conversion.document);
-  const TimedText track(std::make_shared<const std::string>(std::move(fields.document)),
-                        std::move(fields.ends));
+  const TimedText track = TimedText::From(conversion.document);
   std::vector<Shown> cues;
   const auto milliseconds = [](std::string_view seconds) {
     std::string digits(seconds);

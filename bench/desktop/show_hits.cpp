@@ -12,6 +12,7 @@
 #include "../samples.h"
 #include "app/App.h"
 #include "desktop/QtPlatform.h"
+#include "ravelyn/commands.h"
 #include "wordsearch/SearchWin.h"
 
 namespace {
@@ -63,7 +64,7 @@ int main(int count, char** arguments) {
   const std::vector<std::string> texts = CueTextsOf(std::stoul(arguments[2]));
   QApplication qt(count, arguments);
   QtPlatform platform;
-  App app(platform, LocalEndpoints("127.0.0.1:1"));
+  App app(platform, kCommands, LocalEndpoints("127.0.0.1:1"));
   QTableWidget table;
   table.resize(692, 540);
 

@@ -26,6 +26,7 @@
 #include "app/Window1.h"
 #include "desktop/QtPlatform.h"
 #include "desktop/WindowView.h"
+#include "ravelyn/commands.h"
 
 namespace {
 
@@ -106,7 +107,7 @@ int main(int count, char** arguments) {
   if (count != 3) return 2;
   QApplication qt(count, arguments);
   Host platform;
-  App app(platform, LocalEndpoints(arguments[1]));
+  App app(platform, kCommands, LocalEndpoints(arguments[1]));
   app.Start();  // and the probe is over
   Window1& form = Window1::Get();
   platform.viewOf(form)->widgetOf(form.PushButton2)->setFocus();

@@ -6,13 +6,21 @@
 #include "app/aboutWin.h"
 #include "runtime/Numbers.h"
 
-App::App(Platform& host, Endpoints where) : Application(host), endpoints(std::move(where)) {
+App::App(Platform& host, const Commands& all, Endpoints where)
+    : Application(host), commands(all), endpoints(std::move(where)) {
   FileTypes1::SetUp();
   SetMenuBar(MainMenuBar());
   AddMenuHandler("FileNewWindow", [this] { return _FileNewWindow_Action(); });
   AddMenuHandler("FileAboutRavelyn", [this] { return _FileAboutRavelyn_Action(); });
   AddMenuHandler("FileHelp", [this] { return _FileHelp_Action(); });
 }
+
+void App::Event_Open() {
+  Window1::Get().Show();
+  commands.getPrefs();
+}
+
+void App::Event_Close() { commands.savePrefs(); }
 
 void App::Event_CommandBegins() {
   progress = {};

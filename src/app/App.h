@@ -6,6 +6,7 @@
 
 #include <string>
 
+#include "app/Commands.h"
 #include "app/Endpoints.h"
 #include "app/Progress.h"
 #include "runtime/Application.h"
@@ -14,10 +15,11 @@
 class App : public Application {
  public:
   // Sets up the file types and the menu bar. One App at a time; the next may follow when it is gone.
-  explicit App(Platform& host, Endpoints endpoints = {});
+  App(Platform& host, const Commands& commands, Endpoints endpoints = {});
   // NilObjectException if there is none.
   static App& Get() { return static_cast<App&>(Application::Current()); }
 
+  const Commands commands;
   const Endpoints endpoints;
 
   std::string vidCode;                     // of the last accepted link, with any tail behind it

@@ -5,6 +5,7 @@
 
 #include "app/App.h"
 #include "app/aboutWin.h"
+#include "app/output_types.h"
 #include "runtime/Shell.h"
 
 void Window1::PersonHandsOver(const std::string& link) {
@@ -53,40 +54,22 @@ void Window1::timecodeBox_Action() { App::Get().timecodeChecked = timecodeBox.Va
 
 void Window1::openBox_Action() { App::Get().openDL = openBox.Value() ? "true" : "false"; }
 
-void Window1::TextBox_Action() {
-  for (CheckBox* box : {&paragraphBox, &lineBox, &timecodeBox}) box->SetEnabled(true);
-  ShowTextFormBracket(true);
-  ShowTimecodeBracket(true);
-  SRTBox.SetValue(false);
-  PushButton1.SetCaption("Download Text Transcript(s)");
-  App::Get().checkedDL = "Text";
-}
-
-void Window1::SRTBox_Action() {
-  TextBox.SetValue(false);
-  for (CheckBox* box : {&paragraphBox, &timecodeBox, &lineBox}) box->SetValue(false);
-  for (CheckBox* box : {&paragraphBox, &timecodeBox, &lineBox}) box->SetEnabled(false);
-  ShowTextFormBracket(false);
-  ShowTimecodeBracket(false);
-  PushButton1.SetCaption("Download SRT File(s)");
+// The text forms are options of the transcript alone.
+void Window1::Choose(Output output) {
+  const bool hasForms = output == Output::Text;
+  for (const OutputType& other : kOutputTypes)
+    if (other.output != output) (this->*other.button).SetValue(false);
+  for (CheckBox* box : {&paragraphBox, &timecodeBox, &lineBox}) {
+    if (!hasForms) box->SetValue(false);
+    box->SetEnabled(hasForms);
+  }
+  ShowTextFormBracket(hasForms);
+  ShowTimecodeBracket(hasForms);
   App& app = App::Get();
-  app.checkedDL = "SRT";
-  app.paragraphChecked = app.timecodeChecked = app.linebyline = "false";
-}
-
-void Window1::WebVTTBox_Action() {
-  TextBox.SetValue(false);
-  paragraphBox.SetValue(false);
-  timecodeBox.SetValue(false);
-  for (CheckBox* box : {&paragraphBox, &timecodeBox, &lineBox}) box->SetEnabled(false);
-  lineBox.SetValue(false);
-  ShowTextFormBracket(false);
-  ShowTimecodeBracket(false);
-  SRTBox.SetValue(false);
-  PushButton1.SetCaption("Download Text Transcript(s)");
-  App& app = App::Get();
-  app.checkedDL = "VTT";
-  app.paragraphChecked = app.timecodeChecked = app.linebyline = "false";
+  const OutputType& chosen = kOutputTypes.at(static_cast<std::size_t>(output));
+  PushButton1.SetCaption(chosen.caption);
+  app.checkedDL = chosen.option;
+  if (!hasForms) app.paragraphChecked = app.timecodeChecked = app.linebyline = "false";
 }
 
 bool Window1::Canvas1_MouseDown(int, int) {
@@ -111,6 +94,23 @@ void Window1::Event_Open() {
         "Ravelyn cannot work without an Internet connection. Please check your connection prior to "
         "continuing.");
   }
+}
+
+void Window1::PushButton1_Action() { App::Get().commands.Download(*this); }
+void Window1::PushButton2_Action() { App::Get().commands.Search(*this); }
+void Window1::PushButton3_Action() { App::Get().commands.SearchWords(*this); }
+void Window1::DownloadTrack(std::int64_t row, Output output) {
+  App::Get().commands.DownloadTrack(*this, row, output);
+}
+bool Window1::DoWordSearch(std::int64_t row) { return App::Get().commands.SearchTrack(*this, row); }
+std::string Window1::SecsToTimecode(double seconds) const {
+  return App::Get().commands.SecsToTimecode(seconds);
+}
+std::string Window1::returnTimecodeSRT(double seconds) const {
+  return App::Get().commands.returnTimecodeSRT(seconds);
+}
+std::string Window1::timecodeToSecs(const std::string& timecode) const {
+  return App::Get().commands.timecodeToSecs(timecode);
 }
 
 void Window1::AddMenuHandlers() {

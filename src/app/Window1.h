@@ -1,14 +1,18 @@
 // The main form: paste a link and search, choose languages, choose a file type and its options,
 // download, or search the words. Its controls stand in construction order.
 //
-// The option handlers are defined here. Each command is defined in the folder of its own: Search in
-// tracks/, Download and the writers in timedtext/, the word search in wordsearch/.
+// The option handlers are defined here. Each command is a function of a room above: Search in tracks/,
+// Download in timedtext/, the word search in wordsearch/.
 #pragma once
 
 #include "runtime/Buttons.h"
 #include "runtime/Listbox.h"
 #include "runtime/TextControls.h"
 #include "runtime/Window.h"
+
+// The kinds of file that Download writes (see app/output_types.h).
+enum class Output { Text, SRT, VTT };
+struct OutputType;
 
 class Window1 : public Window {
  public:
@@ -61,17 +65,16 @@ class Window1 : public Window {
   void timecodeBox_Action();
   bool Canvas1_MouseDown(int x, int y);
   void openBox_Action();
-  void TextBox_Action();
-  void SRTBox_Action();
+  void TextBox_Action() { Choose(Output::Text); }
+  void SRTBox_Action() { Choose(Output::SRT); }
   void PushButton3_Action();  // Word Search
-  void WebVTTBox_Action();
+  void WebVTTBox_Action() { Choose(Output::VTT); }
   void AddMenuHandlers();
 
-  // Each does one row of Listbox1, from 0, tells the person of a failure, and reports nothing.
-  void getTranscriptions(std::int64_t row);
-  void DoSRT(std::int64_t row);
-  void DoVTT(std::int64_t row);
-  // False where the term can't be searched for, so that no other row is worth a try.
+  // Each does one row of Listbox1, from 0 (see Commands).
+  void getTranscriptions(std::int64_t row) { DownloadTrack(row, Output::Text); }
+  void DoSRT(std::int64_t row) { DownloadTrack(row, Output::SRT); }
+  void DoVTT(std::int64_t row) { DownloadTrack(row, Output::VTT); }
   bool DoWordSearch(std::int64_t row);
 
   std::string SecsToTimecode(double seconds) const;
@@ -86,6 +89,8 @@ class Window1 : public Window {
   bool _FileNewWindow_Action();
   bool _FileHelp_Action();
   void BindActions();
+  void Choose(Output output);
+  void DownloadTrack(std::int64_t row, Output output);
   void ShowTextFormBracket(bool shown);
   void ShowTimecodeBracket(bool shown);
 };

@@ -15,6 +15,7 @@
 #include "desktop/pictures.h"
 #include "desktop/run.h"
 #include "ravelyn/OwnGateway.h"
+#include "ravelyn/commands.h"
 
 namespace {
 
@@ -87,6 +88,6 @@ int main(int count, char** arguments) {
     takeOver(gateway);
   });
   QtPlatform platform;
-  App app(platform);
+  App app(platform, kCommands);
   return run(app, platform, line.link);
 }

@@ -13,7 +13,6 @@
 #include "app/App.h"
 #include "app/Window1.h"
 #include "desktop/QtPlatform.h"
-#include "prefs/prefsModule.h"
 
 namespace {
 
@@ -53,7 +52,7 @@ App* running = nullptr;
 
 // Qt ends the process at once where its screen goes away, with the event loop still on the stack.
 void saveAtExit() {
-  if (running) prefsModule::savePrefs();
+  if (running) running->commands.savePrefs();
 }
 
 void searchFor(const std::string& link) {
@@ -67,7 +66,7 @@ int run(App& app, QtPlatform& platform, const std::string& link) {
   quitOnSignals(platform);
   // A session that ends may still change its mind: what could be lost is saved, and nothing ends before the
   // session closes the windows.
-  QObject::connect(qApp, &QGuiApplication::commitDataRequest, qApp, [] { prefsModule::savePrefs(); });
+  QObject::connect(qApp, &QGuiApplication::commitDataRequest, qApp, [&app] { app.commands.savePrefs(); });
   running = &app;
   std::atexit(saveAtExit);
   QTimer::singleShot(0, qApp, [&app] { app.Start(); });

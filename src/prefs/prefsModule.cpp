@@ -1,7 +1,7 @@
 #include "prefs/prefsModule.h"
 
 #include "app/App.h"
-#include "app/Window1.h"
+#include "app/output_types.h"
 #include "runtime/Streams.h"
 #include "runtime/exceptions.h"
 
@@ -15,14 +15,8 @@ FolderItemPtr PrefsFile() {
 }
 
 void ApplyFormat(Window1& form, const std::string& format) {
-  if (format.empty()) {
-    for (RadioButton* button : {&form.SRTBox, &form.WebVTTBox, &form.TextBox}) button->SetValue(false);
-  } else if (format == "SRT") {
-    form.SRTBox.SetValue(true);
-  } else if (format == "VTT") {
-    form.WebVTTBox.SetValue(true);
-  } else if (format == "Text") {
-    form.TextBox.SetValue(true);
+  for (const OutputType& type : kOutputTypes) {
+    if (format.empty() || format == type.option) (form.*type.button).SetValue(!format.empty());
   }
 }
 

@@ -49,8 +49,8 @@ void TextField::PutOverSelection(const std::string& text) {
   SelStart = std::min(caret, text_.size());
 }
 
-void TextArea::SetText(std::string text) {
-  if (text == *text_) return;
-  text_ = std::make_shared<std::string>(std::move(text));
+void TextArea::SetText(SharedText text) {
+  if (*text == *text_) return;
+  text_ = std::move(text);
   Changed();
 }

@@ -7,7 +7,6 @@
 
 #include "runtime/Control.h"
 #include "runtime/Platform.h"
-#include "runtime/pieces.h"
 
 class Label : public Control {
  public:
@@ -58,28 +57,10 @@ class TextArea : public Control {
  public:
   explicit TextArea(Window& owner) : Control(owner, ControlKind::TextArea) {}
   const std::string& Text() const { return *text_; }
-  void SetText(std::string text);
-  // Adds pieces (see runtime/pieces.h) to the text; whoever shares it keeps what it was.
-  template <typename... Piece>
-  void AppendText(const Piece&... pieces) {
-    std::string& text = OwnText();
-    const std::size_t length = text.size();
-    text.resize(length + (std::size_t{0} + ... + MostBytes(pieces)));
-    char* end = text.data() + length;
-    ((end = Put(end, pieces)), ...);
-    text.resize(static_cast<std::size_t>(end - text.data()));
-    Changed();
-  }
-  // Room for so many bytes, so that appending copies nothing twice.
-  void Reserve(std::size_t bytes) { OwnText().reserve(bytes); }
-  // The text without a copy of it.
-  SharedText Share() const { return text_; }
+  void SetText(SharedText text);
+  void SetText(std::string text) { SetText(std::make_shared<std::string>(std::move(text))); }
 
  private:
-  void TakeInitialText(const std::string& text) override { *text_ = text; }
-  std::string& OwnText() {
-    if (text_.use_count() > 1) text_ = std::make_shared<std::string>(*text_);
-    return *text_;
-  }
-  std::shared_ptr<std::string> text_ = std::make_shared<std::string>();
+  void TakeInitialText(const std::string& text) override { text_ = std::make_shared<std::string>(text); }
+  SharedText text_ = std::make_shared<std::string>();
 };

@@ -13,12 +13,19 @@ inline char* Put(char* to, std::string_view text) { return to + text.copy(to, te
 inline std::size_t MostBytes(std::int64_t) { return 20; }
 inline char* Put(char* to, std::int64_t number) { return std::to_chars(to, to + 20, number).ptr; }
 
+template <typename... Piece>
+void AppendPieces(std::string& text, const Piece&... pieces) {
+  const std::size_t length = text.size();
+  text.resize(length + (std::size_t{0} + ... + MostBytes(pieces)));
+  char* end = text.data() + length;
+  ((end = Put(end, pieces)), ...);
+  text.resize(static_cast<std::size_t>(end - text.data()));
+}
+
 // Pieces as a text.
 template <typename... Piece>
 std::string TextOf(const Piece&... pieces) {
-  std::string text((std::size_t{0} + ... + MostBytes(pieces)), '\0');
-  char* end = text.data();
-  ((end = Put(end, pieces)), ...);
-  text.resize(static_cast<std::size_t>(end - text.data()));
+  std::string text;
+  AppendPieces(text, pieces...);
   return text;
 }

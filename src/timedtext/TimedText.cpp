@@ -1,22 +1,9 @@
 #include "timedtext/TimedText.h"
 
-#include "app/App.h"
-#include "app/Window1.h"
-#include "app/cause.h"
-#include "http/HTTPSocket.h"
 #include "runtime/Numbers.h"
 #include "runtime/byte_search.h"
 
 namespace {
-
-constexpr std::int64_t kTimedTextTimeOut = 30;  // seconds without progress
-
-std::string AddressOf(const Window1& form, std::int64_t row) {
-  const App& app = App::Get();
-  return ReplaceAll("https://" + app.endpoints.TimedTextEndpoint + "/api/timedtext?&v=" + app.vidCode +
-                        "&lang=" + form.Listbox1.Cell(row, 1),
-                    " ", "");
-}
 
 std::size_t FindToReplace(std::string_view text, std::size_t from) {
   return FindFirstOf(text, from, '\r', '\n', '\xFD');
@@ -24,28 +11,9 @@ std::size_t FindToReplace(std::string_view text, std::size_t from) {
 
 }  // namespace
 
-std::optional<TimedText> FetchTimedText(Window1& form, std::int64_t row) {
-  const std::string title = Replace(form.Listbox1.Cell(row, 0), "\" lang_default=\"true", "");
-  form.TextArea1.SetText("");
-  HTTPSocket socket;
-  std::string body = socket.Get(AddressOf(form, row), kTimedTextTimeOut);
-  if (body.empty() && socket.LastErrorCode() != 0) {
-    MsgBox("Error code: " + Str(socket.ErrorCode()) +
-               " - A connection to YouTube was not able to be established. Check your internet connection "
-               "and try "
-               "again.",
-           CauseOf(socket, body));
-    return std::nullopt;
-  }
-  TimedText track = CutTimedText(form, DefineEncoding(std::move(body), Encodings::UTF8));
-  track.trackTitle = title;
-  return track;
-}
-
-TimedText CutTimedText(Window1& form, std::string body) {
-  TimedTextFields fields = NormaliseTimedText(std::move(body));
-  form.TextArea1.SetText(std::move(fields.document));
-  return TimedText(form.TextArea1.Share(), std::move(fields.ends));
+TimedText TimedText::From(std::string document) {
+  TimedTextFields fields = NormaliseTimedText(std::move(document));
+  return {std::make_shared<std::string>(std::move(fields.document)), std::move(fields.ends)};
 }
 
 char* Put(char* to, CueText text) {

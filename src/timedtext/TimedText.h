@@ -1,5 +1,5 @@
-// The stage that all users of a caption track begin with: fetches one track and takes it apart into
-// cues, by literal replacements and one split.
+// The stage that all users of a caption track begin with: takes a document apart into cues, by literal
+// replacements and one split.
 //
 //   document    = declaration "<transcript>" *cue "</transcript>"
 //   declaration = `<?xml version="1.0" encoding="utf-8" ?>`        this spelling only
@@ -18,9 +18,8 @@
 
 #include "runtime/TextControls.h"
 #include "runtime/exceptions.h"
+#include "runtime/pieces.h"
 #include "timedtext/normalise.h"
-
-class Window1;
 
 struct TimedTextCue {
   std::string_view start;  // decimal seconds, as the document has them
@@ -41,9 +40,8 @@ char* Put(char* to, CueText text);
 // last separator. They lie in the normalised document, which is shared, not copied.
 class TimedText {
  public:
-  // A normalised document, and where its fields end, without the separators behind them.
-  TimedText(SharedText normalised, std::vector<std::uint32_t> ends)
-      : document_(std::move(normalised)), ends_(std::move(ends)) {}
+  // Of the body of a reply, whatever it is.
+  static TimedText From(std::string document);
 
   std::string trackTitle;  // the language's name, the base of the default file name
 
@@ -61,20 +59,17 @@ class TimedText {
     const std::size_t from = index == 0 ? 0 : ends_[index - 1] + kSeparator.size();
     return {document_->data() + from, ends_[index] - from};
   }
-  // Bytes of the document.
-  std::size_t Size() const { return document_->size(); }
+  // The normalised document.
+  const SharedText& Document() const { return document_; }
+  std::size_t Size() const { return document_->size(); }  // bytes
 
  private:
+  TimedText(SharedText normalised, std::vector<std::uint32_t> ends)
+      : document_(std::move(normalised)), ends_(std::move(ends)) {}
+
   SharedText document_;
   std::vector<std::uint32_t> ends_;
 };
-
-// Fetches the track in this row of Listbox1, leaves the normalised document in TextArea1 and cuts it.
-// nullopt after a failed connection, which the person has been told.
-std::optional<TimedText> FetchTimedText(Window1& form, std::int64_t row);
-
-// What FetchTimedText does with the reply's body, whatever it is.
-TimedText CutTimedText(Window1& form, std::string body);
 
 // The words of a cue as they stand on one line.
 std::string CleanCueText(std::string_view text);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "app/Window1.h"
 #include "runtime/Numbers.h"
 #include "runtime/Text.h"
 #include "runtime/pieces.h"
@@ -135,7 +134,3 @@ std::optional<std::int64_t> EndHundredths(std::string_view start, std::string_vi
   // Str gives a sum of so few digits back as the decimal that it is meant to be.
   return Rounded(*from + *length);
 }
-
-std::string Window1::SecsToTimecode(double seconds) const { return ::SecsToTimecode(seconds); }
-std::string Window1::returnTimecodeSRT(double seconds) const { return ::returnTimecodeSRT(seconds); }
-std::string Window1::timecodeToSecs(const std::string& timecode) const { return ::timecodeToSecs(timecode); }

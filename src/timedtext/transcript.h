@@ -1,9 +1,17 @@
-// The text transcript: a paragraph, or lines with or without timecodes, as the boxes of the form say.
+// The text transcript: a paragraph, or lines with or without timecodes.
+//
+//   paragraph = *( text " " )
+//   lines     = *( [ "[" timecode "]" TAB ] text eol )
 #pragma once
 
-class TimedText;
-class Window1;
+#include <functional>
+#include <string>
 
-// Puts the transcript of a track into the form's TextArea1. The boxes are read for each cue, so that
-// a change during the run takes effect at the next one. Yields after each cue.
-void FormTranscript(Window1& form, const TimedText& track);
+class TimedText;
+
+struct TranscriptForm {
+  bool byLines, withTimecodes;  // the latter counts for lines alone
+};
+
+// The transcript of a track; asks for the form of each cue as it comes to it, and yields after each.
+std::string Transcript(const TimedText& track, const std::function<TranscriptForm()>& form);

@@ -7,14 +7,14 @@
 //   track  = `<track id="` number `" name="` name `" ` ... `lang_code="` code `"` ...
 //            `lang_translated="` language [ `" lang_default="true` ]
 
-#include "tracks/track_list.h"
+#include "tracks/search.h"
 
 #include <optional>
 
 #include "app/App.h"
 #include "app/Window1.h"
-#include "app/cause.h"
 #include "http/HTTPSocket.h"
+#include "http/cause.h"
 #include "runtime/RegEx.h"
 #include "runtime/Text.h"
 
@@ -129,12 +129,12 @@ void TakeTrackList(Window1& form, std::string reply) {
   ParseTracks(form);
 }
 
-void Window1::PushButton2_Action() {
-  if (TextField1.Text().empty()) return MsgBox("Please paste a YouTube URL into the form first.");
-  const auto code = VideoCode(TextField1.Text());
+void Search(Window1& form) {
+  if (form.TextField1.Text().empty()) return MsgBox("Please paste a YouTube URL into the form first.");
+  const auto code = VideoCode(form.TextField1.Text());
   if (!code) return MsgBox("This does not appear to be a YouTube URL.");
-  Unfinished lists(*this);
-  RemoveOldRows(*this);
+  Unfinished lists(form);
+  RemoveOldRows(form);
   App& app = App::Get();
   app.vidCode = *code;
 
@@ -143,14 +143,12 @@ void Window1::PushButton2_Action() {
       "http://" + app.endpoints.TrackListEndpoint + "/timedtext?type=list&v=" + app.vidCode;
   std::string reply = socket.Get(address, kTrackListTimeOut);
   const std::string cause = CauseOf(socket, reply);
-  TakeTrackList(*this, std::move(reply));
+  TakeTrackList(form, std::move(reply));
   lists.Done();
-  app.progress.languages = Listbox1.ListCount();
-  if (Listbox1.ListCount() == 0) {
+  app.progress.languages = form.Listbox1.ListCount();
+  if (form.Listbox1.ListCount() == 0) {
     MsgBox(
-        "There are no transcripts available for this video. Auto-generated transcripts contain no data and "
-        "cannot "
-        "be downloaded.",
+        "There are no transcripts available for this video. Auto-generated transcripts contain no data and cannot be downloaded.",
         cause);
   }
 }

@@ -1,5 +1,4 @@
-// The word search: tests a term against every cue of the selected tracks by itself. The term is a
-// regular expression, taken as it stands in the field; case doesn't matter.
+#include "wordsearch/word_search.h"
 
 #include "app/App.h"
 #include "app/Window1.h"
@@ -8,7 +7,7 @@
 #include "runtime/Text.h"
 #include "runtime/exceptions.h"
 #include "timedtext/TimecodeList.h"
-#include "timedtext/TimedText.h"
+#include "timedtext/fetch.h"
 #include "wordsearch/SearchWin.h"
 
 namespace {
@@ -64,55 +63,77 @@ RegEx TermOf(const Window1& form) {
   return term;
 }
 
-}  // namespace
-
-void Window1::PushButton3_Action() {
-  if (TextField1.Text().empty()) {
-    MsgBox(
-        "You must paste the URL of your YouTube movie into the first form field before you can do a word "
-        "search.");
-    Owner().CheckEnded();  // the form may have gone behind the message
-    return TextField1.SetFocus();
+TimecodeList StartsOf(const TimedText& track) {
+  TimecodeList starts;
+  starts.Reserve(track.Starts());
+  for (std::size_t i = 0; i < track.Starts(); ++i) {
+    starts.AppendStart(track.Times(i));
+    RuntimeBackgroundTask();
   }
-  if (Listbox1.ListCount() == 0) return MsgBox("There are no selected languages to retrieve.");
-  if (Listbox1.SelCount() == 0) return MsgBox("You must choose a language to do a word search on.");
-  if (RegEx term = TermOf(*this); !CompileOrReport(term)) return;
-  Owner().EndHandlerWith(SearchWin::kName);
-  for (std::int64_t row = 0; row < Listbox1.ListCount(); ++row) {
-    if (Listbox1.Selected(row) && !DoWordSearch(row)) return;
+  return starts;
+}
+
+// The first cue from here on that has the term, its words left in text; Cues() if none has. Yields after each
+// cue without it.
+std::size_t NextHit(RegEx& term, const TimedText& track, std::size_t cue, std::string& text) {
+  std::string buffer;
+  for (; cue < track.Cues(); ++cue) {
+    const std::string_view words = track.Text(cue).In(buffer);
+    if (term.Search(words)) return text = words, cue;
+    RuntimeBackgroundTask();
+  }
+  return cue;
+}
+
+// Shows each cue that has the term as it is found. A track without cues leaves the count as it was.
+void ShowHits(Run& run, RegEx& term, const TimedText& track, const TimecodeList& starts) {
+  App& app = App::Get();
+  if (track.Cues() > 0) app.searchCount = "0";
+  std::string text;
+  for (std::size_t cue = 0; (cue = NextHit(term, track, cue, text)) < track.Cues(); ++cue) {
+    run.AddHit(TextOf(starts.WithPointAt(cue)), text);
+    app.searchCount = Str(run.Hits());
     RuntimeBackgroundTask();
   }
 }
 
-bool Window1::DoWordSearch(std::int64_t row) {
-  auto track = FetchTimedText(*this, row);
-  if (!track) return true;
-  TimecodeList starts;
-  starts.Reserve(track->Starts());
-  for (std::size_t i = 0; i < track->Starts(); ++i) {
-    starts.AppendStart(track->Times(i));
+}  // namespace
+
+void SearchWords(Window1& form) {
+  App& app = App::Get();
+  if (form.TextField1.Text().empty()) {
+    MsgBox(
+        "You must paste the URL of your YouTube movie into the first form field before you can do a word search.");
+    app.CheckEnded();  // the form may have closed during the message
+    return form.TextField1.SetFocus();
+  }
+  if (form.Listbox1.ListCount() == 0) return MsgBox("There are no selected languages to retrieve.");
+  if (form.Listbox1.SelCount() == 0) return MsgBox("You must choose a language to do a word search on.");
+  if (RegEx term = TermOf(form); !CompileOrReport(term)) return;
+  app.EndHandlerWith(SearchWin::kName);
+  for (std::int64_t row = 0; row < form.Listbox1.ListCount(); ++row) {
+    if (form.Listbox1.Selected(row) && !form.DoWordSearch(row)) return;
     RuntimeBackgroundTask();
   }
+}
 
-  RegEx term = TermOf(*this);
-  if (!CompileOrReport(term)) return false;  // it was changed meanwhile
+bool SearchTrack(Window1& form, std::int64_t row) {
+  const auto track = FetchTimedText(form, row);
+  if (!track) return true;
+  const TimecodeList starts = StartsOf(*track);
+  RegEx term = TermOf(form);
+  if (!CompileOrReport(term)) return false;  // the user has changed it since
   App& app = App::Get();
   app.lastTerm = term.SearchPattern;
   Run run;
-  std::string room;
   try {
-    for (std::size_t i = 0; i < track->Cues(); ++i) {
-      const std::string_view text = track->Text(i).In(room);
-      if (term.Search(text)) run.AddHit(TextOf(starts.WithPointAt(i)), std::string(text));
-      app.searchCount = Str(run.Hits());
-      RuntimeBackgroundTask();
-    }
+    ShowHits(run, term, *track, starts);
   } catch (const RegExMatchLimitException& e) {
     run.TakeBack();
     MsgBox(Quoted(term.SearchPattern) + " could not be searched for: " + e.what() + ".");
     return false;
   } catch (...) {
-    run.ShowCount(searchField.Text());
+    run.ShowCount(form.searchField.Text());
     throw;
   }
 
@@ -120,10 +141,10 @@ bool Window1::DoWordSearch(std::int64_t row) {
   app.progress.hits += run.Hits();
   app.progress.withHits += run.Hits() > 0;
   if (run.Hits() < 1) {
-    MsgBox(Quoted(searchField.Text()) + " could not be found.");
+    MsgBox(Quoted(form.searchField.Text()) + " could not be found.");
     return true;
   }
   SearchWin::Get().Show();
-  run.ShowCount(searchField.Text());
+  run.ShowCount(form.searchField.Text());
   return true;
 }

@@ -8,6 +8,7 @@
 
 #include "app/App.h"
 #include "app/Window1.h"
+#include "ravelyn/commands.h"
 #include "runtime/Text.h"
 #include "support/FakePlatform.h"
 #include "support/LoopbackServer.h"
@@ -30,7 +31,7 @@ struct Program {
   TemporaryFolder prefs;
   TemporaryFolder folder;  // for what is saved
   WaitingPlatform host;
-  App app{host, EndpointsAt(server.Host())};
+  App app{host, kCommands, EndpointsAt(server.Host())};
 
   explicit Program(const std::vector<Track>& tracks = {}) {
     Offer(server, "abc", tracks);

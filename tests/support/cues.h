@@ -8,9 +8,7 @@
 
 // What the program reads in a document: "start+dur words" of each cue, and the starts that have no words.
 inline std::vector<std::string> CuesIn(const std::string& document) {
-  TimedTextFields fields = NormaliseTimedText(document);
-  const TimedText track(std::make_shared<const std::string>(std::move(fields.document)),
-                        std::move(fields.ends));
+  const TimedText track = TimedText::From(document);
   std::vector<std::string> lines;
   for (std::size_t i = 0; i < track.Starts(); ++i)
     lines.push_back(std::string(track.Times(i).start) + "+" + std::string(track.Times(i).dur) + " " +

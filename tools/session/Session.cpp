@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "app/Window1.h"
+#include "ravelyn/commands.h"
 #include "runtime/Numbers.h"
 #include "wordsearch/SearchWin.h"
 
@@ -101,7 +102,7 @@ void Session::Act(const std::string& line) {
 
 void Session::Open() {
   if (app_) throw CannotDo("the program was opened before");
-  app_ = std::make_unique<App>(platform_, endpoints_);
+  app_ = std::make_unique<App>(platform_, kCommands, endpoints_);
   app_->Start();
 }
 

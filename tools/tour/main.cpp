@@ -7,6 +7,7 @@
 #include <iostream>
 
 #include "Tour.h"
+#include "ravelyn/commands.h"
 
 namespace {
 
@@ -44,7 +45,7 @@ int main(int count, char** arguments) {
   endpoints.TrackListEndpoint = endpoints.TimedTextEndpoint = given[1].toStdString();
   endpoints.ProbeAddress = "127.0.0.1";
   TourPlatform platform(given[2].toStdString());
-  App app(platform, endpoints);
+  App app(platform, kCommands, endpoints);
   bool sound = false;
   QTimer::singleShot(0, [&] {
     app.Start();

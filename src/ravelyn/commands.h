@@ -1,0 +1,7 @@
+// Where all rooms meet.
+#pragma once
+
+#include "app/Commands.h"
+
+// The commands of the program, for App.
+extern const Commands kCommands;

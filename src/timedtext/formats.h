@@ -1,0 +1,44 @@
+// The files that a track is saved as: a text transcript, SRT, and WebVTT, which is SRT with a header and with
+// points in its timecodes.
+//
+//   cue = number LF start " --> " end LF text LF eol      of SRT and WebVTT; eol is the stream's own line end
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "runtime/Streams.h"
+#include "timedtext/TimecodeList.h"
+#include "timedtext/TimedText.h"
+
+class Window1;
+enum class Output;
+
+// Writes one file; raises IOException from the stream.
+using FileWriter = std::function<void(TextOutputStream&)>;
+
+// How one kind of file is made.
+struct FileFormat {
+  Output output;
+  const char* extension;
+  const char* fileType;  // filter of the save dialog, see FileTypes1; "" for none
+  // Forms what the file will hold, yielding after each cue, before the user is asked for its name.
+  FileWriter (*Form)(Window1& form, TimedText track);
+  bool clearsDocument;  // whether TextArea1 is empty afterwards
+};
+
+const FileFormat& FormatOf(Output output);
+
+// The three parallel lists of one track, one entry for each cue; the texts stand in the track.
+struct Captions {
+  TimecodeList starts;
+  TimecodeList ends;
+  TimedText track;
+  // A document that breaks the pattern may have more times than texts: the shorter list counts.
+  std::size_t Count() const { return track.Cues(); }
+};
+
+// Yields after each cue, as the two writers do.
+Captions FormCaptions(TimedText track);
+void WriteSRT(TextOutputStream& out, const Captions& captions);
+void WriteVTT(TextOutputStream& out, const Captions& captions);

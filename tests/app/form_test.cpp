@@ -1,0 +1,141 @@
+// The option logic and the probe of the main form, and the layout of the window that can grow.
+
+#include <gtest/gtest.h>
+
+#include "ravelyn/commands.h"
+#include "support/Program.h"
+#include "support/processes.h"
+#include "wordsearch/SearchWin.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+std::string OnOff(const CheckBox& box) {
+  return std::string(box.Value() ? "on" : "off") + (box.Enabled() ? "" : "/dis");
+}
+
+// Seven words: the file type, the three boxes, the two brackets; the caption and the strings behind them.
+std::string OptionState(Program& program) {
+  Window1& f = program.Form();
+  const App& app = program.app;
+  const auto bracket = [](std::initializer_list<const Line*> lines) {
+    const bool first = (*lines.begin())->Visible();
+    for (const Line* line : lines) EXPECT_EQ(line->Visible(), first) << line->Name();
+    return first ? " shown" : " hidden";
+  };
+  EXPECT_LE(f.TextBox.Value() + f.SRTBox.Value() + f.WebVTTBox.Value(), 1);
+  return std::string(f.TextBox.Value()     ? "text "
+                     : f.SRTBox.Value()    ? "SRT "
+                     : f.WebVTTBox.Value() ? "VTT "
+                                           : "none ") +
+         OnOff(f.paragraphBox) + " " + OnOff(f.lineBox) + " " + OnOff(f.timecodeBox) +
+         bracket({&f.Line1, &f.Line2, &f.Line3, &f.Line9}) + bracket({&f.Line10, &f.Line11}) + " | " +
+         f.PushButton1.Caption() + " | " + app.checkedDL + " " + app.openDL + " " + app.paragraphChecked +
+         " " + app.timecodeChecked + " " + app.linebyline;
+}
+
+}  // namespace
+
+TEST(ResultsWindow, KeepsItsControlsAtItsEdges) {
+  Program program;
+  SearchWin& window = SearchWin::Get();
+  window.PersonResizes(700, 391);
+  window.PersonResizes(600, 391);
+  EXPECT_EQ(window.resultsList.Height(), 291);  // the start is 295
+  window.PersonResizes(800, 500);
+  EXPECT_EQ((std::vector{window.resultsList.Width(), window.resultsList.Height(), window.Label1.Top(),
+                         window.closeBtn.Left(), window.closeBtn.Top(), window.saveBtn.Left(),
+                         window.saveBtn.Top()}),
+            (std::vector{760, 400, 449, 564, 460, 664, 460}));
+  window.PersonResizes(1, 1);  // no smaller than 64 by 64
+  EXPECT_EQ(window.resultsList.Width(), 24);
+  EXPECT_EQ(window.saveBtn.Left(), -72);
+}
+
+// Each row goes on from the one before, in the state that it left.
+TEST(Options, KeepEachOtherInStepAfterEachClick) {
+  Program program;
+  EXPECT_EQ(OptionState(program),
+            "none off/dis off/dis off/dis hidden hidden | Download | true true false false false");
+  const std::string text = " | Download Text Transcript(s) | ", srt = " | Download SRT File(s) | ";
+  const std::string paragraph = " | Download Transcript(s) | ";
+  const std::pair<const char*, std::string> rows[] = {
+      {"paragraphBox", "none off/dis off/dis off/dis hidden hidden | Download | true true false false false"},
+      {"TextBox", "text off off off shown shown" + text + "Text true false false false"},
+      {"timecodeBox", "text off off on shown shown" + text + "Text true false true false"},
+      {"lineBox", "text off on on shown shown" + text + "Text true false true true"},
+      {"lineBox", "text off off on shown shown" + text + "Text true false false false"},  // the box stays on
+      {"lineBox", "text off on on shown shown" + text + "Text true false false true"},
+      {"paragraphBox", "text on off off/dis shown hidden" + paragraph + "Text true true false false"},
+      {"TextBox", "text on off off shown shown" + text + "Text true true false false"},  // clicked again
+      {"lineBox", "text off on off shown shown" + text + "Text true false false true"},
+      {"paragraphBox", "text on off off/dis shown hidden" + paragraph + "Text true true false false"},
+      {"lineBox", "text off on off shown shown" + paragraph + "Text true false false true"},
+      {"timecodeBox", "text off on on shown shown" + paragraph + "Text true false true true"},
+      {"SRTBox", "SRT off/dis off/dis off/dis hidden hidden" + srt + "SRT true false false false"},
+      {"lineBox", "SRT off/dis off/dis off/dis hidden hidden" + srt + "SRT true false false false"},
+      {"openBox", "SRT off/dis off/dis off/dis hidden hidden" + srt + "SRT false false false false"},
+      {"TextBox", "text off off off shown shown" + text + "Text false false false false"},
+      {"paragraphBox", "text on off off/dis shown hidden" + paragraph + "Text false true false false"},
+      {"paragraphBox", "text off off off/dis shown hidden" + paragraph + "Text false true false false"},
+      {"WebVTTBox", "VTT off/dis off/dis off/dis hidden hidden" + text + "VTT false false false false"},
+      {"SRTBox", "SRT off/dis off/dis off/dis hidden hidden" + srt + "SRT false false false false"},
+      {"SRTBox", "SRT off/dis off/dis off/dis hidden hidden" + srt + "SRT false false false false"},
+      {"WebVTTBox", "VTT off/dis off/dis off/dis hidden hidden" + text + "VTT false false false false"},
+      {"openBox", "VTT off/dis off/dis off/dis hidden hidden" + text + "VTT true false false false"},
+      {"TextBox", "text off off off shown shown" + text + "Text true false false false"},
+  };
+  int number = 0;
+  for (const auto& [click, state] : rows) {
+    program.Click(click);
+    EXPECT_EQ(OptionState(program), state) << "row " << ++number << ", " << click;
+  }
+}
+
+TEST(Options, AreSetByCodeAsByAPersonButOnlyWhenTheyChange) {
+  Program program;
+  Window1& form = program.Form();
+  form.lineBox.SetValue(true);  // disabled, yet its handler runs
+  EXPECT_EQ(OptionState(program),
+            "none off/dis on/dis off hidden shown | Download | true true false false true");
+  form.TextBox.SetValue(true);
+  form.PushButton1.SetCaption("mine");
+  form.TextBox.SetValue(true);
+  form.openBox.SetValue(true);
+  form.TextBox.SetValue(false);  // going off raises nothing
+  EXPECT_EQ(OptionState(program), "none off on off shown shown | mine | Text true false false true");
+}
+
+TEST(Probe, WarnsOfAFailingAddressOnceForEachForm) {
+  for (const auto& [address, words] :
+       {std::pair{"127.0.0.1", Lines{"show: Window1"}},
+        std::pair{"240.0.0.1",
+                  Lines{"show: Window1",
+                        "message: Ravelyn cannot work without an Internet connection. Please check "
+                        "your connection prior to continuing."}}}) {
+    FakePlatform host;
+    TemporaryFolder prefs;
+    host.prefsFolder = prefs.Path();
+    Endpoints endpoints;
+    endpoints.ProbeAddress = address;
+    App app(host, kCommands, endpoints);
+    app.Start();
+    EXPECT_EQ(host.calls, words);
+    app.FindWindow("Window1")->PersonCloses();
+    host.calls.clear();
+    app.ChooseMenuItem("FileNewWindow");
+    EXPECT_EQ(host.calls, words);
+    Window1::Get().Show();
+    EXPECT_EQ(host.calls.size(), words.size() + 1);
+  }
+}
+
+TEST(Probe, SleepsUntilItsPingHasEnded) {
+  const OwnPing ping("sleep 0.3");
+  SilentPlatform host;
+  App app(host, kCommands);
+  app.Start();
+  EXPECT_LT(host.waits, 5);
+  EXPECT_LT(host.yields, 5);
+}

@@ -1,0 +1,100 @@
+// The cause that stands below a message, by what the endpoint answered.
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "ravelyn/commands.h"
+#include "support/Program.h"
+
+namespace {
+
+std::string Below(const std::string& call) {
+  const std::size_t at = call.find("\ncause: ");
+  return at == call.npos ? "" : call.substr(at + 8);
+}
+
+// The message's cause after this reply to a search, and to a download; "-" where there was no message.
+std::pair<std::string, std::string> CausesOf(Program& program, const Reply& reply) {
+  const auto cause = [&](const std::function<void()>& command) {
+    const int before = program.server.Answered();
+    program.host.onYield = [&] {  // time is only for who would wait for ever
+      const bool isOut = program.server.Answered() > before;
+      if (isOut && reply.end == Reply::End::Stall) program.host.ticks += 1500;
+    };
+    program.Calls();
+    command();
+    program.host.onYield = nullptr;
+    const auto calls = program.Calls();
+    const bool isMessage = calls.size() == 1 && calls[0].starts_with("message: ");
+    return isMessage ? Below(calls[0]) : "-";
+  };
+  program.server.AnswerAt(ListPath("abc"), reply);
+  const std::string ofSearch = cause([&] { program.Search({}); });
+  program.server.AnswerAt(ListPath("abc"), {Page(TrackList({{"en", "English", ""}}))});
+  program.Search({0});
+  program.Click("SRTBox");
+  program.server.AnswerAt(TrackPath("abc", "en"), reply);
+  return {ofSearch, cause([&] { program.Click("PushButton1"); })};
+}
+
+// A head that names this cause.
+std::string Naming(const std::string& cause, const std::string& length = "0") {
+  return "HTTP/1.0 404 Not Found\r\nContent-Length: " + length + "\r\nRavelyn-Cause: " + cause + "\r\n\r\n";
+}
+
+}  // namespace
+
+TEST(Causes, AreTheGatewaysWordsOrWhatTheClientKnows) {
+  const std::string most(200, 'c'), brokeOff = "The reply broke off before the first byte of its text.";
+  const std::string emptyList = TrackList({});
+  const struct {
+    Reply reply;
+    std::string search, download;
+  } cases[] = {
+      {{Naming("<b>not</b> so")}, "<b>not</b> so", "<b>not</b> so"},
+      {{Naming("no captions", std::to_string(emptyList.size())) + emptyList}, "no captions", "-"},
+      {{Naming(most + "c")}, most, most},
+      {{Naming("caf\xC3\xA9")}, "", ""},
+      {{Naming("a\tb")}, "", ""},
+      {{Naming("no network", "9"), Reply::End::Reset}, "no network", "no network"},
+      {{OpenPage("")}, "", ""},
+      {{Page("an error page")}, "", "-"},
+      {{"HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\n"}, brokeOff, brokeOff},
+      {{""}, brokeOff, brokeOff},
+      {{"", Reply::End::Reset}, brokeOff, brokeOff},
+      {{"", Reply::End::Stall}, "No answer came in time.", "-"},
+      {{"HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\nhalf", Reply::End::Stall}, "", "-"},
+  };
+  Program program;
+  const std::string foreign =
+      "What answers at " + program.server.Host() + " is not Ravelyn's gateway: status 404.";
+  for (const auto& [reply, search, download] : cases) {
+    SCOPED_TRACE(reply.bytes);
+    EXPECT_EQ(CausesOf(program, reply), std::pair(search, download));
+  }
+  const std::string error = "HTTP/1.0 404 File not found\r\nServer: another\r\n";
+  EXPECT_EQ(CausesOf(program, {error + "\r\n<html>no</html>"}), std::pair(foreign, std::string("-")));
+  const std::string least = CausesOf(program, {"HTTP/1.0 400 Bad Request\r\n\r\n"}).first;
+  EXPECT_EQ(least, foreign.substr(0, foreign.size() - 4) + "400.");
+  EXPECT_EQ(CausesOf(program, {error + "Content-Length: 0\r\n\r\n"}), std::pair(foreign, foreign));
+}
+
+TEST(Causes, SayThatNothingListens) {
+  int port = 0;
+  ::close(ListenOnLoopback(port));
+  const std::string nobody = "127.0.0.1:" + std::to_string(port);
+  WaitingPlatform host;
+  App app(host, kCommands, EndpointsAt(nobody));
+  Window1& form = Window1::Get();
+  form.TextField1.PersonTypes("https://host/watch?v=abc");
+  form.PushButton2.PersonClicks();
+  form.Listbox1.AddRow("English");
+  form.Listbox1.PersonSelects({0});
+  form.SRTBox.PersonClicks();
+  form.PushButton1.PersonClicks();
+  std::vector<std::string> causes;
+  for (const std::string& call : host.calls) {
+    if (call.starts_with("message: ")) causes.push_back(Below(call));
+  }
+  EXPECT_EQ(causes, std::vector<std::string>(2, "Nothing listens at " + nobody + "."));
+}

@@ -1,0 +1,288 @@
+// What a person may do while a command runs: close its window, quit, choose options, start another.
+// Each deed comes at every yield of the command in turn, so that no place is left out.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <map>
+
+#include "ravelyn/commands.h"
+#include "support/Program.h"
+#include "support/processes.h"
+#include "wordsearch/SearchWin.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+const std::vector<Track> kTracks = {
+    {"en", "English", Document({{"1", "1", "one"}, {"2", "1", "two"}, {"3", "1", "once"}})},
+    {"de", "German", Document({{"1", "1", "on"}, {"2", "1", "zwei"}})},
+};
+
+struct Command {
+  std::string before;  // clicks that lead to it
+  std::string button;
+  Lines wholeFiles;  // what each file may hold when it is there at all
+};
+
+const std::string kCues[] = {
+    "1\n00:00:01,000 --> 00:00:02,000\none\n\n2\n00:00:02,000 --> 00:00:03,000\ntwo\n\n"
+    "3\n00:00:03,000 --> 00:00:04,000\nonce\n\n",
+    "1\n00:00:01,000 --> 00:00:02,000\non\n\n2\n00:00:02,000 --> 00:00:03,000\nzwei\n\n"};
+std::string InVtt(const std::string& cues) { return "WEBVTT\n\n" + ReplaceAll(cues, ",", "."); }
+
+const std::map<std::string, Command> kCases = {
+    {"search", {"", "PushButton2", {}}},
+    {"text", {"TextBox lineBox", "PushButton1", {"one\ntwo\nonce\n", "on\nzwei\n"}}},
+    {"SRT", {"SRTBox", "PushButton1", {kCues[0], kCues[1]}}},
+    {"WebVTT", {"WebVTTBox", "PushButton1", {InVtt(kCues[0]), InVtt(kCues[1])}}},
+    {"words", {"", "PushButton3", {}}},
+    {"results",
+     {"PushButton3",
+      "SearchWin.saveBtn",
+      {"Search results for the term 'on' in the video: https://www.youtube.com/watch?v=abc\n\n"
+       "[00:00:01.000]\tone\n\n[00:00:03.000]\tonce\n\n[00:00:01.000]\ton\n\n\n"}}},
+};
+
+// A program whose command is about to be started, and what it leaves behind.
+struct Stage : Program {
+  explicit Stage(const Command& what) : Program(kTracks), command(what) {
+    Search({0, 1});
+    Form().searchField.PersonTypes("on");
+    Click(command.before);
+    WillSave("a");
+    WillSave("b");
+    host.calls.clear();
+  }
+
+  // Starts the command and does deed at its n-th yield, from 1; false if there was none.
+  bool Run(std::int64_t n, const std::function<void()>& deed) {
+    const std::int64_t at = host.yields + n;
+    bool done = false;
+    host.onYield = [&, at] {
+      if (host.yields != at) return;
+      done = true;
+      deed();
+      atDeed = host.calls.size();
+    };
+    Click(command.button);
+    host.onYield = nullptr;
+    return done;
+  }
+
+  Lines CallsAfterTheDeed() const {
+    return {host.calls.begin() + static_cast<std::ptrdiff_t>(atDeed), host.calls.end()};
+  }
+
+  // Each file that is there is whole, and nothing lies beside them.
+  void ExpectWholeFiles() const {
+    std::size_t there = 0;
+    for (std::size_t i = 0; i < command.wholeFiles.size(); ++i) {
+      const std::string path = folder / (i == 0 ? "a" : "b");
+      if (!std::filesystem::exists(path)) continue;
+      ++there;
+      EXPECT_EQ(ReadFile(path), command.wholeFiles[i]);
+    }
+    EXPECT_EQ(folder.Count(), there);
+  }
+
+  Command command;
+  std::size_t atDeed = 0;
+};
+
+// Runs every command anew with deed at each of its yields; check sees what came of it. A server on
+// this machine answers within a few waits, so the yields of a command are few.
+void AtEveryYield(const std::function<void(Stage&)>& deed, const std::function<void(Stage&)>& check) {
+  for (const auto& [name, command] : kCases) {
+    SCOPED_TRACE(name);
+    bool reached = true;
+    for (std::int64_t n = 1; reached && n < 200; ++n) {
+      Stage stage(command);
+      reached = stage.Run(n, [&] { deed(stage); });
+      if (!reached) continue;
+      SCOPED_TRACE(n);
+      check(stage);
+      stage.ExpectWholeFiles();
+    }
+    EXPECT_FALSE(reached);
+  }
+}
+
+// The label has the number of hits of the last run that had any: two in the first track, one in the other.
+void ExpectCountedRows() {
+  const SearchWin* results = SearchWin::OpenOrNil();
+  if (!results) return;
+  const std::int64_t rows = results->resultsList.ListCount();
+  EXPECT_EQ(results->searchTerm.Text(),
+            "Displaying " + std::string(rows == 2 ? "2" : "1") + " results for search term: \"on\".");
+}
+
+}  // namespace
+
+TEST(Unwinding, ClosingTheWindowEndsItsCommandAtOnce) {
+  AtEveryYield(
+      [](Stage& stage) {
+        stage.app.FindWindow(stage.command.button == "SearchWin.saveBtn" ? "SearchWin" : "Window1")
+            ->PersonCloses();
+      },
+      [](Stage& stage) {
+        EXPECT_EQ(stage.CallsAfterTheDeed(), Lines{});
+        EXPECT_FALSE(stage.app.IsCommandRunning());
+        if (stage.command.button == "PushButton3") ExpectCountedRows();
+        stage.app.ChooseMenuItem("FileNewWindow");  // and a new form works
+        stage.Search({0});
+        EXPECT_EQ(stage.Form().Listbox1.ListCount(), 2);
+      });
+}
+
+TEST(Unwinding, StoppingACommandLeavesItsFormAndNothingHalfMade) {
+  AtEveryYield([](Stage& stage) { stage.app.StopCommand(); },
+               [](Stage& stage) {
+                 if (stage.command.button == "SearchWin.saveBtn") return;  // no command
+                 EXPECT_EQ(stage.CallsAfterTheDeed(), Lines{});
+                 EXPECT_FALSE(stage.app.IsCommandRunning());
+                 const bool searched = stage.command.button == "PushButton2";
+                 EXPECT_EQ(stage.Form().Listbox1.ListCount(), searched ? 0 : 2);
+                 EXPECT_EQ(stage.Form().XMLList.ListCount(), searched ? 0 : 2);
+                 if (stage.command.button == "PushButton3") ExpectCountedRows();
+                 stage.Search({0});
+                 EXPECT_EQ(stage.Form().Listbox1.ListCount(), 2);
+               });
+}
+
+TEST(Unwinding, ClosingTheResultsEndsTheirWordSearchAtOnce) {
+  bool reached = true;
+  for (std::int64_t n = 1; reached && n < 200; ++n) {
+    Stage stage(kCases.at("words"));
+    bool open = false;
+    reached = stage.Run(n, [&] {
+      open = SearchWin::OpenOrNil();
+      if (!open) return;
+      SearchWin::Get().PersonCloses();
+      EXPECT_FALSE(stage.app.IsCommandRunning());
+    });
+    if (!open) continue;
+    EXPECT_EQ(stage.CallsAfterTheDeed(), Lines{});
+    EXPECT_EQ(SearchWin::OpenOrNil(), nullptr);
+  }
+  EXPECT_FALSE(reached);
+}
+
+TEST(Unwinding, ANewFormSearchesWhileTheEndedSearchOfTheOldOneStillStands) {
+  Program program(kTracks);
+  program.server.AnswerAt(ListPath("slow"), {"", Reply::End::Stall});
+  program.Form().TextField1.PersonTypes("?v=slow");
+  std::int64_t listed = 0;
+  program.host.onYield = [&] {
+    if (program.server.Requests().empty()) return;  // the server serves the next one only then
+    program.Form().PersonCloses();
+    program.host.onYield = [&] {  // at the new form's probe
+      program.Search({});
+      listed = program.Form().Listbox1.ListCount();
+    };
+    program.app.ChooseMenuItem("FileNewWindow");
+    EXPECT_EQ(listed, 2);
+    program.host.onYield = [] {};
+  };
+  program.Click("PushButton2");
+  EXPECT_EQ(listed, 2);
+}
+
+TEST(Unwinding, QuittingEndsEveryCommandAndSavesThePreferences) {
+  AtEveryYield([](Stage& stage) { stage.app.ChooseMenuItem("FileQuit"); },
+               [](Stage& stage) {
+                 EXPECT_EQ(stage.CallsAfterTheDeed(), Lines{});
+                 stage.app.Stop();
+                 EXPECT_EQ(stage.prefs.Count(), 1u);
+                 EXPECT_TRUE(stage.app.Windows().empty());
+               });
+}
+
+TEST(Unwinding, ASecondCommandIsIgnoredWhileOneRuns) {
+  AtEveryYield(
+      [](Stage& stage) {
+        const std::size_t calls = stage.host.calls.size();
+        stage.Click("PushButton1 PushButton2 PushButton3 SearchWin.saveBtn");
+        EXPECT_EQ(stage.host.calls.size(), calls);
+      },
+      [](Stage& stage) {
+        EXPECT_EQ(stage.Form().Listbox1.ListCount(), 2);
+        const std::size_t ofTheFirst = stage.command.button == "PushButton2" ? 2 : 3;
+        EXPECT_EQ(stage.server.Requests().size(), ofTheFirst);
+      });
+}
+
+TEST(Unwinding, EndsACommandWhoseWindowWentDuringADialog) {
+  for (const auto& [name, command] : kCases) {
+    if (command.wholeFiles.empty()) continue;
+    for (const bool quit : {false, true}) {
+      Stage stage(command);
+      const std::string window = name == "results" ? "SearchWin" : "Window1";
+      stage.host.onSaveDialog = [&stage, &window, quit] {
+        if (quit) return stage.app.Quit();
+        stage.app.FindWindow(window)->PersonCloses();
+      };
+      stage.Click(command.button);
+      EXPECT_EQ(stage.folder.Count(), 0u) << name;
+      for (const std::string& call : stage.Calls()) EXPECT_FALSE(call.starts_with("launch")) << name;
+    }
+  }
+}
+
+TEST(Unwinding, LeavesNoFocusInAFormThatWentBehindAMessage) {
+  for (const char* button : {"PushButton1", "PushButton3"}) {
+    Program program;  // without a link both commands put the focus on its field
+    program.host.onMessage = [&] { program.Form().PersonCloses(); };
+    program.Click(button);
+    EXPECT_EQ(program.app.FocusedControl(), nullptr);
+    EXPECT_EQ(program.Calls().back(), "close: Window1");
+  }
+}
+
+TEST(Unwinding, EndsTheProbeAndItsPingWithItsForm) {
+  for (const bool quit : {false, true}) {
+    NamedProcess named;
+    const OwnPing ping("echo $$ > '" + named.Path() + "'; exec sleep 100");
+    FakePlatform host;
+    App app(host, kCommands);
+    host.onYield = [&] {
+      if (host.yields < 3) return;
+      named.Await();
+      EXPECT_FALSE(named.EndsWithin(0));
+      quit ? app.Quit() : app.FindWindow("Window1")->PersonCloses();
+    };
+    app.Start();
+    EXPECT_EQ(host.yields, 3);
+    EXPECT_TRUE(named.EndsWithin(30'000));
+    EXPECT_EQ(host.calls, quit ? Lines{"show: Window1"} : (Lines{"show: Window1", "close: Window1"}));
+  }
+}
+
+TEST(Unwinding, OptionsClickedDuringARunActAtOnce) {
+  Stage stage(kCases.at("text"));
+  // The text run is turned into a WebVTT run, which begins when the rows of the first are done.
+  EXPECT_TRUE(stage.Run(1, [&] { stage.Click("WebVTTBox openBox"); }));
+  EXPECT_EQ(stage.host.calls, (Lines{"save: text/plain English.txt", "save: text/plain German.txt",
+                                     "save:  English.vtt", "save:  German.vtt"}));
+  EXPECT_EQ(ReadFile(stage.folder / "a"), "one two once ");
+}
+
+// The first is ended after its first hit, and unwinds when the second, with two, is over.
+TEST(WordSearchRun, LeavesTheLabelOfALaterOneAlone) {
+  Program program(kTracks);
+  program.Search({0});
+  program.Form().searchField.PersonTypes("one");
+  program.host.onYield = [&] {
+    if (!SearchWin::OpenOrNil()) return;
+    program.Form().PersonCloses();
+    program.app.ChooseMenuItem("FileNewWindow");
+    program.Search({0});
+    program.Form().searchField.PersonTypes("on");
+    program.Click("PushButton3");
+    program.host.onYield = [] {};
+  };
+  program.Click("PushButton3");
+  EXPECT_EQ(SearchWin::Get().resultsList.ListCount(), 3);
+  EXPECT_EQ(SearchWin::Get().searchTerm.Text(), "Displaying 2 results for search term: \"on\".");
+}

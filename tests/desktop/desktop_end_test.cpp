@@ -1,0 +1,137 @@
+// Who ends the program, and what is left of it: real processes that run the program's own loop, driven from
+// inside by the events of a user.
+
+#include <sys/wait.h>
+
+#include <QEvent>
+#include <csignal>
+#include <map>
+
+#include "desktop/run.h"
+#include "desktop_fixture.h"
+#include "ravelyn/commands.h"
+
+namespace {
+
+// The program on Qt's own platform, with one answer for the save dialog.
+class Answering : public QtPlatform {
+ public:
+  explicit Answering(std::string path) : path_(std::move(path)) {}
+  std::optional<std::string> AskSavePath(const std::string&, const std::string&) override { return path_; }
+
+ private:
+  std::string path_;
+};
+
+// Calls again and again until it is true, between the program's other events.
+void when(const std::function<bool()>& isTime, const std::function<void()>& deed) {
+  auto* const turn = new QTimer(qApp);
+  QObject::connect(turn, &QTimer::timeout, turn, [turn, isTime, deed] {
+    if (!isTime()) return;
+    turn->stop();
+    turn->deleteLater();
+    deed();
+  });
+  turn->start(0);
+}
+
+void end(const std::string& how) {
+  if (how == "session") {
+    QEvent quit(QEvent::Quit);  // what Qt sends when the session manager says die
+    QCoreApplication::sendEvent(qApp, &quit);
+  } else if (how == "screen") {
+    std::exit(1);  // what Qt does where the connection to the screen breaks
+  } else {
+    if (how == "TERM" && ::signal(SIGHUP, SIG_IGN) != SIG_IGN) std::_Exit(1);
+    ::raise(how == "TERM" ? SIGTERM : how == "INT" ? SIGINT : SIGHUP);
+  }
+}
+
+std::size_t filesIn(const std::string& folder) {
+  return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder), {}));
+}
+
+// Chooses SRT and not to open what is saved, and does what the moment asks for, in which end comes.
+void workUntil(const std::string& moment, const std::function<bool()>& isTime,
+               const std::function<void()>& end) {
+  Window1& form = Window1::Get();
+  const bool saves = moment == "fetching" || moment == "writing";
+  form.SRTBox.PersonClicks();
+  form.openBox.PersonClicks();
+  if (saves) {
+    form.TextField1.PersonTypes("https://host/watch?v=abc");
+    form.PushButton2.PersonClicks();
+    form.Listbox1.PersonSelects({0});
+  }
+  when(isTime, end);
+  if (moment == "message") form.PushButton2.PersonClicks();
+  if (saves) form.PushButton1.PersonClicks();
+}
+
+// arguments: the part's name, who ends the program, when, its server and the folder for what it saves.
+int runProgram(int count, char** arguments) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication qt(count, arguments);
+  QApplication::setQuitOnLastWindowClosed(false);
+  const std::string how = arguments[2], moment = arguments[3], folder = arguments[5];
+  Answering platform(folder + "/a.srt");
+  App app(platform, kCommands, EndpointsAt(arguments[4]));
+  const std::map<std::string, std::function<bool()>> isTime = {
+      {"idle", [] { return true; }},
+      {"message", [] { return standingDialog() != nullptr; }},
+      {"fetching", [&app] { return app.IsCommandRunning(); }},
+      {"writing", [folder] { return filesIn(folder) > 0; }}};
+  when([&app] { return app.preferencesLoaded; },
+       [&] { workUntil(moment, isTime.at(moment), [how] { end(how); }); });
+  return run(app, platform);
+}
+
+struct Ended {
+  int status;
+  std::string preferences;
+  std::size_t files;
+};
+
+Ended runAndEnd(const std::string& how, const std::string& moment, const std::string& server) {
+  const TemporaryFolder config, folder;
+  const std::string self = std::filesystem::read_symlink("/proc/self/exe");
+  const pid_t process = ::fork();
+  if (process == 0) {
+    ::setenv("XDG_CONFIG_HOME", config.Path().c_str(), 1);
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) ::signal(signal, SIG_DFL);
+    if (how == "TERM") ::signal(SIGHUP, SIG_IGN);  // as under nohup
+    ::alarm(60);
+    ::execl(self.c_str(), "ravelyn", "--program", how.c_str(), moment.c_str(), server.c_str(),
+            folder.Path().c_str(), nullptr);
+  }
+  int status = -1;
+  ::waitpid(process, &status, 0);
+  return {status, ReadFile(config / "com.tarnvale.ravelyn.user.prefs"), filesIn(folder.Path())};
+}
+
+}  // namespace
+
+TEST(End, KeepsThePreferencesAndLeavesNoHalfMadeFile) {
+  LoopbackServer server;
+  std::vector<Cue> cues(300'000, Cue{"1", "2", "many words"});
+  Offer(server, "abc", {{"en", "English", Document(cues)}});
+  LoopbackServer stalling;
+  stalling.AnswerAt(ListPath("abc"), {Page(TrackList({{"en", "English", ""}}))});
+  stalling.Answer({"HTTP/1.0 200 OK\r\nContent-Length: 999\r\n\r\nhalf", Reply::End::Stall});
+  for (const std::string how : {"TERM", "INT", "HUP", "session", "screen"}) {
+    for (const std::string moment : {"idle", "message", "fetching", "writing"}) {
+      if (how == "screen" && moment == "writing") continue;
+      SCOPED_TRACE(how + " while " + moment);
+      const Ended ended = runAndEnd(how, moment, moment == "fetching" ? stalling.Host() : server.Host());
+      EXPECT_EQ(WEXITSTATUS(ended.status), how == "screen" ? 1 : 0);
+      EXPECT_TRUE(WIFEXITED(ended.status));
+      EXPECT_EQ(ended.preferences, "SRT\nfalse\nfalse\nfalse\nfalse\n");
+      EXPECT_EQ(ended.files, 0U);
+    }
+  }
+}
+
+int main(int count, char** arguments) {
+  if (count > 1 && arguments[1] == std::string("--program")) return runProgram(count, arguments);
+  return runOffscreen(count, arguments);
+}

@@ -1,0 +1,163 @@
+// The program on Qt's offscreen platform, with a server behind it, driven by the events that a
+// keyboard and a mouse would send. Dialogs are scripted and written down in the host below, and
+// nothing outside is ever opened.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <QUrl>
+#include <deque>
+#include <memory>
+
+#include "app/App.h"
+#include "app/Window1.h"
+#include "app/aboutWin.h"
+#include "desktop/ListView.h"
+#include "desktop/QtPlatform.h"
+#include "desktop/WindowView.h"
+#include "ravelyn/commands.h"
+#include "support/LoopbackServer.h"
+#include "support/TemporaryFolder.h"
+#include "support/captions.h"
+#include "wordsearch/SearchWin.h"
+
+class TestHost : public QtPlatform {
+ public:
+  std::vector<std::string> calls;                // "message: ...", "save: FILTER NAME", "open: ADDRESS"
+  std::deque<std::optional<std::string>> saves;  // answers to the next save dialogs; then all are cancelled
+  std::vector<std::string> steps;                // of the command, at its save dialogs
+  bool realMessages = false, realSaves = false;  // shows them, after writing them down
+  bool opens = true;                             // the system has a program for what is opened
+  bool opensByProgram = false;                   // the first xdg-open in PATH
+  bool hasLeft = false;
+  int waits = 0;               // that may sleep
+  std::int64_t answering = 0;  // ticks that the user takes for each answer
+  TemporaryFolder prefs;
+
+  void MessageBox(const std::string& text, const std::string& cause) override {
+    calls.push_back("message: " + text);
+    if (realMessages) QtPlatform::MessageBox(text, cause);
+  }
+  std::optional<std::string> AskSavePath(const std::string& filter, const std::string& name) override {
+    calls.push_back("save: " + filter + " " + name);
+    steps.push_back(App::Get().CommandStep());
+    ahead_ += answering;
+    if (realSaves) return QtPlatform::AskSavePath(filter, name);
+    if (saves.empty()) return std::nullopt;
+    auto answer = saves.front();
+    saves.pop_front();
+    return answer;
+  }
+  std::string PreferencesFolder() override { return prefs.Path(); }
+  void ProcessEvents(int milliseconds, const Awaited& awaited) override {
+    waits += milliseconds > 0;
+    QtPlatform::ProcessEvents(milliseconds, awaited);
+  }
+
+  std::int64_t Ticks() override { return QtPlatform::Ticks() + ahead_; }
+
+ protected:
+  bool open(const QUrl& url, const std::function<void()>& failed) override {
+    if (opensByProgram) return QtPlatform::open(url, failed);
+    calls.push_back("open: " + url.toEncoded().toStdString());
+    return opens;
+  }
+  void leaveLoop() override { hasLeft = true; }
+
+ private:
+  std::int64_t ahead_ = 0;
+};
+
+// nullptr where none stands.
+template <typename D = QDialog>
+D* standingDialog() {
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    auto* dialog = dynamic_cast<D*>(window);
+    if (dialog && dialog->isVisible()) return dialog;
+  }
+  return nullptr;
+}
+
+inline bool waitFor(const std::function<bool()>& happens) { return QTest::qWaitFor(happens, 5000); }
+
+class Desktop : public ::testing::Test {
+ protected:
+  void SetUp() override { start(); }
+  void TearDown() override {
+    host.dropViews();
+    if (app) app->Stop();
+  }
+
+  void start() {
+    app = std::make_unique<App>(host, kCommands, EndpointsAt(server.Host()));
+    app->Start();
+    host.calls.clear();  // of the probe, where there is no ping
+    ASSERT_TRUE(QTest::qWaitForWindowActive(host.viewOf(form())));
+  }
+
+  static Window1& form() { return Window1::Get(); }
+  WindowView& view(const Window& window) { return *host.viewOf(window); }
+  template <typename W>
+  W& widget(const Control& control) {
+    return dynamic_cast<W&>(*view(control.Owner()).widgetOf(control));
+  }
+  QLineEdit& link() { return widget<QLineEdit>(form().TextField1); }
+  ListView& languages() { return widget<ListView>(form().Listbox1); }
+
+  void click(const Control& control, QPoint at = {}) {
+    QTest::mouseClick(&widget<QWidget>(control), Qt::LeftButton, {}, at);
+  }
+  void clickRow(ListView& list, int row, Qt::KeyboardModifiers keys = {}, int column = 0) {
+    const QPoint at = list.visualRect(list.model()->index(row, column)).center();
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, keys, at);
+  }
+  // A key to whatever has the focus.
+  static void press(Qt::Key key, Qt::KeyboardModifiers keys = {}) {
+    QTest::keyClick(QApplication::focusWidget(), key, keys);
+  }
+  static void write(const QString& text) { QTest::keyClicks(QApplication::focusWidget(), text); }
+  // The frame that is due has been drawn.
+  void draw() {
+    for (const auto& window : app->Windows()) {
+      if (host.viewOf(*window)) view(*window).flush();
+    }
+  }
+  // Types a link into the field and searches by Return.
+  void search(const QString& code) {
+    link().setFocus();
+    link().selectAll();
+    write(QStringLiteral("https://www.youtube.com/watch?v=") + code);
+    press(Qt::Key_Return);
+    draw();
+  }
+  std::string nameOfFocus() {
+    const Control* focus = app->FocusedControl();
+    return focus ? focus->Name() : "";
+  }
+
+  LoopbackServer server;
+  TestHost host;
+  std::unique_ptr<App> app;
+};
+
+// Two languages of one video, and one word in both.
+inline const std::vector<Track> kTwoLanguages = {
+    {"en", "English",
+     Document({{"0", "2.5", "The harbour wakes"}, {"62.5", "3", "A gull over the harbour"}})},
+    {"de", "German", Document({{"1.5", "2", "Der Hafen erwacht"}})},
+};
+
+inline int runOffscreen(int count, char** arguments) {
+  ::testing::InitGoogleTest(&count, arguments);
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication qt(count, arguments);
+  QApplication::setQuitOnLastWindowClosed(false);
+  return RUN_ALL_TESTS();
+}

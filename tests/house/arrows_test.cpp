@@ -1,0 +1,96 @@
+// The arrows of the house: every #include runs downwards, and no header of ours shows another's.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+using Names = std::set<std::string>;
+
+struct Include {
+  std::string file;  // from the root of the project
+  std::string target;
+};
+
+const fs::path kRoot = RAVELYN_SOURCE_DIR;
+
+// What a line includes; "" if it does not.
+std::string TargetOf(const std::string& line) {
+  const std::size_t word = line.find_first_not_of("# \t");
+  if (!line.starts_with('#') || word == line.npos || line.compare(word, 7, "include") != 0) return "";
+  const std::size_t open = line.find_first_of("<\"", word);
+  return open == line.npos ? "" : line.substr(open + 1, line.find_first_of(">\"", open + 1) - open - 1);
+}
+
+std::vector<Include> IncludesBelow(const std::string& folder) {
+  std::vector<Include> includes;
+  for (const auto& entry : fs::recursive_directory_iterator(kRoot / folder)) {
+    const std::string file = fs::relative(entry.path(), kRoot).string();
+    if (!file.ends_with(".h") && !file.ends_with(".cpp")) continue;
+    std::ifstream in(entry.path());
+    for (std::string line; std::getline(in, line);) {
+      if (const std::string target = TargetOf(line); !target.empty()) includes.push_back({file, target});
+    }
+  }
+  return includes;
+}
+
+std::string RoomOf(const std::string& path) { return path.substr(0, path.find('/')); }
+
+// The rooms that each room may include, from the ground up; the program's own start sees the top one as well.
+const std::map<std::string, Names> kBelow = {
+    {"runtime", {}},
+    {"http", {"runtime"}},
+    {"app", {"runtime"}},
+    {"tracks", {"runtime", "http", "app"}},
+    {"timedtext", {"runtime", "http", "app"}},
+    {"wordsearch", {"runtime", "app", "timedtext"}},
+    {"prefs", {"runtime", "app"}},
+    {"ravelyn", {"runtime", "app", "tracks", "timedtext", "wordsearch", "prefs"}},
+    {"desktop", {"runtime", "app"}},
+    {"desktop/main.cpp", {"runtime", "app", "ravelyn", "desktop"}},
+};
+
+TEST(Arrows, RunDownwardsOnly) {
+  for (const auto& entry : fs::directory_iterator(kRoot / "src"))
+    EXPECT_TRUE(!entry.is_directory() || kBelow.contains(entry.path().filename())) << entry.path();
+  std::size_t checked = 0;
+  for (const auto& [file, target] : IncludesBelow("src")) {
+    const std::string path = file.substr(4), to = RoomOf(target);
+    const std::string from = kBelow.contains(path) ? path : RoomOf(path);
+    EXPECT_TRUE(to != "gateway" && target.find("..") == target.npos) << file << " includes " << target;
+    if (!kBelow.contains(to) || to == from || !target.ends_with(".h")) continue;
+    ++checked;
+    EXPECT_TRUE(kBelow.at(from).contains(to)) << file << " includes " << target;
+  }
+  EXPECT_GT(checked, 50u) << "the includes were not found";
+  for (const auto& [file, target] : IncludesBelow("gateway"))
+    EXPECT_FALSE(kBelow.contains(RoomOf(target))) << file << " includes " << target;
+}
+
+// Qt's own headers are shown in the room that draws, and nowhere else.
+TEST(Arrows, ForeignHeadersStayInTheirSources) {
+  std::map<std::string, Names> sources;
+  for (const std::string folder : {"src", "gateway", "tools"}) {
+    for (const auto& [file, target] : IncludesBelow(folder)) {
+      for (const char* library : {"pcre2", "asio", "nlohmann/", "unicode/", "Q"}) {
+        const bool draws =
+            library == std::string("Q") && (folder == "tools" || file.starts_with("src/desktop/"));
+        if (!target.starts_with(library) || draws) continue;
+        EXPECT_FALSE(file.ends_with(".h")) << file << " includes " << target;
+        if (folder == "src") sources[library].insert(file);
+      }
+    }
+  }
+  EXPECT_EQ(sources, (std::map<std::string, Names>{{"pcre2", {"src/runtime/RegEx.cpp"}},
+                                                   {"asio", {"src/runtime/TCPSocket.cpp"}}}));
+}
+
+}  // namespace

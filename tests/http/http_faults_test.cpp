@@ -1,0 +1,212 @@
+// The HTTP client against servers that cut, stall, drip, reset and lie, and on bad addresses.
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <chrono>
+
+#include "http/HTTPSocket.h"
+#include "runtime/Application.h"
+#include "runtime/Text.h"
+#include "support/FakePlatform.h"
+#include "support/LoopbackServer.h"
+#include "support/TemporaryFolder.h"
+#include "support/clocks.h"
+#include "support/rows.h"
+
+namespace {
+
+using namespace std::string_literals;
+using Clock = std::chrono::steady_clock;
+constexpr std::int64_t kTimeOut = 30;
+
+// A clock that stands still until the server has sent all of its script, and then runs fast while
+// nothing comes: what the client gets before its time-out hangs on no machine's speed.
+struct Faults : testing::Test {
+  Faults() { RunClockAfter(server); }
+  void RunClockAfter(const LoopbackServer& of) {
+    host.onSilence = [this, &of] {
+      if (of.Answered() > 0) host.ticks += kTimeOut * 25;
+    };
+  }
+  std::pair<std::string, int> Request(std::int64_t timeOut) {
+    std::string body = socket.Get(server.Host() + "/", timeOut);
+    return {body, socket.ErrorCode()};
+  }
+
+  FakePlatform host;
+  Application app{host};
+  LoopbackServer server;
+  HTTPSocket socket;
+};
+
+using Result = std::pair<std::string, int>;
+
+// What a reply of this text gives that is cut at length bytes.
+Result Expected(const std::string& text, std::size_t length, bool declared, Reply::End end) {
+  const std::size_t headerEnd = text.find("\r\n\r\n") + 4;
+  const bool closes = end != Reply::End::Stall;
+  if (length < headerEnd) return {"", closes && length == 0 ? 0 : kErrorTimeOut};
+  const bool whole = declared && length == text.size();
+  return {text.substr(headerEnd, length - headerEnd), whole || closes ? 0 : kErrorTimeOut};
+}
+
+struct Cuts : Faults, testing::WithParamInterface<std::tuple<Reply::End, std::size_t>> {};
+
+TEST_P(Cuts, AtEveryByteGiveWhatCame) {
+  const auto [end, piece] = GetParam();
+  for (const bool declared : {true, false}) {
+    const std::string text = declared ? "HTTP/1.0 200 OK\r\nContent-Length: 6\r\n\r\na\r\n\r\nb"s
+                                      : "HTTP/1.0 200 OK\r\nX: y\r\n\r\nbody";
+    for (std::size_t length = 0; length <= text.size(); ++length) {
+      LoopbackServer own;
+      own.Answer(Reply{text.substr(0, length), end, piece});
+      RunClockAfter(own);
+      HTTPSocket fresh;
+      const std::string body = fresh.Get(own.Host() + "/", kTimeOut);
+      EXPECT_EQ(Result(body, fresh.ErrorCode()), Expected(text, length, declared, end)) << declared << length;
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(, Cuts,
+                         testing::Combine(testing::Values(Reply::End::Close, Reply::End::Reset,
+                                                          Reply::End::Stall),
+                                          testing::Values(0, 1)));
+
+TEST_F(Faults, SilenceEndsTheWaitAndKeepsWhatCame) {
+  server.Answer(Reply{"HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\nhalf", Reply::End::Stall});
+  EXPECT_EQ(Request(kTimeOut), Result("half", -1));
+  EXPECT_EQ(socket.LastErrorCode(), 0);
+  EXPECT_FALSE(socket.IsConnected());
+  EXPECT_EQ(socket.HTTPStatusCode(), 200);
+}
+
+TEST_F(Faults, TheTimeOutCountsSilence) {
+  // A tenth of the time-out passes with each piece of the body, and many time-outs over them all.
+  const std::string body(30'000, 'd');
+  server.Answer(Reply{Page(body), Reply::End::Stall, 1});
+  host.betweenEvents = kForever;
+  host.onYield = [&] { host.ticks += socket.HTTPStatusCode() == 200 ? kTimeOut * 6 : 0; };
+  EXPECT_EQ(Request(kTimeOut), Result(body, 0));
+  EXPECT_GT(host.ticks, kTimeOut * 60 * 3);
+}
+
+TEST_F(Faults, ADownloadDoesNotMoveTheDeadline) {
+  const TemporaryFolder folder;
+  server.Answer(Reply{"HTTP/1.0 200 OK\r\n\r\npart", Reply::End::Stall});
+  EXPECT_FALSE(socket.Get(server.Host() + "/", std::make_shared<FolderItem>(folder / "f"), kTimeOut));
+  EXPECT_EQ(socket.ErrorCode(), kErrorTimeOut);
+  EXPECT_EQ(ReadFile(folder / "f"), "part");
+}
+
+TEST_F(Faults, WithoutATimeOutOnlyThePageEndsTheWait) {
+  for (const std::int64_t none : {0L, -1L, INT64_MIN}) {
+    LoopbackServer own;
+    own.Answer(Reply{OpenPage("late"), Reply::End::Close, 1});
+    host.ticksEachYield = 1'000'000;
+    EXPECT_EQ(HTTPSocket().Get(own.Host() + "/", none), "late") << none;
+  }
+  host.ticksEachYield = 0;
+  server.Answer(Page("x"));
+  EXPECT_EQ(Request(INT64_MAX), Result("x", 0));
+}
+
+TEST_F(Faults, AReplyMayComeBeforeTheRequest) {
+  server.Answer(Reply{Page("eager"), Reply::End::Stall, 0, true});
+  EXPECT_EQ(Request(kTimeOut), Result("eager", 0));
+}
+
+TEST_F(Faults, HeadersBeyondTheirLimitAreRefused) {
+  const std::size_t limit = HTTPSocket::kLargestHeaders;
+  const std::string head = "HTTP/1.0 200 OK\r\nX: ";
+  server.Answer(Reply{head, Reply::End::Stall, 0, false, 3 << 20});
+  for (const std::size_t more : {1u, 0u})
+    server.Answer(head + std::string(limit - head.size() + more, 'x') + "\r\n\r\nbody");
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(Request(kTimeOut), Result("", 10005));
+    EXPECT_EQ(socket.LastErrorCode(), 10005);
+  }
+  EXPECT_EQ(Request(kTimeOut), Result("body", 0));
+}
+
+TEST_F(Faults, ABodyBeyondItsLimitIsRefused) {
+  Reply endless{OpenPage(""), Reply::End::Close, 0, false, HTTPSocket::kLargestBody};
+  LoopbackServer exact;
+  exact.Answer(endless);
+  RunClockAfter(exact);
+  EXPECT_EQ(socket.Get(exact.Host() + "/", kTimeOut).size(), endless.filler);
+  EXPECT_EQ(socket.ErrorCode(), 0);
+  ++endless.filler;
+  RunClockAfter(server);
+  server.Answer(endless);
+  EXPECT_EQ(Request(kTimeOut), Result("", kErrorReplyTooLarge));
+  EXPECT_EQ(socket.LastErrorCode(), kErrorReplyTooLarge);
+}
+
+TEST_F(Faults, WhatCanBreakTheRequestIsNotSent) {
+  server.Answer(Page("page"));
+  for (const std::string& tail : {"/\r"s, "/\n"s, "/a\0b"s, "\r\n/"s, "/ HTTP/1.0\r\nX: y"s}) {
+    EXPECT_EQ(socket.Get(server.Host() + tail, kTimeOut), "");
+    EXPECT_EQ(socket.ErrorCode(), kErrorBadURL);
+    EXPECT_EQ(socket.LastErrorCode(), kErrorBadURL);
+  }
+  socket.SendRequest("GET /\r\n", server.Host(), kTimeOut);
+  EXPECT_EQ(socket.ErrorCode(), kErrorBadURL);
+  EXPECT_EQ(Request(kTimeOut), Result("page", 0));
+  EXPECT_EQ(server.Requests().size(), 1u);
+}
+
+TEST_F(Faults, AConnectionThatNeverStoodIsAnError) {
+  int closedPort = 0;
+  { closedPort = LoopbackServer().Port(); }
+  for (const auto& row : Rows("111~127.0.0.1:" + std::to_string(closedPort) +
+                              "|10003~http:///p|10003~|10003~127.0.0.1:65536/|"
+                              "10003~127.0.0.1:-1/|10003~127.0.0.1:99999999999999999999/"
+                              "|10002~no-such-host.invalid/|10002~a b/|10002~" +
+                              std::string(5000, 'h') + "/")) {
+    const std::string& url = row[1];
+    const int error = std::stoi(row[0]);
+    HTTPSocket fresh;
+    EXPECT_EQ(fresh.Get(url, kTimeOut), "") << url;
+    EXPECT_EQ(fresh.ErrorCode(), error) << url;
+    EXPECT_EQ(fresh.LastErrorCode(), error) << url;
+    EXPECT_EQ(fresh.HTTPStatusCode(), 0);
+  }
+}
+
+TEST(Waiting, SleepsInTheKernelInOneGo) {
+  SilentPlatform host;
+  const Application app(host);
+  LoopbackServer server;
+  server.Answer(Reply{"HTTP/1.0 200 OK\r\n\r\n", Reply::End::Stall});
+  HTTPSocket socket;
+  const double before = ProcessorSeconds();
+  const auto start = Clock::now();
+  socket.Get(server.Host() + "/", 1);
+  EXPECT_EQ(socket.ErrorCode(), kErrorTimeOut);
+  EXPECT_GE(Clock::now() - start, std::chrono::milliseconds(990));
+  EXPECT_LT(ProcessorSeconds() - before, 0.05);
+  EXPECT_LT(host.waits, 8);
+}
+
+// Half the time-out goes by with each step, and hardly any time in between.
+TEST(Uploads, CountSendingAsProgress) {
+  FakePlatform host;
+  const Application app(host);
+  LoopbackServer server;
+  server.Answer(Page("taken"));
+  HTTPSocket socket;
+  std::size_t left = 0;
+  int steps = 0;
+  host.onYield = [&] {
+    const bool moved = socket.BytesToSend() != std::exchange(left, socket.BytesToSend());
+    host.ticks += moved ? kTimeOut * 30 : 1;
+    steps += moved;
+  };
+  socket.SetRequestContent(std::string(32 << 20, 'u'), "text/plain");
+  EXPECT_EQ(socket.Post(server.Host() + "/", kTimeOut), "taken");
+  EXPECT_GT(steps, 4);
+}
+
+}  // namespace

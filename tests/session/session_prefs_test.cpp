@@ -1,0 +1,139 @@
+// The preferences from one session to the next.
+
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <functional>
+
+#include "prefs/prefsModule.h"
+#include "ravelyn/commands.h"
+#include "support/Program.h"
+#include "support/SessionDriver.h"
+
+namespace {
+
+const char kName[] = "com.tarnvale.ravelyn.user.prefs";
+const std::string kBadOpening = Message("I could read preferences. Error code 1.");
+
+// The chosen type, the four boxes (with "-" for a disabled one), and the strings behind them.
+std::string StateOf(SessionDriver& driver) {
+  const auto state = driver.State();
+  const auto& controls = state["windows"]["Window1"]["controls"];
+  std::string text;
+  for (const char* type : {"TextBox", "SRTBox", "WebVTTBox"})
+    if (controls[type]["value"] == true) text += std::string(type) + " ";
+  for (const char* box : {"openBox", "paragraphBox", "timecodeBox", "lineBox"})
+    text += std::string(controls[box]["value"] == true ? "1" : "0") +
+            (controls[box]["enabled"] == true ? "" : "-");
+  text += " |";
+  for (const char* value : {"checkedDL", "openDL", "paragraphChecked", "timecodeChecked", "linebyline"})
+    text += " " + state["app"][value].get<std::string>();
+  return text;
+}
+
+}  // namespace
+
+TEST(Preferences, ApplyTheirLinesInOrder) {
+  const struct {
+    std::string file, state;
+    bool told = false;
+  } rows[] = {
+      {"true\ntrue\nfalse\nfalse\nfalse\n", "10-0-0- | true true false false false"},
+      {"SRT\ntrue\nfalse\nfalse\nfalse\n", "SRTBox 10-0-0- | SRT true false false false"},
+      {"VTT\nfalse\nfalse\nfalse\nfalse\n", "WebVTTBox 00-0-0- | VTT false false false false"},
+      {"Text\nfalse\nfalse\ntrue\ntrue\n", "TextBox 0011 | Text false false true true"},
+      {"Text\ntrue\ntrue\nfalse\nfalse\n", "TextBox 110-0 | Text true true false false"},
+      {"Text\ntrue\ntrue\ntrue\nfalse\n", "TextBox 110-0 | Text true true false false"},
+      {"Text\ntrue\ntrue\ntrue\ntrue\n", "TextBox 110-0 | Text true true false false"},
+      {"SRT\ntrue\ntrue\nfalse\nfalse\n", "TextBox 110-0 | Text true true false false"},
+      {"SRT\ntrue\nfalse\ntrue\nfalse\n", "SRTBox 10-1-0- | SRT true false true false"},
+      {"VTT\ntrue\nfalse\ntrue\ntrue\n", "WebVTTBox 10-11- | VTT true false true true"},
+      {"true\ntrue\ntrue\nfalse\nfalse\n", "TextBox 110-0 | Text true true false false"},
+      {"VTT\ntrue\n", "WebVTTBox 10-0-0- | VTT true   "},
+      {"Text\nfalse", "TextBox 0000 | Text false   "},
+      {"", "10-0-0- |     "},
+      {"\n\n\n\n\n", "10-0-0- |     "},
+      {"Text\n\nfalse\nfalse\nfalse\n", "TextBox 1000 | Text  false false false"},
+      {"SRT\nTRUE\nfalse\nfalse\nfalse\n", "SRTBox 10-0-0- | SRT TRUE false false false", true},
+      {"srt\nfalse\nTrue\n yes\ntrue \n", "00-0-0- | srt false True  yes true "},
+      {"Text\r\nfalse\r\nfalse\r\ntrue\r\ntrue\r\n", "TextBox 0011 | Text false false true true"},
+      {"Text\rfalse\rfalse\rtrue\rtrue", "TextBox 0011 | Text false false true true"},
+      {"SRT\ntrue\nfalse\nfalse\nfalse\ntrue\nmore", "SRTBox 10-0-0- | SRT true false false false"},
+  };
+  for (const auto& row : rows) {
+    SessionDriver driver;
+    WriteFile(driver.prefs / kName, row.file);
+    EXPECT_EQ(driver.Run("open"),
+              row.told ? (Lines{Shown("Window1"), kBadOpening}) : Lines{Shown("Window1")});
+    EXPECT_EQ(StateOf(driver), row.state) << row.file;
+  }
+}
+
+TEST(Preferences, GoFromOneSessionToTheNext) {
+  SessionDriver driver;
+  const std::pair<const char*, const char*> rows[] = {
+      {"", "true\ntrue\nfalse\nfalse\nfalse\n"},
+      {"click TextBox\nclick lineBox\nclick timecodeBox\nclick openBox", "Text\nfalse\nfalse\ntrue\ntrue\n"},
+      {"", "Text\nfalse\nfalse\ntrue\ntrue\n"},
+      {"click lineBox", "Text\nfalse\nfalse\nfalse\nfalse\n"},
+      {"click paragraphBox", "Text\nfalse\ntrue\nfalse\nfalse\n"},
+      {"click paragraphBox", "Text\nfalse\ntrue\nfalse\nfalse\n"},  // going off leaves its string
+      {"click WebVTTBox\nclick openBox", "VTT\ntrue\nfalse\nfalse\nfalse\n"},
+  };
+  for (const auto& [actions, file] : rows) {
+    EXPECT_EQ(driver.Run("open"), Lines{Shown("Window1")});
+    driver.Run(std::string(actions) + "\nquit");
+    EXPECT_EQ(ReadFile(driver.prefs / kName), file) << actions;
+    driver.End();
+  }
+  EXPECT_EQ(driver.prefs.Count(), 1u);  // nothing lies beside it
+  driver.Run("open\nclick SRTBox");
+  driver.End();  // without a quit nothing is saved
+  EXPECT_EQ(ReadFile(driver.prefs / kName), rows[6].second);
+}
+
+TEST(Preferences, StartTheProgramWhateverStandsInTheirPlace) {
+  const std::string unread = Message("I could not read preferences. Error code 2.");
+  const struct {
+    std::function<void(const std::string& path)> put;
+    Lines told;
+    std::string state;
+  } rows[] = {
+      {[](const std::string& path) { std::filesystem::create_directory(path); },
+       {unread},
+       "10-0-0- | true true false false false"},
+      {[](const std::string& path) { ::mkfifo(path.c_str(), 0600); },
+       {unread},
+       "10-0-0- | true true false false false"},
+      {[](const std::string& path) { WriteFile(path, std::string("\0\xFF\n\x80\n", 5)); }, {kBadOpening}, ""},
+      {[](const std::string& path) {
+         WriteFile(path, "SRT\n");
+         std::filesystem::resize_file(path, std::uintmax_t{1} << 30);  // a gigabyte of NULs
+       },
+       {kBadOpening},
+       ""},
+      {[](const std::string& path) { std::filesystem::remove(std::filesystem::path(path).parent_path()); },
+       {},
+       "10-0-0- | true true false false false"},
+  };
+  for (const auto& [put, told, state] : rows) {
+    SessionDriver driver;
+    put(driver.prefs / kName);
+    Lines expected{Shown("Window1")};
+    expected.insert(expected.end(), told.begin(), told.end());
+    EXPECT_EQ(driver.Run("open"), expected);
+    EXPECT_EQ(state.empty() ? "" : StateOf(driver), state);
+    EXPECT_EQ(driver.Run("click SRTBox\nquit"), Lines{});
+  }
+}
+
+TEST(Preferences, AreNotSavedBeforeTheyWereLoaded) {
+  FakePlatform host;
+  TemporaryFolder prefs;
+  host.prefsFolder = prefs.Path();
+  App app(host, kCommands);
+  prefsModule::savePrefs();
+  EXPECT_EQ(prefs.Count(), 0u);
+  app.Stop();
+  EXPECT_EQ(prefs.Count(), 0u);
+}

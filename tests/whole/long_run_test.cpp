@@ -1,0 +1,162 @@
+// Long runs: one process that works for hours, and a hundred at once. The figures that must hold still
+// are the memory and the open descriptors of the process.
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <charconv>
+#include <cstdio>
+#include <cstring>
+
+#include "gateway/gateway_fixture.h"
+#include "ravelyn/commands.h"
+#include "support/Program.h"
+#include "wordsearch/SearchWin.h"
+
+namespace {
+
+struct Wanted {
+  const char *video, *language;
+};
+
+// Every kind of track among the samples but the longest ones.
+constexpr Wanted kTracks[] = {{"hB7rV2kQx0w", "en"}, {"hB7rV2kQx0w", "ar"}, {"hB7rV2kQx0w", "pt-BR"},
+                              {"Qn3_tW8-yLc", "ru"}, {"Qn3_tW8-yLc", "de"}, {"hB7rV2kQx0w", "ja"}};
+
+// A count from the environment, for a run that is longer than CI has time for.
+int CountOr(const char* variable, int otherwise) {
+  const char* text = std::getenv(variable);
+  int count = otherwise;
+  if (text) std::from_chars(text, text + std::strlen(text), count);
+  return count;
+}
+
+std::int64_t ResidentKiB() {
+  const std::string pages = ReadFile("/proc/self/statm");
+  const std::size_t second = pages.find(' ') + 1;
+  std::int64_t count = 0;
+  std::from_chars(pages.data() + second, pages.data() + pages.size(), count);
+  return count * ::sysconf(_SC_PAGESIZE) / 1024;
+}
+
+std::size_t OpenDescriptors() {
+  return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
+}
+
+std::string AddressOf(const gateway_test::RunningGateway& gateway) {
+  return "127.0.0.1:" + std::to_string(gateway.Port());
+}
+
+// The program at the gateway; with its track list or its captions at another server where one is given.
+struct Worker {
+  explicit Worker(const Endpoints& endpoints) : app(host, kCommands, endpoints) {
+    host.prefsFolder = folder.Path();
+    app.Start();
+    Window1::Get().SRTBox.SetValue(true);
+    Window1::Get().searchField.PersonTypes("e");
+  }
+
+  // Search, Download and Word Search of one track. What was saved; "" if nothing was.
+  std::string Round(const Wanted& wanted) {
+    Window1& form = Window1::Get();
+    const std::string path = folder / "out.srt";
+    std::filesystem::remove(path);
+    form.TextField1.PersonTypes(std::string("https://host/watch?v=") + wanted.video);
+    form.PushButton2.PersonClicks();
+    for (std::int64_t row = 0; row < form.Listbox1.ListCount(); ++row) {
+      if (form.Listbox1.Cell(row, 1) == wanted.language) form.Listbox1.PersonSelects({row});
+    }
+    host.saves = {path};
+    form.PushButton1.PersonClicks();
+    form.PushButton3.PersonClicks();
+    if (Window* results = app.FindWindow(SearchWin::kName)) results->PersonCloses();
+    host.calls.clear();
+    return std::filesystem::exists(path) ? ReadFile(path) : "";
+  }
+
+  TemporaryFolder folder;
+  WaitingPlatform host;
+  App app;
+};
+
+// What each of kTracks comes to, and where it stands in its list.
+struct Expected {
+  std::vector<std::string> files;
+  std::vector<std::int64_t> rows;
+
+  explicit Expected(const gateway_test::RunningGateway& gateway) {
+    Worker worker(EndpointsAt(AddressOf(gateway)));
+    for (const Wanted& wanted : kTracks) {
+      files.push_back(worker.Round(wanted));
+      const Listbox& tracks = Window1::Get().Listbox1;
+      std::int64_t row = 0;
+      while (!tracks.Selected(row)) ++row;
+      rows.push_back(row);
+    }
+  }
+};
+
+}  // namespace
+
+TEST(LongRun, KeepsItsMemoryAndItsDescriptors) {
+  const int rounds = CountOr("RAVELYN_ROUNDS", 150);
+  const gateway_test::RunningGateway gateway({RAVELYN_SAMPLES_DIR});
+  const Expected expected(gateway);
+  LoopbackServer faulty;
+  for (const Reply& reply : {Reply{"HTTP/1.0 200 OK\r\n\r\n<text start=\"1"}, Reply{"", Reply::End::Reset},
+                             Reply{Page("<a href=\"x\">"), Reply::End::Close, 1}, Reply{""}}) {
+    faulty.Answer(reply);
+  }
+  Endpoints halfFaulty = EndpointsAt(AddressOf(gateway));
+  halfFaulty.TimedTextEndpoint = faulty.Host();
+  std::int64_t residentBefore = 0;
+  std::size_t descriptorsBefore = 0;
+  const auto work = [&](int from, int to) {
+    Worker good(EndpointsAt(AddressOf(gateway)));
+    for (int round = from; round < to; ++round) {
+      const std::size_t which = static_cast<std::size_t>(round) % std::size(kTracks);
+      EXPECT_EQ(good.Round(kTracks[which]), expected.files[which]);
+    }
+  };
+  // One App at a time: a good one for four rounds, and a bad one for one.
+  for (int round = 0; round < rounds; round += 5) {
+    if (round == rounds / 5) {
+      residentBefore = ResidentKiB();
+      descriptorsBefore = OpenDescriptors();
+    }
+    work(round, round + 4);
+    Worker bad(round % 2 == 0 ? halfFaulty : EndpointsAt(faulty.Host()));
+    bad.Round(kTracks[static_cast<std::size_t>(round) % std::size(kTracks)]);
+  }
+  const std::int64_t grown = ResidentKiB() - residentBefore;
+  std::printf("%d rounds; resident %lld KiB, grown by %lld KiB; descriptors %zu, before %zu\n", rounds,
+              static_cast<long long>(ResidentKiB()), static_cast<long long>(grown), OpenDescriptors(),
+              descriptorsBefore);
+  EXPECT_LE(OpenDescriptors(), descriptorsBefore);
+#ifndef RAVELYN_SANITIZED  // sanitizers keep freed memory aside
+  EXPECT_LT(grown, 4096);
+#endif
+}
+
+TEST(LongRun, AHundredSessionsAtOnceGetTheirOwnReplies) {
+  const int sessions = CountOr("RAVELYN_SESSIONS", 100);
+  const gateway_test::RunningGateway gateway({RAVELYN_SAMPLES_DIR});
+  const Expected expected(gateway);
+  const TemporaryFolder folder;
+  const auto which = [](int session) { return static_cast<std::size_t>(session) % std::size(kTracks); };
+  for (int i = 0; i < sessions; ++i) {
+    const std::string name = folder / std::to_string(i);
+    WriteFile(name, std::string("open\ntype TextField1 https://host/watch?v=") + kTracks[which(i)].video +
+                        "\nclick PushButton2\nclick SRTBox\nselect " +
+                        std::to_string(expected.rows[which(i)]) + "\nsave " + name +
+                        ".srt\nclick PushButton1\nquit\n");
+  }
+  const std::string tool =
+      RAVELYN_SESSION_PATH " --track-list " + AddressOf(gateway) + " --timed-text " + AddressOf(gateway);
+  const std::string all =
+      "cd " + folder.Path() + "; for i in *; do " + tool +
+      " <$i >$i.out & started=\"$started $!\"; done; for i in $started; do wait $i || exit; done";
+  EXPECT_EQ(std::system(all.c_str()), 0);
+  for (int i = 0; i < sessions; ++i)
+    EXPECT_EQ(ReadFile((folder / std::to_string(i)) + ".srt"), expected.files[which(i)]);
+}
