@@ -21,9 +21,8 @@ struct ListedTimecode {
 };
 inline std::size_t MostBytes(const ListedTimecode& time) { return kMostTimecode + time.text.size(); }
 inline char* Put(char* to, const ListedTimecode& time) {
-  char* end = time.text.data() ? Put(to, time.text) : PutTimecode(to, time.hundredths) + 1;
+  char* end = time.text.data() ? Put(to, time.text) : Put(PutTimecode(to, time.hundredths), "0");
   end[-4] = time.point;
-  end[-1] = '0';
   return end;
 }
 
