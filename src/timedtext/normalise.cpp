@@ -14,7 +14,7 @@ struct Step {
   Reach reach;
   std::string_view find;
   std::string_view put;
-  bool isForHead = false;  // only the front of a document has it
+  bool isForHead = false;  // has an effect only at the front of a document
 };
 
 // In this order. The first two are four characters each, with a backslash: no line end.
@@ -41,7 +41,7 @@ std::string TakeSteps(std::string text, bool headIsTaken) {
   return text;
 }
 
-// Adds where the fields from this place on end.
+// Adds the ends of the fields that begin at `from` or later.
 void Split(TimedTextFields& fields, std::size_t from) {
   const std::string& text = fields.document;
   if (text.size() > UINT32_MAX) throw std::length_error("The document is too long.");

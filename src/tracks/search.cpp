@@ -1,5 +1,5 @@
-// The Search command: finds the video code in a pasted link, asks which caption tracks the video
-// has, and lists them. Neither the link nor the reply is parsed; both are cut by literal texts.
+// Search finds the video code in a link, requests the list of the video's caption tracks, and lists them.
+// Neither the link nor the reply is parsed; both are cut at literal texts.
 //
 //   link   = any "?v=" code tail                   cut at "v=", as far as the next one
 //          | any ShortLinkHost "/" code tail       cut at ".be/"
@@ -22,7 +22,7 @@ namespace {
 
 constexpr std::int64_t kTrackListTimeOut = 300;  // seconds without progress
 
-// What stands between the first delimiter and the next, or the end; nullopt without a delimiter.
+// The text between the first delimiter and the next one, or the end; nullopt without a delimiter.
 std::optional<std::string_view> FieldOne(std::string_view text, std::string_view delimiter) {
   const std::size_t at = text.find(delimiter);
   if (at == std::string_view::npos) return std::nullopt;
@@ -30,8 +30,8 @@ std::optional<std::string_view> FieldOne(std::string_view text, std::string_view
   return text.substr(0, text.find(delimiter));
 }
 
-// nullopt for a text that is no link to a video, also where a search accepts what the cut does not:
-// "?V=" in capitals, or another character in place of the host's dot.
+// nullopt for a text that is no link to a video. The expressions accept more than the cut: "?V=" in capitals,
+// or another character in place of the host's dot.
 std::optional<std::string_view> VideoCode(const std::string& link) {
   RegEx longLink;
   longLink.SearchPattern = "\\?v=";
@@ -52,7 +52,7 @@ void RemoveOldRows(Window1& form) {
   }
 }
 
-// A mark after each tag, which cuts the reply into its elements.
+// Put after each tag, to cut the reply into its elements.
 constexpr std::string_view kMark = ":::";
 std::string Marked(std::string reply) {
   reply = ReplaceAll(std::move(reply), "\">", "\">" + std::string(kMark));
@@ -64,7 +64,7 @@ struct Track {
   std::string name, code;
 };
 
-// nullopt for an element that holds no track.
+// nullopt if the element holds no track.
 std::optional<Track> TrackIn(std::string_view element) {
   std::string text = ReplaceAll(std::string(element), "<track id=\"", "");
   text = ReplaceAll(std::move(text), "\" name=\"\" ", " ");
@@ -78,8 +78,8 @@ std::optional<Track> TrackIn(std::string_view element) {
   return track;
 }
 
-// The elements between the first mark and the last. One that holds no track makes the whole reply one without
-// tracks, such as an error page.
+// The tracks in the elements between the first mark and the last. None if any element holds no track, as in
+// an error page.
 std::vector<Track> TracksIn(std::string_view marked) {
   std::vector<Track> tracks;
   for (std::size_t mark = marked.find(kMark), next; mark != std::string_view::npos; mark = next) {
@@ -94,17 +94,17 @@ std::vector<Track> TracksIn(std::string_view marked) {
   return tracks;
 }
 
-// Rows that a search which was stopped has left would be taken for tracks of the next one.
-class Unfinished {
+// Clears both lists if the search does not finish: its rows would be taken for tracks of the next one.
+class UnfinishedLists {
  public:
-  explicit Unfinished(Window1& form) : form_(form) {}
-  ~Unfinished() {
+  explicit UnfinishedLists(Window1& form) : form_(form) {}
+  ~UnfinishedLists() {
     if (isDone_ || Window1::OpenOrNil() != &form_) return;
     form_.Listbox1.RemoveRowsFrom(0);
     form_.XMLList.RemoveRowsFrom(0);
   }
-  Unfinished(const Unfinished&) = delete;
-  Unfinished& operator=(const Unfinished&) = delete;
+  UnfinishedLists(const UnfinishedLists&) = delete;
+  UnfinishedLists& operator=(const UnfinishedLists&) = delete;
 
   void Done() { isDone_ = true; }
 
@@ -131,7 +131,7 @@ void Search(Window1& form) {
   const auto found = VideoCode(form.TextField1.Text());
   if (!found) return MsgBox("This does not appear to be a YouTube URL.");
   const std::string code(*found);
-  Unfinished lists(form);
+  UnfinishedLists lists(form);
   RemoveOldRows(form);
   App& app = App::Get();
   app.vidCode = code;

@@ -80,9 +80,10 @@ def await_readers_bus(session):
 
 
 class Desk:
-    def __init__(self, programs):
-        """programs: the folder of a build, such as build/dev."""
-        self.build = pathlib.Path(programs).resolve()
+    def __init__(self, programs, platform):
+        """programs: the folder of a build, such as build/dev. platform: xcb or wayland, as Qt calls them."""
+        self.build, self.platform = pathlib.Path(programs).resolve(), platform
+        self.has_keyboard = platform == 'xcb'  # the headless Wayland screen has none, so no window is ever active
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix='ravelyn-spoken-'))
         self.home, self.opened = self.folder / 'home', self.folder / 'opened'
         self.started = []
@@ -93,7 +94,7 @@ class Desk:
         signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # by way of __exit__
         try:
             self.lay_out()
-            self.open_screen()
+            self.open_x11() if self.platform == 'xcb' else self.open_wayland()
             self.open_buses()
         except BaseException:
             self.__exit__()
@@ -115,7 +116,7 @@ class Desk:
         self.script('ping', 'exit 0')  # the network is there, as far as the program can see
         # No program sees anything of the session that this one runs in.
         os.environ.update(HOME=str(self.home), XDG_RUNTIME_DIR=str(self.folder / 'run'), LC_ALL='C.UTF-8',
-                          PATH='%s:%s' % (self.folder / 'bin', os.environ['PATH']), QT_QPA_PLATFORM='xcb',
+                          PATH='%s:%s' % (self.folder / 'bin', os.environ['PATH']), QT_QPA_PLATFORM=self.platform,
                           QT_STYLE_OVERRIDE='Fusion', QT_FONT_DPI='96', GSETTINGS_BACKEND='memory', NO_AT_BRIDGE='1')
         for name in [name for name in os.environ if name.startswith(('XDG_', 'AT_SPI', 'QT_')) and name not in
                      ('XDG_RUNTIME_DIR', 'QT_QPA_PLATFORM', 'QT_STYLE_OVERRIDE', 'QT_FONT_DPI')]:
@@ -128,12 +129,25 @@ class Desk:
         path.write_text('#!/bin/sh\n%s\n' % line)
         path.chmod(0o755)
 
-    def open_screen(self):
+    def open_x11(self):
         reading, writing = os.pipe()
         self.start('screen', program('Xvfb'), '-displayfd', str(writing), '-screen', '0', '1280x1024x24', '-nolisten',
                    'tcp', '-noreset', pass_fds=(writing,))
         os.close(writing)
         os.environ['DISPLAY'] = ':' + self.line(reading, 'the screen').strip()
+
+    def open_wayland(self):
+        name, plugin = 'ravelyn-0', '*/qt6/plugins/platforms/libqwayland-generic.so'
+        if not any(pathlib.Path('/usr/lib').glob(plugin)):
+            raise Missing('qt6-wayland is not installed')
+        self.start('screen', program('weston'), '--no-config', '--backend=headless-backend.so', '--width=1280',
+                   '--height=1024', '--idle-time=0', '--socket=' + name)
+        until = time.monotonic() + LIMIT
+        while not (self.folder / 'run' / name).exists():
+            if time.monotonic() > until:
+                raise Missing('the screen does not open:\n' + self.log('screen'))
+            time.sleep(0.01)
+        os.environ['WAYLAND_DISPLAY'] = name
 
     def open_buses(self):
         path, config = self.folder / 'run' / 'bus', self.folder / 'bus.conf'
