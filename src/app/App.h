@@ -57,6 +57,3 @@ class App : public Application {
   bool _FileAboutRavelyn_Action();
   bool _FileHelp_Action();
 };
-
-// The windows are drawn in the screen's own pixels, not enlarged.
-inline constexpr bool kSupportsHiDPI = true;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "app/MainMenuBar.h"
 #include "ravelyn/commands.h"
 #include "support/Program.h"
 #include "support/processes.h"
@@ -106,6 +107,28 @@ TEST(Options, AValueSetByCodeActsAsAClickIfItChanges) {
   form.openBox.SetValue(true);
   form.TextBox.SetValue(false);  // switching off raises no Action
   EXPECT_EQ(OptionState(program), "none off on off shown shown | mine | Text true false false true");
+}
+
+TEST(MenuBar, EachItemHasAnAccessor) {
+  const std::pair<MenuItem&, const char*> items[] = {{FileQuit(), "FileQuit"},
+                                                     {FileNewWindow(), "FileNewWindow"},
+                                                     {FileAboutRavelyn(), "FileAboutRavelyn"},
+                                                     {FileHelp(), "FileHelp"},
+                                                     {EditUndo(), "EditUndo"},
+                                                     {EditSeparator1(), "EditSeparator1"},
+                                                     {EditCut(), "EditCut"},
+                                                     {EditCopy(), "EditCopy"},
+                                                     {EditPaste(), "EditPaste"},
+                                                     {EditClear(), "EditClear"},
+                                                     {EditSeparator2(), "EditSeparator2"},
+                                                     {EditSelectAll(), "EditSelectAll"}};
+  std::size_t place = 0;
+  for (Menu* menu : {&FileMenu(), &EditMenu()})
+    for (MenuItem& item : menu->Items) {
+      EXPECT_EQ(&items[place].first, &item);
+      EXPECT_EQ(items[place++].second, item.Name);
+    }
+  EXPECT_EQ(place, std::size(items));
 }
 
 TEST(Probe, AFailingAddressGivesOneWarningPerForm) {

@@ -98,6 +98,18 @@ TEST(Writers, EachFormatIsSavedByteForByte) {
   EXPECT_EQ(program.folder.Count(), 3u);
 }
 
+TEST(Writers, EachCanBeCalledForOneRow) {
+  Program program({{"en", "English", Document({{"61.25", "1", "one"}})}});
+  program.Search({});
+  Window1& form = program.Form();
+  for (const auto member : {&Window1::getTranscriptions, &Window1::DoSRT, &Window1::DoVTT}) (form.*member)(0);
+  EXPECT_EQ(program.Calls(),
+            (Lines{"save: text/plain English.txt", "save:  English.srt", "save:  English.vtt"}));
+  EXPECT_EQ(form.SecsToTimecode(61.25), "00:01:01.25");
+  EXPECT_EQ(form.returnTimecodeSRT(61.25), "00:01:01.250");
+  EXPECT_EQ(form.timecodeToSecs("00:01:01.25"), "61.25");
+}
+
 TEST(Writers, TranscriptsEmptyTheTextAreaAndCaptionsLeaveTheDocument) {
   Program program({{"en", "English", Document(kTwo)}});
   program.Search({0});
