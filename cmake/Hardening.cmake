@@ -1,5 +1,5 @@
-# What makes a release hard to turn against its user: checked library calls, guarded stacks, programs
-# that load anywhere, and tables of addresses that nobody can write to once the program runs.
+# Hardening of releases: checked library calls, protected stacks, position-independent programs, and address
+# tables that are read-only once the program runs.
 function(ravelyn_harden target)
   set(release "$<CONFIG:Release,RelWithDebInfo,MinSizeRel>")
   target_compile_options(${target} INTERFACE
@@ -9,10 +9,10 @@ function(ravelyn_harden target)
     $<${release}:LINKER:-z,relro> $<${release}:LINKER:-z,now> $<${release}:LINKER:-z,noexecstack>)
 endfunction()
 
-# Position-independent code is asked for at the top; this makes the programs of it loadable anywhere.
+# The root asks for position-independent code; this links it as position-independent programs.
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
-# Fortified calls need an optimiser, and sanitizers bring checks of their own.
+# Sanitizers bring checks of their own.
 if(NOT RAVELYN_SANITIZE)
   ravelyn_harden(ravelyn_warnings)
 endif()

@@ -1,5 +1,5 @@
-# ravelyn_room(NAME BELOW...)  A room is one folder below src/ and one static library, which links with the
-# rooms below it alone. Headers are named as "room/Header.h".
+# ravelyn_room(NAME BELOW...)  A room is a folder of src/ and a static library that links only with the rooms
+# below it. Headers are included as "room/Header.h".
 function(ravelyn_room name)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
   add_library(ravelyn_${name} STATIC ${sources})

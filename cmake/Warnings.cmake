@@ -1,4 +1,4 @@
-# The compiler's advice, and the sanitizers of a run, for every target of ours.
+# Warnings and sanitizers for every target of the project.
 option(RAVELYN_WARNINGS_AS_ERRORS "Stop the build at a warning" OFF)
 
 add_library(ravelyn_warnings INTERFACE)
