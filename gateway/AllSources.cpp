@@ -26,12 +26,6 @@ std::string WordsOn(const std::string& folder) {
   return std::filesystem::exists(folder, ignored) ? folder : folder + " (missing)";
 }
 
-// Each yt-dlp runs in a folder of its own.
-std::string Absolute(const std::string& path) {
-  std::error_code ignored;
-  return path.empty() ? "" : std::filesystem::absolute(path, ignored).string();
-}
-
 std::string CacheFolderOf(const Options& options) {
   if (!options.keepsTexts) return "";
   std::string folder = options.cache.empty() ? UsualCacheFolder() : options.cache;
@@ -48,7 +42,7 @@ AllSources::AllSources(const Options& options, int stop)
   if (!options.fetch) return;
   const YtDlp found = FindYtDlp(options.ytdlp, kVersionPatience, stop);
   fetching_ = WordsOn(found);
-  site_.emplace(SiteSettings{found.program, found.version, Absolute(options.ytdlpConfig), "", options.ytdlp});
+  site_.emplace(SiteSettings{found.program, found.version, options.ytdlpConfig, "", options.ytdlp});
   CaptionSource* fetched = &*site_;
   if (const std::string folder = CacheFolderOf(options); !folder.empty())
     fetched = &cache_.emplace(*site_, folder);

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "gateway/documents/Cues.h"
+#include "gateway/documents/ascii.h"
 #include "gateway/documents/byte_set.h"
 
 namespace gateway {
@@ -21,8 +22,8 @@ constexpr ByteSet kMeansSomething("\x7F\xC2\xE2\xEF", 0x20);
 
 bool WritesNoBlanks(std::string_view language) {
   constexpr std::array<std::string_view, 4> kLanguages = {"km", "lo", "my", "th"};
-  std::string base(language.substr(0, std::min(language.find_first_of("-_"), std::size_t{3})));
-  for (char& c : base) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+  const std::string base =
+      Lowercase(language.substr(0, std::min(language.find_first_of("-_"), std::size_t{3})));
   return std::find(kLanguages.begin(), kLanguages.end(), base) != kLanguages.end();
 }
 

@@ -30,6 +30,9 @@ std::span<const CaptionFormat> CaptionFormats();
 // The format with this ending, whatever the case of its letters; nullptr if there is none.
 const CaptionFormat* FormatWithEnding(std::string_view ending);
 
+// The end of an automatic track's language code.
+inline constexpr std::string_view kOriginal = "-orig";
+
 // What is known of a track beside its bytes.
 struct TrackFacts {
   std::string_view language;  // its code, "en-orig"

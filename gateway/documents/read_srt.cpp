@@ -11,6 +11,7 @@
 #include <optional>
 
 #include "gateway/documents/Cues.h"
+#include "gateway/documents/ascii.h"
 #include "gateway/documents/lines.h"
 #include "gateway/documents/readers.h"
 #include "gateway/documents/times.h"
@@ -24,8 +25,8 @@ constexpr std::array<std::string_view, 10> kTags = {"b",  "c",    "em", "font", 
 // Other words in brackets are the author's: "<sighs>".
 Markup::Tag TagOf(std::string_view inside) {
   if (inside.starts_with('/')) inside.remove_prefix(1);
-  std::string name(inside.substr(0, std::min<std::size_t>(inside.find_first_of(" \t\n/.="), 7)));
-  for (char& c : name) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+  const std::string name =
+      Lowercase(inside.substr(0, std::min<std::size_t>(inside.find_first_of(" \t\n/.="), 7)));
   if (name == "br") return Markup::Tag::Break;
   return std::find(kTags.begin(), kTags.end(), name) != kTags.end() ? Markup::Tag::Mark : Markup::Tag::None;
 }

@@ -8,14 +8,13 @@
 // Tags are dropped before references are resolved.
 
 #include "gateway/documents/Cues.h"
+#include "gateway/documents/ascii.h"
 #include "gateway/documents/lines.h"
 #include "gateway/documents/readers.h"
 #include "gateway/documents/times.h"
 
 namespace gateway {
 namespace {
-
-bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
 // Any name is a tag's, as in a browser; a "<" before a blank, a sign or a number is a sign itself.
 Markup::Tag TagOf(std::string_view inside) {

@@ -3,13 +3,12 @@
 #include <algorithm>
 
 #include "gateway/documents/Cues.h"
+#include "gateway/documents/ascii.h"
 
 namespace gateway {
 namespace {
 
 constexpr std::string_view kBlanks = " \t";
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Whole digits, up to kLatestTime.
 std::optional<std::int64_t> TakeDigits(std::string_view& text) {

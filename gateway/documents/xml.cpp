@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <pugixml.hpp>
 
+#include "gateway/documents/ascii.h"
 #include "gateway/documents/encoding.h"
 #include "gateway/documents/references.h"
 
@@ -13,9 +14,8 @@ constexpr std::size_t kNodeSize = 64;
 constexpr std::size_t kAttributeSize = 40;
 
 bool BeginsMark(char c) {
-  const auto byte = static_cast<unsigned char>(c);
-  return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte >= 0x80 || c == '_' ||
-         c == ':' || c == '/' || c == '!' || c == '?';
+  return IsLetter(c) || static_cast<unsigned char>(c) >= 0x80 || c == '_' || c == ':' || c == '/' ||
+         c == '!' || c == '?';
 }
 
 bool IsStray(std::string_view text, std::size_t bracket) {

@@ -13,10 +13,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-SiteSettings WithWholePaths(SiteSettings settings) {
-  std::error_code ignored;  // a child runs in a folder of its own
-  for (std::string* path : {&settings.program, &settings.config, &settings.scratch})
-    if (!path->empty()) *path = std::filesystem::absolute(*path, ignored).string();
+SiteSettings WithAbsolutePaths(SiteSettings settings) {
+  for (std::string* path : {&settings.program, &settings.config, &settings.scratch}) *path = Absolute(*path);
   return settings;
 }
 
@@ -33,7 +31,7 @@ void LogWords(const std::string& subject, const Cause& cause, const ChildEnd& en
 }  // namespace
 
 SiteFetcher::SiteFetcher(SiteSettings settings, const SiteLimits& limits)
-    : settings_(WithWholePaths(std::move(settings))),
+    : settings_(WithAbsolutePaths(std::move(settings))),
       limits_(limits),
       ytDlp_({settings_.program, settings_.version}, settings_.named),
       places_(limits.children, limits.betweenLists),

@@ -2,17 +2,15 @@
 
 #include <algorithm>
 
+#include "gateway/documents/ascii.h"
+
 namespace gateway {
 namespace {
 
 constexpr std::size_t kLongestLanguage = 64;
 
-bool IsLetterOrDigit(char c) {
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
-}
-
 bool ConsistsOf(std::string_view text, std::string_view marks) {
-  const auto allowed = [marks](char c) { return IsLetterOrDigit(c) || marks.find(c) != marks.npos; };
+  const auto allowed = [marks](char c) { return IsLetter(c) || IsDigit(c) || marks.find(c) != marks.npos; };
   return !text.empty() && std::all_of(text.begin(), text.end(), allowed);
 }
 

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "gateway/documents/convert.h"
 #include "gateway/sources/caption_name.h"
 #include "gateway/sources/language_name.h"
 #include "gateway/sources/yt_dlp.h"
@@ -15,7 +16,6 @@ namespace {
 using nlohmann::json;
 using std::chrono::system_clock;
 
-constexpr std::string_view kOriginal = "-orig";
 constexpr std::size_t kLongestName = 200;
 constexpr std::size_t kLongestTitle = 1000;
 

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <optional>
 
+#include "gateway/documents/convert.h"
 #include "gateway/sources/language_name.h"
 
 namespace gateway {
 namespace {
 
-constexpr std::string_view kOriginal = "-orig";
 constexpr std::size_t kIdLength = 11;
 
 struct Translation {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 
+#include "gateway/documents/ascii.h"
+
 namespace gateway {
 namespace {
 
@@ -12,8 +14,6 @@ constexpr std::size_t kDate = 10;     // of "2023.03.04"
 constexpr std::size_t kLongest = 32;  // bytes of a version; longer ones are something else
 constexpr sys_days kTokens = sys_days{std::chrono::year{2025} / 5 / 22};
 constexpr std::chrono::days kFresh{90};
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 unsigned Number(std::string_view digits) {
   unsigned number = 0;

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <iterator>
 
+#include "gateway/documents/ascii.h"
 #include "gateway/sources/Child.h"
 #include "gateway/sources/version.h"
 
@@ -64,11 +65,12 @@ std::vector<std::string> Beginning(const std::string& program, const std::string
 
 }  // namespace
 
-std::string PathOfYtDlp(const std::string& named) {
-  const std::string found = ProgramOf(named);
+std::string Absolute(const std::string& path) {
   std::error_code ignored;
-  return found.empty() ? "" : fs::absolute(found, ignored).string();
+  return path.empty() ? "" : fs::absolute(path, ignored).string();
 }
+
+std::string PathOfYtDlp(const std::string& named) { return Absolute(ProgramOf(named)); }
 
 YtDlp FindYtDlp(const std::string& named, std::chrono::milliseconds patience, int stop) {
   const std::string program = PathOfYtDlp(named);
@@ -106,9 +108,7 @@ std::string TextInput(std::string_view entry) {
 }
 
 bool IsSiteCode(std::string_view code) {
-  const auto allowed = [](char c) {
-    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == '-';
-  };
+  const auto allowed = [](char c) { return IsLetter(c) || IsDigit(c) || c == '_' || c == '-'; };
   return code.size() == 11 && std::all_of(code.begin(), code.end(), allowed);
 }
 

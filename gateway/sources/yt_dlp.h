@@ -13,6 +13,9 @@ struct YtDlp {
   std::string version;  // "2023.03.04"; "" if it said none in time
 };
 
+// The same path from the root, since each yt-dlp runs in a folder of its own; "" stays "".
+std::string Absolute(const std::string& path);
+
 // The program that the user named, else ~/.local/bin/yt-dlp, else the first in PATH: an absolute path, "" for
 // none. A name with a "/" is taken as it is, whether or not there is such a program.
 std::string PathOfYtDlp(const std::string& named);
