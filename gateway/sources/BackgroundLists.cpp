@@ -74,7 +74,7 @@ TrackList BackgroundLists::ListOf(const Question& question) try {
   return source_.Tracks(question.code, {Clock::now(), question.seen.Number()});
 } catch (const std::exception& error) {  // out of memory
   Log(error.what());
-  return {{}, "", "The gateway ran out of memory."};
+  return {{}, "The gateway ran out of memory."};
 }
 
 std::shared_ptr<BackgroundLists::Question> BackgroundLists::Join(std::string_view code) try {

@@ -24,7 +24,7 @@ std::string UsualCacheFolder();
 // A folder with one file for each text and one for each video's list:
 //
 //   [CODE].LANG.captions     the document in the form that the program reads
-//   [CODE].list.json         { "title", "tracks": [ { "language", "name", "ownName", "automatic" }, ... ] }
+//   [CODE].list.json         { "tracks": [ { "language", "name", "ownName", "automatic" }, ... ] }
 //
 // Files are written aside and renamed, so that none is ever seen half. What a failing machine left of one
 // counts as absent. Any number of threads and of processes may share the folder. What can't be written is not

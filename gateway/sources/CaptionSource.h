@@ -24,7 +24,6 @@ struct Track {
 // there are no tracks, or why some may be missing; "" if there is nothing to say.
 struct TrackList {
   std::vector<Track> tracks;  // each language once
-  std::string title;          // of the video, UTF-8; "" if the source doesn't know
   std::string cause;
 };
 

@@ -76,7 +76,7 @@ std::vector<FolderSource::Candidate> FolderSource::CandidatesIn(FolderIndex& ind
 
 TrackList FolderSource::Tracks(std::string_view code, const Asker&) {
   std::set<std::string> languages;
-  TrackList list{{}, "", kNoFile};
+  TrackList list{{}, kNoFile};
   for (FolderIndex& index : folders_) {
     for (const Candidate& candidate : CandidatesIn(index, code)) {
       if (languages.contains(candidate.language)) continue;

@@ -21,7 +21,6 @@ void Add(TrackList& list, TrackList more) {
                                    [&](const Track& each) { return each.language == track.language; });
     if (!known) list.tracks.push_back(std::move(track));
   }
-  list.title = std::move(more.title);
   list.cause = BothCauses(list.cause, more.cause);
 }
 

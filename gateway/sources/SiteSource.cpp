@@ -65,11 +65,10 @@ SiteSource::SiteSource(SiteSettings settings, const SiteLimits& limits) {
 SiteSource::~SiteSource() = default;
 
 TrackList SiteSource::Tracks(std::string_view code, const Asker& asker) {
-  if (!IsSiteCode(code)) return {{}, "", "This is not the code of a video of the site."};
+  if (!IsSiteCode(code)) return {{}, "This is not the code of a video of the site."};
   const SiteAnswer answer = inner_->List(std::string(code), Patience::Of(asker, Clock::time_point::max()));
-  TrackList list{{}, "", answer.cause.sentence};
+  TrackList list{{}, answer.cause.sentence};
   if (!answer.list) return list;
-  list.title = answer.list->title;
   for (const SiteTrack& track : answer.list->tracks) list.tracks.push_back(track.track);
   return list;
 }

@@ -17,7 +17,6 @@ using nlohmann::json;
 using std::chrono::system_clock;
 
 constexpr std::size_t kLongestName = 200;
-constexpr std::size_t kLongestTitle = 1000;
 
 std::string TextOf(const json& object, const char* key) {
   const auto found = object.find(key);
@@ -197,7 +196,6 @@ std::optional<SiteList> ReadSiteList(std::string_view text, std::string_view cod
   const json whole = json::parse(WithWholeCharacters(std::string(text)), nullptr, false);
   if (!whole.is_object() || TextOf(whole, "id") != code) return std::nullopt;
   Reader reader(limits);
-  reader.list.title = Plain(TextOf(whole, "title"), kLongestTitle);
   if (const auto written = whole.find("subtitles"); written != whole.end()) reader.Take(*written, false);
   if (const auto made = whole.find("automatic_captions"); made != whole.end()) reader.Take(*made, true);
   return reader.Done();

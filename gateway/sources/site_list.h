@@ -1,6 +1,6 @@
 // The tracks of a video as yt-dlp lists them.
 //
-//   list  = { "id": CODE, "title": TEXT, "subtitles": keys, "automatic_captions": keys }
+//   list  = { "id": CODE, "subtitles": keys, "automatic_captions": keys }
 //   keys  = { KEY: [ entry, ... ], ... }
 //   entry = { "ext": FORMAT, "url": URL, "name": TEXT, ... }
 //
@@ -25,7 +25,6 @@ struct SiteTrack {
 };
 
 struct SiteList {
-  std::string title;              // UTF-8, without controls
   std::vector<SiteTrack> tracks;  // each language once
   std::chrono::system_clock::time_point expires;
 

@@ -84,7 +84,7 @@ std::vector<std::string> ListCommand(const std::string& program, const std::stri
                                      std::string_view code) {
   std::vector<std::string> command = Beginning(program, config);
   command.insert(command.end(), {"--no-playlist", "--extractor-retries", "1", "--print",
-                                 "%(.{id,title,subtitles,automatic_captions})j", "--",
+                                 "%(.{id,subtitles,automatic_captions})j", "--",
                                  "https://www.youtube.com/watch?v=" + std::string(code)});
   return command;
 }

@@ -14,7 +14,6 @@ TEST(GatewaySite, ListsTracksFetchesTheirTextsAndLeavesNothing) {
   {
     SiteSource source(site.Settings(), Quick());
     const auto list = source.Tracks(CodeOf("plain"), {});
-    EXPECT_EQ(list.title, "A walk: \"plain\" / today");
     EXPECT_EQ(Shown(list), "de=German \"formal\", en=English, fr-orig=French (automatic)");
     EXPECT_EQ(list.cause, "");
     EXPECT_NE(TextOf(source.Text(CodeOf("plain"), "de", {})).find(">R&D in de<"), std::string::npos);
