@@ -52,9 +52,9 @@ const CaptionFormat* FormatWithEnding(std::string_view ending) {
 }
 
 Conversion ToDocument(std::string bytes, const CaptionFormat& format, const TrackFacts& facts) {
-  static std::mutex largeOnes;
-  std::unique_lock turn(largeOnes, std::defer_lock);
-  if (bytes.size() > kLargeFile) turn.lock();
+  static std::mutex largeFiles;
+  std::unique_lock lock(largeFiles, std::defer_lock);
+  if (bytes.size() > kLargeFile) lock.lock();
   return Convert(std::move(bytes), format, facts);
 }
 

@@ -2,9 +2,10 @@
 //
 //   file  = *cue
 //   cue   = [index] time-line *line
-//   index = a line of digits alone, right above the time line
+//   index = a line of digits alone, directly above the time line
 //
-// A cue's words go on to the next cue or the end, over empty lines too: they may be the author's.
+// A cue's words extend to the next cue or the end of the file, over empty lines too, which the author may
+// have intended.
 
 #include <algorithm>
 #include <array>
@@ -22,7 +23,7 @@ namespace {
 constexpr std::array<std::string_view, 10> kTags = {"b",  "c",    "em", "font",   "i",
                                                     "rt", "ruby", "s",  "strong", "u"};
 
-// Other words in brackets are the author's: "<sighs>".
+// Any other text in brackets is part of the words: "<sighs>".
 Markup::Tag TagOf(std::string_view inside) {
   if (inside.starts_with('/')) inside.remove_prefix(1);
   const std::string name =
@@ -45,9 +46,8 @@ bool IsIndex(std::string_view line) {
 std::string ReadSrt(std::string text, Cues& cues) {
   UnifyLineEnds(text);
   std::optional<Times> open;
-  std::string_view words =
-      std::string_view(text).substr(0, 0);  // of the open cue so far, its last line may be an index
-  std::string_view before;                  // the line before
+  std::string_view words = std::string_view(text).substr(0, 0);  // of the open cue; may end with an index
+  std::string_view before;                                       // the previous line
   const auto close = [&](std::size_t length) {
     if (open)
       cues.Close(open->start, open->end, AppendMarkedUp(cues.words, words.substr(0, length), kMarkup));

@@ -8,7 +8,7 @@
 namespace gateway {
 namespace {
 
-// Takes blanks, "<?...?>" and "<!--...-->" from the front.
+// Removes blanks, "<?...?>" and "<!--...-->" from the front.
 void SkipProlog(std::string_view& text) {
   constexpr std::array<std::pair<std::string_view, std::string_view>, 2> kSkipped = {
       {{"<?", "?>"}, {"<!--", "-->"}}};

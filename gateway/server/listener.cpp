@@ -20,7 +20,7 @@ namespace {
 constexpr int kBacklog = 512;
 constexpr int kHandedOver = 3;
 
-// The socket calls take every kind of address through one pointer type.
+// The socket functions take addresses of all families through one pointer type.
 template <class Address>
 sockaddr* Generic(Address& address) {
   return static_cast<sockaddr*>(static_cast<void*>(&address));
@@ -64,7 +64,7 @@ std::optional<Descriptor> TakeHandedOver() {
   if (!ours || count < 1) return std::nullopt;
   if (count > 1) throw std::runtime_error("was handed " + std::to_string(count) + " sockets, can serve one");
   if (!IsListening(kHandedOver))
-    throw std::runtime_error("was handed a descriptor that is no listening socket");
+    throw std::runtime_error("was handed a descriptor that is not a listening socket");
   Descriptor socket(kHandedOver);
   ::fcntl(kHandedOver, F_SETFD, FD_CLOEXEC);
   ::fcntl(kHandedOver, F_SETFL, ::fcntl(kHandedOver, F_GETFL) | O_NONBLOCK);

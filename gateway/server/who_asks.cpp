@@ -37,7 +37,7 @@ bool IsThisMachine(const std::string& host) {
 bool IsNone(const std::string& site) { return site == "none"; }
 bool Never(const std::string&) { return false; }
 
-// A header that shows who asks, and the values of it that are let through.
+// A header that shows who asks, and its allowed values.
 struct Rule {
   std::string_view name;
   bool (*allows)(const std::string& value);

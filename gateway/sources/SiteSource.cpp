@@ -23,7 +23,7 @@ class SiteSource::Inner {
   SiteAnswer List(const std::string& code, const Patience& patience) {
     if (auto known = memory_.Find(code)) return *std::move(known);
     return errands_.Ask("list " + code, patience, [this, code](int stop) {
-      if (auto known = memory_.Find(code)) return *std::move(known);  // by an errand that ended just before
+      if (auto known = memory_.Find(code)) return *std::move(known);  // from an errand that has just ended
       SiteAnswer answer = fetcher_.List(code, {Clock::now() + limits.list, stop});
       memory_.Keep(code, answer);
       return answer;
@@ -54,7 +54,7 @@ class SiteSource::Inner {
 
   SiteMemory memory_;
   SiteFetcher fetcher_;
-  Errands errands_;  // the first to end: its errands use the others
+  Errands errands_;  // destroyed first: its errands use the others
 };
 
 SiteSource::SiteSource(SiteSettings settings, const SiteLimits& limits) {

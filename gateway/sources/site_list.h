@@ -4,7 +4,7 @@
 //   keys  = { KEY: [ entry, ... ], ... }
 //   entry = { "ext": FORMAT, "url": URL, "name": TEXT, ... }
 //
-// What is empty is absent. KEY names a track: "en", "en-orig", "en-nP7-2PuUl7o".
+// Empty members are absent. KEY identifies a track: "en", "en-orig", "en-nP7-2PuUl7o".
 #pragma once
 
 #include <chrono>
@@ -31,9 +31,9 @@ struct SiteList {
   const SiteTrack* Find(std::string_view language) const;
 };
 
-// nullopt if this is no list of that video. Left out are translations, one of two keys for the same automatic
-// track, and what has none of kTextFormats or a name that no language has. An automatic track whose language
-// is a written one's too is listed as LANGUAGE-orig.
+// nullopt if this is not a list of that video. Not listed are translations, the second key of an automatic
+// track, and tracks without any of kTextFormats or with a key that IsTrackLanguage rejects. An automatic
+// track is listed as LANGUAGE-orig if there is also a written one in its language.
 std::optional<SiteList> ReadSiteList(std::string_view json, std::string_view code, const SiteLimits& limits);
 
 }  // namespace gateway

@@ -1,4 +1,4 @@
-// What is kept of the site's captions on the disk.
+// The site's captions as they are kept on disk.
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -39,7 +39,7 @@ class Caching : public testing::Test {
   FakeSite site_;
 };
 
-TEST_F(Caching, AsksForATextOnceAndForAListEachTime) {
+TEST_F(Caching, ATextIsFetchedOnceAndAListEachTime) {
   site_.list = {{{"en", "English \"x\"", "English", true}, {"de", "German", "Deutsch"}}, ""};
   site_.texts = {{"en", Srv1("english")}};
   const TrackList full = site_.list;
@@ -51,22 +51,22 @@ TEST_F(Caching, AsksForATextOnceAndForAListEachTime) {
     EXPECT_EQ(Listed(cache.Tracks("abc", {})), Listed(full));
     EXPECT_EQ(BytesOf(cache.Text("abc", "de", {})), "no network");
     EXPECT_EQ(BytesOf(cache.Text("abc", "de", {})), "no network");
-    EXPECT_EQ(site_.asked, 3) << "no failure is kept";
+    EXPECT_EQ(site_.asked, 3) << "failures are not kept";
     site_.asked = 0;
   }
   EXPECT_EQ(ModeOf(folder_ / "made"), 0700u);
   EXPECT_EQ(ModeOf(Path("[abc].en.captions")), 0600u);
-  EXPECT_EQ(Files(), 2u) << "nothing aside is left";
+  EXPECT_EQ(Files(), 2u) << "no temporary file is left";
 
   gateway::CacheSource cache(site_, folder_ / "made");
   site_.list = {{}, "no network"};
   EXPECT_EQ(Listed(cache.Tracks("abc", {})), (Lines{"en=English \"x\" *", "de=German", "no network"}));
   EXPECT_EQ(Listed(cache.Tracks("xyz", {})), Lines{"no network"});
   std::filesystem::remove(Path("[abc].en.captions"));
-  EXPECT_EQ(Listed(cache.Tracks("abc", {})), Lines{"no network"}) << "no text is there";
+  EXPECT_EQ(Listed(cache.Tracks("abc", {})), Lines{"no network"}) << "no text is kept";
 }
 
-TEST_F(Caching, DropsATextWhoseTrackHasChangedAndDistrustsDamage) {
+TEST_F(Caching, TextsOfChangedTracksAndDamagedFilesAreNotUsed) {
   site_.list = {{{"en", "English (automatic)", "English", true}}, ""};
   site_.texts = {{"en", Srv1("by machine")}};
   gateway::CacheSource cache(site_, folder_ / "made");
@@ -89,7 +89,7 @@ TEST_F(Caching, DropsATextWhoseTrackHasChangedAndDistrustsDamage) {
   }
 }
 
-TEST_F(Caching, KeepsToItsBoundsAndLetsTheOldestGoFirst) {
+TEST_F(Caching, AFullCacheRemovesTheOldestFilesFirst) {
   const std::string text = Srv1(std::string(1'000, 'x'));
   site_.texts = {{"en", text}};
   gateway::CacheLimits limits;
@@ -111,16 +111,16 @@ TEST_F(Caching, KeepsToItsBoundsAndLetsTheOldestGoFirst) {
   MakeOlder(Path(".new-abcdef"), 2h);
   limits.bytes = text.size() - 1;
   gateway::CacheSource tiny(site_, folder_ / "made", limits);
-  EXPECT_EQ(BytesOf(tiny.Text("e", "en", {})), text) << "given, though not kept";
+  EXPECT_EQ(BytesOf(tiny.Text("e", "en", {})), text) << "served, though not kept";
   EXPECT_FALSE(Has("[e].en.captions"));
   gateway::CacheSource fresh(site_, folder_ / "made", {4 * text.size(), 24h});
   fresh.Text("f", "en", {});
-  EXPECT_FALSE(Has("[c].en.captions")) << "swept at the first text that is kept";
+  EXPECT_FALSE(Has("[c].en.captions")) << "removed when the first text is kept";
   EXPECT_FALSE(Has(".new-abcdef"));
-  EXPECT_TRUE(Has(".new-young")) << "may be written just now";
+  EXPECT_TRUE(Has(".new-young")) << "may still be written";
 }
 
-TEST_F(Caching, IsDoneWhereTheUserKeepsCaches) {
+TEST_F(Caching, TheEnvironmentGivesTheDefaultFolder) {
   const std::string home = std::getenv("HOME") ? std::getenv("HOME") : "";
   const auto usual = [](const char* cache, const char* user) {
     ::setenv("XDG_CACHE_HOME", cache, 1);
@@ -138,7 +138,7 @@ TEST_F(Caching, IsDoneWhereTheUserKeepsCaches) {
   ::setenv("HOME", home.c_str(), 1);
 }
 
-TEST_F(Caching, GivesWhatItCanNotKeepAndSaysSoOnce) {
+TEST_F(Caching, ATextThatCannotBeKeptIsServedAndLoggedOnce) {
   site_.texts = {{"en", Srv1("words")}};
   std::filesystem::create_directory(folder_ / "open");
   std::filesystem::permissions(folder_ / "open", std::filesystem::perms(0777));
@@ -163,7 +163,7 @@ TEST_F(Caching, GivesWhatItCanNotKeepAndSaysSoOnce) {
   EXPECT_EQ(BytesOf(cache.Text("abc", "en", {})), Srv1("words"));
   ::setrlimit(RLIMIT_FSIZE, &size);
   ::signal(SIGXFSZ, before);
-  EXPECT_EQ(Files(), 0u) << "nothing half, nothing aside";
+  EXPECT_EQ(Files(), 0u) << "no incomplete and no temporary file";
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Caption files of every kind in folders.
+// Caption files in folders: which are served, under which names, and how changes are seen.
 
 #include <chrono>
 #include <future>
@@ -20,7 +20,7 @@ using Lines = std::vector<std::string>;
 
 constexpr auto kSettledAtOnce = std::chrono::milliseconds(-3'600'000);
 
-TEST(TrackNames, SayWhatTheCodesOfYtDlpMean) {
+TEST(TrackNames, CodesOfYtDlpGiveEnglishNames) {
   for (const std::string& row :
        Split("en=English|en-orig=English (automatic) *|pt-BR-orig=Portuguese (Brazil, automatic) *|"
              "de-en=German (translated from English)|en-de=English (translated from German)|"
@@ -38,7 +38,7 @@ TEST(TrackNames, SayWhatTheCodesOfYtDlpMean) {
   EXPECT_EQ(gateway::NameOfTrack("de-en").own, "Deutsch");
 }
 
-TEST(Folders, TakeTheBestFileOfEachLanguage) {
+TEST(Folders, TheBestFileOfEachLanguageIsServed) {
   const TemporaryFolder first, second;
   WriteFile(first / "t [abc].en.srt", Srt("srt"));
   WriteFile(first / "z [abc].en.VTT", Vtt("vtt"));
@@ -53,7 +53,7 @@ TEST(Folders, TakeTheBestFileOfEachLanguage) {
   WriteFile(second / "[xyz].nl.srt", "");
   EXPECT_EQ(Listed(source.Tracks("abc", {})), (Lines{"de=German", "en=English", "fr=French", "nl=Dutch"}));
   EXPECT_EQ(BytesOf(source.Text("abc", "nl", {})), Srv1("nederlands"))
-      << "what can't be served hides nothing";
+      << "a link hides no file in a later folder";
   const auto stock = source.TakeStock();
   EXPECT_EQ(
       std::to_string(stock.videos) + " " + std::to_string(stock.tracks) + " " + std::to_string(stock.leftOut),
@@ -67,14 +67,14 @@ TEST(Folders, TakeTheBestFileOfEachLanguage) {
             Lines{"en=English"});
 }
 
-TEST(Folders, ConvertALargeFileWhenThatBeforeWasTaken) {
+TEST(Folders, ALargeFileWaitsUntilThePreviousOneWasReceived) {
   const TemporaryFolder folder;
   std::string large;
   while (large.size() <= 1u << 20) large += "00:01,000 --> 00:02,000\n" + std::string(1000, 'w') + "\n\n";
   WriteFile(folder / "[abc].en.srt", large);
   WriteFile(folder / "[abc].de.srt", large);
   FolderSource source({folder.Path()}, FolderSource::Manner::Convert);
-  EXPECT_EQ(source.Tracks("abc", {}).tracks.size(), 2u) << "a list holds none";
+  EXPECT_EQ(source.Tracks("abc", {}).tracks.size(), 2u) << "a list keeps no place";
   auto first = source.Text("abc", "en", {});
   ASSERT_TRUE(first.document);
   auto second = std::async(std::launch::async, [&] { return source.Text("abc", "de", {}); });
@@ -83,7 +83,7 @@ TEST(Folders, ConvertALargeFileWhenThatBeforeWasTaken) {
   EXPECT_TRUE(second.get().document);
 }
 
-TEST(Folders, ServeNothingThatIsNoCaptionsAndSayWhyOnce) {
+TEST(Folders, AFileWithoutCaptionsIsNotServedAndLoggedOnce) {
   const TemporaryFolder folder;
   const std::string page = folder / "t [abc].en.srv1";
   WriteFile(page, "<!DOCTYPE html><html><body>Before you continue</body></html>");
@@ -96,8 +96,9 @@ TEST(Folders, ServeNothingThatIsNoCaptionsAndSayWhyOnce) {
       EXPECT_EQ(BytesOf(source.Text("abc", "en", {})), "The file t [abc].en.srv1: this file is a web page.");
     }
     const std::string log = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(log, "ravelyn-gateway: " + folder.Path() + "/t [abc].de.vtt is no track: this file is empty\n" +
-                       "ravelyn-gateway: " + page + " is no track: this file is a web page\n");
+    EXPECT_EQ(log, "ravelyn-gateway: " + folder.Path() +
+                       "/t [abc].de.vtt is not served: this file is empty\n" + "ravelyn-gateway: " + page +
+                       " is not served: this file is a web page\n");
   }
   FolderSource source({folder.Path()});
   EXPECT_EQ(BytesOf(source.Text("abc", "en", {})), "The file t [abc].en.srv1: this file is a web page.");
@@ -114,9 +115,8 @@ TEST(Folders, ServeNothingThatIsNoCaptionsAndSayWhyOnce) {
   EXPECT_EQ(BytesOf(source.Text("abc", "fr", {})), gateway::kNoFile);
 }
 
-// Files come and go without a pause, in memory where there is such a folder, so that many changes fall on one
-// tick of the clock that stamps them.
-TEST(Folders, NeverAnswerOutOfAnOlderState) {
+// In memory if possible, so that many changes get the same time stamp.
+TEST(Folders, RapidChangesOfAFileAreAllSeen) {
   if (std::filesystem::is_directory("/dev/shm")) ::setenv("TMPDIR", "/dev/shm", 1);
   const TemporaryFolder folder;
   FolderSource source({folder.Path()});
@@ -132,7 +132,7 @@ TEST(Folders, NeverAnswerOutOfAnOlderState) {
   testing::internal::GetCapturedStderr();
 }
 
-TEST(Folders, OfManyFilesShowTheirChanges) {
+TEST(Folders, ChangesInALargeFolderAreSeen) {
   constexpr int kFiles = 500;
   const TemporaryFolder folder;
   for (int i = 0; i < kFiles; ++i)
@@ -149,7 +149,7 @@ TEST(Folders, OfManyFilesShowTheirChanges) {
   EXPECT_EQ(BytesOf(source.Text("v9", "en", {})), Srv1("other words"));
 }
 
-TEST(Files, AreInTheStateThatTheirStampsSay) {
+TEST(Files, TimeStampsGiveTheStateOfAFile) {
   struct stat facts {};
   facts.st_dev = 1, facts.st_ino = 2, facts.st_size = 3, facts.st_mtim = {4, 5}, facts.st_ctim = {6, 7};
   EXPECT_EQ(gateway::FileState::Of(facts), (gateway::FileState{1, 2, 3, 4'000'000'005, 6'000'000'007}));
@@ -162,7 +162,7 @@ TEST(Files, AreInTheStateThatTheirStampsSay) {
   EXPECT_FALSE(settled(30));
 }
 
-TEST(Files, AreKeptAsDocumentsWhileThereIsRoom) {
+TEST(Files, RecentDocumentsAreKeptUpToTheLimit) {
   gateway::RecentDocuments recent;
   const std::string half(1 << 19, 'x');
   const auto kept = [&](const char* path, off_t size) {
@@ -173,15 +173,15 @@ TEST(Files, AreKeptAsDocumentsWhileThereIsRoom) {
   EXPECT_EQ(kept("a", 1), 0u) << "another state";
   recent.Keep("c", {}, "c");
   EXPECT_EQ(kept("a", 0) + kept("c", 0), half.size() + 1);
-  EXPECT_EQ(kept("b", 0), 0u) << "was not asked for since";
+  EXPECT_EQ(kept("b", 0), 0u) << "not used since";
   recent.Keep("d", {}, half + half + "d");
   EXPECT_EQ(kept("d", 0), 0u);
-  EXPECT_EQ(kept("a", 0), half.size()) << "what is too large takes nobody's place";
+  EXPECT_EQ(kept("a", 0), half.size()) << "a document that is too large replaces none";
   recent.Keep("e", {}, half + half);
   EXPECT_EQ(kept("e", 0), 2 * half.size());
 }
 
-TEST(Log, HasOneLineOfPlainTextForEachEvent) {
+TEST(Log, AnyBytesBecomeOnePrintableLine) {
   testing::internal::CaptureStderr();
   gateway::Log("a\n\x1F~\x7F\u0080\u009F\u00A0\u00E9\xFF " + std::string(2'000, 'x'));
   EXPECT_EQ(testing::internal::GetCapturedStderr(),

@@ -18,7 +18,7 @@ using gateway::Descriptor;
 using gateway::FolderSource;
 using Lines = std::vector<std::string>;
 
-TEST(Joined, ListsWhatEitherHas) {
+TEST(Joined, AListHoldsTheTracksOfBothSources) {
   const TemporaryFolder folder;
   WriteFile(folder / "[abc].en.srt", Srt("own"));
   WriteFile(folder / "[bad].en.srt", "");
@@ -42,7 +42,7 @@ TEST(Joined, ListsWhatEitherHas) {
   EXPECT_EQ(BytesOf(joined.Text("bad", "en", {})), "The file [bad].en.srt: this file is empty. no network");
 }
 
-TEST(Joined, WaitsForTheSiteOnlySoLongWhereAFolderHasSomething) {
+TEST(Joined, AListWithTracksOfAFolderDoesNotWaitForASlowSite) {
   const TemporaryFolder folder;
   WriteFile(folder / "[abc].en.srt", Srt("own"));
   FolderSource folders({folder.Path()});
@@ -53,9 +53,9 @@ TEST(Joined, WaitsForTheSiteOnlySoLongWhereAFolderHasSomething) {
     gateway::JoinedSource joined(folders, site, 50ms);
     EXPECT_EQ(Listed(joined.Tracks("abc", {})), Lines{"en=English"});
     EXPECT_EQ(Listed(joined.Tracks("abc", {})), Lines{"en=English"});
-    EXPECT_EQ(site.asked, 1) << "the first question goes on";
+    EXPECT_EQ(site.asked, 1) << "the first request continues";
   }
-  EXPECT_EQ(site.left, 1) << "and ends with the source";
+  EXPECT_EQ(site.left, 1) << "it ends with the source";
   gateway::JoinedSource patient(folders, site, 30s);
   int ends[2];
   ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends), 0);

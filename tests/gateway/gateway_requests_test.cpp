@@ -1,4 +1,4 @@
-// Which requests the gateway refuses, and what it answers them.
+// Requests that the gateway refuses.
 
 #include <map>
 
@@ -13,7 +13,7 @@ using namespace std::chrono_literals;
 using gateway::Limits;
 using Lines = std::vector<std::string>;
 
-TEST(GatewayRequests, RefusesWhatItDoesNotServe) {
+TEST(GatewayRequests, InvalidRequestsGetTheirStatusAndCause) {
   const std::string notFound = "HTTP/1.1 404 Not Found", bad = "HTTP/1.1 400 Bad Request",
                     tooLarge = "HTTP/1.1 431 Request Header Fields Too Large",
                     notAllowed = "HTTP/1.1 405 Method Not Allowed";
@@ -50,7 +50,7 @@ TEST(GatewayRequests, RefusesWhatItDoesNotServe) {
   const RunningGateway server(AsIs({folder.Path()}), limits);
   for (const auto& [request, status] : cases) {
     const Descriptor client = ConnectTo(server.Port());
-    EXPECT_TRUE(SendAll(client, request)) << "taken in whole: " << request.substr(0, 60);
+    EXPECT_TRUE(SendAll(client, request)) << "received completely: " << request.substr(0, 60);
     const Reply reply = ReadReply(client);
     EXPECT_EQ(reply.Status(), status) << request.substr(0, 60);
     EXPECT_TRUE(reply.Has("Content-Length: 0")) << request.substr(0, 60);
@@ -60,7 +60,7 @@ TEST(GatewayRequests, RefusesWhatItDoesNotServe) {
   }
 }
 
-TEST(GatewayRequests, NamesACauseInOneLineOfAscii) {
+TEST(GatewayRequests, ACauseIsSentAsOneLineOfAscii) {
   const auto source = std::make_shared<FakeSite>();
   const RunningGateway server(source);
   for (const auto& [cause, line] : {std::pair<std::string, std::string>{"", "no captions"},
@@ -72,7 +72,23 @@ TEST(GatewayRequests, NamesACauseInOneLineOfAscii) {
   }
 }
 
-TEST(GatewayRequests, LetsNoWebPageIn) {
+// Header lines of requests that a web page could send; "/" is a line end.
+const Lines kRefusedHeaders = Split(
+    "Host: evil.example|Host: evil.example:17733|Host: 127.0.0.1.evil.example|"
+    "Host: localhost.evil.example:17733|Host: localhost.|Host: 127.0.0.1:|Host: 127.0.0.1:80x|"
+    "Host: 127.0.0.1:177330|Host: user@127.0.0.1|Host: 127.0.0.1, evil.example|"
+    "Host: 127.0.0.1 evil.example|Host: 127.1|Host: 127.0.0.2|Host: 2130706433|Host: 0x7f000001|"
+    "Host: 127.000.000.001|Host: ::1|Host: [::1|Host: [0:0:0:0:0:0:0:1]|Host: [::ffff:127.0.0.1]|Host:|"
+    "Host: 127.0.0.1/Host: evil.example|Host: evil.example/Host: 127.0.0.1|"
+    "Host: 127.0.0.1/host: 127.0.0.1|Host: 127.0.0.1/ evil.example|Host:/ 127.0.0.1|"
+    "X: y/\tHost: evil.example|Host : 127.0.0.1|Host : evil.example| Host: evil.example|Host|"
+    "X: y\rHost: evil.example|: y|Origin: https:evil.example|"
+    "Host: 127.0.0.1:17733/oRIGIN: http:127.0.0.1:17733|Origin: null|Origin:|"
+    "Referer: https:evil.example|Referer: http:127.0.0.1:17733|Sec-Fetch-Site: cross-site|"
+    "Sec-Fetch-Site: same-origin|Sec-Fetch-Site:|Sec-Fetch-Site: none/Sec-Fetch-Site: cross-site",
+    "|");
+
+TEST(GatewayRequests, RequestsThatAWebPageCouldSendAreRefused) {
   const Lines allowed = {"",
                          "Accept: */*\r\nAccept-Language: en\r\nHost: 127.0.0.1:17733\r\n",
                          "Host: 127.0.0.1\r\n",
@@ -81,22 +97,6 @@ TEST(GatewayRequests, LetsNoWebPageIn) {
                          "Host: [::1]\r\n",
                          "Host: [::1]:65535\n",
                          "Sec-Fetch-Site: none\r\nX-Origin: https://evil.example\r\nReferers: x\r\n"};
-  // "/" stands for a line's end.
-  const std::string refused =
-      "Host: evil.example|Host: evil.example:17733|Host: 127.0.0.1.evil.example|Host: "
-      "localhost.evil.example:17733|"
-      "Host: localhost.|Host: 127.0.0.1:|Host: 127.0.0.1:80x|Host: 127.0.0.1:177330|Host: user@127.0.0.1|"
-      "Host: 127.0.0.1, evil.example|Host: 127.0.0.1 evil.example|Host: 127.1|Host: 127.0.0.2|Host: "
-      "2130706433|"
-      "Host: 0x7f000001|Host: 127.000.000.001|Host: ::1|Host: [::1|Host: [0:0:0:0:0:0:0:1]|Host: "
-      "[::ffff:127.0.0.1]|"
-      "Host:|Host: 127.0.0.1/Host: evil.example|Host: evil.example/Host: 127.0.0.1|Host: 127.0.0.1/host: "
-      "127.0.0.1|"
-      "Host: 127.0.0.1/ evil.example|Host:/ 127.0.0.1|X: y/\tHost: evil.example|Host : 127.0.0.1|"
-      "Host : evil.example| Host: evil.example|Host|X: y\rHost: evil.example|: y|Origin: https:evil.example|"
-      "Host: 127.0.0.1:17733/oRIGIN: http:127.0.0.1:17733|Origin: null|Origin:|Referer: https:evil.example|"
-      "Referer: http:127.0.0.1:17733|Sec-Fetch-Site: cross-site|Sec-Fetch-Site: same-origin|Sec-Fetch-Site:|"
-      "Sec-Fetch-Site: none/Sec-Fetch-Site: cross-site";
   const auto source = std::make_shared<FakeSite>();
   const RunningGateway server(source);
   const auto ask = [&](const std::string& method, const std::string& headers) {
@@ -106,21 +106,20 @@ TEST(GatewayRequests, LetsNoWebPageIn) {
     EXPECT_EQ(ask("GET", headers).Status(), "HTTP/1.1 404 Not Found") << headers;
   EXPECT_EQ(source->asked, static_cast<int>(allowed.size()));
   source->asked = 0;
-  for (const std::string& lines : Split(refused, "|")) {
+  for (const std::string& lines : kRefusedHeaders) {
     const std::string headers = ReplaceAll(lines, "/", "\r\n") + "\r\n";
     for (const char* method : {"GET", "HEAD", "OPTIONS", "POST"}) {
       const Reply reply = ask(method, headers);
       EXPECT_EQ(reply.Status(), "HTTP/1.1 403 Forbidden") << method << " " << headers;
-      EXPECT_TRUE(
-          reply.Has("Ravelyn-Cause: The gateway answers only programs of this machine, at 127.0.0.1, "
-                    "localhost or [::1]."));
+      EXPECT_TRUE(reply.Has(
+          "Ravelyn-Cause: The gateway answers only programs of this machine, at 127.0.0.1, localhost or [::1]."));
       EXPECT_EQ(reply.head.find("Access-Control"), std::string::npos);
     }
   }
-  EXPECT_EQ(source->asked, 0) << "before anything is looked for";
+  EXPECT_EQ(source->asked, 0) << "refused before a source is asked";
 }
 
-TEST(GatewayRequests, AnswersAHeadThatIsCutAnywhereWithNothing) {
+TEST(GatewayRequests, AnIncompleteHeadGetsNoAnswer) {
   const TemporaryFolder folder;
   const RunningGateway server(AsIs({folder.Path()}));
   const std::string request = GetRequest("/timedtext?type=list&v=abc");
@@ -132,7 +131,8 @@ TEST(GatewayRequests, AnswersAHeadThatIsCutAnywhereWithNothing) {
   }
   const Descriptor dripping = ConnectTo(server.Port());
   for (const char c : request) SendAll(dripping, {&c, 1});
-  EXPECT_EQ(ReadReply(dripping).Status(), "HTTP/1.1 200 OK") << "a whole one that drips in is answered";
+  EXPECT_EQ(ReadReply(dripping).Status(), "HTTP/1.1 200 OK")
+      << "a complete head is answered even if it drips";
 }
 
 }  // namespace

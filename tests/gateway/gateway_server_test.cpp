@@ -1,4 +1,4 @@
-// How the gateway behaves towards many, slow and hostile clients.
+// The server with many, slow and hostile clients.
 
 #include <sys/resource.h>
 
@@ -16,7 +16,7 @@ using namespace gateway_test;
 using namespace std::chrono_literals;
 using gateway::Limits;
 
-// Keeps everybody who asks until it is opened.
+// Makes all requests wait until it is opened.
 class Gate final : public gateway::CaptionSource {
  public:
   gateway::TrackList Tracks(std::string_view, const gateway::Asker&) override { return {}; }
@@ -27,7 +27,7 @@ class Gate final : public gateway::CaptionSource {
     changed_.wait(lock, [this] { return open_; });
     return {"words", ""};
   }
-  // Whether so many have come in before the time is over.
+  // Whether `count` requests wait inside before the time is over.
   bool HasIn(int count, std::chrono::milliseconds time) {
     std::unique_lock lock(mutex_);
     return changed_.wait_for(lock, time, [&] { return inside_ >= count; });
@@ -45,7 +45,7 @@ class Gate final : public gateway::CaptionSource {
   bool open_ = false;
 };
 
-TEST(GatewayServer, ServesNoMoreAtATimeThanItHasPlaces) {
+TEST(GatewayServer, ConnectionsOverTheLimitWait) {
   Limits limits;
   limits.connections = 2;
   const auto gate = std::make_shared<Gate>();
@@ -61,7 +61,7 @@ TEST(GatewayServer, ServesNoMoreAtATimeThanItHasPlaces) {
   for (const Descriptor& client : clients) EXPECT_EQ(ReadReply(client).body, "words");
 }
 
-TEST(GatewayServer, GivesThePlaceOnAsSoonAsItHasAnswered) {
+TEST(GatewayServer, AnAnsweredClientThatStaysOpenBlocksNoOther) {
   Limits limits;
   limits.connections = 1;
   limits.linger = limits.head = 20s;
@@ -77,11 +77,11 @@ TEST(GatewayServer, GivesThePlaceOnAsSoonAsItHasAnswered) {
   EXPECT_LT(std::chrono::steady_clock::now() - start, 10s);
 }
 
-// Of all threads. Who spins takes some 400 ms of 400, 50 on a machine with much else to do; who rests takes
-// one or two.
-double Used() { return ProcessorSeconds(CLOCK_PROCESS_CPUTIME_ID); }
+// The processor time of all threads. In 400 ms a loop without a wait uses up to 400 ms, on a busy machine 50;
+// a server that waits uses one or two.
+double ProcessorTime() { return ProcessorSeconds(CLOCK_PROCESS_CPUTIME_ID); }
 
-TEST(GatewayServer, RestsAfterAClientAndWithoutDescriptors) {
+TEST(GatewayServer, SilenceAndALackOfDescriptorsUseNoProcessorTime) {
   Limits limits;
   limits.connections = 1;
   limits.head = 400ms;
@@ -94,28 +94,28 @@ TEST(GatewayServer, RestsAfterAClientAndWithoutDescriptors) {
   SendAll(next, request);
   rlimit files{};
   ::getrlimit(RLIMIT_NOFILE, &files);
-  const rlimit none{4, files.rlim_max};  // poll wants as many as it is given
+  const rlimit none{4, files.rlim_max};  // poll needs at least as many as it is passed
   ::setrlimit(RLIMIT_NOFILE, &none);
   gate->Open();
   EXPECT_EQ(ReadReply(first).body, "words");
-  double before = Used();
+  double before = ProcessorTime();
   pollfd answered{next.Number(), POLLIN, 0};
-  EXPECT_EQ(::poll(&answered, 1, 400), 0) << "there is no descriptor for it";
-  EXPECT_LT(Used() - before, 0.025) << "in 400 ms without descriptors";
+  EXPECT_EQ(::poll(&answered, 1, 400), 0) << "no descriptor is left for it";
+  EXPECT_LT(ProcessorTime() - before, 0.025) << "in 400 ms without descriptors";
   ::setrlimit(RLIMIT_NOFILE, &files);
   EXPECT_EQ(ReadReply(next).body, "words");
-  before = Used();
+  before = ProcessorTime();
   EXPECT_EQ(ReadReply(ConnectTo(server.Port())).head, "");
-  EXPECT_LT(Used() - before, 0.025) << "in 400 ms of silence";
+  EXPECT_LT(ProcessorTime() - before, 0.025) << "in 400 ms of silence";
 }
 
-TEST(GatewayServer, EndsWhereItsSocketTakesNoConnections) {
+TEST(GatewayServer, ASocketThatDoesNotListenThrows) {
   FakeSite source;
   const Descriptor deaf(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
   EXPECT_THROW(gateway::Server(source).Serve(deaf.Number(), {}), std::system_error);
 }
 
-TEST(GatewayServer, LetsSlowClientsGo) {
+TEST(GatewayServer, SlowClientsAreDisconnected) {
   Limits limits;
   limits.head = 200ms;
   limits.answer = 200ms;
@@ -151,10 +151,10 @@ TEST(GatewayServer, LetsSlowClientsGo) {
   sipping.join();
   EXPECT_LT(sipped, std::size_t{32 << 20});
   EXPECT_EQ(ReadReply(slow[0]).head, "");
-  EXPECT_LT(ReadReply(slow[1]).body.size(), std::size_t{32 << 20}) << "cut off while it didn't read";
+  EXPECT_LT(ReadReply(slow[1]).body.size(), std::size_t{32 << 20}) << "disconnected while it did not read";
 }
 
-TEST(GatewayServer, StopsWhileClientsHang) {
+TEST(GatewayServer, AStopDropsIdleClientsAndFinishesAnswers) {
   const TemporaryFolder folder;
   WriteFile(folder / "t [abc].en.srv1", std::string(32 << 20, 'x'));
   Limits limits;
@@ -169,8 +169,8 @@ TEST(GatewayServer, StopsWhileClientsHang) {
   auto start = now();
   std::thread stopping([&server] { server.Stop(); });
   EXPECT_EQ(ReadReply(idle).head, "");
-  EXPECT_LT(now() - start, 5s) << "half a request is not waited for";
-  EXPECT_EQ(ReadReply(reading).body.size(), std::size_t{32 << 20}) << "an answer under way is ended whole";
+  EXPECT_LT(now() - start, 5s) << "an incomplete request is not waited for";
+  EXPECT_EQ(ReadReply(reading).body.size(), std::size_t{32 << 20}) << "an answer under way is completed";
   stopping.join();
 
   limits.farewell = 0ms;

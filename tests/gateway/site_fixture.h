@@ -1,4 +1,4 @@
-// The real yt-dlp before a site on the loopback: site.py says which video does what.
+// The real yt-dlp with a site on the loopback; site.py defines what each video does.
 #pragma once
 
 #include <fcntl.h>
@@ -58,7 +58,7 @@ class Site {
   const TemporaryFolder& Folder() const { return folder_; }
   std::string Scratch() const { return folder_ / "scratch"; }
 
-  // Reads what the site reports until a line begins so. Each line is read once.
+  // Reads the site's output until a line with this beginning. Each line is read once.
   void Await(const std::string& beginning) {
     std::string line;
     for (char c = 0; ::read(output_, &c, 1) == 1;) {
@@ -68,7 +68,7 @@ class Site {
     ADD_FAILURE() << "the site ended before " << beginning;
   }
 
-  // The requests so far that begin so: "list CODE", "text CODE LANG".
+  // The requests so far with this beginning: "list CODE", "text CODE LANG".
   std::vector<std::string> Requests(const std::string& beginning) const {
     std::ifstream log(folder_ / "requests");
     std::vector<std::string> found;
@@ -77,7 +77,7 @@ class Site {
     }
     return found;
   }
-  // The most that were answered at a time.
+  // The largest number of these requests that were answered at a time.
   int Crowd(const std::string& beginning) const {
     int most = 0;
     for (const auto& line : Requests(beginning))
@@ -85,7 +85,8 @@ class Site {
     return most;
   }
 
-  // The children of this process, zombies too, but for the site; and all that run in a scratch folder.
+  // The children of this process, except the site, and all processes that run in a scratch folder. Zombies
+  // count.
   std::set<pid_t> Children() const {
     std::set<pid_t> children;
     for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
@@ -114,7 +115,7 @@ inline std::size_t OpenDescriptors() {
   return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
 }
 
-// No wait between lists, and time for a machine that does much else.
+// No wait between lists, and enough time on a busy machine.
 inline gateway::SiteLimits Quick() {
   gateway::SiteLimits limits;
   limits.betweenLists = 0ms;
@@ -122,14 +123,14 @@ inline gateway::SiteLimits Quick() {
   return limits;
 }
 
-// Whether a process is gone within a minute, or was.
+// Whether a process ends within a minute, or has ended.
 inline bool Ends(pid_t process) {
   const gateway::Descriptor descriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
   pollfd waiting{descriptor.Number(), POLLIN, 0};
   return !descriptor || ::poll(&waiting, 1, 60'000) == 1;
 }
 
-// Calls ask with each number below count at the same time.
+// Calls ask with each number below count, all at the same time.
 template <typename Ask>
 void AllAtOnce(std::size_t count, Ask ask) {
   std::vector<std::thread> threads;

@@ -1,5 +1,4 @@
-// What tests of the gateway's sources share: caption files, what a source gives, and a source in the place of
-// the site.
+// Caption files, readable answers of sources, and a fake site.
 #pragma once
 
 #include <poll.h>
@@ -30,7 +29,7 @@ inline std::string Srv1(const std::string& words) {
          words + "</text></transcript>";
 }
 
-// The tracks as "language=name", and the cause.
+// The tracks as "language=name", with " *" if automatic; then the cause, if there is one.
 inline std::vector<std::string> Listed(const gateway::TrackList& list) {
   std::vector<std::string> lines;
   for (const auto& track : list.tracks)
@@ -45,14 +44,15 @@ inline std::string BytesOf(const gateway::CaptionText& text) {
   return ReadWhole(std::get<gateway::CaptionFile>(*text.document));
 }
 
-// What a site may do: has captions, has none and says why, or keeps everybody waiting until it is opened.
+// Has the captions that a test gives it, or none and a cause, and makes lists wait until Open() if requested.
 class FakeSite final : public gateway::CaptionSource {
  public:
   gateway::TrackList list;
   std::map<std::string, std::string> texts;
   std::string cause = "no network";
   std::atomic<bool> keepsWaiting = false;
-  std::atomic<int> asked = 0, given = 0, left = 0;
+  std::atomic<int> asked = 0;
+  std::atomic<int> given = 0, left = 0;  // lists that waited: answered, and abandoned by their client
 
   gateway::TrackList Tracks(std::string_view, const gateway::Asker& asker) override {
     ++asked;
