@@ -3,8 +3,8 @@
 #include <sys/inotify.h>
 #include <sys/stat.h>
 
+#include "Site.h"
 #include "gateway_process.h"
-#include "site_fixture.h"
 
 namespace {
 

@@ -34,10 +34,7 @@ struct Reply {
 };
 
 inline Descriptor ConnectTo(std::uint16_t port) {
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(port);
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  const sockaddr_in address{AF_INET, htons(port), {htonl(INADDR_LOOPBACK)}, {}};
   Descriptor client(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
   const auto* generic = static_cast<const sockaddr*>(static_cast<const void*>(&address));
   EXPECT_EQ(::connect(client.Number(), generic, sizeof address), 0);

@@ -1,8 +1,8 @@
 // A whole session of a user: a pasted link, the list, five kinds of file, a word search and a jump into the
 // video, with the program, the gateway as a process, and the real yt-dlp with a site on the loopback.
 
+#include "gateway/Site.h"
 #include "gateway/gateway_process.h"
-#include "gateway/site_fixture.h"
 #include "ravelyn/commands.h"
 #include "support/Program.h"
 #include "wordsearch/SearchWin.h"
