@@ -87,6 +87,11 @@ TEST_F(Caching, TextsOfChangedTracksAndDamagedFilesAreNotUsed) {
     WriteFile(Path("[abc].list.json"), damaged);
     EXPECT_EQ(Listed(cache.Tracks("abc", {})), Lines{"no network"}) << damaged;
   }
+  WriteFile(
+      Path("[abc].list.json"),
+      R"({"title":"t","tracks":[{"language":"en","name":"English","ownName":"English","automatic":false}]})");
+  EXPECT_EQ(Listed(cache.Tracks("abc", {})), (Lines{"en=English", "no network"}))
+      << "other members are ignored";
 }
 
 TEST_F(Caching, AFullCacheRemovesTheOldestFilesFirst) {
