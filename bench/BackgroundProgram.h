@@ -1,4 +1,4 @@
-// A program that runs beside the measures and ends with its standard input.
+// A program that runs during the measures and ends at the end of its standard input.
 #pragma once
 
 #include <sys/types.h>
@@ -8,10 +8,10 @@
 
 class BackgroundProgram {
  public:
-  // Starts words[0], a path or a name in PATH, and waits for its first line. Raises std::runtime_error if
-  // none comes. Its standard error is ours.
+  // Starts words[0], a path or a name in PATH, and waits for its first line; raises std::runtime_error if it
+  // prints none. It shares our standard error.
   explicit BackgroundProgram(std::vector<std::string> words);
-  // Closes its standard input and waits for its end.
+  // Closes its standard input and waits until it ends.
   ~BackgroundProgram();
   BackgroundProgram(const BackgroundProgram&) = delete;
   BackgroundProgram& operator=(const BackgroundProgram&) = delete;
@@ -23,5 +23,5 @@ class BackgroundProgram {
   std::string firstLine_;
   pid_t process_ = -1;
   int input_ = -1;
-  int output_ = -1;  // stays open, so that the program can go on writing
+  int output_ = -1;  // stays open, so that the program can continue to write
 };

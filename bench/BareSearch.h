@@ -1,5 +1,4 @@
-// PCRE2 called for each text with nothing around it: what the word search can cost at least with
-// that library.
+// PCRE2 alone, called for each text: the least that the word search can cost with that library.
 #pragma once
 
 #include <memory>
@@ -8,7 +7,7 @@
 
 class BareSearch {
  public:
-  // Caseless, texts are taken to be UTF-8. checked lets the library look at each text first.
+  // Ignores case. checked: the library validates the UTF-8 of each text first; else it must be valid.
   BareSearch(const std::string& pattern, bool checked);
   ~BareSearch();
   std::size_t Hits(const std::vector<std::string>& texts);

@@ -5,7 +5,7 @@
 
 namespace {
 
-// The bytes that don't go out as they stand; "<" and ">" only where they are escaped again.
+// The bytes that are replaced; "<" and ">" only if they are escaped again.
 constexpr std::array<bool, 256> StopsAt(std::string_view bytes) {
   std::array<bool, 256> stops{};
   for (const char c : bytes) stops[static_cast<unsigned char>(c)] = true;

@@ -1,4 +1,4 @@
-// The file that a peer writes: one growing text, numbers straight into it.
+// The file that a peer writes: one growing text, to which numbers are written directly.
 #pragma once
 
 #include <string>
@@ -8,10 +8,10 @@
 
 class CaptionText {
  public:
-  // expected is a guess at the length of the file.
+  // expected: estimated length of the file.
   CaptionText(Form form, std::size_t expected);
-  // Times are decimal seconds. text is put in as it stands but for line ends, which become blanks,
-  // and the two escapes of quotation marks, whose text is given: the parser may have read them.
+  // Times are decimal seconds. text is copied, but line ends become blanks, and apostrophe and quotation are
+  // what the parser has left of the two escapes of quotation marks, which become plain.
   void AddCue(std::string_view start, std::string_view dur, std::string_view text,
               std::string_view apostrophe, std::string_view quotation, bool escapeAgain);
   std::string Take() { return std::move(text_); }

@@ -1,5 +1,5 @@
-// The peer of our HTTP client: libcurl's easy interface, one handle kept, HTTP/1.0 and a new
-// connection for each request.
+// The peer of our HTTP client: libcurl's easy interface with one handle, HTTP/1.0, and a new connection for
+// each request.
 #pragma once
 
 #include <cstddef>
@@ -12,8 +12,7 @@ class CurlClient {
   CurlClient(const CurlClient&) = delete;
   CurlClient& operator=(const CurlClient&) = delete;
 
-  // The body in a string that grows; what came of it when the time-out of so many seconds, which
-  // counts the whole request, was over.
+  // The body, in a string that grows; incomplete if the whole request takes longer than timeoutSeconds.
   std::string Get(const std::string& url, long timeoutSeconds);
 
  private:

@@ -1,9 +1,9 @@
-// An HTTP server on 127.0.0.1 in a process of its own, so that its work is not counted with the
-// client's. It answers one connection after the other and is gone with its owner.
+// An HTTP server on 127.0.0.1, in a process of its own so that its work does not count as the client's. It
+// answers one connection after the other and ends with its owner.
 //
 //   /small            a page of 2,000 bytes
 //   /large            a page of kLargePage bytes
-//   /silent           nothing, for as long as the peer stays
+//   /silent           nothing until the peer disconnects
 //   ...&lang=N        timed text of N cues
 #pragma once
 
@@ -16,7 +16,7 @@ class PageServer {
  public:
   static constexpr std::size_t kLargePage = 200'000'000;
 
-  // To be made before the first thread. Raises std::runtime_error if no port can be had.
+  // Raises std::runtime_error if there is no free port. Requires: this process has no other thread.
   PageServer();
   ~PageServer();
   PageServer(const PageServer&) = delete;

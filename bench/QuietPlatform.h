@@ -1,5 +1,4 @@
-// A host for one program run that nobody watches: answers the save dialog with one path and does
-// nothing else.
+// A host without a user: answers each save dialog with savePath and does nothing else.
 #pragma once
 
 #include "app/Endpoints.h"
@@ -15,7 +14,7 @@ class QuietPlatform : public Platform {
   void ShowURL(const std::string&) override {}
   void Launch(const std::string&) override {}
   std::string PreferencesFolder() override { return ""; }
-  // No event can come during a wait.
+  // There are no events to deliver.
   void ProcessEvents(int milliseconds, const Awaited& awaited) override {
     IsReadyWithin(milliseconds, awaited);
   }
@@ -28,7 +27,7 @@ class QuietPlatform : public Platform {
   void CommandEnded(const std::string&) override {}
 };
 
-// Requests go to host alone, and so does the connection test of the form that opens.
+// All requests go to host, and the connection test of the form goes to this machine.
 inline Endpoints LocalEndpoints(const std::string& host) {
   Endpoints endpoints;
   endpoints.TrackListEndpoint = endpoints.TimedTextEndpoint = host;

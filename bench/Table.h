@@ -1,4 +1,4 @@
-// The table of measures: what each must reach, what it should, and what was seen.
+// The table of measures: what each must reach, what it should reach, and what it reached.
 #pragma once
 
 #include <iosfwd>
@@ -11,7 +11,7 @@ struct Measure {
   enum class Bound { AtMost, AtLeast } bound;
   double must;
   double dream;
-  std::optional<double> seen;  // nullopt where it could not be measured
+  std::optional<double> seen;  // nullopt if it could not be measured
   std::string remark = {};
 };
 
@@ -20,7 +20,7 @@ using Table = std::vector<Measure>;
 bool IsMissed(const Measure& measure);
 // As a Markdown table.
 void Print(std::ostream& out, const Table& table);
-// With so many places behind the point.
+// places: digits after the decimal point.
 std::string Rounded(double value, int places);
 // "| a | b |" and a line end.
 std::string TableRow(const std::vector<std::string>& cells);

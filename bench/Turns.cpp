@@ -42,9 +42,9 @@ TurnTimes Turns(const std::string& what, const std::vector<Contender>& contender
   TurnTimes times(contenders.size());
   for (std::size_t turn = 0; turn <= turns; ++turn) {
     for (std::size_t i = 0; i < contenders.size(); ++i) {
-      const std::size_t which = turn % 2 ? contenders.size() - 1 - i : i;  // there and back
+      const std::size_t which = turn % 2 ? contenders.size() - 1 - i : i;  // every second turn runs backwards
       const double time = TimeOf(what + "/" + contenders[which].name, contenders[which], turn ? runs : 1);
-      if (turn > 0) times[which].push_back(time);  // the first one warms up
+      if (turn > 0) times[which].push_back(time);  // the first turn warms up
     }
   }
   return times;

@@ -1,4 +1,4 @@
-// Runs the contenders of one comparison in turns, so that what disturbs the machine meets all alike.
+// Runs the contenders of a comparison in turns, so that disturbances of the machine affect all of them alike.
 #pragma once
 
 #include <cstddef>
@@ -12,17 +12,16 @@ struct Contender {
   std::function<void()> prepare = {};  // before each run, not timed
 };
 
-// Nanoseconds of processor time, which other programs disturb least, of one run in each turn; one list
-// for each contender. runs stand in one turn.
+// A list for each contender: nanoseconds of processor time of one run in each turn. A turn has so many runs.
 using TurnTimes = std::vector<std::vector<double>>;
 TurnTimes Turns(const std::string& what, const std::vector<Contender>& contenders, std::size_t runs,
                 std::size_t turns);
 
-// 0 for none.
+// 0 if there are no values.
 double Median(std::vector<double> values);
-// The median of the ratios of turns, which is calmer than the ratio of medians where the machine's pace
-// changes in between.
+// The median of the turns' ratios, which varies less than the ratio of the medians if the machine's speed
+// changes.
 double MedianRatio(const std::vector<double>& times, const std::vector<double>& others);
 
-// Keeps a result from being optimised away.
+// Keeps the computation of a result from being optimised away.
 void Keep(std::size_t value);

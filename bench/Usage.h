@@ -1,4 +1,4 @@
-// What this process has cost so far, all its threads together.
+// The cost of this process so far, all threads together.
 #pragma once
 
 #include <sys/resource.h>

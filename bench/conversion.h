@@ -1,4 +1,4 @@
-// The roads from a timed-text document to the bytes of a file, all in memory.
+// The contenders that convert a timed-text document to the bytes of a file, in memory.
 #pragma once
 
 #include <string>
@@ -14,19 +14,18 @@ inline constexpr Form kForms[] = {Form::SRT, Form::WebVTT, Form::StampedLines, F
 const char* NameOf(Form form);
 
 std::string TranscriptOf(const TimedText& track, Form form);
-// The product's own pieces in the order in which its commands call them.
+// With the program's own functions, in the order in which its commands call them.
 SharedText ConvertByUs(std::string document, Form form);
 
-// The same by an XML parser, and numbers through std::to_chars. They give the same bytes for a
-// sound document. "" for one that can't be parsed.
+// With an XML parser and std::to_chars: the same bytes for a well-formed document, "" for one that can't be
+// parsed.
 std::string ConvertByPugixml(std::string document, Form form);
 std::string ConvertByLibxml2(const std::string& document, Form form);
 
-// What no converter can go below: one search for each "<", and a copy. The result is as long as
-// the document.
+// The lower bound for any converter: finds each "<" and copies the document.
 std::string CopyByMemchr(const std::string& document);
 
-// The list of tracks as rows of name and code, by us (in Listbox1) and by pugixml.
+// The list of tracks as names and codes: by us, in Listbox1, and by pugixml.
 struct Track {
   std::string name;
   std::string code;

@@ -1,4 +1,4 @@
-// ravelyn-bench: measures the program against what one would write instead of it.
+// ravelyn-bench: compares the program with what one would write instead of it.
 
 #include <algorithm>
 #include <functional>
@@ -15,10 +15,10 @@ namespace {
 
 constexpr char kUsage[] =
     "Usage: ravelyn-bench [--brief] [SUBJECT...]\n"
-    "Measures, prints Markdown, and exits with 1 where a must is missed.\n"
+    "Measures, prints Markdown, and exits with 1 if a must is missed.\n"
     "Subjects: conversion growth tracks captions search fetch gateway memory desktop waiting\n"
     "(default: all).\n"
-    "--brief takes fewer turns and leaves out the million cues.\n";
+    "--brief takes fewer turns and leaves out inputs of a million cues.\n";
 
 using Subject = std::pair<std::string, std::function<void(Effort, Table&)>>;
 

@@ -10,9 +10,9 @@
 
 namespace {
 
-// A cue in the spellings of the formats.
-struct Spelt {
-  std::string from, to;    // as clocks
+// A cue as the formats write it.
+struct WrittenCue {
+  std::string from, to;    // hours:minutes:seconds
   std::string start, dur;  // in seconds
   std::string at, length;  // in milliseconds
   std::string words;
@@ -20,49 +20,50 @@ struct Spelt {
 
 struct Form {
   std::string_view ending, head;
-  std::string (*cue)(const Spelt&);
+  std::string (*cue)(const WrittenCue&);
   std::string_view foot;
 };
 
 const Form kForms[] = {
     {"srv1", "<transcript>",
-     [](const Spelt& c) {
+     [](const WrittenCue& c) {
        return "<text start=\"" + c.start + "\" dur=\"" + c.dur + "\">" +
               ReplaceAll(c.words, "&", "&amp;amp;") + "</text>";
      },
      "</transcript>"},
     {"srv2", "<timedtext>",
-     [](const Spelt& c) {
+     [](const WrittenCue& c) {
        return "<text t=\"" + c.at + "\" d=\"" + c.length + "\">" + ReplaceAll(c.words, "&", "&amp;") +
               "</text>";
      },
      "</timedtext>"},
     {"srv3", "<timedtext format=\"3\"><body>",
-     [](const Spelt& c) {
+     [](const WrittenCue& c) {
        const std::string spoken = ReplaceAll(ReplaceAll(c.words, "&", "&amp;"), " ", "</s><s ac=\"0\"> ");
        return "<p t=\"" + c.at + "\" d=\"" + c.length + "\" w=\"1\"><s>" + spoken + "</s></p>\n";
      },
      "</body></timedtext>"},
     {"json3", "{\"events\":[{}",
-     [](const Spelt& c) {
+     [](const WrittenCue& c) {
        const std::string quoted = ReplaceAll(ReplaceAll(c.words, "\"", "\\\""), "\n", "\\n");
        return ",{\"tStartMs\":" + c.at + ",\"dDurationMs\":" + c.length + ",\"segs\":[{\"utf8\":\"" + quoted +
               "\"}]}";
      },
      "]}"},
     {"ttml", "<tt><body><div>",
-     [](const Spelt& c) {
+     [](const WrittenCue& c) {
        const std::string lines = ReplaceAll(ReplaceAll(c.words, "&", "&amp;"), "\n", "<br/>");
        return "<p begin=\"" + c.from + "\" end=\"" + c.to + "\" style=\"s2\">" + lines + "</p>\n";
      },
      "</div></body></tt>"},
     {"vtt", "WEBVTT\nKind: captions\nLanguage: en\n\n",
-     [](const Spelt& c) {
+     [](const WrittenCue& c) {
        return c.from + " --> " + c.to + " align:start position:0%\n" + ReplaceAll(c.words, "&", "&amp;") +
               "\n\n";
      },
      ""},
-    {"srt", "", [](const Spelt& c) { return "1\n" + c.from + " --> " + c.to + "\n" + c.words + "\n\n"; }, ""},
+    {"srt", "", [](const WrittenCue& c) { return "1\n" + c.from + " --> " + c.to + "\n" + c.words + "\n\n"; },
+     ""},
 };
 
 std::string Padded(std::size_t number, std::size_t digits) {
@@ -99,7 +100,7 @@ void MeasureCaptions(Effort effort, std::ostream& out, Table& table) {
   for (std::string& words : texts) words = ReplaceAll(std::move(words), "&amp;", "&");
   out << "\n## Caption files of 100,000 cues, read, cleaned and written\n\n"
       << TableRow({"format", "MB", "ms"}) << TableRow({"---", "---", "---"});
-  std::string document;  // the same of all formats
+  std::string document;  // all formats must give the same
   for (const Form& form : kForms) {
     const auto* format = gateway::FormatWithEnding(form.ending);
     const std::string file = FileOf(form, texts);
@@ -110,11 +111,10 @@ void MeasureCaptions(Effort effort, std::ostream& out, Table& table) {
     if (document.empty()) document = ours;
     if (ours != document || ours.empty())
       throw std::runtime_error("the caption files differ in " + std::string(form.ending));
-    std::string handed;
-    const auto times =
-        Turns("captions/" + std::string(form.ending),
-              {{"us", [&] { Keep(convert(std::move(handed)).size()); }, [&] { handed = file; }}}, 1,
-              effort.brief ? 3 : 11);
+    std::string copy;
+    const auto times = Turns("captions/" + std::string(form.ending),
+                             {{"us", [&] { Keep(convert(std::move(copy)).size()); }, [&] { copy = file; }}},
+                             1, effort.brief ? 3 : 11);
     const double milliseconds = Median(times[0]) / 1e6;
     out << TableRow({std::string(form.ending), Rounded(static_cast<double>(file.size()) / 1e6, 1),
                      Rounded(milliseconds, 1)})

@@ -9,7 +9,7 @@
 
 namespace {
 
-// Below this many cues, what a run does once is no small part of it.
+// With fewer cues, the fixed costs of a run distort the ratio.
 constexpr std::size_t kCounted = 10'000;
 
 void CheckSameBytes(const std::string& document, Form form) {
@@ -37,13 +37,13 @@ void CompareForm(const std::string& document, std::size_t cues, Form form, Effor
                  Worst& worst) {
   CheckSameBytes(document, form);
   const Amount amount = AmountFor(cues, effort);
-  // The program gets a document that nobody else needs; so do the two that change what they read.
-  std::string handed;
-  const auto handOver = [&] { handed = document; };
+  // The program and pugixml change the document, so each gets a copy of its own.
+  std::string copy;
+  const auto makeCopy = [&] { copy = document; };
   const auto times =
       Turns(std::string("conversion/") + NameOf(form),
-            {{"us", [&] { Keep(ConvertByUs(std::move(handed), form)->size()); }, handOver},
-             {"pugixml", [&] { Keep(ConvertByPugixml(std::move(handed), form).size()); }, handOver},
+            {{"us", [&] { Keep(ConvertByUs(std::move(copy), form)->size()); }, makeCopy},
+             {"pugixml", [&] { Keep(ConvertByPugixml(std::move(copy), form).size()); }, makeCopy},
              {"libxml2", [&] { Keep(ConvertByLibxml2(document, form).size()); }},
              {"bound", [&] { Keep(CopyByMemchr(document).size()); }}},
             amount.runs, amount.turns);

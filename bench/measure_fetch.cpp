@@ -30,7 +30,7 @@ struct Medians {
   double us, curl;
 };
 
-// One request of us, one of libcurl, and so on. clock gives seconds.
+// Alternates our requests and those of libcurl. clock gives seconds.
 Medians InTurns(double (*clock)(), const std::string& url, int timeoutSeconds, std::size_t length,
                 std::size_t turns) {
   CurlClient client;
@@ -40,7 +40,7 @@ Medians InTurns(double (*clock)(), const std::string& url, int timeoutSeconds, s
     const double start = clock();
     const std::string body = contenders[i % 2](url, timeoutSeconds);
     times[i % 2].push_back(clock() - start);
-    if (body.size() != length) throw std::runtime_error("a page came in another length");
+    if (body.size() != length) throw std::runtime_error("a page has the wrong length");
   }
   return {Median(times[0]), Median(times[1])};
 }

@@ -29,7 +29,7 @@ namespace fs = std::filesystem;
 constexpr std::size_t kManyFiles = 20'000;
 constexpr std::size_t kTracks = 25;  // of the site's video "many"
 
-// Folders for the site, the captions and the cache, gone at the end.
+// Temporary folders for the site, the captions and the cache.
 class Workplace {
  public:
   Workplace() {
@@ -80,7 +80,7 @@ class Client {
   std::string base_;
 };
 
-// yt-dlp as the gateway calls it, with nothing around it.
+// yt-dlp with the gateway's options, but without the gateway.
 class BareYtDlp {
  public:
   explicit BareYtDlp(gateway::SiteSettings settings) : settings_(std::move(settings)) {}
@@ -117,7 +117,7 @@ struct Site {
   double bareList, list, bareText, text, bareTracks, tracks;
 };
 
-// In turns; the gateway lets a second pass between two lists, and its next child has that time to start.
+// In turns. The gateway waits a second between two lists, in which its next child can start.
 Site MeasureSite(const Client& client, const BareYtDlp& bare, std::size_t turns) {
   std::vector<double> times[4];
   for (std::size_t i = 0; i < turns; ++i) {
@@ -149,8 +149,8 @@ double MedianOf(std::size_t turns, const std::function<void()>& action) {
   return Median(times);
 }
 
-// What Linux says of a process in a file of its folder, by the first word of the line.
-long FactOf(const std::string& path, const std::string& name) {
+// A number in one of a process's files in /proc, by the first word of its line.
+long NumberIn(const std::string& path, const std::string& name) {
   std::ifstream file(path);
   for (std::string line; std::getline(file, line);) {
     std::istringstream words(line);
@@ -164,7 +164,7 @@ long FactOf(const std::string& path, const std::string& name) {
 long WakeUps(pid_t process) {
   long count = 0;
   for (const auto& thread : fs::directory_iterator("/proc/" + std::to_string(process) + "/task"))
-    count += FactOf(thread.path() / "status", "voluntary_ctxt_switches:");
+    count += NumberIn(thread.path() / "status", "voluntary_ctxt_switches:");
   return count;
 }
 
@@ -173,12 +173,12 @@ struct Rest {
   long wakeUps;
 };
 
-// The first line comes just before the first wait; a second later the gateway is at rest.
+// The gateway prints its first line just before its first wait, so it is at rest a second later.
 Rest MeasureRest(pid_t process) {
   std::this_thread::sleep_for(1s);
   const long before = WakeUps(process);
   std::this_thread::sleep_for(3s);
-  const long resident = FactOf("/proc/" + std::to_string(process) + "/status", "VmRSS:");
+  const long resident = NumberIn("/proc/" + std::to_string(process) + "/status", "VmRSS:");
   return {static_cast<double>(resident) / 1024, WakeUps(process) - before};
 }
 
@@ -192,7 +192,7 @@ void FillFolders(const Workplace& place) {
     WriteBytes(place / ("full/[" + CodeOf(std::to_string(i)) + "].en.srt"), small);
 }
 
-void Tell(const Site& site, std::ostream& out, Table& table) {
+void Report(const Site& site, std::ostream& out, Table& table) {
   const auto row = [&](const char* name, double ours, double bare) {
     out << TableRow({name, Rounded(ours, 0), Rounded(bare, 0)});
   };
@@ -211,6 +211,34 @@ void Tell(const Site& site, std::ostream& out, Table& table) {
                    site.tracks / site.bareTracks});
 }
 
+struct Local {
+  double inFolder, inCache, listOfMany;
+};
+
+Local MeasureLocal(const Client& client, const Client& ofMany, std::size_t turns) {
+  std::size_t next = 0;
+  return {MedianOf(turns, [&] { client.Text("folder-----", "en"); }),
+          MedianOf(turns, [&] { client.Text("cached-----", "en"); }),
+          MedianOf(turns, [&] { ofMany.List(CodeOf(std::to_string(next++ * 7))); })};
+}
+
+void Report(const Local& local, const Rest& rest, std::ostream& out, Table& table) {
+  out << "\n"
+      << TableRow({"measure", "seen"}) << TableRow({"---", "---"})
+      << TableRow({"text of 2,000 cues out of a folder, ms", Rounded(local.inFolder, 2)})
+      << TableRow({"the same out of the cache, ms", Rounded(local.inCache, 2)})
+      << TableRow({"list in a folder of 20,000 files, ms", Rounded(local.listOfMany, 2)})
+      << TableRow({"memory at rest, MB", Rounded(rest.megabytes, 1)})
+      << TableRow({"wake-ups in 3 s at rest", std::to_string(rest.wakeUps)}) << std::flush;
+  using Bound = Measure::Bound;
+  table.push_back({"text of 2,000 cues out of a folder, ms", Bound::AtMost, 2, 1, local.inFolder});
+  table.push_back({"text of 2,000 cues out of the cache, ms", Bound::AtMost, 2, 1, local.inCache});
+  table.push_back({"list in a folder of 20,000 files, ms", Bound::AtMost, 10, 1, local.listOfMany});
+  table.push_back({"memory of the gateway at rest, MB", Bound::AtMost, 12, 8, rest.megabytes});
+  table.push_back(
+      {"wake-ups of the gateway in 3 s at rest", Bound::AtMost, 0, 0, static_cast<double>(rest.wakeUps)});
+}
+
 }  // namespace
 
 void MeasureGateway(Effort effort, std::ostream& out, Table& table) {
@@ -226,31 +254,12 @@ void MeasureGateway(Effort effort, std::ostream& out, Table& table) {
   full.push_back(place / "full");
 
   const BackgroundProgram gateway(fetching), ofMany(full);
-  const Client client(gateway.FirstLine()), manyClient(ofMany.FirstLine());
-  // A file that was written just now is read anew at each request, since it may still change unseen.
+  const Client client(gateway.FirstLine());
+  // A file that was just written is read again at each request, since it may still change unnoticed.
   std::this_thread::sleep_for(gateway::kSettling);
-  const std::size_t turns = effort.brief ? 10 : 100;
-  const double inFolder = MedianOf(turns, [&] { client.Text("folder-----", "en"); });
-  const double inCache = MedianOf(turns, [&] { client.Text("cached-----", "en"); });
-  std::size_t next = 0;
-  const double listOfMany = MedianOf(turns, [&] { manyClient.List(CodeOf(std::to_string(next++ * 7))); });
-  Tell(MeasureSite(client, bare, effort.brief ? 3 : 9), out, table);
-  // A started child waits for a minute; a gateway that was never asked is the one at rest.
+  const Local local = MeasureLocal(client, Client(ofMany.FirstLine()), effort.brief ? 10 : 100);
+  Report(MeasureSite(client, bare, effort.brief ? 3 : 9), out, table);
+  // A gateway without requests is at rest; the other one has a child that waits for a minute.
   const BackgroundProgram quiet(fetching);
-  const Rest rest = MeasureRest(quiet.Process());
-
-  out << "\n"
-      << TableRow({"measure", "seen"}) << TableRow({"---", "---"})
-      << TableRow({"text of 2,000 cues out of a folder, ms", Rounded(inFolder, 2)})
-      << TableRow({"the same out of the cache, ms", Rounded(inCache, 2)})
-      << TableRow({"list in a folder of 20,000 files, ms", Rounded(listOfMany, 2)})
-      << TableRow({"memory at rest, MB", Rounded(rest.megabytes, 1)})
-      << TableRow({"wake-ups in 3 s at rest", std::to_string(rest.wakeUps)}) << std::flush;
-  using Bound = Measure::Bound;
-  table.push_back({"text of 2,000 cues out of a folder, ms", Bound::AtMost, 2, 1, inFolder});
-  table.push_back({"text of 2,000 cues out of the cache, ms", Bound::AtMost, 2, 1, inCache});
-  table.push_back({"list in a folder of 20,000 files, ms", Bound::AtMost, 10, 1, listOfMany});
-  table.push_back({"memory of the gateway at rest, MB", Bound::AtMost, 12, 8, rest.megabytes});
-  table.push_back(
-      {"wake-ups of the gateway in 3 s at rest", Bound::AtMost, 0, 0, static_cast<double>(rest.wakeUps)});
+  Report(local, MeasureRest(quiet.Process()), out, table);
 }

@@ -1,7 +1,7 @@
 // How the time of each stage grows with its input.
 //
-// The measuring is done in a process of its own that keeps the memory which it has once had, in large
-// pages. Otherwise the cost of fresh pages, which even a bare copy pays, would hide what the stages do.
+// A process of its own measures this; it never returns memory to the system, and uses large pages. Otherwise
+// the cost of new pages, which even a mere copy has, would hide the cost of the stages.
 #include <time.h>
 
 #include <cstdio>
@@ -27,7 +27,7 @@ constexpr char kKeptMemory[] =
     "GLIBC_TUNABLES=glibc.malloc.mmap_threshold=4000000000:glibc.malloc.trim_threshold=8000000000:"
     "glibc.malloc.hugetlb=1";
 
-// What each stage begins with, at one size.
+// The inputs of the stages, at one size.
 struct Input {
   std::string document;
   TimedText track;
@@ -79,11 +79,11 @@ double TimeOfTranscript(const Input& input, Form form) {
 double TimeToSearch(const Input& input) {
   RegEx term;
   term.SearchPattern = kRareWord;
-  std::string room;
+  std::string buffer;
   std::size_t hits = 0;
   const double start = Now();
   for (std::size_t i = 0; i < input.track.Cues(); ++i) {
-    hits += term.Search(input.track.Text(i).In(room)) != nullptr;
+    hits += term.Search(input.track.Text(i).In(buffer)) != nullptr;
   }
   Keep(hits);
   return Now() - start;
@@ -105,8 +105,7 @@ constexpr Stage kStages[] = {
     {"search", TimeToSearch},
 };
 
-// Ten inputs, and one that is as large as all of them: what the processor can learn of a text by heart,
-// and what its caches can hold, is the same on both sides.
+// Ten inputs, and one as large as all of them: branch prediction and caches help both sides alike.
 struct Inputs {
   std::vector<Input> tenths;
   Input whole;
@@ -122,7 +121,7 @@ void PrintGrowth(const Stage& stage, const Inputs& inputs, std::size_t turns) {
     double sum = 0;
     for (const Input& input : inputs.tenths) sum += stage.time(input);
     const double time = stage.time(inputs.whole);
-    if (turn > 0) tenth.push_back(sum / 10), whole.push_back(time);  // the first one warms up
+    if (turn > 0) tenth.push_back(sum / 10), whole.push_back(time);  // the first turn warms up
   }
   const std::size_t cues = inputs.whole.track.Cues();
   const auto count = static_cast<double>(cues);

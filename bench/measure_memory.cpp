@@ -17,16 +17,16 @@
 
 namespace {
 
-// A line of this process's status, in bytes.
+// A value of this process's status file, in bytes.
 double StatusBytes(const std::string& name) {
   std::ifstream status("/proc/self/status");
   for (std::string line; std::getline(status, line);) {
     if (line.starts_with(name + ":")) return std::strtod(line.c_str() + name.size() + 1, nullptr) * 1024;
   }
-  throw std::runtime_error("the system tells no " + name);
+  throw std::runtime_error("/proc/self/status has no " + name);
 }
 
-void ForgetPeak() { std::ofstream("/proc/self/clear_refs") << "5"; }
+void ResetPeak() { std::ofstream("/proc/self/clear_refs") << "5"; }
 
 double GrowthOfDownload(const std::string& host, std::size_t cues) {
   const std::string self = std::filesystem::read_symlink("/proc/self/exe").string();
@@ -60,9 +60,9 @@ int PrintGrowthOfDownload(const std::string& host, const std::string& cues) {
     window.Listbox1.AddRow("English");
     window.Listbox1.SetCell(window.Listbox1.LastIndex(), 1, code);
   }
-  Download(window, 0, path);  // what is loaded once is loaded now
+  Download(window, 0, path);  // loads what is loaded only once
   window.TextArea1.SetText("");
-  ForgetPeak();
+  ResetPeak();
   const double before = StatusBytes("VmRSS");
   Download(window, 1, path);
   std::cout << static_cast<long long>(StatusBytes("VmHWM") - before) << "\n";

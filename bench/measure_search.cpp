@@ -28,7 +28,7 @@ std::size_t HitsByStandard(const std::regex& term, const std::vector<std::string
       std::count_if(texts.begin(), texts.end(), [&](auto& text) { return std::regex_search(text, term); }));
 }
 
-// The texts as lines of a file, for a program that searches files.
+// The texts as lines of a file, for grep.
 class TextFile {
  public:
   explicit TextFile(const std::vector<std::string>& texts) {
@@ -55,7 +55,7 @@ class TextFile {
       (std::filesystem::temp_directory_path() / ("ravelyn-bench-" + std::to_string(::getpid()))).string();
 };
 
-// A program of its own has no processor time in this one: the clock on the wall counts.
+// Elapsed time: processor time of other processes is not counted here.
 double GrepTime(const TextFile& file, std::size_t turns) {
   std::vector<double> times;
   for (std::size_t i = 0; i < turns; ++i) {

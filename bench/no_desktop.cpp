@@ -2,7 +2,7 @@
 
 #include "measures.h"
 
-// Stands in where the desktop program is not built along with the benchmarks.
+// Takes the place of desktop/ if the desktop program is not built.
 void MeasureWaiting(const std::string&, Effort, std::ostream&, Table& table) {
   table.push_back(
       {"silence of 3 s, against libcurl", Measure::Bound::AtMost, 2, 0.5, std::nullopt, "not built"});

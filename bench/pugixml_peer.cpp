@@ -5,7 +5,7 @@
 
 namespace {
 
-// Entities stay as they stand, since the files have them so.
+// Entities are left alone, as in the files that the program writes.
 constexpr unsigned kRaw = pugi::parse_minimal | pugi::parse_ws_pcdata_single;
 
 }  // namespace

@@ -23,7 +23,7 @@ class Numbers {
   std::uint64_t state_;
 };
 
-// Raw words, with the escapes that a document has.
+// With the escapes of a document.
 std::string Words(Numbers& numbers, std::size_t cue) {
   std::string words;
   const std::size_t count = 5 + numbers.Below(8);
@@ -38,7 +38,7 @@ std::string Words(Numbers& numbers, std::size_t cue) {
   return words;
 }
 
-// Hundredths of a second without zeros at the end: "12.34", "12.5", "12".
+// Without trailing zeros: "12.34", "12.5", "12".
 std::string Seconds(std::size_t hundredths) {
   std::string text = std::to_string(hundredths / 100);
   const std::size_t rest = hundredths % 100;
@@ -58,7 +58,7 @@ std::string TimedTextDocument(std::size_t cues, std::uint64_t seed) {
     const std::size_t dur = 80 + numbers.Below(500);
     document += "<text start=\"" + Seconds(start) + "\" dur=\"" + Seconds(dur) + "\">";
     document += Words(numbers, i) + "</text>";
-    // A video of some hours at most, however many cues: the texts of its times stay short.
+    // At most eleven hours, so that the times stay short with any number of cues.
     start = (start + dur + numbers.Below(60)) % 4'000'000;
   }
   return document += "</transcript>";

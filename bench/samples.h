@@ -1,4 +1,4 @@
-// Documents of any size, the same bytes at every run and on every machine.
+// Documents of any size; the same bytes in every run and on every machine.
 #pragma once
 
 #include <cstddef>
@@ -6,12 +6,11 @@
 #include <string>
 #include <vector>
 
-// Sound timed text of so many cues, in document order and some 100 bytes each. Times are in
-// hundredths of a second. Words are Latin, Greek and Japanese; some cues hold an apostrophe, a
-// quotation mark, a line break or "&amp;". One cue in a hundred holds kRareWord.
-// Another seed gives other words and times of the same kind.
+// Well-formed timed text of so many cues, about 100 bytes each, with times in hundredths of a second. Words
+// are Latin, Greek and Japanese; some cues have an apostrophe, a quotation mark, a line break or "&amp;", and
+// one in a hundred has kRareWord. The seed varies words and times.
 std::string TimedTextDocument(std::size_t cues, std::uint64_t seed = 1);
-// The cues' words as the word search sees them, clean.
+// The texts of the cues as the word search sees them.
 std::vector<std::string> CueTextsOf(std::size_t cues);
 inline constexpr char kRareWord[] = "orchestra";
 

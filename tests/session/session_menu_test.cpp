@@ -1,4 +1,4 @@
-// The menus, and which window answers them.
+// The menus, and which window handles them.
 
 #include "support/SessionDriver.h"
 
@@ -19,7 +19,7 @@ TEST(Menu, HelpOpensThePageOfTheActiveWindow) {
             (Lines{Browsed(kPage), Shown("Window1")}));
   EXPECT_EQ(driver.Run("activate aboutWin\nclick lineBox\nmenu FileHelp\nclick openBox\nmenu FileHelp"),
             (Lines{Browsed(kPage + "#help"), Browsed(kPage)}))
-      << "a click that does nothing brings nothing forward";
+      << "a click that does nothing activates no window";
   EXPECT_EQ(driver.Run("activate aboutWin\nmenu FileNewWindow\nmenu FileHelp"),
             (Lines{Shown("Window1"), Browsed(kPage)}));
   EXPECT_EQ(driver.Run("close Window1\nclose aboutWin\nmenu FileHelp"),
@@ -27,7 +27,7 @@ TEST(Menu, HelpOpensThePageOfTheActiveWindow) {
   EXPECT_EQ(Active(driver), "null");
 }
 
-TEST(Menu, MakesOneWindowOfEachKindAndAnewAfterItWasClosed) {
+TEST(Menu, MakesOneWindowOfEachKindAndAnotherAfterItWasClosed) {
   SessionDriver driver;
   driver.Run("open\ntype TextField1 x\nclick SRTBox");
   EXPECT_EQ(driver.Run("menu FileAboutRavelyn\nmenu FileAboutRavelyn\nclick Canvas1"),
@@ -38,7 +38,7 @@ TEST(Menu, MakesOneWindowOfEachKindAndAnewAfterItWasClosed) {
   EXPECT_EQ(driver.State()["windows"]["aboutWin"]["width"], 396);
   EXPECT_EQ(driver.Run("menu FileNewWindow"), Lines{Shown("Window1")});
   EXPECT_EQ(driver.State()["windows"]["Window1"]["controls"]["TextField1"]["text"], "x");
-  // A new form starts from its layout; what was chosen stays with the program.
+  // A new form starts from its layout; the program keeps the options.
   EXPECT_EQ(driver.Run("close Window1\nmenu FileNewWindow"), (Lines{Closed("Window1"), Shown("Window1")}));
   const auto state = driver.State();
   EXPECT_EQ(state["windows"]["Window1"]["controls"]["TextField1"]["text"], "");

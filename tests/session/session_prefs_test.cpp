@@ -1,4 +1,4 @@
-// The preferences from one session to the next.
+// The preferences: how they are read, saved and applied.
 
 #include <sys/stat.h>
 
@@ -15,7 +15,7 @@ namespace {
 const char kName[] = "com.tarnvale.ravelyn.user.prefs";
 const std::string kBadOpening = Message("I could read preferences. Error code 1.");
 
-// The chosen type, the four boxes (with "-" for a disabled one), and the strings behind them.
+// The chosen type, the four boxes (with "-" for a disabled one), and the strings of the options.
 std::string StateOf(SessionDriver& driver) {
   const auto state = driver.State();
   const auto& controls = state["windows"]["Window1"]["controls"];
@@ -33,10 +33,10 @@ std::string StateOf(SessionDriver& driver) {
 
 }  // namespace
 
-TEST(Preferences, ApplyTheirLinesInOrder) {
+TEST(Preferences, SetTheOptionsByTheirLinesInOrder) {
   const struct {
     std::string file, state;
-    bool told = false;
+    bool message = false;
   } rows[] = {
       {"true\ntrue\nfalse\nfalse\nfalse\n", "10-0-0- | true true false false false"},
       {"SRT\ntrue\nfalse\nfalse\nfalse\n", "SRTBox 10-0-0- | SRT true false false false"},
@@ -64,12 +64,12 @@ TEST(Preferences, ApplyTheirLinesInOrder) {
     SessionDriver driver;
     WriteFile(driver.prefs / kName, row.file);
     EXPECT_EQ(driver.Run("open"),
-              row.told ? (Lines{Shown("Window1"), kBadOpening}) : Lines{Shown("Window1")});
+              row.message ? (Lines{Shown("Window1"), kBadOpening}) : Lines{Shown("Window1")});
     EXPECT_EQ(StateOf(driver), row.state) << row.file;
   }
 }
 
-TEST(Preferences, GoFromOneSessionToTheNext) {
+TEST(Preferences, AreSavedAtQuitAndReadByTheNextSession) {
   SessionDriver driver;
   const std::pair<const char*, const char*> rows[] = {
       {"", "true\ntrue\nfalse\nfalse\nfalse\n"},
@@ -77,7 +77,7 @@ TEST(Preferences, GoFromOneSessionToTheNext) {
       {"", "Text\nfalse\nfalse\ntrue\ntrue\n"},
       {"click lineBox", "Text\nfalse\nfalse\nfalse\nfalse\n"},
       {"click paragraphBox", "Text\nfalse\ntrue\nfalse\nfalse\n"},
-      {"click paragraphBox", "Text\nfalse\ntrue\nfalse\nfalse\n"},  // going off leaves its string
+      {"click paragraphBox", "Text\nfalse\ntrue\nfalse\nfalse\n"},  // turning it off leaves its string
       {"click WebVTTBox\nclick openBox", "VTT\ntrue\nfalse\nfalse\nfalse\n"},
   };
   for (const auto& [actions, file] : rows) {
@@ -86,17 +86,17 @@ TEST(Preferences, GoFromOneSessionToTheNext) {
     EXPECT_EQ(ReadFile(driver.prefs / kName), file) << actions;
     driver.End();
   }
-  EXPECT_EQ(driver.prefs.Count(), 1u);  // nothing lies beside it
+  EXPECT_EQ(driver.prefs.Count(), 1u) << "no other file";
   driver.Run("open\nclick SRTBox");
-  driver.End();  // without a quit nothing is saved
+  driver.End();  // without a quit
   EXPECT_EQ(ReadFile(driver.prefs / kName), rows[6].second);
 }
 
-TEST(Preferences, StartTheProgramWhateverStandsInTheirPlace) {
+TEST(Preferences, ThatAreNoReadableFileDoNotKeepTheProgramFromStarting) {
   const std::string unread = Message("I could not read preferences. Error code 2.");
   const struct {
     std::function<void(const std::string& path)> put;
-    Lines told;
+    Lines messages;
     std::string state;
   } rows[] = {
       {[](const std::string& path) { std::filesystem::create_directory(path); },
@@ -116,18 +116,18 @@ TEST(Preferences, StartTheProgramWhateverStandsInTheirPlace) {
        {},
        "10-0-0- | true true false false false"},
   };
-  for (const auto& [put, told, state] : rows) {
+  for (const auto& [put, messages, state] : rows) {
     SessionDriver driver;
     put(driver.prefs / kName);
     Lines expected{Shown("Window1")};
-    expected.insert(expected.end(), told.begin(), told.end());
+    expected.insert(expected.end(), messages.begin(), messages.end());
     EXPECT_EQ(driver.Run("open"), expected);
     EXPECT_EQ(state.empty() ? "" : StateOf(driver), state);
     EXPECT_EQ(driver.Run("click SRTBox\nquit"), Lines{});
   }
 }
 
-TEST(Preferences, AreNotSavedBeforeTheyWereLoaded) {
+TEST(Preferences, AreNotSavedUnlessTheyWereLoaded) {
   FakePlatform host;
   TemporaryFolder prefs;
   host.prefsFolder = prefs.Path();

@@ -15,8 +15,7 @@ const std::vector<Track> kThree = {{"en", "English", Document({{"1.5", "2", "Hel
                                    {"pt-BR", "Brazilian", Document({})}};
 
 const std::string kNoTracks =
-    "There are no transcripts available for this video. Auto-generated transcripts contain no data and "
-    "cannot be downloaded.";
+    "There are no transcripts available for this video. Auto-generated transcripts contain no data and cannot be downloaded.";
 const std::string kNoLink = Message("This does not appear to be a YouTube URL.");
 
 std::string Request(const std::string& path, const std::string& host) {
@@ -28,7 +27,6 @@ nlohmann::json Of(SessionDriver& driver, const char* control) {
 }
 std::string Rows(SessionDriver& driver) { return Of(driver, "Listbox1")["rows"].dump(); }
 
-// What the tool printed and the status that it ended with.
 struct Outcome {
   int status;
   Lines printed;
@@ -40,14 +38,14 @@ Outcome RunTool(const std::string& options, const std::string& input) {
   const std::string command = "TMPDIR=" + folder.Path() + " " RAVELYN_SESSION_PATH " " + options + " <" +
                               (folder / "in") + " >" + (folder / "out") + " 2>/dev/null";
   const int status = std::system(command.c_str());
-  EXPECT_EQ(folder.Count(), 2u) << "a folder of its own is gone";
+  EXPECT_EQ(folder.Count(), 2u) << "its temporary folder is removed";
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, LinesOf(ReadFile(folder / "out"))};
 }
 
 }  // namespace
 
-// Whoever changes what stands where takes the pictures in docs/ anew, and then puts the new sum here.
-TEST(Session, ShowsTheWindowsAsTheyStandInTheDocuments) {
+// After a change of the layout: renew the pictures in docs/, then windows.txt.
+TEST(Session, ShowsTheWindowsAsInTheDocuments) {
   SessionDriver driver;
   driver.OpenWith(kThree, "0");
   driver.Run("type searchField Hello\nclick PushButton3\nclick Canvas1");
@@ -56,7 +54,7 @@ TEST(Session, ShowsTheWindowsAsTheyStandInTheDocuments) {
             ReadFile(RAVELYN_SOURCE_DIR "/tests/session/windows.txt"));
 }
 
-TEST(Session, SaysHowACommandEnded) {
+TEST(Session, ReportsHowACommandEnded) {
   SessionDriver driver;
   driver.OpenWith({{"en", "English", Document({{"1", "1", "on one"}, {"2", "1", "two"}})},
                    {"de", "German", Document({{"1", "1", "on"}})}},
@@ -65,12 +63,12 @@ TEST(Session, SaysHowACommandEnded) {
   driver.Run("type searchField on\nclick PushButton3");
   EXPECT_EQ(driver.outcome, "2 hits in 2 tracks");
   const std::string path = driver.folder / "en.srt";
-  EXPECT_EQ(driver.Run("# passed over\n\nclick SRTBox\nsave " + path + "\nclick PushButton1"),
+  EXPECT_EQ(driver.Run("# skipped\n\nclick SRTBox\nsave " + path + "\nclick PushButton1"),
             (Lines{Saved("", "English.srt", path), Launched(path), Saved("", "German.srt", "")}));
   EXPECT_EQ(driver.outcome, "1 saved, 1 cancelled");
 }
 
-TEST(Session, PastesALinkInItsPlainForm) {
+TEST(Session, APastedLinkBecomesPlainInItsFieldOnly) {
   SessionDriver driver;
   const std::string link = "https://youtu.be/-Qn3_tW8yLc?si=abc&t=30";
   driver.Run("open\npaste TextField1 " + link + "\npaste searchField " + link);
@@ -109,7 +107,7 @@ TEST(Session, PrintsEveryKindOfControl) {
   EXPECT_EQ(driver.Run("dump").at(0).substr(0, start.size()), start);
 }
 
-TEST(Session, PrintsBytesThatAreNoUtf8AsReplacements) {
+TEST(Session, PrintsBytesThatAreNotUtf8AsReplacements) {
   SessionDriver driver;
   Offer(driver.server, "abc",
         {{"en",
@@ -120,35 +118,35 @@ TEST(Session, PrintsBytesThatAreNoUtf8AsReplacements) {
   EXPECT_EQ(Rows(driver), nlohmann::json::parse(R"([["A\ufffd\"\\\u0001B","en"]])").dump());
 }
 
-TEST(Session, AnswersAnActionThatCantBeDoneWithOneErrorAndGoesOn) {
+TEST(Session, AnActionThatCantBeDoneGivesOneErrorAndTheNextOneRuns) {
   SessionDriver driver;
-  EXPECT_EQ(driver.Run("dump\nfrobnicate\n# passed over\n\nquit"),
+  EXPECT_EQ(driver.Run("dump\nfrobnicate\n# skipped\n\nquit"),
             (Lines{Refused(1, "nothing is open yet"), Refused(2, "nothing is open yet"),
                    Refused(5, "nothing is open yet")}));
   driver.OpenWith(kThree, "1");
-  for (const std::string& row :
-       Split("open~the program was opened before|frobnicate PushButton1~unknown action \"frobnicate\"|"
-             "click Nobody~Window1 has no control Nobody|click~Window1 has no control |"
-             "click Label1~Label1 takes no clicks|click Listbox1~Listbox1 takes no clicks|"
-             "click aboutWin.BevelButton1~no window aboutWin is open|"
-             "click Window1.PushButton1.more~Window1 has no control PushButton1.more|"
-             "type Nobody x~Window1 has no control Nobody|type PushButton1 x~PushButton1 is no text field|"
-             "select 3~Listbox1 has no row 3|select 0 -1~Listbox1 has no row -1|select 1.5~\"1.5\" is no "
-             "number|"
-             "select 99999999999999999999~\"99999999999999999999\" is no number|"
-             "cell 0 0~no window SearchWin is open|save~save takes a path|"
-             "menu FileMenu~there is no menu item FileMenu|"
-             "menu EditSeparator1~there is no menu item EditSeparator1|"
-             "activate SearchWin~no window SearchWin is open|close Nobody~no window Nobody is open|"
-             "resize Window1 100~resize takes a width and a height|resize Window1 a b~\"a\" is no number",
-             "|"))
+  for (
+      const std::string& row : Split(
+          "open~the program was opened before|frobnicate PushButton1~unknown action \"frobnicate\"|"
+          "click Nobody~Window1 has no control Nobody|click~Window1 has no control |"
+          "click Label1~Label1 takes no clicks|click Listbox1~Listbox1 takes no clicks|"
+          "click aboutWin.BevelButton1~no window aboutWin is open|"
+          "click Window1.PushButton1.more~Window1 has no control PushButton1.more|"
+          "type Nobody x~Window1 has no control Nobody|type PushButton1 x~PushButton1 is no text field|"
+          "select 3~Listbox1 has no row 3|select 0 -1~Listbox1 has no row -1|select 1.5~\"1.5\" is no number|"
+          "select 99999999999999999999~\"99999999999999999999\" is no number|"
+          "cell 0 0~no window SearchWin is open|save~save takes a path|"
+          "menu FileMenu~there is no menu item FileMenu|"
+          "menu EditSeparator1~there is no menu item EditSeparator1|"
+          "activate SearchWin~no window SearchWin is open|close Nobody~no window Nobody is open|"
+          "resize Window1 100~resize takes a width and a height|resize Window1 a b~\"a\" is no number",
+          "|"))
     EXPECT_EQ(driver.Run(NthField(row, "~", 1)), Lines{Refused(1, NthField(row, "~", 2))}) << row;
   EXPECT_EQ(Of(driver, "Listbox1")["selected"].dump(), "[1]");
   EXPECT_EQ(driver.Run("quit\nclick PushButton1\nopen"),
             (Lines{Refused(2, "the program has quit"), Refused(3, "the program was opened before")}));
 }
 
-TEST(Session, TypesAndSelectsAsAPersonWould) {
+TEST(Session, TypesSelectsAndAnswersDialogsAsAUserWould) {
   SessionDriver driver;
   driver.OpenWith(kThree, "0 1 2");
   driver.Run("type searchField  two  blanks \nselect  2  2 1");
@@ -160,8 +158,7 @@ TEST(Session, TypesAndSelectsAsAPersonWould) {
   EXPECT_EQ(Of(driver, "Listbox1")["selected"].dump(), "[]");
   const std::string path = driver.folder / "a b.srt";
   EXPECT_EQ(driver.Run("select 1\nclick SRTBox\ncancel\nsave " + path +
-                       "\nclick PushButton1\nclick PushButton1\n"
-                       "click PushButton1"),
+                       "\nclick PushButton1\nclick PushButton1\nclick PushButton1"),
             (Lines{Saved("", "German.srt", ""), Saved("", "German.srt", path), Launched(path),
                    Saved("", "German.srt", "")}));
 }
@@ -170,7 +167,7 @@ TEST(Search, TakesTheCodeOutOfALink) {
   SessionDriver driver;
   driver.server.Answer(Page(TrackList({kThree[0]})));
   driver.Run("open");
-  // Field 1 of the whole text, and the long form comes first.
+  // The code ends at the next "v="; the long form takes precedence.
   for (const std::string& row :
        Split("https://host/watch?v=abc~abc|https://host/watch?v=abc&t=30#x~abc&t=30#x|"
              "https://host/watch?v=abc&v=second~abc&|http://v=front/?v=abc~front/?|"
@@ -185,7 +182,7 @@ TEST(Search, TakesTheCodeOutOfALink) {
   }
 }
 
-TEST(Search, LeavesEverythingAsItWasForALinkThatItRefuses) {
+TEST(Search, ARefusedLinkChangesNothing) {
   SessionDriver driver;
   driver.OpenWith(kThree, "1");
   for (const std::string link :
@@ -199,7 +196,7 @@ TEST(Search, LeavesEverythingAsItWasForALinkThatItRefuses) {
   EXPECT_EQ(driver.server.Requests().size(), 1u);
 }
 
-TEST(Search, CutsTheListIntoTracks) {
+TEST(Search, ListsTheTracksThatAReplyHolds) {
   const std::string head = "<?xml version=\"1.0\"?><transcript_list docid=\"1\">",
                     tail = "</transcript_list>";
   const auto track = [](const std::string& name, const std::string& code, const std::string& rest) {
@@ -217,7 +214,7 @@ TEST(Search, CutsTheListIntoTracks) {
       {Page(head.substr(0, 20)), "[]", "0"},
       {Page(""), "[]", "0"},
       {OpenPage(head + track("", "en", "lang_translated=\"E\"") + tail), R"([["E","en"]])", "1"},
-      // Pages with parts that can't be cut, the second behind a good one.
+      // With a part that can't be cut, a good one before it does not count either.
       {Page("<html><a href=\"x\">error</a><b c=\"d\">e</b></html>"), "[]", "0"},
       {Page(head + track("", "en", "lang_translated=\"E\"") + "<track id=\"1\"/>" + tail), "[]", "0"},
       {Page(head + "<track lang_code=en lang_translated=\"E\"/>" + tail), "[]", "0"},
@@ -234,7 +231,7 @@ TEST(Search, CutsTheListIntoTracks) {
   }
 }
 
-TEST(Search, ClearsTheBufferAndTheRowsOfTheOneBefore) {
+TEST(Search, ReplacesTheBufferAndTheRowsOfTheEarlierSearch) {
   SessionDriver driver;
   driver.OpenWith(kThree, "0 2");
   Offer(driver.server, "two", {kThree[1]});
@@ -246,18 +243,20 @@ TEST(Search, ClearsTheBufferAndTheRowsOfTheOneBefore) {
   EXPECT_EQ(
       Of(driver, "TextArea1")["text"],
       R"(<?xml version="1.0" encoding="utf-8"?><transcript_list docid="7">:::<track id="0" name="" lang_code="de" lang_original="?" lang_translated="German" lang_default="true"/>:::</transcript_list>)");
-  // The link may change: what was found belongs to the video that was searched for.
+  // The rows belong to the video that was searched for, even if the link changes.
   EXPECT_EQ(driver.Run("type TextField1 another\nselect 0\nclick SRTBox\nclick PushButton1"),
             Lines{Saved("", "German.srt", "")});
   driver.server.AnswerAt(ListPath("gone"), {"", Reply::End::Reset});
-  EXPECT_EQ(driver.Run("type TextField1 ?v=gone\nclick PushButton2\nclick PushButton1"),
-            (Lines{Message(kNoTracks, "The reply broke off before the first byte of its text."),
-                   Message("There are no selected languages to retrieve. Did you click the Search "
-                           "button? If you did there may be no uploaded closed captions to retrieve.")}));
+  EXPECT_EQ(
+      driver.Run("type TextField1 ?v=gone\nclick PushButton2\nclick PushButton1"),
+      (Lines{
+          Message(kNoTracks, "The reply broke off before the first byte of its text."),
+          Message(
+              "There are no selected languages to retrieve. Did you click the Search button? If you did there may be no uploaded closed captions to retrieve.")}));
   EXPECT_EQ(driver.State()["app"]["vidCode"], "gone");
 }
 
-TEST(SessionTool, EndsWithTheStatusOfItsActions) {
+TEST(SessionTool, EndsWith2AfterAnActionThatCantBeDone) {
   EXPECT_EQ(RunTool("", "").status, 0);
   EXPECT_EQ(RunTool("", "open\nquit\n").printed,
             (Lines{Shown("Window1"), R"({"event":"done","action":"open"})",
@@ -270,15 +269,15 @@ TEST(SessionTool, EndsWithTheStatusOfItsActions) {
   EXPECT_EQ(RunTool("--help", "").printed.front(), "Usage: ravelyn-session [OPTION]...");
 }
 
-TEST(SessionTool, TakesItsOptions) {
+TEST(SessionTool, FollowsItsOptionsAndRefusesWrongOnes) {
   LoopbackServer list, text;
   Offer(list, "abc", kThree);
   Offer(text, "abc", kThree);
   TemporaryFolder prefs;
-  const Outcome outcome = RunTool("--track-list " + list.Host() + " --timed-text " + text.Host() +
-                                      " --prefs " + prefs.Path() + " --probe-address 240.0.0.1",
-                                  "open\ntype TextField1 ?v=abc\nclick PushButton2\nselect 0\nclick SRTBox\n"
-                                  "click PushButton1\nquit");
+  const Outcome outcome = RunTool(
+      "--track-list " + list.Host() + " --timed-text " + text.Host() + " --prefs " + prefs.Path() +
+          " --probe-address 240.0.0.1",
+      "open\ntype TextField1 ?v=abc\nclick PushButton2\nselect 0\nclick SRTBox\nclick PushButton1\nquit");
   EXPECT_EQ(outcome.status, 0);
   ASSERT_EQ(outcome.printed.size(), 12u);
   EXPECT_TRUE(outcome.printed[1].starts_with(R"({"event":"message","text":"Ravelyn cannot work)"));

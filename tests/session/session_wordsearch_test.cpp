@@ -46,14 +46,14 @@ Lines Search(SessionDriver& driver, const std::string& rows, const std::string& 
 const std::string kFirst = R"(["00:01:02.500","the orchestra begins"])";
 const std::string kThird = R"(["00:00:59.990","an Orchestra of the other theatre"])";
 const std::string kGerman = R"(["00:00:00.000","Orchester und ORCHESTRA"])";
-const Lines kTwice = {Shown("SearchWin"), Shown("SearchWin")};  // made, and at the end brought forward
+const Lines kTwice = {Shown("SearchWin"), Shown("SearchWin")};  // when made, and activated at the end
 
 }  // namespace
 
 TEST(WordSearch, FindsEachTermInTheCuesOfATrack) {
   const std::string searches[][4] = {
       {"0", "ORCHESTRA", "[" + kFirst + "," + kThird + "]", "2"},
-      {"0", "the", "[" + kFirst + "," + kThird + "]", "2"},  // a cue once, and inside of words
+      {"0", "the", "[" + kFirst + "," + kThird + "]", "2"},  // each cue once; within words as well
       {"0", "o.chestra b", "[" + kFirst + "]", "1"},
       {"0", "of the", "[" + kThird + "]", "1"},  // the line break is a blank
       {"0", "^an .*theatre$", "[" + kThird + "]", "1"},
@@ -76,7 +76,7 @@ TEST(WordSearch, FindsEachTermInTheCuesOfATrack) {
   }
 }
 
-TEST(WordSearch, TellsATermThatIsNotThereAndMakesNoWindow) {
+TEST(WordSearch, ATermWithoutHitsGivesAMessageAndNoWindow) {
   SessionDriver driver;
   driver.OpenWith(kTracks, "");
   for (const std::string term : {"orchestra begins an", "nothing here ", "zzz", "'", "orchestra\\.", "cat"})
@@ -84,22 +84,23 @@ TEST(WordSearch, TellsATermThatIsNotThereAndMakesNoWindow) {
   driver.server.AnswerAt(TrackPath("abc", "de"), {"", Reply::End::Reset});
   EXPECT_EQ(
       Search(driver, "1 4", "a"),
-      (Lines{Message("Error code: 0 - A connection to YouTube was not able to be established. Check your "
-                     "internet connection and try again.",
-                     "The reply broke off before the first byte of its text."),
-             NotFound("a")}));
+      (Lines{
+          Message(
+              "Error code: 0 - A connection to YouTube was not able to be established. Check your internet connection and try again.",
+              "The reply broke off before the first byte of its text."),
+          NotFound("a")}));
   EXPECT_EQ(ResultsOf(driver), (Results{"", "", "0"}));
   EXPECT_EQ(driver.State()["windows"]["Window1"]["controls"]["TextArea1"]["text"], "");
 }
 
-TEST(WordSearch, GathersTheRowsOfSeveralRunsAndLabelsTheLastWithHits) {
+TEST(WordSearch, AddsTheRowsOfEachRunAndLabelsTheLastOneWithHits) {
   SessionDriver driver;
   driver.OpenWith(kTracks, "");
   EXPECT_EQ(Search(driver, "0 1 2 4", "orchestra"),
             (Lines{Shown("SearchWin"), Shown("SearchWin"), Shown("SearchWin"), NotFound("orchestra"),
                    NotFound("orchestra")}));
   const std::string rows = kFirst + "," + kThird + "," + kGerman;
-  // The Russian track was tested without a hit, the empty one not at all.
+  // The Russian track has no hit, and the empty one is not searched.
   EXPECT_EQ(ResultsOf(driver), (Results{"[" + rows + "]", Label("1", "orchestra"), "0"}));
   EXPECT_EQ(Search(driver, "0", "BEGINS"), Lines{Shown("SearchWin")});
   EXPECT_EQ(ResultsOf(driver), (Results{"[" + rows + "," + kFirst + "]", Label("1", "BEGINS"), "1"}));
@@ -110,14 +111,16 @@ TEST(WordSearch, GathersTheRowsOfSeveralRunsAndLabelsTheLastWithHits) {
   EXPECT_EQ(ResultsOf(driver), (Results{"[" + kGerman + "]", Label("1", "und"), "1"}));
 }
 
-TEST(WordSearch, ChecksTheFormInOrder) {
+TEST(WordSearch, AsksForTheLinkThenTheTracksThenALanguage) {
   SessionDriver driver;
   Offer(driver.server, "abc", kTracks);
-  EXPECT_EQ(driver.Run("open\nclick PushButton3"),
-            (Lines{Shown("Window1"),
-                   Message("You must paste the URL of your YouTube movie into the first form field "
-                           "before you can do a word search."),
-                   kLinkFocused}));
+  EXPECT_EQ(
+      driver.Run("open\nclick PushButton3"),
+      (Lines{
+          Shown("Window1"),
+          Message(
+              "You must paste the URL of your YouTube movie into the first form field before you can do a word search."),
+          kLinkFocused}));
   EXPECT_EQ(driver.Run("type TextField1 ?v=abc\nclick PushButton3"),
             Lines{Message("There are no selected languages to retrieve.")});
   EXPECT_EQ(driver.Run("click PushButton2\nclick PushButton3"),
@@ -125,7 +128,7 @@ TEST(WordSearch, ChecksTheFormInOrder) {
   EXPECT_EQ(driver.server.Requests().size(), 1u);
 }
 
-TEST(WordSearch, ReportsATermThatIsNoExpressionOnceAndFetchesNothing) {
+TEST(WordSearch, AnInvalidExpressionIsReportedOnceAndFetchesNothing) {
   SessionDriver driver;
   driver.OpenWith(kTracks, "");
   for (const auto& [term, why] : {std::pair<std::string, std::string>{"(", "2, missing closing parenthesis"},
@@ -139,7 +142,7 @@ TEST(WordSearch, ReportsATermThatIsNoExpressionOnceAndFetchesNothing) {
   EXPECT_EQ(Search(driver, "0", "begins"), kTwice);
 }
 
-TEST(WordSearch, TakesBackWhatARunawayTermHasShown) {
+TEST(WordSearch, ARunawayTermLosesTheRowsThatItHasShown) {
   SessionDriver driver;
   driver.OpenWith(kTracks, "");
   const std::string runaway = "(a+)+$",
@@ -153,7 +156,7 @@ TEST(WordSearch, TakesBackWhatARunawayTermHasShown) {
   EXPECT_EQ(ResultsOf(driver)[1], before[1]);
 }
 
-TEST(Results, LinkToTheSecondOfTheirCue) {
+TEST(Results, AClickedCellOpensTheVideoAtItsSecond) {
   SessionDriver driver;
   driver.OpenWith(kTracks, "");
   Search(driver, "0 1", "orch");
@@ -165,12 +168,12 @@ TEST(Results, LinkToTheSecondOfTheirCue) {
   EXPECT_EQ(driver.Run("cell 5 0\ncell 0 2\ncell 0"),
             (Lines{Refused(1, "resultsList has no row 5"), Refused(2, "there is no column 2"),
                    Refused(3, "cell takes a row and a column")}));
-  // The video is the one of the last search for tracks, whatever the rows are of.
+  // The video is that of the last Search, not that of the rows.
   driver.Run("type TextField1 ?v=other&x=1\nclick PushButton2");
   EXPECT_EQ(driver.Run("cell 1 0"), Lines{Browsed("https://www.youtube.com/watch?v=other&x=1&t=59")});
 }
 
-TEST(Results, AreSavedByteForByte) {
+TEST(Results, AreSavedAsALineForEachRow) {
   SessionDriver driver;
   const std::string text = "a  b   c    d<<p>p>e<P>f <p> g <pp>";
   driver.OpenWith({{"en", "English", Document({{"62.5", "1", text}, {"880.12", "1", "two"}})}}, "0");
@@ -192,7 +195,7 @@ TEST(Results, AreSavedByteForByte) {
   EXPECT_EQ(driver.Run("dump").at(0), before);
 }
 
-TEST(Results, AreSavedWithTheTermOfTheLastRunWhereNoFormIsOpen) {
+TEST(Results, AreSavedWithTheTermOfTheLastRunIfNoFormIsOpen) {
   SessionDriver driver;
   driver.OpenWith(kTracks, "");
   Search(driver, "0", "begins");

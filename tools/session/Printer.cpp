@@ -11,7 +11,7 @@
 
 namespace {
 
-// Keys print in the order in which they are put in.
+// Keeps keys in the order in which they were added.
 using Json = nlohmann::ordered_json;
 
 Json RowsOf(const Listbox& list) {

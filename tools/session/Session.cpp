@@ -12,12 +12,12 @@
 
 namespace {
 
-// An action that can't be done; the words are the "error" event's text.
+// An action that can't be done; what() is the text of the "error" event.
 struct CannotDo : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// The word in front of the first blank; rest becomes what stands behind that blank.
+// The text before the first blank; rest keeps what follows that blank.
 std::string TakeWord(std::string& rest) {
   std::string word = NthField(rest, " ", 1);
   rest = Mid(rest, Len(word) + 2);
@@ -85,13 +85,13 @@ void Session::Act(const std::string& line) {
   if (!app_) throw CannotDo("nothing is open yet");
   if (stopped_) throw CannotDo("the program has quit");
   if (word == "quit") return Quit();
-  if (word == "type") return FieldNamedFirst(rest).PersonTypes(rest);
-  if (word == "paste") return FieldNamedFirst(rest).PersonDrops(rest);
+  if (word == "type") return TakeField(rest).PersonTypes(rest);
+  if (word == "paste") return TakeField(rest).PersonDrops(rest);
   if (word == "click") return Click(rest);
   if (word == "select") return Select(rest);
   if (word == "save") return QueueSave(rest);
   if (word == "cancel") return platform_.QueueSave(std::nullopt);
-  if (word == "cell") return Cell(rest);
+  if (word == "cell") return ClickCell(rest);
   if (word == "menu") return Choose(rest);
   if (word == "activate") return Activate(rest);
   if (word == "close") return CloseWindow(rest);
@@ -117,14 +117,13 @@ Window& Session::OpenWindow(const std::string& name) const {
   return *window;
 }
 
-// Takes the name of a field from the front of rest.
-TextField& Session::FieldNamedFirst(std::string& rest) const {
+TextField& Session::TakeField(std::string& rest) const {
   Control& control = ControlOf(OpenWindow("Window1"), TakeWord(rest));
   if (control.Kind() != ControlKind::TextField) throw CannotDo(control.Name() + " is no text field");
   return static_cast<TextField&>(control);
 }
 
-// A click brings its window to the front, but one that does nothing does not.
+// A click brings its window to the front only if it does something.
 void Session::Click(const std::string& target) {
   const std::size_t dot = target.find('.');
   const bool named = dot != std::string::npos;
@@ -148,7 +147,7 @@ void Session::QueueSave(const std::string& path) {
   platform_.QueueSave(path);
 }
 
-void Session::Cell(const std::string& text) {
+void Session::ClickCell(const std::string& text) {
   auto& list = static_cast<Listbox&>(ControlOf(OpenWindow(SearchWin::kName), "resultsList"));
   const auto numbers = TakeNumbers(text);
   if (numbers.size() != 2) throw CannotDo("cell takes a row and a column");

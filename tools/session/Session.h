@@ -1,6 +1,6 @@
-// The program without a screen: one action a line comes in, one JSON object a line goes out, in the
-// order in which a person would notice things. Every action ends with exactly one "done" or, where it
-// can't be done, one "error"; the session then goes on.
+// The program without a screen: reads one action a line and prints one JSON object a line for everything that
+// a user would notice, in order. Each action ends with one "done" or, if it can't be done, with one "error",
+// and the session goes on.
 #pragma once
 
 #include <iosfwd>
@@ -14,12 +14,12 @@ class TextField;
 
 class Session {
  public:
-  // prefsFolder must exist. out takes the objects and is flushed behind each action.
+  // Requires: prefsFolder exists. out is flushed after each action.
   Session(Endpoints endpoints, std::string prefsFolder, std::ostream& out);
   ~Session();
 
-  // Reads actions until the end of in. Lines count from 1; blank ones and those that begin with "#"
-  // are passed over. Input that ends without "quit" saves nothing.
+  // Reads actions until the end of in; blank lines and lines that begin with "#" are skipped. Without "quit"
+  // no preferences are saved.
   void Run(std::istream& in);
   bool HadErrors() const { return hadErrors_; }
 
@@ -27,11 +27,11 @@ class Session {
   void Act(const std::string& line);
   void Open();
   void Quit();
-  TextField& FieldNamedFirst(std::string& rest) const;
+  TextField& TakeField(std::string& rest) const;
   void Click(const std::string& target);
   void Select(const std::string& rows);
   void QueueSave(const std::string& path);
-  void Cell(const std::string& rest);
+  void ClickCell(const std::string& rest);
   void Choose(const std::string& item);
   void Activate(const std::string& window);
   void CloseWindow(const std::string& window);

@@ -22,7 +22,7 @@ void SessionPlatform::ShowURL(const std::string& address) { printer_.Browse(addr
 
 void SessionPlatform::Launch(const std::string& path) { printer_.Launch(path); }
 
-// No event can come to a session while it waits.
+// A session receives no events while it waits.
 void SessionPlatform::ProcessEvents(int milliseconds, const Awaited& awaited) {
   IsReadyWithin(milliseconds, awaited);
 }

@@ -1,4 +1,4 @@
-// The host of a session: prints what a person would notice, and answers the save dialogs from a queue.
+// The host of a session: prints what a user would notice, and answers save dialogs from a queue.
 #pragma once
 
 #include <deque>
@@ -13,7 +13,7 @@ class SessionPlatform : public Platform {
   SessionPlatform(Printer& printer, std::string prefsFolder)
       : printer_(printer), prefsFolder_(std::move(prefsFolder)) {}
 
-  // The answer to the next save dialog; nullopt cancels it. With nothing queued a dialog is cancelled.
+  // Adds the answer to a later save dialog; nullopt cancels it, as an empty queue does.
   void QueueSave(std::optional<std::string> path) { saves_.push_back(std::move(path)); }
 
   void MessageBox(const std::string& text, const std::string& cause) override;

@@ -1,4 +1,4 @@
-// ravelyn-session: drives the program from standard input, without a screen.
+// ravelyn-session: drives the program without a screen, from standard input.
 
 #include <cstdlib>
 #include <filesystem>
@@ -12,30 +12,30 @@ namespace {
 constexpr char kUsage[] =
     "Usage: ravelyn-session [OPTION]...\n"
     "Drives Ravelyn without a screen: reads one action a line from standard input and\n"
-    "prints one JSON object a line.\n\n"
-    "  --track-list HOST[:PORT]   where the caption tracks are asked for\n"
-    "  --timed-text HOST[:PORT]   where the captions are fetched\n"
+    "prints one JSON object a line for what a user would notice.\n\n"
+    "  --track-list HOST[:PORT]   server of the lists of caption tracks\n"
+    "  --timed-text HOST[:PORT]   server of the captions\n"
     "  --prefs DIR                folder of the preferences, made if missing (default: a temporary one)\n"
-    "  --probe-address HOST       host that is pinged on opening (default: 127.0.0.1)\n"
+    "  --probe-address HOST       host that is pinged at the start (default: 127.0.0.1)\n"
     "  --help, --version\n\n"
-    "Actions: open, quit, type CONTROL TEXT, click [WINDOW.]CONTROL, select ROW...,\n"
-    "save PATH, cancel, cell ROW COLUMN, menu ITEM, activate WINDOW, close WINDOW,\n"
-    "resize WINDOW W H, dump. Exit status: 0, 2 if an action could not be done or an\n"
-    "option is wrong.\n";
+    "Actions: open, quit, type CONTROL TEXT, paste CONTROL TEXT,\n"
+    "click [WINDOW.]CONTROL, select ROW..., save PATH, cancel, cell ROW COLUMN,\n"
+    "menu ITEM, activate WINDOW, close WINDOW, resize WINDOW WIDTH HEIGHT, dump.\n\n"
+    "Exit status: 0; 2 if an action can't be done or an option is wrong.\n";
 
 struct Options {
   Endpoints endpoints;
   std::optional<std::string> prefs;
 };
 
-// The probe's address stands in a shell command, so it may hold nothing that a shell would read.
+// The probe's address becomes part of a shell command, so only harmless characters are allowed.
 bool IsHost(const std::string& text) {
   constexpr char kAllowed[] = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789.:-";
   return !text.empty() && text[0] != '-' && text.find_first_not_of(kAllowed) == std::string::npos;
 }
 
-// True if a folder stands at path; one that is missing is made in a folder that exists.
-bool IsFolder(const std::string& path) {
+// Makes the folder if it is missing and its parent exists; true if path is a folder then.
+bool EnsureFolder(const std::string& path) {
   std::error_code ignored;
   std::filesystem::create_directory(path, ignored);
   return std::filesystem::is_directory(path, ignored);
@@ -46,11 +46,11 @@ bool TakeOption(Options& options, const std::string& name, const std::string& va
   if (name == "--track-list" && isHost) return options.endpoints.TrackListEndpoint = value, true;
   if (name == "--timed-text" && isHost) return options.endpoints.TimedTextEndpoint = value, true;
   if (name == "--probe-address" && isHost) return options.endpoints.ProbeAddress = value, true;
-  if (name == "--prefs" && IsFolder(value)) return options.prefs = value, true;
+  if (name == "--prefs" && EnsureFolder(value)) return options.prefs = value, true;
   return false;
 }
 
-// A folder of its own for one run, gone with it.
+// Exists as long as this object.
 class TemporaryFolder {
  public:
   TemporaryFolder() {
