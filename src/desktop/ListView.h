@@ -12,7 +12,7 @@ class ListView : public QTableView {
 
   // Brings rows and selection in line with the record, and reports nothing to it.
   void catchUp();
-  // From now on the list is empty, and the record is not used.
+  // From now on all cells are empty, and the record is not used.
   void forget();
   // One line for each selected row, with a tab between its cells.
   void copySelection() const;

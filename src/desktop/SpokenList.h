@@ -52,5 +52,5 @@ class SpokenList : public QAccessibleWidget, public QAccessibleTableInterface {
   void dropCells();
 
   ListView& list_;
-  mutable QHash<int, QAccessible::Id> cells_;  // by row and column, hidden columns included
+  mutable QHash<int, QAccessible::Id> cells_;  // by index as children, hidden columns counted
 };

@@ -238,7 +238,7 @@ void WindowView::changeEvent(QEvent* event) {
   const bool looks = event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange ||
                      event->type() == QEvent::FontChange || event->type() == QEvent::LayoutDirectionChange;
   if (!looks) return;
-  drawnAt_ == scale() ? status_.updateFont() : takeSize();
+  drawnScale_ == scale() ? status_.updateFont() : takeSize();
   layOut();
   markAllDirty();
 }

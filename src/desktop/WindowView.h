@@ -95,5 +95,5 @@ class WindowView : public QWidget {
   std::unordered_map<const Control*, std::size_t> places_;  // in entries_
   QTimer frame_;          // declared after what its slots use: destroyed first, and its connections with it
   bool settled_ = false;  // the first layout is over
-  double drawnAt_ = 0;    // the scale
+  double drawnScale_ = 0;
 };

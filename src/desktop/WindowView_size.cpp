@@ -75,7 +75,7 @@ void WindowView::takeSize() {
   setMaximumSize(sized(frame.maxWidth, frame.maxHeight));
   if (!frame.resizable) setFixedSize(shown);
   if (frame.resizable && !isMaximized() && !isFullScreen()) resize(shown);
-  drawnAt_ = scale();
+  drawnScale_ = scale();
 }
 
 void WindowView::layOut() {

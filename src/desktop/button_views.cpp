@@ -22,8 +22,7 @@ namespace {
 
 constexpr int kButtonMargin = 10;  // pixels to the left and right of a caption, together
 
-// In pixels: taken is the width of the button's own mark and margins, widest is the most that the button may
-// have.
+// In pixels: the button's own mark and margins take `taken`, and all of it may take at most `widest`.
 void showCaption(QAbstractButton& button, const Button& record, int taken, int widest) {
   const QString caption = shownText(record.Caption());
   const QFont font = fittingFont(
