@@ -15,21 +15,15 @@ std::string Counted(std::size_t count, const char* one) {
   return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
 }
 
-std::string WordsOn(const YtDlp& found) {
+std::string Described(const YtDlp& found) {
   if (found.program.empty()) return "yt-dlp is not installed";
   const std::string version = found.version.empty() ? "which does not say its version" : found.version;
   return "fetches by " + found.program + ", " + version;
 }
 
-std::string WordsOn(const std::string& folder) {
+std::string Described(const std::string& folder) {
   std::error_code ignored;
   return std::filesystem::exists(folder, ignored) ? folder : folder + " (missing)";
-}
-
-// Each yt-dlp runs in a folder of its own.
-std::string Absolute(const std::string& path) {
-  std::error_code ignored;
-  return path.empty() ? "" : std::filesystem::absolute(path, ignored).string();
 }
 
 std::string CacheFolderOf(const Options& options) {
@@ -47,8 +41,8 @@ AllSources::AllSources(const Options& options, int stop)
       fetching_("fetches nothing") {
   if (!options.fetch) return;
   const YtDlp found = FindYtDlp(options.ytdlp, kVersionPatience, stop);
-  fetching_ = WordsOn(found);
-  site_.emplace(SiteSettings{found.program, found.version, Absolute(options.ytdlpConfig), "", options.ytdlp});
+  fetching_ = Described(found);
+  site_.emplace(SiteSettings{found.program, found.version, options.ytdlpConfig, "", options.ytdlp});
   CaptionSource* fetched = &*site_;
   if (const std::string folder = CacheFolderOf(options); !folder.empty())
     fetched = &cache_.emplace(*site_, folder);
@@ -64,7 +58,7 @@ std::string AllSources::Summary(const Options& options) const {
   const FolderSource::Stock stock = folders_.TakeStock();
   std::string line = Counted(stock.videos, "video") + " with " + Counted(stock.tracks, "track") + " from";
   for (const std::string& folder : options.folders)
-    line += (&folder == &options.folders[0] ? " " : ", ") + WordsOn(folder);
+    line += (&folder == &options.folders[0] ? " " : ", ") + Described(folder);
   if (options.folders.empty()) line += " no folder";
   if (stock.leftOut > 0) line += "; " + Counted(stock.leftOut, "caption file") + " left out, see --help";
   return line + "; " + fetching_;

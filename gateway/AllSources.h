@@ -1,4 +1,4 @@
-// The sources that the options ask for, put together.
+// Combines the sources that the options select.
 #pragma once
 
 #include <optional>
@@ -14,19 +14,19 @@ namespace gateway {
 
 class AllSources {
  public:
-  // With fetch, yt-dlp is looked for and asked for its version, which takes it some tenths of a second; it is
-  // not waited for once stop can be read, -1 for none. Requires: what SiteSource requires.
+  // With Options::fetch, finds yt-dlp and asks for its version, which takes a few tenths of a second. Stops
+  // waiting for it once the descriptor `stop` is readable; -1 for none. Requires: what SiteSource requires.
   explicit AllSources(const Options& options, int stop = -1);
 
   CaptionSource& Whole();
 
-  // What there is, for the start line: "1 video with 2 tracks from DIR; fetches nothing".
+  // The contents, for the start line: "1 video with 2 tracks from DIR; fetches nothing".
   std::string Summary(const Options& options) const;
 
  private:
   FolderSource folders_;
   std::string fetching_;
-  // Each uses the one above it, and ends before it.
+  // Each uses those above it, and is destroyed before them.
   std::optional<SiteSource> site_;
   std::optional<CacheSource> cache_;
   std::optional<JoinedSource> joined_;

@@ -19,7 +19,7 @@ namespace {
 
 using namespace gateway;
 
-// Descriptors 0 to 2 are taken in any case, so that nothing else that is opened gets their numbers.
+// Opens descriptors 0 to 2 if they are closed, so that no file or socket gets their numbers.
 void OpenStandardDescriptors() {
   int opened = 0;
   do {
@@ -28,9 +28,9 @@ void OpenStandardDescriptors() {
   if (opened > 2) ::close(opened);
 }
 
-// A descriptor that can be read once the process is asked to end. Comes before any thread, so that all
-// inherit the mask. A write that fails is reported where it is made, not by a signal; children are waited
-// for, even where the gateway was started with their signal ignored.
+// A descriptor that is readable once a signal asks the process to end. Also makes a failed write return an
+// error instead of raising a signal, and lets children be waited for even if the gateway was started with
+// SIGCHLD ignored. Requires: no thread has been started, so that all inherit the mask.
 Descriptor EndSignals() {
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
@@ -42,7 +42,7 @@ Descriptor EndSignals() {
   return Descriptor(::signalfd(-1, &signals, SFD_CLOEXEC));
 }
 
-// A folder that is not there yet is named as such by the start line; one that can't be read is a fault.
+// A missing folder is only marked in the start line; it may be made later.
 void LogUnreadable(const std::vector<std::string>& folders) {
   for (const auto& folder : folders) {
     if (DIR* found = ::opendir(folder.c_str())) {
@@ -54,7 +54,7 @@ void LogUnreadable(const std::vector<std::string>& folders) {
 }
 
 int Serve(const Options& options) {
-  ::mallopt(M_ARENA_MAX, 1);  // a heap for each of many threads would hold on to what large answers took
+  ::mallopt(M_ARENA_MAX, 1);  // separate heaps of many threads would keep the memory of large answers
   auto handedOver = TakeHandedOver();
   OpenStandardDescriptors();
   const Descriptor end = EndSignals();

@@ -20,22 +20,22 @@ std::uint16_t PortOf(std::string_view text) {
 
 struct Option {
   std::string_view name;
-  std::string_view value;  // what --help calls its value; "" if it takes none
+  std::string_view value;  // its value's name in --help; "" if it takes none
   std::string_view help;   // lines
   void (*take)(Options& options, std::string_view value);
 };
 
 constexpr std::array<Option, 11> kOptions{{
     {"--folder", "DIR",
-     "serve the caption files in DIR, subfolders left out; may be given several\n"
-     "times. Where two folders hold the same video and language, the one named\n"
-     "first wins. A folder that is missing counts as empty until it is made.",
+     "serve the caption files in DIR, but not in its subfolders; may be given\n"
+     "several times. If two folders hold the same video and language, the one\n"
+     "named first wins. A missing folder counts as empty until it is made.",
      [](Options& options, std::string_view value) { options.folders.emplace_back(value); }},
-    {"--as-is", "", "serve only .srv1 files, byte for byte, whatever they hold",
+    {"--as-is", "", "serve only .srv1 files, byte for byte, whatever they contain",
      [](Options& options, std::string_view) { options.asIs = true; }},
     {"--fetch", "",
-     "ask the video site, by yt-dlp, for what no folder holds. Without this option\n"
-     "the gateway connects to nothing and starts nothing.",
+     "ask the video site, through yt-dlp, for captions that no folder holds. Without\n"
+     "this option the gateway makes no connections and starts no programs.",
      [](Options& options, std::string_view) { options.fetch = true; }},
     {"--ytdlp", "PROGRAM", "the yt-dlp to use. Default: ~/.local/bin/yt-dlp, else the first in PATH",
      [](Options& options, std::string_view value) { options.ytdlp = value; }},
@@ -68,7 +68,7 @@ void Take(Options& options, const Option& option, std::string_view value) {
   option.take(options, value);
 }
 
-// One option's name and value, and its text in a column of its own.
+// The option, its value, and its text in a column of its own.
 std::string HelpOn(const Option& option) {
   constexpr std::size_t kColumn = 24;
   std::string line = "  " + std::string(option.name);
@@ -83,7 +83,7 @@ std::string HelpOn(const Option& option) {
 
 constexpr const char* kAbove = R"(
 Serves captions to Ravelyn, on this machine only: the caption files of folders and, on
-demand, what the video site has.
+demand, the captions of the video site.
 
 Options:
 )";
@@ -92,41 +92,41 @@ constexpr const char* kBelow = R"(
 Caption files:
   A caption file is named  TITLE [CODE].LANG.EXT  or  [CODE].LANG.EXT , for example
       A walk round the harbour [hB7rV2kQx0w].pt-BR.srt
-  CODE is the code of the video, as it stands in its link; LANG is a language code, also as
-  yt-dlp writes it (en-orig, de-en); EXT is)";
+  CODE is the code in the video's link; LANG is a language code, also as yt-dlp writes it
+  (en-orig, de-en); EXT is)";
 
-constexpr const char* kBelowFormats = R"(, capital or
-  small. For one language the EXT that is named first here wins. Files can be added, changed
-  and removed at any time.
-  Left out are files with other names, links, anything but regular files, files that can't
+constexpr const char* kBelowFormats = R"(,
+  in upper or lower case. For one language the EXT that is named first here wins. Files can
+  be added, changed and removed at any time.
+  Not served are files with other names, links, anything but regular files, files that can't
   be read or hold no captions, and files of more than 64 MiB.
 
 Fetched captions:
   Texts are kept for 30 days, 256 MiB in all; the oldest go first.
 
-Requests (GET and HEAD; one to a connection):
+Requests (GET and HEAD; one per connection):
   /timedtext?type=list&v=CODE          the list of the video's tracks; an unknown code
                                        gives a list without tracks
   /api/timedtext?&v=CODE&lang=LANG     the captions; 404 without a body if there are none
   A code may arrive with a tail such as &t=30 or ?si=x, which is cut off.
-  Where there is nothing to serve, the header Ravelyn-Cause says why. Requests that a web
-  page could have sent are refused with 403: another Host than 127.0.0.1, localhost or
-  [::1], an Origin, a Referer, a Sec-Fetch-Site other than "none".
+  If there is nothing to serve, the header Ravelyn-Cause says why. Requests that a web page
+  could have sent are refused with 403: those with a Host other than 127.0.0.1, localhost or
+  [::1], an Origin, a Referer, or a Sec-Fetch-Site other than "none".
 
 Limits:
   A request's head may have 16 KiB and take 10 seconds, its answer 60 seconds; 256
-  connections are served at a time, others wait. Where a folder has something, a list waits
-  5 seconds for the site.
+  connections are served at a time, others wait. If a folder has captions of a video, its
+  list waits at most 5 seconds for the site.
 
 Start and stop:
-  On start one line names the address, the folders, what they hold, and the yt-dlp in use.
+  At the start, one line names the address, the folders, what they hold, and the yt-dlp in use.
   SIGTERM, SIGINT and SIGHUP end the gateway; answers under way are given up to 3 seconds.
   Started with a listening socket (LISTEN_FDS=1), it serves that socket, and --port has no effect.
 
 Exit status:
   0  ended by a signal or the end of its input, or --help or --version
-  1  can't listen at the address, or the system failed it later
-  2  wrong options
+  1  can't listen at the address, or a system error later
+  2  invalid options
 )";
 
 }  // namespace

@@ -21,7 +21,7 @@ using Reply = std::unique_ptr<T, decltype(&std::free)>;
 
 constexpr std::chrono::seconds kPatience{30};
 
-// The screen, seen from its root window.
+// The screen, watched from its root window.
 class Screen {
  public:
   Screen() : connection_(xcb_connect(nullptr, nullptr)) {
@@ -51,7 +51,7 @@ class Screen {
     }
   }
 
-  // The screen is black where nothing has been drawn.
+  // A pixel is black until something is drawn there.
   void WaitForPixels(xcb_window_t window, Clock::time_point deadline) const {
     while (IsBlack(window)) {
       if (Clock::now() > deadline) throw std::runtime_error("the window stays black");
@@ -76,7 +76,7 @@ double MillisecondsSince(Clock::time_point start) {
   return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
 }
 
-// The sum of one field's lines in a table of the process's memory, in bytes.
+// The bytes in all lines of the process's memory table that start with field.
 double MemoryBytes(pid_t process, const std::string& field) {
   std::ifstream table("/proc/" + std::to_string(process) + "/smaps_rollup");
   double sum = 0;

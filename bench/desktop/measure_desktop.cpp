@@ -14,7 +14,7 @@ namespace {
 
 constexpr char kUsualForm[] = "the form by hand in Qt";
 
-// Settings and traces of the programs that are started go where nobody misses them.
+// A temporary home folder for the files of the programs that are started.
 class Home {
  public:
   Home() {
@@ -43,7 +43,7 @@ class Home {
 struct Starts {
   std::vector<double> shown, drawn;
 
-  // The first turn warms up.
+  // The first turn fills the caches and isn't counted.
   void Add(const char* path, int turn) {
     const StartedProgram program(path);
     if (turn == 0) return;
@@ -58,7 +58,7 @@ struct Rest {
 
 Rest MemoryAtRest(const char* path) {
   const StartedProgram program(path);
-  std::this_thread::sleep_for(std::chrono::seconds(2));  // what comes behind the first window is over
+  std::this_thread::sleep_for(std::chrono::seconds(2));  // for the work that follows the first window
   return {program.Resident(), program.Private()};
 }
 

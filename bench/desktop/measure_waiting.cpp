@@ -30,7 +30,7 @@ Window InWindow(const std::string& host, int clicks) {
   return w;
 }
 
-// A request that is never answered, less one that is given up earlier: what connecting takes goes out.
+// Of a request that is never answered, less one that is given up earlier, so that connecting is not counted.
 Usage InCurl(const std::string& url) {
   const auto waiting = [&](int seconds) {
     const Usage before = Usage::Now();
@@ -43,7 +43,7 @@ Usage InCurl(const std::string& url) {
 
 }  // namespace
 
-// The form's own wake-ups, of its screen and of what Qt does at rest, are taken from those of its waits.
+// What the form takes at rest, for its screen and for Qt, is subtracted from what it takes in a wait.
 void MeasureWaiting(const std::string& host, Effort effort, std::ostream& out, Table& table) {
   Measure time{std::string(kName) + "processor time", Measure::Bound::AtMost, 2, 0.5, std::nullopt};
   Measure wakes{std::string(kName) + "wake-ups", Measure::Bound::AtMost, 2, 0.5, std::nullopt};

@@ -1,5 +1,5 @@
-// ravelyn-show-hits us|table COUNT: milliseconds from the first hit to the moment when the list of so many
-// hits stands on the screen with its last row, in the program's window or in Qt's own table of items.
+// ravelyn-show-hits us|table COUNT: prints the milliseconds from the first hit until a list of COUNT hits is
+// on the screen with its last row, in the program's window or in Qt's own table of items.
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -19,7 +19,7 @@ namespace {
 
 constexpr char kTime[] = "00:01:02.500";
 
-// The list of the one window that is open.
+// The list of the only open window.
 QAbstractItemView* ListOnScreen() {
   for (QWidget* widget : QApplication::allWidgets()) {
     auto* list = qobject_cast<QAbstractItemView*>(widget);

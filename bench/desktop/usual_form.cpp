@@ -1,5 +1,5 @@
-// The main form as one writes it by hand in Qt's usual way: the same controls at the same places, with the
-// same fonts and colours, made one after the other and shown.
+// The main form written by hand in Qt's usual way: the same controls at the same places, with the same fonts
+// and colours, made one after the other and shown.
 
 #include <QApplication>
 #include <QCheckBox>

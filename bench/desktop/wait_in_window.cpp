@@ -1,7 +1,7 @@
-// ravelyn-wait-in-window HOST CLICKS: the program's form on the X display of DISPLAY, with the focus on a
-// button. Prints on one line the processor time in ms and the wake-ups of 3 s of silence, first of the form
-// at rest, then of the same form during a Search that HOST never answers, and in ms the median and the
-// longest time from a click of the mouse to its handler during that Search.
+// ravelyn-wait-in-window HOST CLICKS: shows the program's form on the X display of DISPLAY, with the focus on
+// a button. Prints on one line the processor time in ms and the wake-ups of 3 s of silence, first of the form
+// at rest, then of the form during a Search that HOST never answers; then, in ms, the median and the longest
+// time from a mouse click to its handler during that Search.
 
 #include <xcb/xcb.h>
 #include <xcb/xtest.h>
@@ -31,15 +31,15 @@
 namespace {
 
 using Clock = std::chrono::steady_clock;
-constexpr std::chrono::milliseconds kUntilCalm{700};  // what a start draws and disables is over then
+constexpr std::chrono::milliseconds kUntilCalm{700};  // for all drawing that follows the start
 constexpr std::chrono::milliseconds kSilence{3000};
 
-// Nothing of the user's own is read or written.
+// The user's own preferences are neither read nor written.
 class Host : public QtPlatform {
   std::string PreferencesFolder() override { return ""; }
 };
 
-// What 3 s inside wait cost; leave is called after them, and must end wait in time.
+// What 3 s of wait take; after them leave is called, which must make wait return.
 Usage SilenceIn(const std::function<void()>& wait, const std::function<void()>& leave) {
   Usage before, spent;
   QTimer::singleShot(kUntilCalm, Qt::PreciseTimer, qApp, [&] { before = Usage::Now(); });
@@ -51,7 +51,7 @@ Usage SilenceIn(const std::function<void()>& wait, const std::function<void()>& 
   return spent;
 }
 
-// The mouse of a user who clicks on one point of the screen; each click waits for the handler of the last.
+// Clicks on one point of the screen; each click waits for the handler of the previous one.
 class Mouse {
  public:
   explicit Mouse(QPoint at) : at_(at) {}
@@ -61,9 +61,9 @@ class Mouse {
   Mouse(const Mouse&) = delete;
   Mouse& operator=(const Mouse&) = delete;
 
-  // Returns at once; over is called in the main thread.
-  void Click(int clicks, const std::function<void()>& over) {
-    hand_ = std::thread([this, clicks, over] {
+  // Returns at once; after the last click, done is called in the main thread.
+  void Click(int clicks, const std::function<void()>& done) {
+    hand_ = std::thread([this, clicks, done] {
       const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> screen(xcb_connect(nullptr, nullptr),
                                                                                 &xcb_disconnect);
       Send(screen.get(), XCB_MOTION_NOTIFY, 0);
@@ -74,10 +74,10 @@ class Mouse {
         Send(screen.get(), XCB_BUTTON_RELEASE, 1);
         handled_.wait(i);
       }
-      QMetaObject::invokeMethod(qApp, over);
+      QMetaObject::invokeMethod(qApp, done);
     });
   }
-  // The handler of a click says so.
+  // To be called by the handler of a click.
   void Handled() {
     times.push_back(std::chrono::duration<double, std::milli>(Clock::now() - clicked_.load()).count());
     ++handled_;

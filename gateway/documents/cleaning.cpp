@@ -4,6 +4,7 @@
 #include <array>
 
 #include "gateway/documents/Cues.h"
+#include "gateway/documents/ascii.h"
 #include "gateway/documents/byte_set.h"
 
 namespace gateway {
@@ -16,17 +17,17 @@ constexpr std::string_view kByteOrder = "\xEF\xBB\xBF";      // U+FEFF
 constexpr std::string_view kNoBreak = "\xC2\xA0";            // U+00A0
 constexpr std::string_view kNarrowNoBreak = "\xE2\x80\xAF";  // U+202F
 
-// With the first byte of each of the four.
-constexpr ByteSet kMeansSomething("\x7F\xC2\xE2\xEF", 0x20);
+// Blanks, control characters, and the first byte of each of the four characters above.
+constexpr ByteSet kSpecialBytes("\x7F\xC2\xE2\xEF", 0x20);
 
 bool WritesNoBlanks(std::string_view language) {
   constexpr std::array<std::string_view, 4> kLanguages = {"km", "lo", "my", "th"};
-  std::string base(language.substr(0, std::min(language.find_first_of("-_"), std::size_t{3})));
-  for (char& c : base) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+  const std::string base =
+      Lowercase(language.substr(0, std::min(language.find_first_of("-_"), std::size_t{3})));
   return std::find(kLanguages.begin(), kLanguages.end(), base) != kLanguages.end();
 }
 
-// Writes the words of one cue anew over themselves: nothing of them gets longer.
+// Rewrites the words of one cue in place: they never get longer.
 class WordsTidier {
  public:
   WordsTidier(char* to, bool keepsZeroWidth) : begin_(to), to_(to), keepsZeroWidth_(keepsZeroWidth) {}
@@ -36,7 +37,7 @@ class WordsTidier {
     if (lineEnd_) {
       to_ = lineEnd_;
     } else if (to_ > begin_) {
-      --to_;  // the line feed of the last line with words
+      --to_;  // the trailing line feed
     }
     return static_cast<std::uint32_t>(to_ - begin_);
   }
@@ -50,7 +51,7 @@ class WordsTidier {
     if (words.starts_with(kNarrowNoBreak)) return PutBlank(), kNarrowNoBreak.size();
     if (words.starts_with(kByteOrder)) return kByteOrder.size();
     if (words.starts_with(kZeroWidth)) return PutZeroWidth(), kZeroWidth.size();
-    return PutPlain(words.substr(0, kMeansSomething.FindIn(words, 1)));
+    return PutPlain(words.substr(0, kSpecialBytes.FindIn(words, 1)));
   }
   std::size_t PutPlain(std::string_view plain) {
     lineEnd_ = to_ = std::copy(plain.begin(), plain.end(), to_);
@@ -62,7 +63,7 @@ class WordsTidier {
   void PutZeroWidth() {
     if (keepsZeroWidth_ && lineEnd_) to_ = std::copy(kZeroWidth.begin(), kZeroWidth.end(), to_);
   }
-  // What stands after the line's last word goes.
+  // Discards trailing blanks.
   void EndLine() {
     if (!lineEnd_) return;
     to_ = lineEnd_;
@@ -72,7 +73,7 @@ class WordsTidier {
 
   char* begin_;
   char* to_;
-  char* lineEnd_ = nullptr;  // of the line's words so far; null if it has none
+  char* lineEnd_ = nullptr;  // after the line's last word so far; null before the first
   bool keepsZeroWidth_;
 };
 
@@ -122,7 +123,7 @@ void Clean(Cues& cues, std::string_view language, bool automatic) {
   TidyWords(cues, language);
   DropRepeats(cues);
   const bool rolled = Unroll(cues);
-  if (rolled) DropRepeats(cues);  // what was cut may have been all the difference
+  if (rolled) DropRepeats(cues);  // cues that differed only in the lines removed are now the same
   if (automatic || rolled) CutOverlaps(cues);
 }
 

@@ -4,6 +4,7 @@
 #include <mutex>
 
 #include "gateway/documents/Cues.h"
+#include "gateway/documents/ascii.h"
 #include "gateway/documents/cleaning.h"
 #include "gateway/documents/document.h"
 #include "gateway/documents/encoding.h"
@@ -21,8 +22,6 @@ constexpr CaptionFormat kFormats[] = {
 constexpr std::size_t kLargeFile = 1u << 20;
 constexpr std::string_view kTooLarge = "this file is too large";
 
-char Small(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
-
 Conversion Fault(std::string_view fault) { return {"", std::string(fault)}; }
 
 bool IsBlank(std::string_view text) { return text.find_first_not_of(" \t\r\n") == std::string_view::npos; }
@@ -35,7 +34,7 @@ Conversion Convert(std::string bytes, const CaptionFormat& format, const TrackFa
   Cues cues(text->size());
   if (std::string fault = format.read(*std::move(text), cues); !fault.empty()) return Fault(fault);
   if (cues.overflowed) return Fault(kTooLarge);
-  Clean(cues, facts.language, facts.automatic || facts.language.ends_with("-orig"));
+  Clean(cues, facts.language, facts.automatic || facts.language.ends_with(kOriginal));
   if (cues.list.empty()) return Fault("this file holds no captions");
   auto document = WriteDocument(cues);
   return document ? Conversion{*std::move(document), ""} : Fault(kTooLarge);
@@ -46,18 +45,16 @@ Conversion Convert(std::string bytes, const CaptionFormat& format, const TrackFa
 std::span<const CaptionFormat> CaptionFormats() { return kFormats; }
 
 const CaptionFormat* FormatWithEnding(std::string_view ending) {
-  const auto hasIt = [&](const CaptionFormat& format) {
-    return std::equal(ending.begin(), ending.end(), format.ending.begin(), format.ending.end(),
-                      [](char a, char b) { return Small(a) == b; });
-  };
-  const auto* found = std::find_if(std::begin(kFormats), std::end(kFormats), hasIt);
+  const std::string lowercase = Lowercase(ending);
+  const auto* found = std::find_if(std::begin(kFormats), std::end(kFormats),
+                                   [&](const CaptionFormat& format) { return format.ending == lowercase; });
   return found == std::end(kFormats) ? nullptr : found;
 }
 
 Conversion ToDocument(std::string bytes, const CaptionFormat& format, const TrackFacts& facts) {
-  static std::mutex largeOnes;
-  std::unique_lock turn(largeOnes, std::defer_lock);
-  if (bytes.size() > kLargeFile) turn.lock();
+  static std::mutex largeFiles;
+  std::unique_lock lock(largeFiles, std::defer_lock);
+  if (bytes.size() > kLargeFile) lock.lock();
   return Convert(std::move(bytes), format, facts);
 }
 

@@ -15,13 +15,13 @@ constexpr std::string_view kStart = R"(<text start=")";
 constexpr std::string_view kDur = R"(" dur=")";
 constexpr std::string_view kTagEnd = R"(">)";
 constexpr std::string_view kTextEnd = "</text>";
-constexpr std::size_t kCueSize = 60;  // without its words, with the digits of a long video
+constexpr std::size_t kCueSize = 60;  // without its words, with times of a long video
 
-// What stands in a document for a text that must not stand there, beside the blank in front of bars. The
-// first row that fits counts.
+// The replacements for texts that must not appear in a document. The first row that matches counts; the blank
+// before bars has no row.
 struct Escape {
   std::string_view text;
-  std::string_view put;
+  std::string_view replacement;
 };
 
 constexpr Escape kEscapes[] = {
@@ -31,7 +31,7 @@ constexpr Escape kEscapes[] = {
     {"&amp;#39;", "&#39;"},
     {"&amp;quot;", "&quot;"},
     {"</transcript>", "<<text start=\"/transcript>"},
-    // Their last character may be the first one of the next.
+    // The last character of one may be the first of the next.
     {"/\\r/", "/<text start=\"\\r"},
     {"/\\n/", "/<text start=\"\\n"},
 };
@@ -42,7 +42,7 @@ const Escape* EscapeAt(std::string_view text) {
   return found == std::end(kEscapes) ? nullptr : found;
 }
 
-// Up to some words beyond kLargestDocument.
+// May stop once the document is larger than kLargestDocument.
 void AppendWords(std::string& to, std::string_view words) {
   constexpr ByteSet kFirst("'\"<&/|");
   for (std::size_t from = 0;;) {
@@ -52,9 +52,9 @@ void AppendWords(std::string& to, std::string_view words) {
     const std::string_view left = words.substr(at);
     if (at > 0 && words[at - 1] == ' ' && left.starts_with("|||")) to.back() = '\n';
     const Escape* escape = EscapeAt(left);
-    escape ? to += escape->put : to += left.front();
-    const bool sharesItsLast = escape && escape->text.size() > 1 && escape->text.back() == '/';
-    from = at + (escape ? escape->text.size() - (sharesItsLast ? 1 : 0) : 1);
+    escape ? to += escape->replacement : to += left.front();
+    const bool mayOverlap = escape && escape->text.size() > 1 && escape->text.back() == '/';
+    from = at + (escape ? escape->text.size() - (mayOverlap ? 1 : 0) : 1);
   }
 }
 

@@ -24,8 +24,8 @@ Converter OpenConverter(const std::string& encoding) {
   return Converter(ucnv_open(encoding.c_str(), &error));
 }
 
-// Eight letters of ASCII at the start of bytes.
-bool AreAscii(const std::uint8_t* bytes) {
+// Whether the first eight bytes are ASCII.
+bool AreEightAscii(const std::uint8_t* bytes) {
   std::uint64_t eight;
   std::memcpy(&eight, bytes, sizeof eight);
   return (eight & 0x8080808080808080u) == 0;
@@ -35,7 +35,7 @@ bool IsUtf8(std::string_view text) {
   const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
   for (std::size_t i = 0; i < text.size();) {
     UChar32 character = bytes[i];
-    if (i + 8 <= text.size() && AreAscii(bytes + i)) {
+    if (i + 8 <= text.size() && AreEightAscii(bytes + i)) {
       i += 8;
     } else if (character < 0x80) {
       ++i;
@@ -47,20 +47,21 @@ bool IsUtf8(std::string_view text) {
   return true;
 }
 
-// Of the Unicode forms alone: other signatures are rarer than texts that begin like one.
+// Only the marks of UTF-8, UTF-16 and UTF-32: a text that happens to begin like another signature is more
+// likely than the signature itself.
 std::string EncodingOfMark(std::string_view bytes, std::size_t& markSize) {
   UErrorCode error = U_ZERO_ERROR;
   std::int32_t size = 0;
-  const auto looked = static_cast<std::int32_t>(std::min<std::size_t>(bytes.size(), 4));
-  const char* name = ucnv_detectUnicodeSignature(bytes.data(), looked, &size, &error);
+  const auto length = static_cast<std::int32_t>(std::min<std::size_t>(bytes.size(), 4));
+  const char* name = ucnv_detectUnicodeSignature(bytes.data(), length, &size, &error);
   const std::string_view found = name ? name : "";
   if (!found.starts_with("UTF-8") && !found.starts_with("UTF-16") && !found.starts_with("UTF-32")) return "";
   markSize = static_cast<std::size_t>(size);
   return std::string(found);
 }
 
-// `<?xml ... encoding="NAME" ... ?>` at the very start. A name of wide characters can't be true of what
-// was read byte by byte.
+// `<?xml ... encoding="NAME" ... ?>` at the very start. A declaration that was readable byte by byte can't be
+// in UTF-16 or UTF-32, and UTF-8 is recognised anyway, so these names are ignored.
 std::string DeclaredEncoding(std::string_view bytes) {
   if (!bytes.starts_with("<?xml")) return "";
   const std::string_view head = bytes.substr(0, std::min(bytes.find("?>"), std::size_t{400}));
@@ -75,10 +76,10 @@ std::string DeclaredEncoding(std::string_view bytes) {
 }
 
 std::optional<std::string> Converted(std::string_view bytes, UConverter* converter) {
-  const auto convert = [&](char* to, std::size_t room) {
+  const auto convert = [&](char* to, std::size_t capacity) {
     UErrorCode error = U_ZERO_ERROR;
     const std::int32_t size =
-        ucnv_toAlgorithmic(UCNV_UTF8, converter, to, static_cast<std::int32_t>(room), bytes.data(),
+        ucnv_toAlgorithmic(UCNV_UTF8, converter, to, static_cast<std::int32_t>(capacity), bytes.data(),
                            static_cast<std::int32_t>(bytes.size()), &error);
     return static_cast<std::size_t>(size);
   };
@@ -103,13 +104,13 @@ std::optional<std::string> ToUtf8(std::string bytes, bool isXml) {
   std::string encoding = EncodingOfMark(bytes, markSize);
   if (encoding.empty() && isXml) encoding = DeclaredEncoding(bytes);
   Converter converter = encoding.empty() ? nullptr : OpenConverter(encoding);
-  const std::string_view marked = std::string_view(bytes).substr(markSize);
-  const bool maySoStand = !converter || encoding == "UTF-8";
-  if (maySoStand && IsUtf8(marked)) {
+  const std::string_view unmarked = std::string_view(bytes).substr(markSize);
+  const bool mayBeUtf8 = !converter || encoding == "UTF-8";
+  if (mayBeUtf8 && IsUtf8(unmarked)) {
     bytes.erase(0, markSize);
   } else {
     if (!converter) converter = OpenConverter("windows-1252");
-    auto text = converter ? Converted(marked, converter.get()) : std::nullopt;
+    auto text = converter ? Converted(unmarked, converter.get()) : std::nullopt;
     if (!text) return std::nullopt;
     bytes = *std::move(text);
   }

@@ -33,7 +33,7 @@ std::string_view TakeLine(std::string_view& text) {
 
 bool AppendMarkedUp(std::string& to, std::string_view text, const Markup& markup) {
   bool timesWords = false;
-  // A tag holds no bracket, a brace no brace: each place is looked at a bounded number of times.
+  // A tag contains no bracket, and braces contain no brace, so the search is linear.
   const auto lengthOfTag = [&]() -> std::size_t {
     const std::size_t end = kBrackets.FindIn(text, 1);
     if (end == text.size() || text[end] != '>') return 0;

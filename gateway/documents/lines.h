@@ -1,4 +1,4 @@
-// Lines, tags and references of the two formats that are plain text, VTT and SRT.
+// Lines, tags and references of the two plain-text formats, VTT and SRT.
 #pragma once
 
 #include <span>
@@ -9,23 +9,23 @@
 
 namespace gateway {
 
-// CR LF and CR become LF.
+// Replaces CR LF and CR with LF.
 void UnifyLineEnds(std::string& text);
 
 // Takes the first line from text, without its line feed.
 std::string_view TakeLine(std::string_view& text);
 
-// How a format marks its words up.
+// The markup of a format.
 struct Markup {
-  // The kind of a tag by what stands between its brackets, which are no part of it.
+  // The kind of a tag; `inside` is the text between its brackets. None: not a tag.
   enum class Tag { None, Mark, Time, Break };
   Tag (*tagOf)(std::string_view inside);
-  bool hasBraces;  // "{\an8}" is a mark
+  bool hasBraces;  // "{\an8}" is a tag too
   std::span<const NamedCharacter> names;
 };
 
-// Appends a cue's words without their tags and with their references resolved. True if a word has a time
-// of its own.
+// Appends a cue's words without tags and with references resolved. Returns whether a word has a time of its
+// own.
 bool AppendMarkedUp(std::string& to, std::string_view text, const Markup& markup);
 
 }  // namespace gateway

@@ -1,11 +1,11 @@
-// json3, the site's:
+// json3, the site's own JSON format:
 //
 //   file    = { ..., "events": [ *event ] }
 //   event   = { "tStartMs": MS, "dDurationMs": MS, "segs": [ *segment ], "aAppend": 1 }
 //   segment = { "utf8": WORDS, ... }
 //
-// All members are optional. Segments follow each other as they stand. An event without segments defines a
-// window; an appended one without words is the line feed by which a line moves up in the site's own player.
+// All members are optional. Segments are joined without a separator. An event without segments defines a
+// window; an appended one without words is the line feed that moves a line up in the site's own player.
 
 #include <algorithm>
 #include <array>
@@ -20,7 +20,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-// Takes the cues while the file is read, so that no tree of it is built.
+// Collects the cues during parsing, so that no tree is built.
 class EventTaker final : public nlohmann::json_sax<Json> {
  public:
   explicit EventTaker(Cues& cues) : cues_(cues) {}
@@ -64,12 +64,12 @@ class EventTaker final : public nlohmann::json_sax<Json> {
   bool SawEvents() const { return sawEvents_; }
 
  private:
-  // Depths: the file's object, the list of events, an event, its list of segments, a segment.
+  // Nesting: the file's object, the list of events (2), an event, its list of segments (4), a segment.
   static constexpr std::size_t kFile = 1, kEvent = 3, kSegment = 5;
 
   struct Event {
     double start = 0;
-    double length = -1;  // -1: until the next one
+    double length = -1;  // -1: until the next event
     bool isAppended = false;
   };
 
@@ -97,7 +97,7 @@ class EventTaker final : public nlohmann::json_sax<Json> {
 
   Cues& cues_;
   std::size_t depth_ = 0;
-  std::array<std::string, kSegment + 1> keys_;  // the last one at each depth
+  std::array<std::string, kSegment + 1> keys_;  // the last key at each depth
   Event event_;
   bool sawEvents_ = false;
 };

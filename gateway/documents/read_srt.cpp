@@ -2,15 +2,17 @@
 //
 //   file  = *cue
 //   cue   = [index] time-line *line
-//   index = a line of digits alone, right above the time line
+//   index = a line of digits alone, directly above the time line
 //
-// A cue's words go on to the next cue or the end, over empty lines too: they may be the author's.
+// A cue's words extend to the next cue or the end of the file, over empty lines too, which the author may
+// have intended.
 
 #include <algorithm>
 #include <array>
 #include <optional>
 
 #include "gateway/documents/Cues.h"
+#include "gateway/documents/ascii.h"
 #include "gateway/documents/lines.h"
 #include "gateway/documents/readers.h"
 #include "gateway/documents/times.h"
@@ -21,11 +23,11 @@ namespace {
 constexpr std::array<std::string_view, 10> kTags = {"b",  "c",    "em", "font",   "i",
                                                     "rt", "ruby", "s",  "strong", "u"};
 
-// Other words in brackets are the author's: "<sighs>".
+// Any other text in brackets is part of the words: "<sighs>".
 Markup::Tag TagOf(std::string_view inside) {
   if (inside.starts_with('/')) inside.remove_prefix(1);
-  std::string name(inside.substr(0, std::min<std::size_t>(inside.find_first_of(" \t\n/.="), 7)));
-  for (char& c : name) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+  const std::string name =
+      Lowercase(inside.substr(0, std::min<std::size_t>(inside.find_first_of(" \t\n/.="), 7)));
   if (name == "br") return Markup::Tag::Break;
   return std::find(kTags.begin(), kTags.end(), name) != kTags.end() ? Markup::Tag::Mark : Markup::Tag::None;
 }
@@ -44,9 +46,8 @@ bool IsIndex(std::string_view line) {
 std::string ReadSrt(std::string text, Cues& cues) {
   UnifyLineEnds(text);
   std::optional<Times> open;
-  std::string_view words =
-      std::string_view(text).substr(0, 0);  // of the open cue so far, its last line may be an index
-  std::string_view before;                  // the line before
+  std::string_view words = std::string_view(text).substr(0, 0);  // of the open cue; may end with an index
+  std::string_view before;                                       // the previous line
   const auto close = [&](std::size_t length) {
     if (open)
       cues.Close(open->start, open->end, AppendMarkedUp(cues.words, words.substr(0, length), kMarkup));

@@ -3,11 +3,11 @@
 //   file  = "<tt" [frameRate] [frameRateMultiplier] [tickRate] ">" [head] "<body>" *div "</body></tt>"
 //   div   = "<div>" *(div | cue) "</div>"
 //   cue   = `<p begin="` TIME `" end="` TIME `">` *(WORDS | "<br/>" | span) "</p>"
-//   TIME  = clock [":" FRAMES] | NUMBER ["h" | "m" | "s" | "ms" | "f" | "t"]    "s" where it is left out
+//   TIME  = clock [":" FRAMES] | NUMBER ["h" | "m" | "s" | "ms" | "f" | "t"]    "s" if there is no unit
 //
-// A "dur" may stand for the end, and all times count from the begin of the element around. A paragraph
-// without times is as many cues as it has spans with a begin. Names may have any prefix. Line feeds are
-// blanks; only <br/> ends a line.
+// A "dur" may replace the end, and all times are relative to the begin of the parent element. In a paragraph
+// without times, each span with a begin is a cue. Names may have any prefix. Line feeds are blanks; only
+// <br/> ends a line.
 
 #include <algorithm>
 #include <charconv>
@@ -23,7 +23,7 @@
 namespace gateway {
 namespace {
 
-constexpr int kDeepest = 100;  // elements around a cue
+constexpr int kDeepest = 100;  // elements that contain a cue
 
 std::string_view ValueOf(const pugi::xml_node& element, std::string_view localName) {
   for (const pugi::xml_attribute attribute : element.attributes()) {
@@ -33,7 +33,7 @@ std::string_view ValueOf(const pugi::xml_node& element, std::string_view localNa
   return "";
 }
 
-// A decimal number at the front of text, which is cut off.
+// Takes a decimal number from the front of text.
 std::optional<double> TakeNumber(std::string_view& text) {
   double value = 0;
   const auto [end, error] =
@@ -48,7 +48,7 @@ double PositiveOr(std::string_view text, double other) {
   return value && *value > 0 ? *value : other;
 }
 
-// How long a frame and a tick last, in milliseconds.
+// The length of a frame and of a tick, in milliseconds.
 struct Rates {
   double frame = 0;
   double tick = 0;
@@ -70,7 +70,7 @@ struct Unit {
 };
 
 std::optional<std::int64_t> Rounded(double milliseconds) {
-  if (!(milliseconds < static_cast<double>(kLatestTime))) return kLatestTime;  // what is no number, too
+  if (!(milliseconds < static_cast<double>(kLatestTime))) return kLatestTime;  // NaN too
   return static_cast<std::int64_t>(std::llround(milliseconds));
 }
 
@@ -98,7 +98,7 @@ class BodyReader {
  public:
   BodyReader(const pugi::xml_node& root, Cues& cues) : rates_(root), cues_(cues) {}
 
-  // Reads the cues inside of element, whose own times count from base. False if it is too deep.
+  // Reads the cues inside element, whose own times count from base. False if they are nested too deeply.
   bool Read(const pugi::xml_node& element, std::int64_t base, int depth) {
     if (depth > kDeepest) return false;
     base += TimeOf(element, "begin").value_or(0);

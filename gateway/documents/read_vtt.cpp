@@ -2,12 +2,13 @@
 //
 //   file    = "WEBVTT" [blank ...] line-end *(line | cue)
 //   cue     = time-line *payload (empty line | end)
-//   payload = a line that is not empty; one of blanks alone is not
+//   payload = a line that is not empty; a line of blanks is not empty
 //
-// Only what follows a time line counts: the head's lines, names of cues, NOTE, STYLE and REGION fall away.
-// Tags are dropped before references are resolved.
+// Only payloads after a time line count: header lines, names of cues, NOTE, STYLE and REGION are skipped.
+// Tags are removed before references are resolved.
 
 #include "gateway/documents/Cues.h"
+#include "gateway/documents/ascii.h"
 #include "gateway/documents/lines.h"
 #include "gateway/documents/readers.h"
 #include "gateway/documents/times.h"
@@ -15,9 +16,7 @@
 namespace gateway {
 namespace {
 
-bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-
-// Any name is a tag's, as in a browser; a "<" before a blank, a sign or a number is a sign itself.
+// Any name makes a tag, as in a browser; a "<" before a blank, a sign or a digit is plain text.
 Markup::Tag TagOf(std::string_view inside) {
   const std::string_view name = inside.substr(inside.starts_with('/') ? 1 : 0);
   if (name.empty() || IsLetter(name.front()) || name.front() == '.') return Markup::Tag::Mark;
@@ -34,7 +33,7 @@ bool IsHead(std::string_view line) {
   return line.empty() || line.front() == ' ' || line.front() == '\t';
 }
 
-// The payload at the front of text, and what ends it stays there.
+// Takes the payload from the front of text, but not the line that ends it.
 std::string_view TakePayload(std::string_view& text) {
   const std::string_view whole = text;
   while (!text.empty()) {

@@ -1,4 +1,4 @@
-// The readers, one for each kind of caption file; see CaptionFormat::read.
+// The readers, one for each format; see CaptionFormat::read.
 #pragma once
 
 #include <string>

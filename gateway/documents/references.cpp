@@ -22,7 +22,7 @@ constexpr NamedCharacter kCharacters[] = {
     {"rlm", "\xE2\x80\x8F"},
 };
 
-// False for a number that is no character, or one that no text holds.
+// False if the number is not a character that may occur in a text.
 bool AppendNumbered(std::string& to, std::string_view number) {
   const bool isHex = number.starts_with('x') || number.starts_with('X');
   if (isHex) number.remove_prefix(1);

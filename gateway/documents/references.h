@@ -16,14 +16,15 @@ struct NamedCharacter {
 
 // amp lt gt quot apos nbsp lrm rlm
 std::span<const NamedCharacter> WebCharacters();
-// Its first three, which SRT files hold now and then.
+// amp lt gt, which occur in SRT files
 std::span<const NamedCharacter> PlainCharacters();
 
-// Appends the character that the reference at the start of text, an "&", stands for, and gives the
-// reference's length; 0, with nothing appended, where no reference of these names or of a number stands.
+// Appends the character of the reference at the start of text, and returns the reference's length. Appends
+// nothing and returns 0 if text starts with neither a number nor one of these names.
+// Requires: text starts with "&".
 std::size_t AppendReference(std::string& to, std::string_view text, std::span<const NamedCharacter> names);
 
-// Appends text with its references resolved, each once.
+// Appends text with its references resolved once: "&amp;lt;" becomes "&lt;".
 void AppendResolved(std::string& to, std::string_view text, std::span<const NamedCharacter> names);
 
 }  // namespace gateway

@@ -3,15 +3,14 @@
 #include <algorithm>
 
 #include "gateway/documents/Cues.h"
+#include "gateway/documents/ascii.h"
 
 namespace gateway {
 namespace {
 
 constexpr std::string_view kBlanks = " \t";
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
-// Whole digits, up to kLatestTime.
+// A whole number, at most kLatestTime.
 std::optional<std::int64_t> TakeDigits(std::string_view& text) {
   if (text.empty() || !IsDigit(text.front())) return std::nullopt;
   std::int64_t value = 0;
@@ -20,7 +19,7 @@ std::optional<std::int64_t> TakeDigits(std::string_view& text) {
   return value;
 }
 
-// The digits of a fraction, as thousandths.
+// The digits of a fraction, in thousandths.
 std::int64_t TakeFraction(std::string_view& text) {
   std::int64_t value = 0;
   for (std::int64_t weight = 100; !text.empty() && IsDigit(text.front()); text.remove_prefix(1), weight /= 10)

@@ -1,5 +1,5 @@
-// Times as caption files write them. All are milliseconds; what is later than kLatestTime counts as that,
-// decimals beyond the third are cut.
+// Times as written in caption files. Results are in milliseconds, at most kLatestTime; decimals beyond the
+// third are cut.
 #pragma once
 
 #include <cstdint>
@@ -8,10 +8,10 @@
 
 namespace gateway {
 
-// "12", "12.5", ".5": seconds; 0 for what is earlier than 0, nullopt for any other text.
+// "12", "12.5", ".5": seconds; 0 if negative, nullopt for any other text.
 std::optional<std::int64_t> Seconds(std::string_view text);
 
-// "1500": whole milliseconds; 0 for what is earlier than 0, nullopt for any other text.
+// "1500": whole milliseconds; 0 if negative, nullopt for any other text.
 std::optional<std::int64_t> Milliseconds(std::string_view text);
 
 //   clock = [1*DIGIT ":"] 1*DIGIT ":" 1*DIGIT [("." | ",") 1*DIGIT]

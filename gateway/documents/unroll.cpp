@@ -17,19 +17,18 @@ void Cut(std::string_view words, Lines& lines) {
   lines.push_back(words);
 }
 
-// Whether one ends with the whole lines of other.
+// Whether the last lines of `one` are those of `other`.
 bool EndsWithLines(std::string_view one, std::string_view other) {
   if (!one.ends_with(other)) return false;
   return one.size() == other.size() || one[one.size() - other.size() - 1] == '\n';
 }
 
-// Whether cue starts where the one before ends.
-bool Follows(const Cue& before, const Cue& cue) {
+bool StartsAtEndOf(const Cue& before, const Cue& cue) {
   return cue.start >= before.end - kMoment && cue.start <= before.end + kMoment;
 }
 
 bool IsHold(const Cues& cues, const Cue& before, const Cue& cue) {
-  if (!Follows(before, cue) || !EndsWithLines(cues.WordsOf(before), cues.WordsOf(cue))) return false;
+  if (!StartsAtEndOf(before, cue) || !EndsWithLines(cues.WordsOf(before), cues.WordsOf(cue))) return false;
   return cue.end - cue.start <= kMoment || (before.timesWords && !cue.timesWords);
 }
 
@@ -39,36 +38,36 @@ bool Rolls(const Cues& cues) {
   return holds >= 2 && holds * 5 >= cues.list.size();
 }
 
-// Finds the first lines of a cue among the last ones of the cue before in linear time, by the table of
+// Finds the longest run of lines that starts a cue and ends the previous one, in linear time by the table of
 // Knuth, Morris and Pratt.
 class RunFinder {
  public:
-  // The length of the longest run, in lines.
+  // The length of the run, in lines.
   std::size_t Find(std::string_view before, std::string_view words) {
     Cut(before, before_);
     Cut(words, lines_);
     FillTable();
     const std::size_t from = before_.size() - std::min(before_.size(), lines_.size());
     std::size_t length = 0;
-    for (std::size_t i = from; i < before_.size(); ++i) length = Longer(length, before_[i]);
+    for (std::size_t i = from; i < before_.size(); ++i) length = Extended(length, before_[i]);
     return length;
   }
   const Lines& FoundIn() const { return lines_; }
 
  private:
-  // The run that line makes of one of this length before it. There is a next one: what is looked through
-  // is no longer than what is looked for.
-  std::size_t Longer(std::size_t length, std::string_view line) const {
+  // The length of the run after one more line. lines_[length] exists, because no more lines are searched than
+  // lines_ has.
+  std::size_t Extended(std::size_t length, std::string_view line) const {
     while (length > 0 && lines_[length] != line) length = table_[length - 1];
     return lines_[length] == line ? length + 1 : length;
   }
   void FillTable() {
     table_.assign(lines_.size(), 0);
-    for (std::size_t i = 1; i < lines_.size(); ++i) table_[i] = Longer(table_[i - 1], lines_[i]);
+    for (std::size_t i = 1; i < lines_.size(); ++i) table_[i] = Extended(table_[i - 1], lines_[i]);
   }
 
   Lines before_, lines_;
-  std::vector<std::size_t> table_;  // of each run of first lines: the longest shorter one that it ends with
+  std::vector<std::size_t> table_;  // for each run of first lines: the longest shorter run that it ends with
 };
 
 void CutFirstLines(Cue& cue, const Lines& lines, std::size_t count) {
@@ -82,7 +81,7 @@ void CutFirstLines(Cue& cue, const Lines& lines, std::size_t count) {
 bool Unroll(Cues& cues) {
   if (!Rolls(cues)) return false;
   RunFinder runs;
-  Cue before = cues.list.front();  // as it stood in the file
+  Cue before = cues.list.front();  // as in the file, before any line was removed
   std::size_t kept = 1;
   for (std::size_t i = 1; i < cues.list.size(); ++i) {
     Cue cue = cues.list[i];

@@ -3,16 +3,12 @@
 #include <algorithm>
 #include <array>
 
+#include "gateway/documents/ascii.h"
+
 namespace gateway {
 namespace {
 
-bool StartsWithInAnyCase(std::string_view text, std::string_view small) {
-  const auto same = [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a + ('a' - 'A') : a) == b; };
-  return text.size() >= small.size() &&
-         std::equal(small.begin(), small.end(), text.begin(), [&](char s, char t) { return same(t, s); });
-}
-
-// Takes blanks, "<?...?>" and "<!--...-->" from the front.
+// Removes blanks, "<?...?>" and "<!--...-->" from the front.
 void SkipProlog(std::string_view& text) {
   constexpr std::array<std::pair<std::string_view, std::string_view>, 2> kSkipped = {
       {{"<?", "?>"}, {"<!--", "-->"}}};
@@ -30,11 +26,13 @@ void SkipProlog(std::string_view& text) {
 }  // namespace
 
 bool IsWebPage(std::string_view text) {
-  constexpr std::array<std::string_view, 7> kBeginnings = {"<!doctype html", "<html",   "<head", "<body",
-                                                           "<title",         "<script", "<meta"};
+  constexpr std::string_view kLongest = "<!doctype html";
+  constexpr std::array<std::string_view, 7> kBeginnings = {kLongest, "<html",   "<head", "<body",
+                                                           "<title", "<script", "<meta"};
   SkipProlog(text);
+  const std::string start = Lowercase(text.substr(0, kLongest.size()));
   return std::any_of(kBeginnings.begin(), kBeginnings.end(),
-                     [&](std::string_view beginning) { return StartsWithInAnyCase(text, beginning); });
+                     [&](std::string_view beginning) { return start.starts_with(beginning); });
 }
 
 }  // namespace gateway

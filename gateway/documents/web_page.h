@@ -1,11 +1,11 @@
-// Web pages that were saved as captions: consent pages, captchas, errors.
+// Recognises web pages that were saved as captions: consent pages, captchas, errors.
 #pragma once
 
 #include <string_view>
 
 namespace gateway {
 
-// Whether text, UTF-8, begins like a web page.
+// Whether text, in UTF-8, begins like a web page.
 bool IsWebPage(std::string_view text);
 
 }  // namespace gateway

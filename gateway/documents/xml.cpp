@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <pugixml.hpp>
 
+#include "gateway/documents/ascii.h"
 #include "gateway/documents/encoding.h"
 #include "gateway/documents/references.h"
 
@@ -13,18 +14,17 @@ constexpr std::size_t kNodeSize = 64;
 constexpr std::size_t kAttributeSize = 40;
 
 bool BeginsMark(char c) {
-  const auto byte = static_cast<unsigned char>(c);
-  return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte >= 0x80 || c == '_' ||
-         c == ':' || c == '/' || c == '!' || c == '?';
+  return IsLetter(c) || static_cast<unsigned char>(c) >= 0x80 || c == '_' || c == ':' || c == '/' ||
+         c == '!' || c == '?';
 }
 
 bool IsStray(std::string_view text, std::size_t bracket) {
   return bracket + 1 == text.size() || !BeginsMark(text[bracket + 1]);
 }
 
-// Whether a text of its own follows the tag at the start of part, which reaches to the next tag. The text
-// after a tag that opens an element is kept in that element.
-bool MakesText(std::string_view part) {
+// Whether the text after the tag at the start of part becomes a node of its own; part extends to the next
+// tag. The text after an opening tag is stored in its element.
+bool MakesTextNode(std::string_view part) {
   if (part.back() == '>') return false;
   const std::size_t end = part.find('>');
   return part.starts_with("</") || (end != std::string_view::npos && part[end - 1] == '/');
@@ -37,7 +37,7 @@ std::size_t MostTreeSize(std::string_view text) {
     const std::size_t next = std::min(text.find('<', at + 1), text.size());
     const std::string_view part = text.substr(at, next - at);
     nodes += part.starts_with("</") ? 0 : 1;
-    nodes += MakesText(part) ? 1 : 0;
+    nodes += MakesTextNode(part) ? 1 : 0;
     at = next;
   }
   return nodes * kNodeSize + attributes * kAttributeSize;
@@ -65,7 +65,7 @@ bool DeclaresEntities(const pugi::xml_document& tree) {
   return false;
 }
 
-// The node after this one in document order, below root; null at the end.
+// The next node in document order below root; null at the end.
 pugi::xml_node NextBelow(pugi::xml_node node, const pugi::xml_node& root) {
   if (const pugi::xml_node child = node.first_child()) return child;
   while (node != root && !node.next_sibling()) node = node.parent();

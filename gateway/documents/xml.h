@@ -1,4 +1,4 @@
-// XML as caption files hold it: no declared entities, nothing from elsewhere, and a bounded tree.
+// XML of caption files: without declared entities, external parts or unbounded trees.
 #pragma once
 
 #include <string>
@@ -11,22 +11,21 @@ class xml_node;
 
 namespace gateway {
 
-// The most that a tree may take beside its text, in bytes.
+// The most memory that a tree may take besides its text, in bytes.
 inline constexpr std::size_t kLargestTree = 128u << 20;
 
-// Reads text, UTF-8, which is changed and has to outlive the tree. A "<" that begins no mark counts as
-// text. Gives why it can't be read, or "".
+// Parses text, in UTF-8, in place. A "<" that does not begin a tag, a comment or the like is plain text.
+// Returns why it can't be parsed, or "". Requires: text outlives the tree.
 std::string ParseXml(std::string& text, pugi::xml_document& tree);
 
 // The name without its prefix: "p" of "tt:p".
 std::string_view LocalName(const pugi::xml_node& node);
 
-// What a line feed between words is: the end of a line, or a blank, as in formats whose only line end is
-// <br/>.
+// The meaning of a line feed between words: the end of a line, or a blank, if only <br/> ends lines.
 enum class LineFeeds { EndLines, AreBlanks };
 
-// Appends the words inside of node: those of all elements in it one after the other as they stand, a
-// line feed for each <br/>, and the references that are left after those of XML resolved once.
+// Appends the words of node and of all elements inside it, in document order and without separators, with a
+// line feed for each <br/>. References that remain after XML's own were resolved are resolved once.
 void AppendWords(std::string& to, const pugi::xml_node& node, LineFeeds lineFeeds = LineFeeds::EndLines);
 
 }  // namespace gateway

@@ -16,7 +16,7 @@ constexpr std::size_t kLongestCause = 200;
 
 struct Status {
   const char* line;
-  const char* cause;  // of an empty body, where nothing better is known
+  const char* cause;  // of an empty body, if the source gives none
 };
 
 constexpr Status kFound{"200 OK", "no captions"};
@@ -31,9 +31,9 @@ constexpr Status kTooLarge{"431 Request Header Fields Too Large", "The request's
 struct Answer {
   Status status;
   Document body = {};
-  std::string cause = {};  // "" takes that of the status
+  std::string cause = {};  // "": that of the status
   bool hasCause = true;
-  std::shared_ptr<void> place = nullptr;  // of the body
+  std::shared_ptr<void> place = nullptr;  // see CaptionText
 };
 
 std::size_t SizeOf(const Document& body) {
@@ -41,7 +41,7 @@ std::size_t SizeOf(const Document& body) {
   return std::get<CaptionFile>(body).Size();
 }
 
-// One line of printable ASCII, whatever a source has found.
+// The cause as one line of printable ASCII.
 std::string HeaderValue(std::string_view cause) {
   std::string value(cause.substr(0, kLongestCause));
   std::replace_if(

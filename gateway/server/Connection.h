@@ -1,5 +1,5 @@
-// One client's connection, with the bounds that keep a slow or hostile client from holding it for good. Time
-// runs against a whole phase, not against silence: a client that drips bytes gains nothing.
+// One client's connection, with limits that keep a slow or hostile client from holding it indefinitely. A
+// time limit covers a whole phase, so a client that drips bytes gains nothing.
 #pragma once
 
 #include <sys/types.h>
@@ -13,34 +13,34 @@
 namespace gateway {
 
 struct Limits {
-  std::chrono::milliseconds head{10'000};     // for a request's head to arrive whole
-  std::chrono::milliseconds answer{60'000};   // for the client to take its answer
-  std::chrono::milliseconds linger{1'000};    // for a client that has more to send than it should
-  std::chrono::milliseconds farewell{3'000};  // for the answers under way when the server stops
+  std::chrono::milliseconds head{10'000};     // to receive a request's complete head
+  std::chrono::milliseconds answer{60'000};   // to send an answer
+  std::chrono::milliseconds linger{1'000};    // to receive and discard bytes after the answer
+  std::chrono::milliseconds farewell{3'000};  // to finish answers under way when the server stops
   std::size_t headBytes = 16u << 10;          // request line and headers
-  std::size_t connections = 256;              // at a time; the next ones wait for a place
+  std::size_t connections = 256;              // at a time; others wait
 };
 
 class Connection {
  public:
   enum class Head { Complete, TooLarge, Malformed, Gone };
 
-  // `socket` doesn't block, is connected, and stays its owner's.
+  // Requires: `socket` is connected, does not block, and stays open while this exists. It stays the caller's.
   Connection(int socket, const Limits& limits) : socket_(socket), limits_(limits) {}
 
   int Socket() const { return socket_; }
 
-  // Reads a request's head, up to the blank line, whose lines may end in CR LF or LF. Malformed: there are
-  // control characters in the head. Gone: the client closed or kept waiting. `head` is only set when
+  // Reads a request's head up to the blank line; lines may end with CR LF or LF. Malformed: the head contains
+  // control characters. Gone: the client closed the connection or took too long. `head` is set only if
   // Complete.
   Head ReadHead(RequestHead& head);
 
-  // False once the client is gone or took too long; then it stays so. The first call starts the answer's
-  // time.
+  // False once the client is gone or took too long, and from then on. The first call starts the time limit
+  // for the answer.
   bool Send(std::string_view bytes);
 
-  // Ends the answer. If more bytes have come, or `expectMore`, what the client still sends is taken in,
-  // within bounds: closing with bytes unread would have the system take the answer back.
+  // Ends the answer. If unread bytes are there, or `expectMore`, then receives and discards what the client
+  // still sends, within Limits::linger: closing a socket with unread bytes would discard the answer.
   void Finish(bool expectMore);
 
  private:

@@ -20,20 +20,20 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr int kBeforeRest = 2'000;  // milliseconds
+constexpr int kIdleBeforeReturn = 2'000;  // of freed memory; milliseconds
 
-bool IsPassing(int error) {
+// The next connection may succeed.
+bool IsTransient(int error) {
   return error == EAGAIN || error == EWOULDBLOCK || error == EINTR || error == ECONNABORTED ||
          error == EPROTO || error == EPERM;
 }
 
-// Out of descriptors or memory: there may be some again when a client has left.
+// Out of descriptors or memory: a client that leaves may free some.
 bool IsShortage(int error) {
   return error == EMFILE || error == ENFILE || error == ENOBUFS || error == ENOMEM;
 }
 
-// Answers go out in one or two pieces; the second shall not wait for the client's system to confirm the
-// first.
+// Answers are sent in one or two pieces; the second must not wait for an acknowledgement of the first.
 void SendAtOnce(int socket) {
   const int on = 1;
   ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
@@ -63,16 +63,16 @@ Server::Server(CaptionSource& source, const Limits& limits)
 Server::~Server() { DismissAll(); }
 
 void Server::Serve(int listener, const Stop& stop) {
-  Rest();
+  ReturnFreedMemory();
   for (;;) {
     const int accepting = clients_.size() < limits_.connections ? listener : -1;
     std::array<pollfd, 4> waiting{{{stop.event, POLLIN, 0},
                                    {stop.input, POLLIN, 0},
                                    {ended_.Number(), POLLIN, 0},
                                    {accepting, POLLIN, 0}}};
-    const int ready =
-        ::poll(waiting.data(), waiting.size(), holdsFreed_ && clients_.empty() ? kBeforeRest : -1);
-    if (ready == 0) Rest();
+    const int patience = mayHoldFreedMemory_ && clients_.empty() ? kIdleBeforeReturn : -1;
+    const int ready = ::poll(waiting.data(), waiting.size(), patience);
+    if (ready == 0) ReturnFreedMemory();
     if (ready < 0) {
       if (errno == EINTR) continue;
       throw std::system_error(errno, std::system_category(), "can't wait for connections");
@@ -87,7 +87,7 @@ void Server::Serve(int listener, const Stop& stop) {
 void Server::Accept(int listener) {
   Descriptor socket(::accept4(listener, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
   if (socket) return Start(std::move(socket));
-  if (IsPassing(errno)) return;
+  if (IsTransient(errno)) return;
   if (!IsShortage(errno)) {
     const int error = errno;
     DismissAll();
@@ -98,7 +98,7 @@ void Server::Accept(int listener) {
 
 void Server::Start(Descriptor socket) {
   SendAtOnce(socket.Number());
-  holdsFreed_ = true;
+  mayHoldFreedMemory_ = true;
   Client& client = clients_.emplace_back(std::move(socket));
   try {
     client.thread = std::thread([this, &client] { Run(client); });
@@ -117,12 +117,12 @@ void Server::Run(Client& client) {
   ::eventfd_write(ended_.Number(), 1);
 }
 
-// Sockets are closed here, when their threads are gone, so that a number is never used for two clients.
+// Sockets are closed here, after their threads have ended, so that no descriptor number is reused too early.
 void Server::Reap() {
   eventfd_t count = 0;
   ::eventfd_read(ended_.Number(), &count);
   clients_.remove_if([](Client& client) {
-    if (!client.done) return false;  // asked once: it may change at any moment
+    if (!client.done) return false;
     client.thread.join();
     return true;
   });
@@ -132,10 +132,10 @@ void Server::ShutDown(int direction) {
   for (const Client& client : clients_) ::shutdown(client.socket.Number(), direction);
 }
 
-// At the start, and once some time after the last client: the memory that reading folders or large answers
-// took goes back to the system.
-void Server::Rest() {
-  holdsFreed_ = false;
+// At the start, and after the last client: reading folders and large answers take memory that the allocator
+// would otherwise keep.
+void Server::ReturnFreedMemory() {
+  mayHoldFreedMemory_ = false;
   ::malloc_trim(0);
 }
 

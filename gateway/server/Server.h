@@ -1,4 +1,4 @@
-// Accepts connections and gives each a thread of its own, up to a bound.
+// Accepts connections and serves each in a thread of its own, up to a limit.
 #pragma once
 
 #include <list>
@@ -11,20 +11,20 @@ namespace gateway {
 
 // What ends a server.
 struct Stop {
-  int event = -1;  // can be read from then on; nothing is read from it
-  int input = -1;  // comes to its end, or fails; what can be read from it is read and means nothing
+  int event = -1;  // a descriptor that becomes readable; nothing is read from it
+  int input = -1;  // a descriptor that reaches its end or fails; bytes read from it before are discarded
 };
 
 class Server {
  public:
-  // `source` must outlive the server.
+  // Requires: `source` outlives the server.
   explicit Server(CaptionSource& source, const Limits& limits = {});
   ~Server();
 
-  // Serves `listener`, a listening socket that doesn't block, until `stop` says so; clients that have not
-  // finished their request are then let go, answers under way get Limits::farewell. All descriptors stay the
-  // caller's. Throws std::system_error if the system fails the listener; no connection is left open either
-  // way.
+  // Serves clients until `stop`. Clients that have not completed their request by then are disconnected;
+  // answers under way get Limits::farewell to finish. All descriptors stay the caller's. Throws
+  // std::system_error if the listener fails. In any case no connection is left open.
+  // Requires: `listener` is a listening socket that does not block.
   void Serve(int listener, const Stop& stop);
 
  private:
@@ -34,16 +34,16 @@ class Server {
   void Start(Descriptor socket);
   void Run(Client& client);
   void Reap();
-  void Rest();
+  void ReturnFreedMemory();
   void ShutDown(int direction);
   void DismissAll();
   void AwaitAnEnd(int milliseconds);
 
   Answers answers_;
   Limits limits_;
-  Descriptor ended_;  // an event counter: a client's thread is done
+  Descriptor ended_;  // counts clients whose threads have finished
   std::list<Client> clients_;
-  bool holdsFreed_ = false;  // memory that was freed may not be the system's yet
+  bool mayHoldFreedMemory_ = false;  // that was not returned to the system
 };
 
 }  // namespace gateway

@@ -20,15 +20,15 @@ namespace {
 constexpr int kBacklog = 512;
 constexpr int kHandedOver = 3;
 
-// The socket calls take every kind of address through one pointer type.
+// The socket functions take addresses of all families through one pointer type.
 template <class Address>
 sockaddr* Generic(Address& address) {
   return static_cast<sockaddr*>(static_cast<void*>(&address));
 }
 
-long NumberFrom(const char* variable) {
+std::int64_t NumberFrom(const char* variable) {
   const char* text = std::getenv(variable);
-  long number = -1;
+  std::int64_t number = -1;
   if (text != nullptr) std::from_chars(text, text + std::strlen(text), number);
   return number;
 }
@@ -59,12 +59,12 @@ Descriptor ListenOnLoopback(std::uint16_t port) {
 
 std::optional<Descriptor> TakeHandedOver() {
   const bool ours = NumberFrom("LISTEN_PID") == ::getpid();
-  const long count = NumberFrom("LISTEN_FDS");
+  const std::int64_t count = NumberFrom("LISTEN_FDS");
   for (const char* variable : {"LISTEN_PID", "LISTEN_FDS", "LISTEN_FDNAMES"}) ::unsetenv(variable);
   if (!ours || count < 1) return std::nullopt;
   if (count > 1) throw std::runtime_error("was handed " + std::to_string(count) + " sockets, can serve one");
   if (!IsListening(kHandedOver))
-    throw std::runtime_error("was handed a descriptor that is no listening socket");
+    throw std::runtime_error("was handed a descriptor that is not a listening socket");
   Descriptor socket(kHandedOver);
   ::fcntl(kHandedOver, F_SETFD, FD_CLOEXEC);
   ::fcntl(kHandedOver, F_SETFL, ::fcntl(kHandedOver, F_GETFL) | O_NONBLOCK);

@@ -1,4 +1,4 @@
-// The socket that clients connect to: our own, or one that the service manager opened before it started us.
+// The socket that clients connect to: opened here, or by the service manager that started the gateway.
 #pragma once
 
 #include <cstdint>
@@ -9,16 +9,16 @@
 
 namespace gateway {
 
-// A listening socket at 127.0.0.1; `port` 0 takes any free one. Throws std::system_error, whose what() names
+// A listening socket at 127.0.0.1; `port` 0 takes any free one. Throws std::system_error, whose what() gives
 // the address.
 Descriptor ListenOnLoopback(std::uint16_t port);
 
-// The socket handed over as descriptor 3, if LISTEN_PID names this process; nullopt if nothing was handed to
-// it. Takes the variables out of the environment. Throws std::runtime_error if other than one listening
-// stream socket was handed over.
+// The socket passed as descriptor 3, if LISTEN_PID is this process; nullopt if there is none. Removes the
+// variables from the environment. Throws std::runtime_error if anything but one listening stream socket was
+// passed.
 std::optional<Descriptor> TakeHandedOver();
 
-// "http://127.0.0.1:17733/"; for a socket of another kind, words that say so.
+// "http://127.0.0.1:17733/"; for a socket that is not IPv4, a phrase that says so.
 std::string AddressOf(const Descriptor& listener);
 
 }  // namespace gateway

@@ -1,4 +1,4 @@
-// The first line of a request, and the lines of its head as they came.
+// The lines of a request's head, and the parts of the first.
 #pragma once
 
 #include <optional>
@@ -9,19 +9,19 @@
 namespace gateway {
 
 struct RequestHead {
-  std::string line;                  // the request line, without its end
-  std::vector<std::string> headers;  // the lines after it, each without its end, in their order
+  std::string line;                  // the request line, without its line end
+  std::vector<std::string> headers;  // the following lines in order, without their line ends
 };
 
-// Cuts a head, which ends before its blank line, at its line ends: CR LF or LF. A CR elsewhere stays.
+// Splits a head, without its blank line, at CR LF and LF. A CR elsewhere stays.
 RequestHead SplitHead(std::string_view head);
 
 // request line = METHOD " " TARGET " " VERSION
 //
-// METHOD is one of HTTP's own, VERSION HTTP/1.0 or HTTP/1.1. TARGET is not empty and may hold blanks, as a
-// code that was pasted does.
+// METHOD is one that HTTP defines, VERSION HTTP/1.0 or HTTP/1.1. TARGET is not empty and may contain blanks,
+// which a pasted code may bring.
 struct RequestLine {
-  std::string_view method;  // all three point into the line that was read
+  std::string_view method;  // both point into the line that was read
   std::string_view target;
 };
 

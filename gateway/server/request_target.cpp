@@ -7,7 +7,7 @@
 namespace gateway {
 namespace {
 
-// A "%" that no two hexadecimal digits follow stands for itself.
+// A "%" that is not followed by two hexadecimal digits stays.
 std::string Decoded(std::string_view text) {
   std::string out;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -21,7 +21,7 @@ std::string Decoded(std::string_view text) {
   return out;
 }
 
-// Cuts after decoding, since a tail arrives either way: "&t=30" or "%26t=30".
+// Cut after decoding, since a tail may arrive as "&t=30" or as "%26t=30".
 std::string CodeOf(std::string_view value) {
   std::string code = Decoded(value);
   return code.substr(0, code.find_first_of("&?# \t"));

@@ -1,12 +1,12 @@
-// What the target of a request line asks for.
+// Reads the target of a request line.
 //
-// target     = [SCHEME "://" HOST] path ["?" query]     the long form is what a client behind a proxy sends
+// target     = [SCHEME "://" HOST] path ["?" query]     the long form is sent by a client that uses a proxy
 // track list = /timedtext      ? type=list & v=CODE
 // timed text = /api/timedtext  ? & v=CODE & lang=LANG
 //
-// A client may put a code there as it was pasted, with a tail: "CODE&t=30", "CODE?si=x", "CODE#t", a blank.
-// So "?" and "#" inside the query end nothing but the code, the first `v` counts (a tail follows it),
-// and the last `lang` (a tail stands in front of it).
+// CODE may be pasted text with a tail: "CODE&t=30", "CODE?si=x", "CODE#t", a blank. So "?" and "#" inside the
+// query end only the code; the first `v` counts, since a tail follows it, and the last `lang`, since a tail
+// precedes it.
 #pragma once
 
 #include <string>
@@ -18,8 +18,8 @@ struct CaptionRequest {
   enum class Kind { TrackList, TimedText, Unknown };
 
   Kind kind = Kind::Unknown;
-  std::string code;      // decoded and cut; any bytes at all, perhaps none
-  std::string language;  // decoded; any bytes at all, perhaps none
+  std::string code;      // decoded, without its tail; any bytes, may be empty
+  std::string language;  // decoded; any bytes, may be empty
 };
 
 CaptionRequest ReadTarget(std::string_view target);

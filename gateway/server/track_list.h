@@ -1,5 +1,5 @@
-// The document that lists a video's tracks. Its readers cut it by fixed texts and don't parse it, so the
-// order of attributes, every blank and every quote mark counts, and nothing stands between two elements.
+// The document that lists a video's tracks. Clients split it at fixed texts instead of parsing it, so the
+// order of attributes, every blank and every quotation mark counts, and nothing is allowed between elements.
 #pragma once
 
 #include <string>
@@ -14,10 +14,10 @@ namespace gateway {
 // track    = "<track id=" quoted " name=" quoted " lang_code=" quoted " lang_original=" quoted
 //            " lang_translated=" quoted [ " lang_default=" quoted ] "/>"
 //
-// UTF-8, cut in the same places whatever the names hold: a name is written as the user is to read it, "R&D",
-// so the document is no XML in general. English is the default track and comes first: "en",
-// else a variant; without either, the first by name. The others follow by their English names. A `code` that
-// no file could bear leaves docid empty.
+// UTF-8, and split at the same places whatever the names contain. Names are not escaped, "R&D", so the
+// document is not XML in general. The default track comes first: "en", else a variant of it, else the first
+// by English name. The others follow by English name. A `code` that can't be part of a caption file's name
+// leaves docid empty.
 std::string TrackListDocument(std::string_view code, std::vector<Track> tracks);
 
 }  // namespace gateway

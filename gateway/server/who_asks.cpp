@@ -3,25 +3,16 @@
 #include <algorithm>
 #include <array>
 
+#include "gateway/documents/ascii.h"
+
 namespace gateway {
 namespace {
 
-constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyz";
-constexpr std::string_view kDigits = "0123456789";
-constexpr std::string_view kOtherMarks = "!#$%&'*+-.^_`|~";
+constexpr std::string_view kNameMarks = "!#$%&'*+-.^_`|~";
 
-std::string InSmallLetters(std::string_view text) {
-  std::string small(text);
-  for (char& c : small) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return small;
-}
-
-bool IsName(std::string_view small) {
-  return !small.empty() && std::all_of(small.begin(), small.end(), [](char c) {
-    return kLetters.find(c) != kLetters.npos || kDigits.find(c) != kDigits.npos ||
-           kOtherMarks.find(c) != kOtherMarks.npos;
+bool IsName(std::string_view text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
+    return IsLetter(c) || IsDigit(c) || kNameMarks.find(c) != kNameMarks.npos;
   });
 }
 
@@ -31,7 +22,7 @@ std::string_view Trimmed(std::string_view value) {
 }
 
 bool IsPort(std::string_view text) {
-  return !text.empty() && text.size() <= 5 && text.find_first_not_of(kDigits) == text.npos;
+  return !text.empty() && text.size() <= 5 && std::all_of(text.begin(), text.end(), IsDigit);
 }
 
 bool IsThisMachine(const std::string& host) {
@@ -46,7 +37,7 @@ bool IsThisMachine(const std::string& host) {
 bool IsNone(const std::string& site) { return site == "none"; }
 bool Never(const std::string&) { return false; }
 
-// A header that shows who asks, and the values of it that are let through.
+// A header that shows who asks, and its allowed values.
 struct Rule {
   std::string_view name;
   bool (*allows)(const std::string& value);
@@ -60,7 +51,7 @@ constexpr std::array<Rule, 4> kRules{
 bool MayAsk(const RequestHead& head) {
   int hosts = 0;
   for (const std::string& header : head.headers) {
-    const std::string line = InSmallLetters(header);
+    const std::string line = Lowercase(header);
     const std::size_t colon = std::min(line.find(':'), line.size());
     const std::string name = line.substr(0, colon);
     if (colon == line.size() || !IsName(name) || line.find('\r') != line.npos) return false;

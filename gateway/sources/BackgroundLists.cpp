@@ -18,20 +18,21 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::size_t kMostQuestions = 16;
+constexpr std::size_t kMostRequests = 16;
 
 }  // namespace
 
-// Its thread sees one end of a pair of sockets as its client's connection; closing the other ends it.
-struct BackgroundLists::Question {
-  explicit Question(std::string_view video) : code(video) {
+// The source sees one end of a pair of sockets as its client's connection; shutting down the other ends the
+// request.
+struct BackgroundLists::Request {
+  explicit Request(std::string_view video) : code(video) {
     std::array<int, 2> ends{-1, -1};
     const int failed = ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data());
     seen = Descriptor(ends[0]);
     held = Descriptor(ends[1]);
     if (failed != 0) throw std::system_error(errno, std::system_category(), "no descriptor left");
   }
-  ~Question() {
+  ~Request() {
     if (thread.joinable()) thread.join();
   }
 
@@ -41,62 +42,61 @@ struct BackgroundLists::Question {
   }
 
   const std::string code;
-  Event done;  // the list is there
+  Event done;  // the list has arrived
   Descriptor seen, held;
   TrackList list;
   std::atomic<bool> isDone = false;
   int askers = 0;
-  bool outlives = false;  // somebody has left for want of patience: it goes on without askers
-  bool isEnded = false;   // all askers have gone: nobody may join it any more
+  bool outlivesAskers = false;  // an asker ran out of patience: continues without askers
+  bool isEnded = false;         // all askers have gone: must not be joined
   std::thread thread;
 };
 
 BackgroundLists::~BackgroundLists() {
-  for (const auto& question : questions_) question->End();
-  questions_.clear();
+  for (const auto& request : requests_) request->End();
+  requests_.clear();
 }
 
 std::optional<TrackList> BackgroundLists::Ask(std::string_view code, const Asker& asker,
                                               std::chrono::milliseconds patience) {
   const auto deadline = Clock::now() + patience;
-  const auto question = Join(code);
-  if (!question) return std::nullopt;
-  const Waited waited = WaitFor(question->done.Number(), Patience::Of(asker, deadline));
+  const auto request = Join(code);
+  if (!request) return std::nullopt;
+  const Waited waited = WaitFor(request->done.Number(), Patience::Of(asker, deadline));
   std::optional<TrackList> list;
-  if (waited == Waited::Ready) list = question->list;
+  if (waited == Waited::Ready) list = request->list;
   const std::lock_guard lock(mutex_);
-  question->outlives |= waited == Waited::TooLate;
-  if (--question->askers == 0 && !question->outlives) question->End();
+  request->outlivesAskers |= waited == Waited::TooLate;
+  if (--request->askers == 0 && !request->outlivesAskers) request->End();
   return list;
 }
 
-TrackList BackgroundLists::ListOf(const Question& question) try {
-  return source_.Tracks(question.code, {Clock::now(), question.seen.Number()});
+TrackList BackgroundLists::ListOf(const Request& request) try {
+  return source_.Tracks(request.code, {Clock::now(), request.seen.Number()});
 } catch (const std::exception& error) {  // out of memory
   Log(error.what());
-  return {{}, "", "The gateway ran out of memory."};
+  return {{}, "The gateway ran out of memory."};
 }
 
-std::shared_ptr<BackgroundLists::Question> BackgroundLists::Join(std::string_view code) try {
+std::shared_ptr<BackgroundLists::Request> BackgroundLists::Join(std::string_view code) try {
   const std::lock_guard lock(mutex_);
-  questions_.remove_if([](const auto& question) { return question->isDone.load(); });
-  auto found = std::find_if(questions_.begin(), questions_.end(), [&](const auto& question) {
-    return question->code == code && !question->isEnded;
-  });
-  if (found == questions_.end()) {
-    if (questions_.size() >= kMostQuestions) return nullptr;
-    auto question = std::make_shared<Question>(code);
-    question->thread = std::thread([this, &question = *question] {
-      question.list = ListOf(question);
-      question.isDone = true;
-      question.done.Set();
+  requests_.remove_if([](const auto& request) { return request->isDone.load(); });
+  auto found = std::find_if(requests_.begin(), requests_.end(),
+                            [&](const auto& request) { return request->code == code && !request->isEnded; });
+  if (found == requests_.end()) {
+    if (requests_.size() >= kMostRequests) return nullptr;
+    auto request = std::make_shared<Request>(code);
+    request->thread = std::thread([this, &request = *request] {
+      request.list = ListOf(request);
+      request.isDone = true;
+      request.done.Set();
     });
-    found = questions_.insert(questions_.end(), std::move(question));
+    found = requests_.insert(requests_.end(), std::move(request));
   }
   ++(*found)->askers;
   return *found;
 } catch (const std::system_error& error) {
-  Log(std::string("a list is not asked for: ") + error.what());
+  Log(std::string("can't request a list: ") + error.what());
   return nullptr;
 }
 

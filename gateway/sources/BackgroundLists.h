@@ -1,4 +1,4 @@
-// Lists that are asked for beside the client's request, so that it need not wait for them to the end.
+// Lists requested in the background, so that a client need not wait until they arrive.
 #pragma once
 
 #include <chrono>
@@ -13,29 +13,28 @@
 
 namespace gateway {
 
-// One question for each video at a time; who asks for the same meanwhile waits for the same answer.
+// There is at most one request for each video at a time; all who ask for the video share its answer.
 class BackgroundLists {
  public:
-  // `source` must outlive this.
+  // Requires: `source` outlives this.
   explicit BackgroundLists(CaptionSource& source) : source_(source) {}
-  // Ends all questions, as if their clients had gone.
-  // Requires: nobody waits in Ask.
+  // Ends all requests, as if their clients had gone. Requires: no thread is in Ask.
   ~BackgroundLists();
 
-  // The source's list, or nullopt once the patience is over or the asker's client has gone. After the
-  // first the question goes on, for the sake of the next asker; once all its clients have gone it is ended.
-  // nullopt at once where too many questions stand already.
+  // The source's list, or nullopt once `patience` is over or the asker's client has gone. If patience is
+  // over, the request continues for the next asker; if all its clients have gone, it ends. nullopt at once if
+  // there are too many requests.
   std::optional<TrackList> Ask(std::string_view code, const Asker& asker, std::chrono::milliseconds patience);
 
  private:
-  struct Question;
+  struct Request;
 
-  TrackList ListOf(const Question& question);
-  std::shared_ptr<Question> Join(std::string_view code);
+  TrackList ListOf(const Request& request);
+  std::shared_ptr<Request> Join(std::string_view code);
 
   CaptionSource& source_;
   std::mutex mutex_;
-  std::list<std::shared_ptr<Question>> questions_;
+  std::list<std::shared_ptr<Request>> requests_;
 };
 
 }  // namespace gateway

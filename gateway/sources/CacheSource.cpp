@@ -5,7 +5,7 @@ namespace gateway {
 TrackList CacheSource::Tracks(std::string_view code, const Asker& asker) {
   TrackList list = source_.Tracks(code, asker);
   if (!list.tracks.empty()) {
-    DropWhatChanged(code, list);
+    DropChangedTexts(code, list);
     cache_.KeepList(code, list);
   } else if (auto last = cache_.FindList(code); last && cache_.HasTextOf(code)) {
     last->cause = std::move(list.cause);
@@ -14,7 +14,7 @@ TrackList CacheSource::Tracks(std::string_view code, const Asker& asker) {
   return list;
 }
 
-void CacheSource::DropWhatChanged(std::string_view code, const TrackList& now) const {
+void CacheSource::DropChangedTexts(std::string_view code, const TrackList& now) const {
   const auto last = cache_.FindList(code);
   if (!last) return;
   for (const Track& track : now.tracks) {

@@ -1,4 +1,4 @@
-// Another source with its texts kept on the disk.
+// Keeps the texts of another source on disk.
 #pragma once
 
 #include <string>
@@ -8,12 +8,12 @@
 
 namespace gateway {
 
-// A text that was fetched once is not asked for again. A list is always asked for, so that the cache never
-// shortens it; where the source has none, the last one of a video with texts in the cache is given, beside
-// the cause. A text goes when the list gives its track another name or kind. No failure is kept.
+// A text is fetched only once. A list is always requested, so that the cache never hides new tracks; if the
+// source has none, the last list of a video with texts in the cache is returned together with the cause. A
+// text is dropped when the list shows its track with another name or kind. Failures are not kept.
 class CacheSource final : public CaptionSource {
  public:
-  // `source` must outlive this.
+  // Requires: `source` outlives this.
   CacheSource(CaptionSource& source, std::string folder, const CacheLimits& limits = {})
       : source_(source), cache_(std::move(folder), limits) {}
 
@@ -21,7 +21,7 @@ class CacheSource final : public CaptionSource {
   CaptionText Text(std::string_view code, std::string_view language, const Asker& asker) override;
 
  private:
-  void DropWhatChanged(std::string_view code, const TrackList& now) const;
+  void DropChangedTexts(std::string_view code, const TrackList& now) const;
 
   CaptionSource& source_;
   CaptionCache cache_;

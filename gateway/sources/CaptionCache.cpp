@@ -24,11 +24,11 @@ namespace {
 
 constexpr std::string_view kTextEnding = ".captions";
 constexpr std::string_view kListEnding = ".list.json";
-constexpr std::string_view kAside = ".new-";
+constexpr std::string_view kTemporaryPrefix = ".new-";
 constexpr std::string_view kDocumentEnd = "</transcript>";
 constexpr std::uint64_t kLargestList = 1u << 20;
 constexpr std::chrono::hours kBetweenSweeps{24};
-constexpr std::chrono::hours kLongestAside{1};
+constexpr std::chrono::hours kOldestTemporary{1};
 
 struct CloseFolder {
   void operator()(DIR* folder) const { ::closedir(folder); }
@@ -57,7 +57,7 @@ bool EndsAsADocument(const CaptionFile& file) {
   return std::string_view(end.data(), end.size()) == kDocumentEnd;
 }
 
-// Makes a folder and those above it, for their owner alone.
+// Makes a folder and its missing parents, accessible only to their owner.
 void MakeFolder(const std::string& path) {
   for (std::size_t end = path.find('/', 1); end != path.npos; end = path.find('/', end + 1))
     ::mkdir(path.substr(0, end).c_str(), 0700);
@@ -73,9 +73,9 @@ bool WriteAll(int file, std::string_view bytes) {
   return true;
 }
 
-// A file of the cache as a sweep sees it.
+// A file of the cache.
 struct Kept {
-  std::int64_t written;  // in seconds since 1970
+  std::int64_t written;  // in seconds since 1970; -1: to be removed
   std::uint64_t bytes;
   std::string name;
 };
@@ -157,15 +157,15 @@ bool CaptionCache::IsUsable() const {
   return S_ISDIR(facts.st_mode) && facts.st_uid == ::geteuid() && (facts.st_mode & 022) == 0;
 }
 
-// Nothing waits for the disk here: after a failure of the machine a file may be short, and is found so.
+// Does not wait for the disk: after a crash of the machine a file may be incomplete, which FindText detects.
 bool CaptionCache::Write(const std::string& fileName, std::string_view bytes) const {
-  std::string aside = folder_ + "/" + std::string(kAside) + "XXXXXX";
-  const Descriptor file(::mkostemp(aside.data(), O_CLOEXEC));
+  std::string temporary = folder_ + "/" + std::string(kTemporaryPrefix) + "XXXXXX";
+  const Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
   if (!file) return false;
-  if (WriteAll(file.Number(), bytes) && ::rename(aside.c_str(), (folder_ + "/" + fileName).c_str()) == 0)
+  if (WriteAll(file.Number(), bytes) && ::rename(temporary.c_str(), (folder_ + "/" + fileName).c_str()) == 0)
     return true;
   const int error = errno;
-  ::unlink(aside.c_str());
+  ::unlink(temporary.c_str());
   errno = error;
   return false;
 }
@@ -178,14 +178,13 @@ void CaptionCache::Sweep() {
   std::vector<Kept> kept;
   while (const dirent* found = ::readdir(folder.get())) {
     const std::string_view name = found->d_name;
-    const bool isAside = name.starts_with(kAside);
-    if (!isAside && !name.ends_with(kTextEnding) && !name.ends_with(kListEnding)) continue;
+    const bool isTemporary = name.starts_with(kTemporaryPrefix);
+    if (!isTemporary && !name.ends_with(kTextEnding) && !name.ends_with(kListEnding)) continue;
     struct stat facts {};
     if (::fstatat(::dirfd(folder.get()), found->d_name, &facts, AT_SYMLINK_NOFOLLOW) != 0) continue;
     const auto size = static_cast<std::uint64_t>(facts.st_size);
-    const auto longest = isAside ? std::chrono::seconds(kLongestAside) : limits_.age;
-    // The oldest of all, so that it is the first to go.
-    const std::int64_t written = AgeOf(facts) > longest ? -1 : facts.st_mtim.tv_sec;
+    const auto oldest = isTemporary ? std::chrono::seconds(kOldestTemporary) : limits_.age;
+    const std::int64_t written = AgeOf(facts) > oldest ? -1 : facts.st_mtim.tv_sec;
     kept.push_back({written, size, std::string(name)});
     bytes_ += size;
   }

@@ -1,4 +1,4 @@
-// Fetched captions, kept on the disk.
+// Fetched captions, kept on disk.
 #pragma once
 
 #include <chrono>
@@ -13,32 +13,31 @@
 namespace gateway {
 
 struct CacheLimits {
-  std::uint64_t bytes = 256u << 20;              // of all files together; the oldest go first
+  std::uint64_t bytes = 256u << 20;              // of all files together; the oldest are removed first
   std::chrono::seconds age{30 * 24 * 60 * 60L};  // of a file; an older one counts as absent
 };
 
-// Where the user's programs keep what they can fetch again: ravelyn/captions in $XDG_CACHE_HOME, else in
-// ~/.cache. "" if the environment names neither.
+// ravelyn/captions in $XDG_CACHE_HOME, else in ~/.cache; "" if the environment gives neither.
 std::string UsualCacheFolder();
 
-// A folder with one file for each text and one for each video's list:
+// A folder with a file for each text and a file for each video's list:
 //
 //   [CODE].LANG.captions     the document in the form that the program reads
-//   [CODE].list.json         { "title", "tracks": [ { "language", "name", "ownName", "automatic" }, ... ] }
+//   [CODE].list.json         { "tracks": [ { "language", "name", "ownName", "automatic" }, ... ] }
 //
-// Files are written aside and renamed, so that none is ever seen half. What a failing machine left of one
-// counts as absent. Any number of threads and of processes may share the folder. What can't be written is not
-// kept; the log says why.
+// Files are written under a temporary name and then renamed, so that readers never see part of one. A file
+// that a crash of the machine left incomplete counts as absent. Any number of threads and processes may share
+// the folder. If a file can't be written, it is not kept, and the log says why.
 class CaptionCache {
  public:
-  // The folder is made, 0700, when something is kept. One that is another user's, or that others may write
-  // to, is not used.
+  // The folder is created with mode 0700 when the first file is kept. A folder that belongs to another user,
+  // or that others may write to, is not used.
   explicit CaptionCache(std::string folder, const CacheLimits& limits = {});
 
   std::optional<CaptionFile> FindText(std::string_view code, std::string_view language) const;
   void KeepText(std::string_view code, std::string_view language, std::string_view document);
   void DropText(std::string_view code, std::string_view language) const;
-  // Whether there is a text of the video in any language.
+  // Whether a text of the video is kept in any language.
   bool HasTextOf(std::string_view code) const;
 
   std::optional<TrackList> FindList(std::string_view code) const;
@@ -56,9 +55,9 @@ class CaptionCache {
   const std::string folder_;
   const CacheLimits limits_;
   std::mutex mutex_;
-  std::uint64_t bytes_ = 0;      // in the folder, so far as this process knows
-  Clock::time_point nextSweep_;  // at once
-  int lastError_ = 0;            // what the log has said already
+  std::uint64_t bytes_ = 0;      // in the folder, as far as this process knows
+  Clock::time_point nextSweep_;  // the first: at once
+  int lastError_ = 0;            // logged last, so that it is not logged again
 };
 
 }  // namespace gateway

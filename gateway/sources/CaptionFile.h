@@ -1,4 +1,4 @@
-// A caption file that stands open.
+// An open caption file.
 #pragma once
 
 #include <cstdint>
@@ -15,10 +15,10 @@ class CaptionFile {
  public:
   CaptionFile(Descriptor file, std::uint64_t size) : file_(std::move(file)), size_(size) {}
 
-  // In bytes, at opening.
+  // In bytes, when it was opened.
   std::uint64_t Size() const { return size_; }
 
-  // The count of bytes put into buffer, from offset on: 0 at the end, -1 on a failure.
+  // Reads from offset on into buffer. Returns the number of bytes; 0 at the end, -1 on failure.
   ssize_t ReadAt(std::uint64_t offset, char* buffer, std::size_t capacity) const;
 
  private:

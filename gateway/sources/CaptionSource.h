@@ -1,4 +1,4 @@
-// Where captions come from: the one seam between the server and the folders, the cache and the site.
+// The interface between the server and the sources of captions: the folders, the cache and the site.
 #pragma once
 
 #include <chrono>
@@ -14,44 +14,42 @@
 namespace gateway {
 
 struct Track {
-  std::string language;    // what its text is asked for by: [0-9A-Za-z_-]{1,64}
+  std::string language;    // the key to request its text: [0-9A-Za-z_-]{1,64}
   std::string name;        // in English, for the user, UTF-8, never empty: "English (automatic)"
-  std::string ownName;     // the same in the language itself
-  bool automatic = false;  // made by a machine from the sound
+  std::string ownName;     // in the language itself
+  bool automatic = false;  // by speech recognition
 };
 
-// What a source has of a video. A cause says in one short English sentence (ASCII, at most 200 bytes) why
-// there are no tracks, or why some may be missing; "" if there is nothing to say.
+// The tracks of a video. The cause says in one short English sentence (ASCII, at most 200 bytes) why there
+// are none, or why some may be missing; "" if none is missing.
 struct TrackList {
   std::vector<Track> tracks;  // each language once
-  std::string title;          // of the video, UTF-8; "" if the source doesn't know
   std::string cause;
 };
 
-// One document: bytes in the form that the program reads, or a file that is served as it stands.
+// A document: bytes in the form that the program reads, or a file to be sent unchanged.
 using Document = std::variant<std::string, CaptionFile>;
 
-// One track's document, or none and the cause, never empty then.
+// A track's document, or nullopt and a cause that is not empty.
 struct CaptionText {
   std::optional<Document> document;
   std::string cause;
-  std::shared_ptr<void> place = nullptr;  // one of few for large documents, held while this one is in memory
+  std::shared_ptr<void> place = nullptr;  // limits large documents in memory: held as long as this one
 };
 
-// Who asks: since when, and over which connection. A source that waits for something gives up once the
-// connection is closed by its client.
+// The client that asks. A source that waits for something gives up once the client closes its connection.
 struct Asker {
   std::chrono::steady_clock::time_point arrival = std::chrono::steady_clock::now();
-  int connection = -1;  // a descriptor, its owner's; -1 for one who always waits
+  int connection = -1;  // a descriptor, which stays its owner's; -1: never gives up
 };
 
-// Any number of threads may ask at the same time. No call throws for what comes from outside; a call may
-// take as long as its source's limits say.
+// Any number of threads may call it. No input makes a call throw; a call may take as long as the limits of
+// its source allow.
 class CaptionSource {
  public:
   virtual ~CaptionSource() = default;
 
-  // code and language may be any bytes at all: what can't be one is simply not there.
+  // code and language may be any bytes; invalid ones have no captions.
   virtual TrackList Tracks(std::string_view code, const Asker& asker) = 0;
   virtual CaptionText Text(std::string_view code, std::string_view language, const Asker& asker) = 0;
 };

@@ -22,7 +22,7 @@ struct Ends {
   Descriptor theirs = Descriptor();
 };
 
-// A socket, since writing to it can't raise SIGPIPE.
+// A socket, since a write to it need not raise SIGPIPE.
 Ends InputEnds() {
   std::array<int, 2> both{-1, -1};
   if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, both.data()) != 0) return Ends();
@@ -32,11 +32,11 @@ Ends InputEnds() {
 Ends OutputEnds() {
   std::array<int, 2> both{-1, -1};
   if (::pipe2(both.data(), O_CLOEXEC) != 0) return Ends();
-  ::fcntl(both[0], F_SETFL, O_NONBLOCK);  // only our end; the child's blocks
+  ::fcntl(both[0], F_SETFL, O_NONBLOCK);  // only our end: the child expects writes to block
   return {Descriptor(both[0]), Descriptor(both[1])};
 }
 
-// What happens between the start of the child and its program.
+// The setup of a child before its program runs.
 class Preparation {
  public:
   Preparation(const std::string& folder, const std::array<int, 3>& descriptors) {
@@ -73,11 +73,11 @@ std::vector<char*> Pointers(std::vector<std::string>& arguments) {
   return pointers;
 }
 
-// By the system call: the header of its wrapper can't be used from C++ everywhere.
+// Uses the system call directly: on some systems the header of its wrapper does not compile as C++.
 Descriptor OpenProcess(pid_t pid) { return Descriptor(static_cast<int>(::syscall(SYS_pidfd_open, pid, 0))); }
 
-// Takes what is there. False once there is more than bound.
-bool Drain(Descriptor& from, std::string& into, std::size_t bound) {
+// Reads all available bytes, and closes `from` at its end. False once there are more than `most`.
+bool Drain(Descriptor& from, std::string& into, std::size_t most) {
   std::array<char, 65536> bytes;
   while (from) {
     const ssize_t count = ::read(from.Number(), bytes.data(), bytes.size());
@@ -88,7 +88,7 @@ bool Drain(Descriptor& from, std::string& into, std::size_t bound) {
       return true;
     }
     into.append(bytes.data(), static_cast<std::size_t>(count));
-    if (into.size() > bound) return false;
+    if (into.size() > most) return false;
   }
   return true;
 }
@@ -109,8 +109,8 @@ Child::Child(const std::vector<std::string>& command, const std::string& folder,
     pid_ = -1;
     return;
   }
-  const rlimit bound{fileBytes, fileBytes};
-  ::prlimit(pid_, RLIMIT_FSIZE, &bound, nullptr);
+  const rlimit limit{fileBytes, fileBytes};
+  ::prlimit(pid_, RLIMIT_FSIZE, &limit, nullptr);
   process_ = OpenProcess(pid_);
   input_ = std::move(in.ours);
   output_ = std::move(out.ours);
@@ -135,7 +135,7 @@ bool Child::HasEnded() const {
   return pid_ < 0 || ::poll(&waiting, 1, 0) > 0;
 }
 
-// Killed before it is reaped: until then nobody else can have its number.
+// Killed before it is reaped: until then its process id can't be reused.
 int Child::KillAndReap() {
   if (pid_ < 0) return 0;
   ::kill(-pid_, SIGKILL);
@@ -146,7 +146,7 @@ int Child::KillAndReap() {
   return status;
 }
 
-// A child that doesn't want its input is no failure: its end says what it was.
+// It is not a failure if the child does not read its input: its exit status decides.
 void Child::Feed(std::string_view& input) {
   while (input_ && !input.empty()) {
     const ssize_t count = ::send(input_.Number(), input.data(), input.size(), MSG_NOSIGNAL | MSG_DONTWAIT);

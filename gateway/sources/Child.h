@@ -1,5 +1,5 @@
-// A child process, and all that it may take. It gets an argument vector, descriptors 0 to 2, a session and a
-// folder of its own, and no blocked signal; it and its process group are gone when its owner is.
+// A child process with limited resources. It gets an argument vector, descriptors 0 to 2, a session and a
+// folder of its own, and no blocked signals. Destroying the object kills the child and its process group.
 #pragma once
 
 #include <sys/types.h>
@@ -19,26 +19,26 @@ struct ChildEnd {
 
   How how = How::NotStarted;
   int code = 0;          // Exited: its status. Crashed: the signal. NotStarted: errno
-  std::string output;    // what it wrote to standard output until then
-  std::string messages;  // and to standard error
+  std::string output;    // from standard output
+  std::string messages;  // from standard error
 };
 
 class Child {
  public:
-  // Starts command[0], a path, in folder. fileBytes bounds each file that it writes; the bound holds before
-  // it gets its input. Requires: descriptors 0 to 2 of this process are open.
+  // Starts command[0], a path, in folder. Each file that it writes is limited to fileBytes; the limit takes
+  // effect before the child gets its input. Requires: descriptors 0 to 2 of this process are open.
   Child(const std::vector<std::string>& command, const std::string& folder, std::uint64_t fileBytes);
   Child(Child&& other) noexcept;
   Child& operator=(Child&&) = delete;
   ~Child();
 
-  // Whether there is nothing to wait for: it was never started, or has ended by itself.
+  // Whether it has ended by itself or was never started.
   bool HasEnded() const;
-  // Can be read once it has ended; -1 if it was never started.
+  // A descriptor that is readable once the child has ended; -1 if it was never started.
   int Process() const { return process_.Number(); }
 
-  // Gives it the whole of its standard input and waits for its end. One that says more than the bounds, in
-  // bytes, or outlasts the patience is killed with its whole group. Only once.
+  // Sends input to its standard input and waits for its end. A child that writes more than these limits, or
+  // exceeds patience, is killed with its process group. Requires: not called before.
   ChildEnd Finish(std::string_view input, std::size_t outputBytes, std::size_t messageBytes,
                   const Patience& patience);
 

@@ -8,7 +8,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::seconds kLongestQuestion{10};
+constexpr std::chrono::seconds kLongestVersionQuery{10};
 
 std::filesystem::file_time_type FileTime(const std::string& program) {
   std::error_code ignored;
@@ -22,7 +22,7 @@ CurrentYtDlp::CurrentYtDlp(YtDlp found, std::string named)
   if (!found_.program.empty() && found_.program != PathOfYtDlp(named_)) named_ = found_.program;
 }
 
-// It is asked without the lock, so that nobody else waits for an answer that may not come.
+// Runs yt-dlp without holding the lock, so that no other thread waits for a program that may hang.
 YtDlp CurrentYtDlp::Get(const Patience& patience) {
   const std::string program = PathOfYtDlp(named_);
   const auto fileTime = FileTime(program);
@@ -32,7 +32,7 @@ YtDlp CurrentYtDlp::Get(const Patience& patience) {
   }
   const auto now = Clock::now();
   const auto left =
-      std::clamp<Clock::duration>(patience.deadline - now, Clock::duration::zero(), kLongestQuestion);
+      std::clamp<Clock::duration>(patience.deadline - now, Clock::duration::zero(), kLongestVersionQuery);
   YtDlp found = FindYtDlp(named_, std::chrono::ceil<std::chrono::milliseconds>(left), patience.stop);
   if (WaitFor(-1, {now, patience.stop, patience.stopEvents}) == Waited::GivenUp) return found;
   const std::lock_guard lock(mutex_);

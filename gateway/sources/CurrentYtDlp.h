@@ -1,4 +1,4 @@
-// yt-dlp as it is by now: it may be installed or brought up to date while the gateway runs.
+// The yt-dlp to use now: it may be installed or updated while the gateway runs.
 #pragma once
 
 #include <filesystem>
@@ -13,20 +13,20 @@ namespace gateway {
 // Any number of threads may call it.
 class CurrentYtDlp {
  public:
-  // What was found at first, and the program that the user named ("" for none). One that was not found by
-  // that name is looked for where it was.
+  // `found` is the yt-dlp found at the start; `named` is the program that the user named, "" for none. If
+  // searching for `named` does not give `found`, then `found` stays the program to look at.
   CurrentYtDlp(YtDlp found, std::string named);
 
-  // Looks where it is by now, and asks its version where that is another file or the file has changed. That
-  // may take a second, at most ten, and no longer than patience; otherwise it costs a look at some files.
+  // Searches again, and if the program is another file or has changed, asks for its version. That may take a
+  // second, at most ten, and no longer than patience; otherwise only a few files are looked up.
   YtDlp Get(const Patience& patience);
-  // What it was at the last look.
+  // The result of the last search.
   YtDlp Last() const;
 
  private:
   mutable std::mutex mutex_;
   YtDlp found_;
-  std::string named_;  // never changes
+  std::string named_;  // constant after construction
   std::filesystem::file_time_type fileTime_;
 };
 

@@ -1,4 +1,4 @@
-// One open file descriptor and its owner.
+// Owns an open file descriptor.
 #pragma once
 
 #include <unistd.h>
@@ -7,7 +7,7 @@
 
 namespace gateway {
 
-// Closes what it holds when it ends; -1 is none. Moves, never copies.
+// -1 means none. Movable, not copyable.
 class Descriptor {
  public:
   explicit Descriptor(int number = -1) : number_(number) {}

@@ -8,13 +8,13 @@
 namespace gateway {
 
 constexpr char kTooLate[] = "The site took too long.";
-// Read by those who have not gone: the gateway ends, or they have closed their half of the connection.
+// For clients that still read: the gateway is ending, or they have closed only their half of the connection.
 constexpr char kGivenUp[] = "The gateway gave up before the site had answered.";
 
 struct Errands::Errand {
   Event stop;
   Event done;
-  SiteAnswer answer;  // read once done
+  SiteAnswer answer;  // valid once done
   std::size_t waiting = 0;
   std::thread thread;
 };
@@ -52,7 +52,7 @@ std::shared_ptr<Errands::Errand> Errands::Join(const std::string& key, const Wor
   return errand;
 }
 
-// The last one to leave stops the errand, if it is not done, and sees its thread off.
+// The last one to leave stops the errand, if it is not done, and joins its thread.
 SiteAnswer Errands::Leave(const std::string& key, const std::shared_ptr<Errand>& errand, Waited waited) {
   bool isLast = false;
   {
@@ -75,7 +75,7 @@ SiteAnswer Errands::Leave(const std::string& key, const std::shared_ptr<Errand>&
 void Errands::Run(const std::string& key, Errand& errand, const Work& work) {
   try {
     errand.answer = work(errand.stop.Number());
-  } catch (const std::exception& error) {  // out of memory, or of descriptors
+  } catch (const std::exception& error) {  // out of memory or descriptors
     Log(error.what());
     errand.answer = {nullptr, "", {"The gateway ran out of memory."}};
   }
@@ -86,7 +86,7 @@ void Errands::Run(const std::string& key, Errand& errand, const Work& work) {
   errand.done.Set();
 }
 
-// Requires: mutex_ is held. Whoever asks for this key from now on begins anew.
+// The next Ask for this key starts a new errand. Requires: mutex_ is held.
 void Errands::Forget(const std::string& key, const Errand& errand) {
   const auto found = running_.find(key);
   if (found != running_.end() && found->second.get() == &errand) running_.erase(found);

@@ -1,4 +1,4 @@
-// Work that several ask for at the same time is done once, and all get its answer.
+// Runs work that several threads request at the same time only once, and gives all of them its answer.
 #pragma once
 
 #include <condition_variable>
@@ -14,25 +14,25 @@
 
 namespace gateway {
 
-// What the site gave. A cause where something is missing.
+// The site's answer. The cause says why something is missing.
 struct SiteAnswer {
   std::shared_ptr<const SiteList> list;  // of a video; nullptr if it could not be read
   std::string document;                  // of a track; "" if there is none
   Cause cause;
 };
 
-// Each errand has a thread while it lasts, and none is left when those who asked have their answer.
+// Each errand runs in a thread of its own. After the last Ask for it has returned, the thread has ended.
 class Errands {
  public:
-  // Gives up soon once the descriptor can be read.
+  // Must return soon after the descriptor `stop` becomes readable.
   using Work = std::function<SiteAnswer(int stop)>;
 
   Errands() = default;
-  // Ends all errands; returns once nobody waits in Ask.
+  // Stops all errands, and returns once no thread is in Ask.
   ~Errands();
 
-  // The answer of the errand with this key, which is begun with work if there is none. Once all who wait for
-  // it have lost their patience, it is stopped.
+  // The answer of the running errand with this key; if there is none, one is started with work. It is stopped
+  // once all who wait for it have run out of patience.
   SiteAnswer Ask(const std::string& key, const Patience& patience, const Work& work);
 
  private:

@@ -21,7 +21,8 @@ void FileVerdicts::Keep(const std::string& path, const FileState& state, bool se
   const std::lock_guard lock(mutex_);
   if (verdicts_.size() >= kMost) verdicts_.clear();
   Verdict& known = verdicts_[path];
-  if (!fault.empty() && (known.state != state || known.fault != fault)) Log(path + " is no track: " + fault);
+  if (!fault.empty() && (known.state != state || known.fault != fault))
+    Log(path + " is not served: " + fault);
   known = {state, settled, fault};
 }
 

@@ -1,4 +1,4 @@
-// Which files turned out to be no captions, so that a list need not read all files of a video each time.
+// Remembers which files hold captions, so that a list need not read all files of a video each time.
 #pragma once
 
 #include <map>
@@ -10,15 +10,15 @@
 
 namespace gateway {
 
-// Any number of threads may call it. Some thousand files are remembered.
+// Any number of threads may call it. A few thousand files are remembered.
 class FileVerdicts {
  public:
-  // Why the file is no captions, "" for one that is; nullopt if that is not known of the file in this state.
+  // Why the file holds no captions, "" if it holds some; nullopt if this is not known for the file's state.
   std::optional<std::string> Find(const std::string& path, const FileState& state) const;
 
-  // Remembers it, and writes a fault to the log unless that was done for the file in this state. Settled: the
-  // state was settled before the file was read; else the verdict is not to be found, the log alone goes by
-  // it.
+  // Remembers a verdict, and logs a fault unless it was logged for this state of the file. `settled`: the
+  // state was settled before the file was read. If not, Find ignores the verdict, and it only keeps the log
+  // from repeating the fault.
   void Keep(const std::string& path, const FileState& state, bool settled, const std::string& fault);
 
  private:

@@ -19,7 +19,7 @@ struct CloseFolder {
 
 std::size_t HashOf(std::string_view code) { return std::hash<std::string_view>()(code); }
 
-// Visits each name; the folder is read from its start.
+// Visits each name. The folder is opened again, so that it is read from its start.
 template <class Visit>
 void ReadNames(int folder, Visit visit) {
   const int reading = ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -28,7 +28,8 @@ void ReadNames(int folder, Visit visit) {
   while (const dirent* found = ::readdir(names.get())) visit(std::string_view(found->d_name));
 }
 
-// What a folder that was changed just now holds of a video, without a look at other names.
+// The names of a video's files, without parsing the names of others: for a folder that changes too often for
+// an index.
 std::vector<std::string> ReadNamesOf(int folder, std::string_view code) {
   std::vector<std::string> fileNames;
   const std::string mark = "[" + std::string(code) + "].";
@@ -51,7 +52,7 @@ FolderIndex::Found FolderIndex::Find(std::string_view code) {
   if (!now.IsSettled(settling_)) {
     found.fileNames = ReadNamesOf(found.folder.Number(), code);
   } else {
-    if (now != state_ || Clock::now() >= forgottenAt_) {
+    if (now != state_ || Clock::now() >= expires_) {
       Read(found.folder.Number());
       state_ = now;
     }
@@ -75,7 +76,7 @@ std::vector<std::string> FolderIndex::Kept(std::string_view code) const {
 void FolderIndex::Read(int folder) {
   names_.clear();
   byCode_.clear();
-  forgottenAt_ = Clock::now() + kLongestKept;
+  expires_ = Clock::now() + kLongestKept;
   ReadNames(folder, [&](std::string_view fileName) {
     const auto name = ParseCaptionName(fileName);
     if (!name) return;

@@ -31,7 +31,7 @@ class Turn {
 
 }  // namespace
 
-// A file that may be a track by its name.
+// A file that is a track by its name.
 struct FolderSource::Candidate {
   std::shared_ptr<const Descriptor> folder;
   std::string path;  // for the log
@@ -40,7 +40,7 @@ struct FolderSource::Candidate {
   const CaptionFormat* format;
 };
 
-// With so much of a long name that what is wrong with the file is shown.
+// Shortens a long name, so that the cause is not cut before the fault.
 std::string FolderSource::CauseOf(const Candidate& candidate, const std::string& fault) {
   constexpr std::size_t kLongestName = 100;
   return "The file " + candidate.fileName.substr(0, kLongestName) + ": " + fault + ".";
@@ -67,7 +67,7 @@ std::vector<FolderSource::Candidate> FolderSource::CandidatesIn(FolderIndex& ind
     std::string path = index.Path() + "/" + fileName;
     candidates.push_back({folder, std::move(path), fileName, std::string(name->language), name->format});
   }
-  // The formats stand in one table, in the order of preference.
+  // Formats are compared by address: their table is in order of preference.
   std::stable_sort(candidates.begin(), candidates.end(), [](const Candidate& a, const Candidate& b) {
     return std::tie(a.language, a.format) < std::tie(b.language, b.format);
   });
@@ -76,7 +76,7 @@ std::vector<FolderSource::Candidate> FolderSource::CandidatesIn(FolderIndex& ind
 
 TrackList FolderSource::Tracks(std::string_view code, const Asker&) {
   std::set<std::string> languages;
-  TrackList list{{}, "", kNoFile};
+  TrackList list{{}, kNoFile};
   for (FolderIndex& index : folders_) {
     for (const Candidate& candidate : CandidatesIn(index, code)) {
       if (languages.contains(candidate.language)) continue;

@@ -1,5 +1,5 @@
 // The caption files in the user's folders. No text from a request becomes part of a path; it is only compared
-// with names found.
+// with names of files.
 #pragma once
 
 #include <deque>
@@ -16,17 +16,17 @@
 
 namespace gateway {
 
-// The cause where there is no file at all; one that is no captions brings its own.
+// The cause if there is no file at all; a file that can't be served has its own.
 inline constexpr const char* kNoFile = "No folder holds captions of this video.";
 
-// Served is a regular file, no link, that can be read, is no larger than kLargestCaptionFile, has a name that
-// ParseCaptionName knows and holds captions. Subfolders are not looked into. Files can be added, changed and
-// removed at any time. Where several stand for the same video and language, the earlier folder wins, within a
-// folder the format that comes first in CaptionFormats(), then the name that comes first by its bytes. The
-// log says of what is no captions which file it is and why, once for each state of the file.
+// A file is served if it is regular and not a link, can be read, is not larger than kLargestCaptionFile, has
+// a name that ParseCaptionName accepts, and holds captions. Subfolders are ignored. Files can be added,
+// changed and removed at any time. Of several files for the same video and language, the one in the earlier
+// folder wins, then the format that comes first in CaptionFormats(), then the first name in byte order. The
+// log says why a file is not served, once for each state of the file.
 class FolderSource final : public CaptionSource {
  public:
-  enum class Manner { Convert, AsIs };  // AsIs: .srv1 files alone, byte for byte, whatever they hold
+  enum class Manner { Convert, AsIs };  // AsIs: only .srv1 files, byte for byte, whatever they contain
 
   struct Stock {
     std::size_t videos = 0;
@@ -37,22 +37,21 @@ class FolderSource final : public CaptionSource {
   explicit FolderSource(const std::vector<std::string>& folders, Manner manner = Manner::Convert,
                         std::chrono::milliseconds settling = kSettling);
 
-  // Tracks come in the byte order of their languages.
+  // Tracks are in byte order of their languages.
   TrackList Tracks(std::string_view code, const Asker& asker) override;
   CaptionText Text(std::string_view code, std::string_view language, const Asker& asker) override;
 
-  // Goes by names, kinds and sizes; no file is opened.
+  // Looks only at names, types and sizes; no file is opened.
   Stock TakeStock() const;
 
  private:
   struct Candidate;
 
   bool IsServed(const CaptionFormat& format) const;
-  // Of a video in one folder: by language, for each the best first.
+  // The candidates of a video in one folder, by language, and for each language the best first.
   std::vector<Candidate> CandidatesIn(FolderIndex& index, std::string_view code) const;
-  // The text of a candidate, or why it is no captions. What is asked for is only whether it has one: then the
-  // document may be left empty.
   static std::string CauseOf(const Candidate& candidate, const std::string& fault);
+  // The text of a candidate, or why it has none. With onlyWhether, the document may be empty.
   CaptionText TextOf(const Candidate& candidate, bool onlyWhether);
 
   std::deque<FolderIndex> folders_;
@@ -60,8 +59,8 @@ class FolderSource final : public CaptionSource {
   const std::chrono::milliseconds settling_;
   FileVerdicts verdicts_;
   RecentDocuments recent_;
-  // How many files are read and converted at a time. A large one takes a few hundred MiB, and its place until
-  // its client has taken the document.
+  // How many files are read and converted at a time. A large file takes a few hundred MiB, and keeps its
+  // place until the client has received the document.
   std::counting_semaphore<> small_{4}, large_{1};
 };
 

@@ -7,7 +7,7 @@
 namespace gateway {
 namespace {
 
-// That there is no file is nothing to mention beside what the site says.
+// That no folder has a file is not mentioned when the site was asked.
 std::string BothCauses(const std::string& folders, const std::string& site) {
   if (folders == kNoFile || folders.empty()) return site;
   return site.empty() ? folders : folders + " " + site;
@@ -21,7 +21,6 @@ void Add(TrackList& list, TrackList more) {
                                    [&](const Track& each) { return each.language == track.language; });
     if (!known) list.tracks.push_back(std::move(track));
   }
-  list.title = std::move(more.title);
   list.cause = BothCauses(list.cause, more.cause);
 }
 

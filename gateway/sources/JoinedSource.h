@@ -1,4 +1,4 @@
-// The user's folders and the site, as one.
+// Combines the user's folders and the site in one source.
 #pragma once
 
 #include <chrono>
@@ -11,12 +11,12 @@ namespace gateway {
 
 inline constexpr std::chrono::seconds kSitePatience{5};
 
-// For one language the folder's file wins. A list waits for the site only so long where a folder has
-// something: then it is the folder's part alone, and the site's answer is there for the next question. A
-// cause is the site's, after that of a file that is no captions.
+// For one language a folder's file wins. If a folder has tracks of a video, its list waits for the site no
+// longer than patience; then it holds only the folder's tracks, and the site's answer serves the next
+// request. A cause is that of a file that can't be served, followed by the site's.
 class JoinedSource final : public CaptionSource {
  public:
-  // Both must outlive this.
+  // Requires: both outlive this.
   JoinedSource(CaptionSource& folders, CaptionSource& site,
                std::chrono::milliseconds patience = kSitePatience);
 

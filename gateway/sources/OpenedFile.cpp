@@ -30,13 +30,13 @@ bool FileState::IsSettled(std::chrono::milliseconds settling) const {
 }
 
 std::string FaultIn(const struct stat& facts) {
-  if (!S_ISREG(facts.st_mode)) return "this is no regular file";
+  if (!S_ISREG(facts.st_mode)) return "this is not a regular file";
   const bool large = static_cast<std::uint64_t>(facts.st_size) > kLargestCaptionFile;
   return large ? "this file is larger than 64 MiB" : "";
 }
 
-// Asks before it opens, since opening alone can act on a device, and again afterwards, since the name may
-// have changed hands in between. A pipe that was put there meanwhile doesn't block.
+// Checks before opening, since opening a device can have effects, and again after it, since the file may have
+// been replaced in between. O_NONBLOCK: a pipe that replaced it must not block.
 OpenedFile OpenCaptionFile(int folder, const std::string& fileName) {
   OpenedFile opened{{}, {}, "this file can't be read"};
   struct stat facts {};

@@ -1,4 +1,4 @@
-// One file of a folder, opened with care, and the state by which it is known again.
+// Opens a file of a folder safely, and detects later changes of it.
 #pragma once
 
 #include <sys/stat.h>
@@ -12,7 +12,7 @@
 
 namespace gateway {
 
-// What changes with every change of a file or of a folder's entries.
+// Differs after every change of a file or of a folder's entries, if it was settled.
 struct FileState {
   dev_t device = 0;
   ino_t number = 0;
@@ -22,8 +22,8 @@ struct FileState {
   static FileState Of(const struct stat& facts);
   bool operator==(const FileState&) const = default;
 
-  // Whether another change from now on would show. Stamps come from a clock with coarse ticks, 2 s on some
-  // file systems: what was changed just now could be changed again under the same stamp.
+  // Whether any change from now on would show. Time stamps are coarse, 2 s on some file systems: a file that
+  // was changed just now could be changed again without a new time stamp.
   bool IsSettled(std::chrono::milliseconds settling) const;
 };
 
@@ -32,18 +32,17 @@ inline constexpr std::chrono::milliseconds kSettling{3'000};
 
 struct OpenedFile {
   std::optional<CaptionFile> file;
-  FileState state;    // before anything of it is read
-  std::string fault;  // why it is not open, a short English sentence; "" if it is
+  FileState state;    // before any byte is read
+  std::string fault;  // why it was not opened, a short English sentence; "" if it was
 };
 
-// A regular file, no link, that can be read and has at most kLargestCaptionFile bytes; nothing else is
-// opened.
+// Opens only a regular file, not a link, of at most kLargestCaptionFile bytes.
 OpenedFile OpenCaptionFile(int folder, const std::string& fileName);
 
-// Why a file with these facts is not opened; "" if nothing speaks against it.
+// Why a file with these facts must not be opened; "" if it may be.
 std::string FaultIn(const struct stat& facts);
 
-// All its bytes; fewer if it has become shorter.
+// All bytes of the file; fewer if it has shrunk since it was opened.
 std::string ReadWhole(const CaptionFile& file);
 
 }  // namespace gateway

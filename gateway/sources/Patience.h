@@ -10,10 +10,10 @@
 
 namespace gateway {
 
-// Something that happened. Number() can be read from Set() to Clear().
+// The descriptor Number() is readable from Set() to Clear().
 class Event {
  public:
-  Event();  // throws std::system_error where the process has no descriptor left
+  Event();  // throws std::system_error if the process has no descriptor left
   void Set();
   void Clear();
   int Number() const { return counter_.Number(); }
@@ -22,22 +22,22 @@ class Event {
   Descriptor counter_;
 };
 
-// Until when somebody waits, and the descriptor that says that nobody does any more.
+// How long to wait: until the deadline, or until one of stopEvents occurs on the descriptor `stop`.
 struct Patience {
   std::chrono::steady_clock::time_point deadline;
-  int stop = -1;  // its owner's; -1 for none
+  int stop = -1;  // stays its owner's; -1 for none
   short stopEvents = POLLIN;
 
-  // Of one who asks: ends when the client closes its connection, or its half of it.
+  // Also ends when the client closes its connection, or its half of it.
   static Patience Of(const Asker& asker, std::chrono::steady_clock::time_point deadline);
 };
 
 enum class Waited { Ready, TooLate, GivenUp };
 
-// Ready once descriptor can be read; -1 for a wait that only its patience ends.
+// Ready once descriptor is readable; -1 waits until patience ends.
 Waited WaitFor(int descriptor, const Patience& patience);
 
-// For poll(): in milliseconds, rounded up, 0 for what is past.
+// For poll(): rounded up, 0 if the deadline is past.
 int MillisecondsUntil(std::chrono::steady_clock::time_point deadline);
 
 }  // namespace gateway

@@ -1,4 +1,4 @@
-// The few places for children. Those who wait for one get it in the order of their coming.
+// Limits the number of children at a time. Places are given in the order of the requests.
 #pragma once
 
 #include <chrono>
@@ -12,13 +12,13 @@
 
 namespace gateway {
 
-// Any number of threads may ask. A list never takes the last place, so that a text, which has less time,
-// never waits for lists alone; with one place only, lists share it.
+// Any number of threads may call it. Lists never take the last place, so that a text, which has less time,
+// does not wait for lists only; a single place is shared.
 class Places {
  public:
   enum class Kind { List, Text };
 
-  // Held by who has one, given back when it ends.
+  // Holds a place until it is destroyed.
   class Place {
    public:
     Place(Places& places, Kind kind) : places_(&places), kind_(kind) {}
@@ -36,7 +36,7 @@ class Places {
   Places(std::size_t count, std::chrono::milliseconds betweenLists)
       : count_(count), betweenLists_(betweenLists) {}
 
-  // nullopt if patience ended first. Lists start no closer to each other than betweenLists.
+  // nullopt if patience ends first. Lists get their places at least betweenLists apart.
   std::optional<Place> Take(Kind kind, const Patience& patience);
 
  private:

@@ -1,4 +1,4 @@
-// The documents that were made last, so that a list and the text that is taken from it convert a file once.
+// Keeps recent documents, so that a file is converted once for a list and for the text chosen from it.
 #pragma once
 
 #include <list>
@@ -10,10 +10,10 @@
 
 namespace gateway {
 
-// Any number of threads may call it. It holds at most a megabyte; larger documents are not kept.
+// Any number of threads may call it. It holds at most 1 MiB; larger documents are not kept.
 class RecentDocuments {
  public:
-  // nullopt if none is kept of the file in this state.
+  // nullopt if no document of the file in this state is kept.
   std::optional<std::string> Find(const std::string& path, const FileState& state);
   // Requires: the state was settled before the file was read.
   void Keep(const std::string& path, const FileState& state, const std::string& document);
@@ -26,7 +26,7 @@ class RecentDocuments {
   };
 
   std::mutex mutex_;
-  std::list<Kept> kept_;  // the last one first
+  std::list<Kept> kept_;  // the one used last first
   std::size_t bytes_ = 0;
 };
 

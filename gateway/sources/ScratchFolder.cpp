@@ -16,7 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char kPrefix[] = "ravelyn-fetch-";
-constexpr std::time_t kStaleSeconds = 600;  // a folder is locked well before that
+constexpr std::time_t kStaleSeconds = 600;  // a new folder is locked long before
 
 fs::path ParentFolder(const std::string& parent) {
   std::error_code ignored;
@@ -54,7 +54,7 @@ ScratchFolder::ScratchFolder(const std::string& parent) {
 ScratchFolder::ScratchFolder(ScratchFolder&& other) noexcept
     : path_(std::exchange(other.path_, "")), folder_(std::move(other.folder_)) {}
 
-// Where no descriptor is left, its own is the one that it takes to look into it.
+// Closes the folder's descriptor first: remove_all needs one, and it may be the only one left.
 ScratchFolder::~ScratchFolder() {
   folder_ = Descriptor();
   std::error_code ignored;

@@ -1,4 +1,4 @@
-// A fresh, empty folder for one child, removed with all that is in it.
+// A new folder for one child, which is removed with its contents.
 #pragma once
 
 #include <cstdint>
@@ -9,11 +9,11 @@
 
 namespace gateway {
 
-// Only its owner can look into it. While it is held it is locked, so that RemoveStale can tell it from one
-// whose gateway was killed.
+// Accessible only to the user. It is locked while it exists, so that RemoveStale can distinguish it from a
+// folder whose gateway was killed.
 class ScratchFolder {
  public:
-  // Makes it in parent; "" is the system's folder for temporary files. Path() is "" if that failed.
+  // Makes the folder in parent; "" is the system's folder for temporary files. Path() is "" if that failed.
   explicit ScratchFolder(const std::string& parent);
   ScratchFolder(ScratchFolder&& other) noexcept;
   ScratchFolder& operator=(ScratchFolder&&) = delete;
@@ -21,10 +21,10 @@ class ScratchFolder {
 
   const std::string& Path() const { return path_; }
 
-  // The bytes of a regular file in it; nullopt if there is none, or one of more than largest bytes.
+  // The bytes of a regular file in it; nullopt if there is none, or if it has more than `largest` bytes.
   std::optional<std::string> Read(const std::string& fileName, std::uint64_t largest) const;
 
-  // Removes folders of this user in parent that nobody holds and that are at least ten minutes old.
+  // Removes this user's scratch folders in parent that are not locked and at least ten minutes old.
   static void RemoveStale(const std::string& parent);
 
  private:

@@ -13,10 +13,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-SiteSettings WithWholePaths(SiteSettings settings) {
-  std::error_code ignored;  // a child runs in a folder of its own
-  for (std::string* path : {&settings.program, &settings.config, &settings.scratch})
-    if (!path->empty()) *path = std::filesystem::absolute(*path, ignored).string();
+SiteSettings WithAbsolutePaths(SiteSettings settings) {
+  for (std::string* path : {&settings.program, &settings.config, &settings.scratch}) *path = Absolute(*path);
   return settings;
 }
 
@@ -24,8 +22,8 @@ std::chrono::sys_days Today() {
   return std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now());
 }
 
-// What yt-dlp itself said.
-void LogWords(const std::string& subject, const Cause& cause, const ChildEnd& end) {
+// With yt-dlp's own messages.
+void LogFailure(const std::string& subject, const Cause& cause, const ChildEnd& end) {
   if (end.how == ChildEnd::How::GivenUp) return;
   Log("yt-dlp " + subject + ": " + cause.sentence + " " + WordsWorthKeeping(end.messages));
 }
@@ -33,7 +31,7 @@ void LogWords(const std::string& subject, const Cause& cause, const ChildEnd& en
 }  // namespace
 
 SiteFetcher::SiteFetcher(SiteSettings settings, const SiteLimits& limits)
-    : settings_(WithWholePaths(std::move(settings))),
+    : settings_(WithAbsolutePaths(std::move(settings))),
       limits_(limits),
       ytDlp_({settings_.program, settings_.version}, settings_.named),
       places_(limits.children, limits.betweenLists),
@@ -55,12 +53,12 @@ SiteAnswer SiteFetcher::Text(std::string_view code, const SiteTrack& track, cons
 SiteAnswer SiteFetcher::Run(Places::Kind kind, const Patience& patience,
                             const std::function<SiteAnswer(const Patience&)>& run) {
   if (ytDlp_.Get(patience).program.empty()) return {nullptr, "", {"yt-dlp is not installed."}};
-  if (Cause paused = Paused(); !paused.sentence.empty()) return {nullptr, "", std::move(paused)};
+  if (Cause cause = PauseCause(); !cause.sentence.empty()) return {nullptr, "", std::move(cause)};
   const auto place = places_.Take(kind, patience);
-  if (!place) return {nullptr, "", {"Too many videos are asked for at a time; try again."}};
-  if (Cause paused = Paused(); !paused.sentence.empty()) return {nullptr, "", std::move(paused)};  // by now
+  if (!place) return {nullptr, "", {"Too many videos are requested at a time; try again."}};
+  if (Cause cause = PauseCause(); !cause.sentence.empty()) return {nullptr, "", std::move(cause)};
   SiteAnswer answer = run(patience);
-  Heed(answer.cause);
+  PauseIfAsked(answer.cause);
   answer.cause = InLightOf(ytDlp_.Last().version, Today(), std::move(answer.cause));
   return answer;
 }
@@ -73,10 +71,10 @@ SiteAnswer SiteFetcher::RunList(std::string_view code, const Patience& patience)
   if (list && !list->tracks.empty()) {
     answer.cause = GapIn(end.messages);
   } else {
-    const bool isSilent =
+    const bool hasNone =
         list && end.how == ChildEnd::How::Exited && end.code == 0 && CauseIn(end.messages).sentence.empty();
-    answer.cause = isSilent ? Cause{"This video has no captions.", Effect::Silent} : FaultOf(*ready, end);
-    LogWords("of " + std::string(code), answer.cause, end);
+    answer.cause = hasNone ? Cause{"This video has no captions.", Effect::NoCaptions} : FaultOf(*ready, end);
+    LogFailure("of " + std::string(code), answer.cause, end);
   }
   if (list) answer.list = std::make_shared<const SiteList>(*std::move(list));
   return answer;
@@ -89,7 +87,7 @@ SiteAnswer SiteFetcher::RunText(std::string_view code, const SiteTrack& track, c
   const ChildEnd end = Finish(*ready, TextInput(track.entry), patience);
   SiteAnswer answer = ReadText(track, *ready, end);
   if (answer.document.empty())
-    LogWords("of " + std::string(code) + ", " + track.track.language, answer.cause, end);
+    LogFailure("of " + std::string(code) + ", " + track.track.language, answer.cause, end);
   return answer;
 }
 
@@ -106,14 +104,14 @@ SiteAnswer SiteFetcher::ReadText(const SiteTrack& track, const ReadyChild& ready
   return {nullptr, std::move(document), {}};
 }
 
-// Why a child that ended did not do what it should.
+// Why a child that has ended left no result.
 Cause SiteFetcher::FaultOf(const ReadyChild& ready, const ChildEnd& end) const {
-  if (ready.folder.Path().empty()) return {"There is no room for the files of yt-dlp."};
+  if (ready.folder.Path().empty()) return {"There is no space for the files of yt-dlp."};
   std::error_code ignored;
   if (end.how == ChildEnd::How::NotStarted && std::filesystem::exists(ytDlp_.Last().program, ignored))
-    return {"yt-dlp can't be started; install it anew."};
-  const Cause said = end.how == ChildEnd::How::Exited ? CauseIn(end.messages) : Cause{};
-  return said.sentence.empty() ? CauseOf(end) : said;
+    return {"yt-dlp can't be started; reinstall it."};
+  const Cause reported = end.how == ChildEnd::How::Exited ? CauseIn(end.messages) : Cause{};
+  return reported.sentence.empty() ? CauseOf(end) : reported;
 }
 
 std::unique_ptr<ReadyChild> SiteFetcher::StartChild(const std::vector<std::string>& command) const {
@@ -127,19 +125,19 @@ ChildEnd SiteFetcher::Finish(ReadyChild& ready, std::string_view input, const Pa
 }
 
 void SiteFetcher::Prepare() try {
-  if (!Paused().sentence.empty()) return;
+  if (!PauseCause().sentence.empty()) return;
   warm_.Prepare();
-  if (!Paused().sentence.empty()) warm_.Take();  // the pause began meanwhile
-} catch (const std::exception& error) {          // no thread or descriptor left: the next text starts cold
+  if (!PauseCause().sentence.empty()) warm_.Take();  // the pause began meanwhile
+} catch (const std::exception& error) {              // no thread or descriptor left
   Log(error.what());
 }
 
-Cause SiteFetcher::Paused() {
+Cause SiteFetcher::PauseCause() {
   const std::lock_guard lock(mutex_);
   return Clock::now() < pausedUntil_ ? pauseCause_ : Cause{};
 }
 
-void SiteFetcher::Heed(const Cause& cause) {
+void SiteFetcher::PauseIfAsked(const Cause& cause) {
   if (cause.effect != Effect::Pause) return;
   {
     const std::lock_guard lock(mutex_);

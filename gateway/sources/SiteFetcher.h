@@ -1,4 +1,4 @@
-// One list or one text from the site: a place, a child, and what it left.
+// Fetches one list or one text from the site: waits for a place, runs a child, and reads its result.
 #pragma once
 
 #include <mutex>
@@ -12,12 +12,12 @@
 
 namespace gateway {
 
-// Any number of threads may ask at the same time.
+// Any number of threads may call it.
 class SiteFetcher {
  public:
   SiteFetcher(SiteSettings settings, const SiteLimits& limits);
 
-  // Requires: IsSiteCode(code).
+  // Both require: IsSiteCode(code).
   SiteAnswer List(std::string_view code, const Patience& patience);
   SiteAnswer Text(std::string_view code, const SiteTrack& track, const Patience& patience);
 
@@ -31,8 +31,8 @@ class SiteFetcher {
   std::unique_ptr<ReadyChild> StartChild(const std::vector<std::string>& command) const;
   ChildEnd Finish(ReadyChild& ready, std::string_view input, const Patience& patience) const;
   void Prepare();
-  Cause Paused();
-  void Heed(const Cause& cause);
+  Cause PauseCause();
+  void PauseIfAsked(const Cause& cause);
 
   const SiteSettings settings_;
   const SiteLimits limits_;

@@ -13,7 +13,7 @@ std::optional<SiteAnswer> SiteMemory::Find(const std::string& code) {
 
 SiteMemory::Clock::time_point SiteMemory::ExpiryOf(const SiteAnswer& answer) const {
   if (answer.list && !answer.list->tracks.empty()) return answer.list->expires;
-  if (answer.cause.effect == Effect::Silent) return Clock::now() + limits_.keepSilent;
+  if (answer.cause.effect == Effect::NoCaptions) return Clock::now() + limits_.keepNoCaptions;
   if (answer.cause.effect == Effect::Verdict || answer.cause.effect == Effect::Unavailable)
     return Clock::now() + limits_.keepVerdict;
   return {};

@@ -1,4 +1,4 @@
-// What is known of videos for a while: their lists, and that they have none. Never on disk.
+// Remembers answers of the site for a while: lists, and that a video has none. Only in memory.
 #pragma once
 
 #include <map>
@@ -17,14 +17,14 @@ class SiteMemory {
   explicit SiteMemory(const SiteLimits& limits) : limits_(limits) {}
 
   std::optional<SiteAnswer> Find(const std::string& code);
-  // Only what holds for a while is kept: lists with tracks until their links expire, "no captions", the
-  // site's verdicts. The oldest makes room.
+  // Keeps lists with tracks until their links expire, and for some time "no captions" and the site's verdicts
+  // on a video; nothing else. If there are too many, the one that expires first is dropped.
   void Keep(const std::string& code, const SiteAnswer& answer);
-  // Unless a newer list took its place.
+  // Does nothing if a newer list has replaced this one.
   void Forget(const std::string& code, const SiteList& list);
 
  private:
-  using Clock = std::chrono::system_clock;  // links expire by it, even while the machine sleeps
+  using Clock = std::chrono::system_clock;  // links expire by it, also while the machine sleeps
 
   struct Known {
     SiteAnswer answer;

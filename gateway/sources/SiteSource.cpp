@@ -23,7 +23,7 @@ class SiteSource::Inner {
   SiteAnswer List(const std::string& code, const Patience& patience) {
     if (auto known = memory_.Find(code)) return *std::move(known);
     return errands_.Ask("list " + code, patience, [this, code](int stop) {
-      if (auto known = memory_.Find(code)) return *std::move(known);  // by an errand that ended just before
+      if (auto known = memory_.Find(code)) return *std::move(known);  // from an errand that has just ended
       SiteAnswer answer = fetcher_.List(code, {Clock::now() + limits.list, stop});
       memory_.Keep(code, answer);
       return answer;
@@ -54,7 +54,7 @@ class SiteSource::Inner {
 
   SiteMemory memory_;
   SiteFetcher fetcher_;
-  Errands errands_;  // the first to end: its errands use the others
+  Errands errands_;  // destroyed first: its errands use the others
 };
 
 SiteSource::SiteSource(SiteSettings settings, const SiteLimits& limits) {
@@ -65,11 +65,10 @@ SiteSource::SiteSource(SiteSettings settings, const SiteLimits& limits) {
 SiteSource::~SiteSource() = default;
 
 TrackList SiteSource::Tracks(std::string_view code, const Asker& asker) {
-  if (!IsSiteCode(code)) return {{}, "", "This is not the code of a video of the site."};
+  if (!IsSiteCode(code)) return {{}, "This is not the code of a video of the site."};
   const SiteAnswer answer = inner_->List(std::string(code), Patience::Of(asker, Clock::time_point::max()));
-  TrackList list{{}, "", answer.cause.sentence};
+  TrackList list{{}, answer.cause.sentence};
   if (!answer.list) return list;
-  list.title = answer.list->title;
   for (const SiteTrack& track : answer.list->tracks) list.tracks.push_back(track.track);
   return list;
 }

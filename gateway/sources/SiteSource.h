@@ -9,17 +9,13 @@
 namespace gateway {
 
 // Lists are kept in memory until their links expire, "no captions" and the site's verdicts for a while; texts
-// are not kept. What is asked for twice at the same time is fetched once. A request is stopped when all its
-// clients are gone, and after a bot check or too many requests no child starts for a while.
+// are not kept. Simultaneous requests for the same list or text share one fetch, which is stopped when all
+// their clients have gone. After a bot check or too many requests, no child is started for a while.
 //
-// Tracks() gives the title and the tracks; where there are none, or some are missing, the cause. Text() gives
-// a document in the form that the program reads.
+// The destructor kills all children, removes their folders, and makes calls under way return.
 //
-// Nothing of it is left when it ends, no process and no folder, and its end waits for no child: all are
-// killed, and calls under way return. Its threads block no signal, so:
-//
-// Requires: main() blocks the signals that it waits for, and ignores SIGXFSZ, before it makes one.
-// Descriptors 0 to 2 are open. SIGCHLD has its default action.
+// Requires: before it is made, main() blocks the signals that it waits for, since the threads of this class
+// block none, and ignores SIGXFSZ. Descriptors 0 to 2 are open. SIGCHLD has its default action.
 class SiteSource : public CaptionSource {
  public:
   explicit SiteSource(SiteSettings settings, const SiteLimits& limits = {});

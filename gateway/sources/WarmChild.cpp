@@ -36,7 +36,7 @@ void WarmChild::Keep() {
     const int process = waiting_ ? waiting_->child.Process() : -1;
     const auto until = waiting_ ? expires_ : Clock::time_point::max();
     lock.unlock();
-    // The child may be taken, and its descriptor closed, meanwhile: then there was a change.
+    // If the child is taken and its descriptor closed meanwhile, changed_ ends the wait.
     WaitFor(process, {until, changed_.Number(), POLLIN});
   }
 }

@@ -1,5 +1,4 @@
-// One yt-dlp that was started ahead and waits for its document, which spares a text the greater part of its
-// time.
+// Keeps one yt-dlp that was started ahead and waits for its document, which saves a text most of its time.
 #pragma once
 
 #include <chrono>
@@ -21,8 +20,8 @@ struct ReadyChild {
   Child child;
 };
 
-// Any number of threads may call it. A thread of its own, which begins with the first child, ends one that
-// nobody took in time or that ended by itself; without a child it sleeps.
+// Any number of threads may call it. A thread, started with the first child, removes a child that was not
+// taken in time or that ended by itself.
 class WarmChild {
  public:
   using Start = std::function<std::unique_ptr<ReadyChild>()>;
@@ -31,9 +30,9 @@ class WarmChild {
       : start_(std::move(start)), lifetime_(lifetime) {}
   ~WarmChild();
 
-  // Starts one unless one waits already.
+  // Starts a child unless one is waiting.
   void Prepare();
-  // The one that waits; nullptr if there is none. Its clock begins with this.
+  // The waiting child; nullptr if there is none.
   std::unique_ptr<ReadyChild> Take();
 
  private:

@@ -2,21 +2,19 @@
 
 #include <algorithm>
 
+#include "gateway/documents/ascii.h"
+
 namespace gateway {
 namespace {
 
 constexpr std::size_t kLongestLanguage = 64;
 
-bool IsLetterOrDigit(char c) {
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
-}
-
 bool ConsistsOf(std::string_view text, std::string_view marks) {
-  const auto allowed = [marks](char c) { return IsLetterOrDigit(c) || marks.find(c) != marks.npos; };
+  const auto allowed = [marks](char c) { return IsLetter(c) || IsDigit(c) || marks.find(c) != marks.npos; };
   return !text.empty() && std::all_of(text.begin(), text.end(), allowed);
 }
 
-// Takes from the end of `rest` what follows the last `mark`, and the mark too.
+// Removes the last `mark` and all after it from `rest`, and returns what followed the mark.
 std::optional<std::string_view> TakeAfterLast(std::string_view mark, std::string_view& rest) {
   const std::size_t at = rest.rfind(mark);
   if (at == std::string_view::npos) return std::nullopt;
@@ -25,7 +23,7 @@ std::optional<std::string_view> TakeAfterLast(std::string_view mark, std::string
   return taken;
 }
 
-// Takes the blank between a title and what follows. False if a name can't start with `rest`.
+// Removes the blank after the title. False if `rest` is neither empty nor a title with a blank.
 bool TakeBlank(std::string_view& rest) {
   if (rest.empty()) return true;
   if (rest.size() < 2 || !rest.ends_with(' ')) return false;

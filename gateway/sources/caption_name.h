@@ -1,4 +1,4 @@
-// What the name of a caption file says. Names that say nothing are ordinary: a folder may hold anything.
+// Parses the names of caption files. A name of another form is not an error: a folder may hold any files.
 #pragma once
 
 #include <optional>
@@ -10,12 +10,12 @@
 namespace gateway {
 
 // file name = [ TITLE " " ] "[" CODE "]." LANG "." EXT
-// CODE      = one or more of A-Z a-z 0-9 - . _ ~     what a query carries without an escape
-// LANG      = 1 to 64 of A-Z a-z 0-9 - _             "pt-BR"; case counts when a request is compared
-// EXT       = the ending of a caption format, whatever the case of its letters
+// CODE      = one or more of A-Z a-z 0-9 - . _ ~     the characters that a query needs not escape
+// LANG      = 1 to 64 of A-Z a-z 0-9 - _             "pt-BR"; compared to requests with regard to case
+// EXT       = the ending of a caption format, in any case
 //
-// TITLE is bytes of any kind, not empty. The name is read from the right, so a title may hold brackets and
-// dots of its own. A LANG of "live_chat" names no captions.
+// TITLE may be any bytes, but not empty. The name is read from the right, so a title may contain brackets and
+// dots. "live_chat" is not a LANG.
 struct CaptionName {
   std::string_view title;  // these three point into the file name; "" if it has no title
   std::string_view code;
@@ -23,13 +23,13 @@ struct CaptionName {
   const CaptionFormat* format;
 };
 
-// nullopt if fileName (no folders in front) has another form.
+// nullopt if fileName (without folders) has another form.
 std::optional<CaptionName> ParseCaptionName(std::string_view fileName);
 
-// Whether the name ends as a caption file's does, whatever stands in front.
+// Whether the name has the ending of a caption format.
 bool HasCaptionEnding(std::string_view fileName);
 
-// Whether text could be the CODE of a caption file, or the LANG.
+// Whether text has the form of CODE, and of LANG.
 bool IsVideoCode(std::string_view text);
 bool IsTrackLanguage(std::string_view text);
 

@@ -11,54 +11,52 @@
 namespace gateway {
 namespace {
 
-// A plain line names its cause wherever it stands. A vague one counts as an error alone, and only where no
-// warning says more: newer releases warn of the site's refusals, and end with "Failed to extract any player
-// response".
-enum class Line { Plain, Vague };
+// A clear line names its cause, in an error or a warning. A vague line counts only in an error, and only if
+// no warning is clear: newer releases warn of the site's refusals and then end with "Failed to extract any
+// player response".
+enum class Line { Clear, Vague };
 
 struct Row {
-  std::string_view patterns;  // literal, with "|" between; any of them
+  std::string_view patterns;  // alternatives, literal, separated by "|"
   Line line;
   Effect effect;
   std::string_view sentence;
 };
 
-constexpr Row kTokens = {"PO token was not provided|require a PO Token", Line::Plain, Effect::Outdated,
+constexpr Row kTokens = {"PO token was not provided|require a PO Token", Line::Clear, Effect::Outdated,
                          "The site holds captions back from yt-dlp; update yt-dlp or add a token plugin."};
 
 constexpr std::array<Row, 21> kRows{{
-    {"not a bot|likely being blocked|captcha challenge", Line::Plain, Effect::Pause,
+    {"not a bot|likely being blocked|captcha challenge", Line::Clear, Effect::Pause,
      "The site wants a sign-in from this network; wait, or give yt-dlp cookies."},
-    {"rate-limited by|try again later|HTTP Error 429|Too Many Requests", Line::Plain, Effect::Pause,
+    {"rate-limited by|try again later|HTTP Error 429|Too Many Requests", Line::Clear, Effect::Pause,
      "Too many requests to the site; try again in an hour."},
-    {"Private video", Line::Plain, Effect::Verdict, "This video is private."},
-    {"confirm your age|age-restricted", Line::Plain, Effect::Verdict,
+    {"Private video", Line::Clear, Effect::Verdict, "This video is private."},
+    {"confirm your age|age-restricted", Line::Clear, Effect::Verdict,
      "This video is age-restricted and needs a sign-in."},
-    {"members-only|Join this channel", Line::Plain, Effect::Verdict, "This video is for members only."},
-    {"available in your country|geo restriction", Line::Plain, Effect::Verdict,
+    {"members-only|Join this channel", Line::Clear, Effect::Verdict, "This video is for members only."},
+    {"available in your country|geo restriction", Line::Clear, Effect::Verdict,
      "This video is not available in this country."},
-    {"will begin in|Premieres in", Line::Plain, Effect::Verdict, "This video has not begun."},
+    {"will begin in|Premieres in", Line::Clear, Effect::Verdict, "This video has not begun."},
     kTokens,
-    {"Video unavailable|video is not available|has been removed|terminated", Line::Plain, Effect::Unavailable,
+    {"Video unavailable|video is not available|has been removed|terminated", Line::Clear, Effect::Unavailable,
      "This video is unavailable or removed."},
-    {"name resolution|Name or service not known|Connection refused|unreachable|Connection timed out|"
-     "connect timeout",
-     Line::Plain, Effect::None, "No network: yt-dlp has no connection to the site."},
-    {"CERTIFICATE_VERIFY", Line::Plain, Effect::None,
+    {"name resolution|Name or service not known|Connection refused|unreachable|Connection timed out|connect timeout",
+     Line::Clear, Effect::None, "No network: yt-dlp has no connection to the site."},
+    {"CERTIFICATE_VERIFY", Line::Clear, Effect::None,
      "yt-dlp doesn't trust the connection to the site: its certificate can't be verified."},
-    // A release of 2023 looks for the file of a text of which nothing came.
-    {"timed out|No such file or directory: './c.c.", Line::Plain, Effect::None, "The site took too long."},
-    {"config location", Line::Plain, Effect::None, "yt-dlp can't read its file of options (--ytdlp-config)."},
+    // A release of 2023 reports a missing file if nothing of a text arrived.
+    {"timed out|No such file or directory: './c.c.", Line::Clear, Effect::None, "The site took too long."},
+    {"config location", Line::Clear, Effect::None, "yt-dlp can't read its file of options (--ytdlp-config)."},
     {"Remote end closed|Connection reset|Connection aborted|Connection broken|bytes, expected|bytes read",
-     Line::Plain, Effect::None, "The connection to the site broke off."},
-    {"Did not get any data blocks", Line::Plain, Effect::Outdated, "The site sent empty captions."},
-    {"HTTP Error 403|HTTP Error 404|HTTP Error 410", Line::Plain, Effect::Relist,
+     Line::Clear, Effect::None, "The connection to the site broke off."},
+    {"Did not get any data blocks", Line::Clear, Effect::Outdated, "The site sent empty captions."},
+    {"HTTP Error 403|HTTP Error 404|HTTP Error 410", Line::Clear, Effect::Relist,
      "The site refused the request."},
-    {"HTTP Error 5", Line::Plain, Effect::None, "The site is in trouble; try again later."},
-    {"File too large", Line::Plain, Effect::None, "The captions are too large."},
-    {"No space left", Line::Plain, Effect::None, "The disk is full: yt-dlp can't keep the captions."},
-    {"xtraction failed|Incomplete data received|xtract any player|nable to extract|Confirm you are on the "
-     "latest version",
+    {"HTTP Error 5", Line::Clear, Effect::None, "The site is in trouble; try again later."},
+    {"File too large", Line::Clear, Effect::None, "The captions are too large."},
+    {"No space left", Line::Clear, Effect::None, "The disk is full: yt-dlp can't keep the captions."},
+    {"xtraction failed|Incomplete data received|xtract any player|nable to extract|Confirm you are on the latest version",
      Line::Vague, Effect::Outdated, "yt-dlp doesn't understand the site; update it."},
     {"no such option|unrecognized arguments", Line::Vague, Effect::Outdated,
      "This yt-dlp doesn't know the options that it needs; update it."},
@@ -80,7 +78,7 @@ bool IsWarning(std::string_view line) { return line.starts_with("WARNING:"); }
 
 std::vector<std::string> LinesOf(std::string_view messages, bool (*isWanted)(std::string_view)) {
   std::string plain(messages);
-  std::erase(plain, '\r');  // yt-dlp rewrites lines of a terminal that it doesn't have
+  std::erase(plain, '\r');  // yt-dlp rewrites lines as if on a terminal
   std::vector<std::string> lines;
   for (std::size_t at = 0; at < plain.size();) {
     const std::size_t end = std::min(plain.find('\n', at), plain.size());
@@ -105,8 +103,8 @@ Cause FirstIn(const std::vector<std::string>& lines, Line wanted) {
 
 Cause CauseIn(std::string_view messages) {
   const std::vector<std::string> errors = LinesOf(messages, IsError);
-  Cause cause = FirstIn(errors, Line::Plain);
-  if (cause.sentence.empty()) cause = FirstIn(LinesOf(messages, IsWarning), Line::Plain);
+  Cause cause = FirstIn(errors, Line::Clear);
+  if (cause.sentence.empty()) cause = FirstIn(LinesOf(messages, IsWarning), Line::Clear);
   return cause.sentence.empty() ? FirstIn(errors, Line::Vague) : cause;
 }
 
@@ -122,7 +120,7 @@ Cause CauseOf(const ChildEnd& end) {
     case ChildEnd::How::GivenUp:
       return {"The gateway gave up before the site had answered."};
     case ChildEnd::How::TooMuch:
-      return {"yt-dlp said more than it may."};
+      return {"The output of yt-dlp is too long."};
     case ChildEnd::How::Crashed:
       return {"yt-dlp crashed.", Effect::Outdated};
     case ChildEnd::How::NotStarted:
@@ -131,7 +129,7 @@ Cause CauseOf(const ChildEnd& end) {
     case ChildEnd::How::Exited:
       break;
   }
-  return {"yt-dlp failed; the gateway's log has its words.", Effect::Outdated};
+  return {"yt-dlp failed; the gateway's log has its messages.", Effect::Outdated};
 }
 
 Cause InLightOf(std::string_view version, std::chrono::sys_days today, Cause cause) {
@@ -141,8 +139,8 @@ Cause InLightOf(std::string_view version, std::chrono::sys_days today, Cause cau
   if (cause.effect == Effect::Outdated && IsTooOld(version)) return {doubt + ".", Effect::Outdated};
   cause.sentence.pop_back();
   cause.sentence += " (" + doubt + ").";
-  // With a yt-dlp that is too old, a video without captions proves nothing.
-  if (cause.effect == Effect::Silent && IsTooOld(version)) cause.effect = Effect::Outdated;
+  // A yt-dlp that is too old may miss captions.
+  if (cause.effect == Effect::NoCaptions && IsTooOld(version)) cause.effect = Effect::Outdated;
   return cause;
 }
 

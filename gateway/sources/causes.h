@@ -1,4 +1,4 @@
-// Why the site has nothing to give: yt-dlp's words, sorted into what a user understands.
+// Why the site gives no captions: the messages of yt-dlp, translated for the user.
 #pragma once
 
 #include <chrono>
@@ -9,36 +9,36 @@
 
 namespace gateway {
 
-// What follows from a cause, beside its being shown.
+// What a cause entails, besides being shown.
 enum class Effect {
-  None,         // asked again, the site may answer otherwise
-  Relist,       // the list's links may be out of date
-  Pause,        // the site wants to be left alone for a while
-  Verdict,      // the site's own word on this video: holds for some minutes
-  Unavailable,  // the same, but the site may say so of any video to an old yt-dlp
-  Silent,       // the video has no captions: holds for an hour
-  Outdated,     // an old yt-dlp explains it
+  None,         // the next request may succeed
+  Relist,       // the list's links may have expired
+  Pause,        // no requests to the site for a while
+  Verdict,      // the site's own statement on this video: remembered for some minutes
+  Unavailable,  // the same, but the site may state it of any video to an old yt-dlp
+  NoCaptions,   // the video has no captions: remembered for an hour
+  Outdated,     // may be due to an old yt-dlp
 };
 
 struct Cause {
-  std::string sentence;  // English, ASCII, at most 200 bytes; "" for no cause
+  std::string sentence;  // English, ASCII, at most 200 bytes; "": no cause
   Effect effect = Effect::None;
 };
 
-// From what yt-dlp wrote to standard error: its errors first, then its warnings, each in the order of the
-// table of causes; then what errors say vaguely. No sentence if nothing is known of it.
+// From the messages of yt-dlp: clear errors, then clear warnings, then vague errors, each in the order of the
+// table of causes. No sentence if none is known.
 Cause CauseIn(std::string_view messages);
-// Why tracks may be missing from a list that has some.
+// Why tracks may be missing from a list that is not empty.
 Cause GapIn(std::string_view messages);
 
-// From how a child ended, where its messages say nothing.
+// From how a child ended, for messages without a known cause.
 Cause CauseOf(const ChildEnd& end);
 
-// cause, with what speaks against this version of yt-dlp on this day beside it or in its place, unless the
-// site was plain about the video or wants to be left alone.
+// Adds to the cause, or replaces it with, the doubt about this version of yt-dlp, unless the effect is
+// Verdict or Pause.
 Cause InLightOf(std::string_view version, std::chrono::sys_days today, Cause cause);
 
-// The lines that a log should keep: errors and warnings, else the last.
+// The lines to log: errors and warnings, else the last line.
 std::string WordsWorthKeeping(std::string_view messages);
 
 }  // namespace gateway

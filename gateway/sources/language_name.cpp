@@ -5,34 +5,35 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 
 namespace gateway {
 namespace {
 
 using Locale = std::array<char, ULOC_FULLNAME_CAPACITY>;
 
-// The name by which the tables know the language, "" if they don't.
+// The tables' name for the language, "" if they don't know it.
 std::string LocaleOf(std::string_view code) {
   std::string tag(code);
   std::replace(tag.begin(), tag.end(), '_', '-');
   Locale locale{};
-  int32_t understood = 0;
+  std::int32_t parsed = 0;
   UErrorCode status = U_ZERO_ERROR;
-  uloc_forLanguageTag(tag.c_str(), locale.data(), static_cast<int32_t>(locale.size()), &understood, &status);
-  const bool whole = status == U_ZERO_ERROR && static_cast<std::size_t>(understood) == tag.size();
+  const auto capacity = static_cast<std::int32_t>(locale.size());
+  uloc_forLanguageTag(tag.c_str(), locale.data(), capacity, &parsed, &status);
+  const bool whole = status == U_ZERO_ERROR && static_cast<std::size_t>(parsed) == tag.size();
   return whole ? locale.data() : "";
 }
 
-using NameReader = int32_t (*)(const char*, const char*, UChar*, int32_t, UErrorCode*);
+using NameReader = std::int32_t (*)(const char*, const char*, UChar*, std::int32_t, UErrorCode*);
 
-// "" if the tables have no such name; the warning tells a name from a code that was handed back.
+// "" if the tables have no such name: with this warning, the result is only the code.
 std::string Read(NameReader read, const std::string& locale, const char* inLanguage) {
   std::array<UChar, 256> name{};
   UErrorCode status = U_ZERO_ERROR;
-  const int32_t length =
-      read(locale.c_str(), inLanguage, name.data(), static_cast<int32_t>(name.size()), &status);
-  if (U_FAILURE(status) || status == U_USING_DEFAULT_WARNING || length >= static_cast<int32_t>(name.size()))
-    return "";
+  const auto capacity = static_cast<std::int32_t>(name.size());
+  const std::int32_t length = read(locale.c_str(), inLanguage, name.data(), capacity, &status);
+  if (U_FAILURE(status) || status == U_USING_DEFAULT_WARNING || length >= capacity) return "";
   std::string utf8;
   icu::UnicodeString(name.data(), length).toUTF8String(utf8);
   return utf8;
@@ -61,9 +62,9 @@ std::string OwnName(std::string_view code) {
 std::string HomeRegion(std::string_view code) {
   Locale full{}, region{};
   UErrorCode status = U_ZERO_ERROR;
-  const auto size = static_cast<int32_t>(full.size());
-  uloc_addLikelySubtags(LocaleOf(code).c_str(), full.data(), size, &status);
-  uloc_getCountry(full.data(), region.data(), size, &status);
+  const auto capacity = static_cast<std::int32_t>(full.size());
+  uloc_addLikelySubtags(LocaleOf(code).c_str(), full.data(), capacity, &status);
+  uloc_getCountry(full.data(), region.data(), capacity, &status);
   return U_SUCCESS(status) ? region.data() : "";
 }
 

@@ -2,6 +2,7 @@
 
 #include <unicode/unistr.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <string>
 
@@ -14,9 +15,9 @@ constexpr char32_t kReplacement = 0xFFFD;
 bool IsPrintable(char32_t c) { return c >= 0x20 && (c < 0x7F || c > 0x9F) && c != kReplacement; }
 
 std::string Printable(std::string_view text) {
-  const icu::StringPiece piece(text.data(), static_cast<int32_t>(text.size()));
+  const icu::StringPiece piece(text.data(), static_cast<std::int32_t>(text.size()));
   icu::UnicodeString line = icu::UnicodeString::fromUTF8(piece);
-  for (int32_t i = 0; i < line.length(); ++i) {
+  for (std::int32_t i = 0; i < line.length(); ++i) {
     if (!IsPrintable(line[i])) line.setCharAt(i, '?');
   }
   std::string utf8;

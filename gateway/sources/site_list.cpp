@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "gateway/documents/convert.h"
 #include "gateway/sources/caption_name.h"
 #include "gateway/sources/language_name.h"
 #include "gateway/sources/yt_dlp.h"
@@ -15,16 +16,14 @@ namespace {
 using nlohmann::json;
 using std::chrono::system_clock;
 
-constexpr std::string_view kOriginal = "-orig";
 constexpr std::size_t kLongestName = 200;
-constexpr std::size_t kLongestTitle = 1000;
 
 std::string TextOf(const json& object, const char* key) {
   const auto found = object.find(key);
   return found != object.end() && found->is_string() ? found->get<std::string>() : "";
 }
 
-// One line, cut between two characters. JSON holds valid UTF-8 only.
+// One line of at most `longest` bytes, cut between characters. Requires: text is valid UTF-8, as JSON is.
 std::string Plain(std::string text, std::size_t longest) {
   if (text.size() > longest) {
     while (longest > 0 && (text[longest] & 0xC0) == 0x80) --longest;
@@ -36,7 +35,7 @@ std::string Plain(std::string text, std::size_t longest) {
   return first == std::string::npos ? "" : text.substr(first, last - first + 1);
 }
 
-// The value of a name in a URL's query.
+// The value of a parameter in a URL's query.
 std::optional<std::string_view> QueryValue(std::string_view url, std::string_view name) {
   for (std::size_t at = url.find('?'); at < url.size(); at = url.find('&', at)) {
     std::string_view pair = url.substr(++at);
@@ -89,7 +88,7 @@ class Reader {
     for (const auto& [key, entries] : keys.items()) {
       SiteTrack track{{key, "", "", automatic}, "", ""};
       const json* entry = IsTrackLanguage(key) ? BestEntry(entries, track.format) : nullptr;
-      if (!entry || (automatic && !IsOneToShow(keys, track.track.language, *entry))) continue;
+      if (!entry || (automatic && !IsListed(keys, track.track.language, *entry))) continue;
       if (!taken_.insert(track.track.language).second) continue;
       track.track.name = NameOf(*entry, track.track);
       track.track.ownName = OwnName(WithoutEnding(key, automatic ? kOriginal : ""));
@@ -107,9 +106,9 @@ class Reader {
   SiteList list;
 
  private:
-  // Not a translation; not "en" beside "en-orig", which is the same. Beside a written "en" it becomes
-  // "en-orig".
-  bool IsOneToShow(const json& keys, std::string& language, const json& entry) const {
+  // False for a translation, and for "en" if "en-orig", the same track, is listed. If there is a written
+  // "en", `language` becomes "en-orig".
+  bool IsListed(const json& keys, std::string& language, const json& entry) const {
     const std::string url = TextOf(entry, "url");
     if (QueryValue(url, "tlang")) return false;
     if (language.ends_with(kOriginal)) return true;
@@ -122,10 +121,10 @@ class Reader {
   }
 
   void NoteExpiry(std::string_view seconds) {
-    long long count = 0;
+    std::int64_t count = 0;
     const auto [end, error] = std::from_chars(seconds.data(), seconds.data() + seconds.size(), count);
-    constexpr long long kFar = 1LL << 33;  // seconds; further ones would not fit a clock
-    if (error != std::errc() || seconds.empty() || count < 0 || count > kFar) return;
+    constexpr std::int64_t kLatest = std::int64_t{1} << 33;  // a later time may not fit the clock
+    if (error != std::errc() || seconds.empty() || count < 0 || count > kLatest) return;
     anyExpiry_ = true;
     expires_ = std::min(expires_, system_clock::time_point(std::chrono::seconds(count)));
   }
@@ -133,16 +132,15 @@ class Reader {
   system_clock::time_point now_;
   system_clock::time_point expires_;
   bool anyExpiry_ = false;
-  std::set<std::string> taken_;  // the languages
+  std::set<std::string> taken_;  // languages
   const SiteLimits& limits_;
 };
 
-// Whether no more arrays and objects stand within each other than can be written again, which takes room on
-// the stack for each, and no more values follow each other than a tree of some hundred MiB holds.
+// Limits the nesting, since writing an entry needs stack for each level, and the number of values, and with
+// it the memory of the tree to some hundred MiB.
 bool IsReasonable(std::string_view text) {
   constexpr int kDeepest = 32;
-  constexpr std::size_t kMostValues =
-      1'000'000;  // a list with each translation of each track has some 50,000
+  constexpr std::size_t kMostValues = 1'000'000;  // a real list has up to some 50,000
   int depth = 0;
   std::size_t values = 1;
   bool inString = false;
@@ -159,7 +157,7 @@ bool IsReasonable(std::string_view text) {
   return true;
 }
 
-// The code unit of an escape \uXXXX at a place; -1 if there is none.
+// The code unit of an escape \uXXXX at this position; -1 if there is none.
 int EscapeAt(std::string_view text, std::size_t at) {
   constexpr std::size_t kDigits = 4;
   if (at > text.size() || !text.substr(at).starts_with("\\u")) return -1;
@@ -169,7 +167,7 @@ int EscapeAt(std::string_view text, std::size_t at) {
   return error == std::errc() && end == digits.data() + kDigits ? unit : -1;
 }
 
-// Half a surrogate pair, which a title may hold, becomes U+FFFD: the JSON reader would refuse the whole list.
+// Replaces a lone surrogate with U+FFFD: the JSON parser would reject the whole list.
 std::string WithWholeCharacters(std::string text) {
   constexpr std::size_t kEscape = 6;  // bytes
   const auto isHigh = [](int unit) { return unit >= 0xD800 && unit < 0xDC00; };
@@ -197,7 +195,6 @@ std::optional<SiteList> ReadSiteList(std::string_view text, std::string_view cod
   const json whole = json::parse(WithWholeCharacters(std::string(text)), nullptr, false);
   if (!whole.is_object() || TextOf(whole, "id") != code) return std::nullopt;
   Reader reader(limits);
-  reader.list.title = Plain(TextOf(whole, "title"), kLongestTitle);
   if (const auto written = whole.find("subtitles"); written != whole.end()) reader.Take(*written, false);
   if (const auto made = whole.find("automatic_captions"); made != whole.end()) reader.Take(*made, true);
   return reader.Done();

@@ -1,10 +1,10 @@
 // The tracks of a video as yt-dlp lists them.
 //
-//   list  = { "id": CODE, "title": TEXT, "subtitles": keys, "automatic_captions": keys }
+//   list  = { "id": CODE, "subtitles": keys, "automatic_captions": keys }
 //   keys  = { KEY: [ entry, ... ], ... }
 //   entry = { "ext": FORMAT, "url": URL, "name": TEXT, ... }
 //
-// What is empty is absent. KEY names a track: "en", "en-orig", "en-nP7-2PuUl7o".
+// Empty members are absent. KEY identifies a track: "en", "en-orig", "en-nP7-2PuUl7o".
 #pragma once
 
 #include <chrono>
@@ -25,16 +25,15 @@ struct SiteTrack {
 };
 
 struct SiteList {
-  std::string title;              // UTF-8, without controls
   std::vector<SiteTrack> tracks;  // each language once
   std::chrono::system_clock::time_point expires;
 
   const SiteTrack* Find(std::string_view language) const;
 };
 
-// nullopt if this is no list of that video. Left out are translations, one of two keys for the same automatic
-// track, and what has none of kTextFormats or a name that no language has. An automatic track whose language
-// is a written one's too is listed as LANGUAGE-orig.
+// nullopt if this is not a list of that video. Not listed are translations, the second key of an automatic
+// track, and tracks without any of kTextFormats or with a key that IsTrackLanguage rejects. An automatic
+// track is listed as LANGUAGE-orig if there is also a written one in its language.
 std::optional<SiteList> ReadSiteList(std::string_view json, std::string_view code, const SiteLimits& limits);
 
 }  // namespace gateway

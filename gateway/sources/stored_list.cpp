@@ -22,13 +22,13 @@ std::string StoredList(const TrackList& list) {
                       {"name", track.name},
                       {"ownName", track.ownName},
                       {"automatic", track.automatic}});
-  const Json stored = {{"title", list.title}, {"tracks", std::move(tracks)}};
+  const Json stored = {{"tracks", std::move(tracks)}};
   return stored.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 std::optional<TrackList> ReadStoredList(std::string_view json) try {
   const Json stored = Json::parse(json);
-  TrackList list{{}, stored.at("title"), ""};
+  TrackList list;
   for (const Json& each : stored.at("tracks")) {
     list.tracks.push_back(TrackIn(each));
     if (!IsTrackLanguage(list.tracks.back().language) || list.tracks.back().name.empty()) return std::nullopt;

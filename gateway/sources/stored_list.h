@@ -1,4 +1,4 @@
-// A video's list as it is kept in a file: JSON with the members of TrackList and Track, but for the cause.
+// A video's list as it is stored in a file: JSON with the members of TrackList and Track, except the cause.
 #pragma once
 
 #include <optional>
@@ -11,7 +11,7 @@ namespace gateway {
 
 std::string StoredList(const TrackList& list);
 
-// nullopt if it is no such list, or has no track.
+// nullopt if it is not such a list, or has no tracks.
 std::optional<TrackList> ReadStoredList(std::string_view json);
 
 }  // namespace gateway

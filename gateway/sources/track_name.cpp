@@ -3,34 +3,27 @@
 #include <algorithm>
 #include <optional>
 
+#include "gateway/documents/ascii.h"
+#include "gateway/documents/convert.h"
 #include "gateway/sources/language_name.h"
 
 namespace gateway {
 namespace {
 
-constexpr std::string_view kOriginal = "-orig";
 constexpr std::size_t kIdLength = 11;
 
 struct Translation {
   std::string_view target, source;
 };
 
-bool IsSmall(char c) { return c >= 'a' && c <= 'z'; }
+bool IsLowercase(char c) { return c >= 'a' && c <= 'z'; }
 
-std::string InCapitals(std::string_view text) {
-  std::string capitals(text);
-  for (char& c : capitals) {
-    if (IsSmall(c)) c = static_cast<char>(c - 'a' + 'A');
-  }
-  return capitals;
-}
-
-// Whether `part` stands for a language from which the rest was translated, and for no region.
+// Whether `part` is the language from which `target` was translated, and not a region.
 bool IsSource(std::string_view target, std::string_view part) {
   const std::string_view language = part.substr(0, part.find('-'));
-  const bool small =
-      language.size() >= 2 && language.size() <= 3 && std::all_of(language.begin(), language.end(), IsSmall);
-  return small && part != target && IsKnownLanguage(part) && InCapitals(part) != HomeRegion(target);
+  const bool hasForm = language.size() >= 2 && language.size() <= 3 &&
+                       std::all_of(language.begin(), language.end(), IsLowercase);
+  return hasForm && part != target && IsKnownLanguage(part) && part != Lowercase(HomeRegion(target));
 }
 
 std::optional<Translation> SplitTranslation(std::string_view code) {
@@ -41,7 +34,7 @@ std::optional<Translation> SplitTranslation(std::string_view code) {
   return std::nullopt;
 }
 
-// "English" and "automatic" give "English (automatic)", "Portuguese (Brazil)" gives one pair of brackets too.
+// "English" becomes "English (automatic)", "Portuguese (Brazil)" becomes "Portuguese (Brazil, automatic)".
 std::string WithNote(std::string name, const std::string& note) {
   if (!name.ends_with(')')) return name + " (" + note + ")";
   name.pop_back();
@@ -53,7 +46,7 @@ TrackName NameOfLanguage(std::string_view code, const std::string& note, bool au
   return {note.empty() ? name : WithNote(name, note), OwnName(code), automatic};
 }
 
-// nullopt for a code of another form; the note is for what is no translation.
+// nullopt for a code of another form. The note is not added to a translation.
 std::optional<TrackName> NameWithoutId(std::string_view code, const std::string& note) {
   if (const auto parts = SplitTranslation(code))
     return NameOfLanguage(parts->target, "translated from " + EnglishName(parts->source), false);

@@ -1,4 +1,4 @@
-// What a track is called that is known by its code alone.
+// The name of a track of which only the code is known.
 #pragma once
 
 #include <string>
@@ -7,9 +7,9 @@
 namespace gateway {
 
 struct TrackName {
-  std::string english;     // for the user, UTF-8, never empty for a code that is not
-  std::string own;         // of the language in itself, without what is said of the track
-  bool automatic = false;  // made by a machine from the sound
+  std::string english;     // for the user, UTF-8; not empty unless the code is
+  std::string own;         // of the language in itself, without notes on the track
+  bool automatic = false;  // by speech recognition
 };
 
 // code = LANG                  "pt-BR"             Portuguese (Brazil)
@@ -19,10 +19,10 @@ struct TrackName {
 //      | LANG "-" ID           "en-nP7-2PuUl7o"    English (another version)
 //      | LANG "-" SOURCE "-" ID                    as without the ID
 //
-// These are the codes that yt-dlp puts into the names of files. SOURCE is a language in small letters; the
-// same letters as a region are in capitals there, and "pt-br", as a user may write it, differs from a
-// translation by this: br is the region where most who speak Portuguese live. ID is the site's mark of a
-// second track of one language, eleven letters, digits, - and _. A code of another form is its own name.
+// These are the codes that yt-dlp writes into file names. SOURCE is a language in lower case, whereas yt-dlp
+// writes regions in upper case. A user may write "pt-br"; it is not a translation, because BR is the home
+// region of Portuguese. ID is the site's key of a second track in the same language, eleven letters, digits,
+// - and _. A code of another form is its own name.
 TrackName NameOfTrack(std::string_view code);
 
 }  // namespace gateway

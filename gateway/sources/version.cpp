@@ -3,17 +3,17 @@
 #include <algorithm>
 #include <charconv>
 
+#include "gateway/documents/ascii.h"
+
 namespace gateway {
 namespace {
 
 using std::chrono::sys_days;
 
 constexpr std::size_t kDate = 10;     // of "2023.03.04"
-constexpr std::size_t kLongest = 32;  // bytes of a version; longer ones are something else
-constexpr sys_days kTokens = sys_days{std::chrono::year{2025} / 5 / 22};
+constexpr std::size_t kLongest = 32;  // bytes; a longer text is not a version
+constexpr sys_days kFirstWithTokens = sys_days{std::chrono::year{2025} / 5 / 22};
 constexpr std::chrono::days kFresh{90};
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 unsigned Number(std::string_view digits) {
   unsigned number = 0;
@@ -37,7 +37,7 @@ bool IsVersion(std::string_view text) {
          std::all_of(text.begin(), text.end(), allowed);
 }
 
-bool IsTooOld(std::string_view version) { return IsVersion(version) && Released(version) < kTokens; }
+bool IsTooOld(std::string_view version) { return IsVersion(version) && Released(version) < kFirstWithTokens; }
 
 std::string DoubtAbout(std::string_view version, sys_days today) {
   if (!IsVersion(version) || Released(version) + kFresh >= today) return "";

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <iterator>
 
+#include "gateway/documents/ascii.h"
 #include "gateway/sources/Child.h"
 #include "gateway/sources/version.h"
 
@@ -44,16 +45,15 @@ std::string ProgramOf(const std::string& named) {
 
 std::string VersionOf(const std::string& program, const Patience& patience) {
   constexpr std::size_t kEnough = 4096;
-  constexpr std::uint64_t kCodeFiles = 64u << 20;  // Python may keep what it compiled
+  constexpr std::uint64_t kCodeFiles = 64u << 20;  // Python may store compiled modules
   Child child({program, "--ignore-config", "--version"}, "/", kCodeFiles);
   const ChildEnd end = child.Finish("", kEnough, kEnough, patience);
   const std::string line = end.output.substr(0, end.output.find('\n'));
   return end.how == ChildEnd::How::Exited && end.code == 0 && IsVersion(line) ? line : "";
 }
 
-// What both calls begin with. The user's file comes after --ignore-config, which would leave it out
-// otherwise.
-std::vector<std::string> Beginning(const std::string& program, const std::string& config) {
+// The common arguments. --config-locations comes after --ignore-config, which would otherwise disable it.
+std::vector<std::string> CommonArguments(const std::string& program, const std::string& config) {
   std::vector<std::string> command = {program, "--ignore-config"};
   if (!config.empty()) command.insert(command.end(), {"--config-locations", config});
   command.insert(command.end(),
@@ -64,11 +64,12 @@ std::vector<std::string> Beginning(const std::string& program, const std::string
 
 }  // namespace
 
-std::string PathOfYtDlp(const std::string& named) {
-  const std::string found = ProgramOf(named);
+std::string Absolute(const std::string& path) {
   std::error_code ignored;
-  return found.empty() ? "" : fs::absolute(found, ignored).string();
+  return path.empty() ? "" : fs::absolute(path, ignored).string();
 }
+
+std::string PathOfYtDlp(const std::string& named) { return Absolute(ProgramOf(named)); }
 
 YtDlp FindYtDlp(const std::string& named, std::chrono::milliseconds patience, int stop) {
   const std::string program = PathOfYtDlp(named);
@@ -76,39 +77,37 @@ YtDlp FindYtDlp(const std::string& named, std::chrono::milliseconds patience, in
   return {program, VersionOf(program, {std::chrono::steady_clock::now() + patience, stop})};
 }
 
-// --write-subs writes nothing here, but has yt-dlp say which tracks it dropped. Its sister for automatic
-// tracks would build each translation of each track.
+// --write-subs writes nothing here, but makes yt-dlp report the tracks that it dropped. --write-auto-subs is
+// left out: it would prepare each translation of each track.
 std::vector<std::string> ListCommand(const std::string& program, const std::string& config,
                                      std::string_view code) {
-  std::vector<std::string> command = Beginning(program, config);
+  std::vector<std::string> command = CommonArguments(program, config);
   command.insert(command.end(), {"--no-playlist", "--extractor-retries", "1", "--print",
-                                 "%(.{id,title,subtitles,automatic_captions})j", "--",
+                                 "%(.{id,subtitles,automatic_captions})j", "--",
                                  "https://www.youtube.com/watch?v=" + std::string(code)});
   return command;
 }
 
-// Without --abort-on-error a refused text ends without a word. The user's file of options may send files
-// elsewhere, which only the folder's own path takes back.
+// Without --abort-on-error a refused text ends without a message. --paths overrides one in the user's file of
+// options, which would put the text into another folder.
 std::vector<std::string> TextCommand(const std::string& program, const std::string& config) {
   std::string formats;
   for (const std::string_view format : kTextFormats)
     formats += (formats.empty() ? "" : "/") + std::string(format);
-  std::vector<std::string> command = Beginning(program, config);
+  std::vector<std::string> command = CommonArguments(program, config);
   command.insert(command.end(),
                  {"--quiet", "--abort-on-error", "--sub-langs", "c", "--sub-format", formats, "--paths", ".",
                   "--paths", "subtitle:.", "-o", "c.%(ext)s", "--load-info-json", "-"});
   return command;
 }
 
-// No address of the page: yt-dlp would list the video anew by itself, even where the site asks for a pause.
+// Without the page's address: yt-dlp would list the video again by itself, even during a pause.
 std::string TextInput(std::string_view entry) {
   return R"({"id":"c","title":"c","subtitles":{"c":[)" + std::string(entry) + "]}}";
 }
 
 bool IsSiteCode(std::string_view code) {
-  const auto allowed = [](char c) {
-    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == '-';
-  };
+  const auto allowed = [](char c) { return IsLetter(c) || IsDigit(c) || c == '_' || c == '-'; };
   return code.size() == 11 && std::all_of(code.begin(), code.end(), allowed);
 }
 

@@ -1,7 +1,7 @@
 // The application object and all run state that outlives a command.
 //
-// Option flags are the strings "true" and "false". The commands decide by the controls of Window1;
-// the option strings are the copy that the preferences keep.
+// Option flags are the strings "true" and "false". The commands read the controls of Window1; the option
+// strings are the copy that the preferences keep.
 #pragma once
 
 #include <string>
@@ -22,7 +22,7 @@ class App : public Application {
   const Commands commands;
   const Endpoints endpoints;
 
-  std::string vidCode;                     // of the last accepted link, with any tail behind it
+  std::string vidCode;                     // of the last accepted link, with whatever follows it
   std::string checkedDL = "true";          // "Text", "SRT" or "VTT"; "true" while none was chosen
   std::string openDL = "true";             // open each file after saving
   std::string paragraphChecked = "false";  // text transcript in paragraph form
@@ -31,9 +31,9 @@ class App : public Application {
   std::string searchCount = "0";           // word search hits, in decimal digits
   std::string lastTerm;                    // of the last run of the word search; "" before the first
 
-  Progress progress;  // of the command that runs, or ran last
+  Progress progress;  // of the running command, or of the last one
 
-  // Part of the run state since the first version; no command fills or reads them.
+  // Kept from the first version; no command reads or fills them.
   StringArray timingArray;
   StringArray textArray;
   StringArray txtSizeArray;
@@ -42,7 +42,7 @@ class App : public Application {
 
   std::string CommandStep() const override { return progress.Step(); }
 
-  // Set once the preferences were loaded: before that there is nothing worth saving.
+  // Before the preferences are loaded there is nothing worth saving.
   bool preferencesLoaded = false;
 
  protected:
@@ -57,6 +57,3 @@ class App : public Application {
   bool _FileAboutRavelyn_Action();
   bool _FileHelp_Action();
 };
-
-// Drawn at the size of the screen's own pixels from the start.
-inline constexpr bool kSupportsHiDPI = true;

@@ -1,5 +1,5 @@
-// The commands of the rooms above, as App and the windows call them. ravelyn/ fills the record, so that no
-// room knows one above it.
+// The commands, as App and the windows call them. ravelyn/ fills the record, so that app/ does not depend on
+// the rooms that define them.
 #pragma once
 
 #include <cstdint>
@@ -13,8 +13,8 @@ struct Commands {
   void (*Download)(Window1& form);
   void (*SearchWords)(Window1& form);
 
-  // Each does one row of Listbox1, from 0, and shows a message for a failure. SearchTrack gives false where
-  // the term can't be searched for, so that no other row is worth a try.
+  // Each handles one row of Listbox1, counted from 0, and shows a message on failure. SearchTrack returns
+  // false if the term can't be searched for, so that trying another row is pointless.
   void (*DownloadTrack)(Window1& form, std::int64_t row, Output output);
   bool (*SearchTrack)(Window1& form, std::int64_t row);
 

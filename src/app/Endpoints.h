@@ -1,4 +1,4 @@
-// Where the program looks for things. Fixed when the program is built: a packager sets others by
+// The addresses that the program uses, fixed when it is built. A packager sets others by
 // the CMake cache variables of the same names (RAVELYN_TRACK_LIST_ENDPOINT and so on). Nothing
 // changes them at run time in the product; tools and tests give App a struct of their own.
 #pragma once
@@ -10,7 +10,7 @@ struct Endpoints {
   // out in clear text.
   std::string TrackListEndpoint = RAVELYN_TRACK_LIST_ENDPOINT;
   std::string TimedTextEndpoint = RAVELYN_TIMED_TEXT_ENDPOINT;
-  std::string ShortLinkHost = RAVELYN_SHORT_LINK_HOST;  // ends in ".be", where short links are cut
+  std::string ShortLinkHost = RAVELYN_SHORT_LINK_HOST;  // ends with ".be"; short links are cut after it
   std::string WatchPageBase = RAVELYN_WATCH_PAGE_BASE;  // host of the page that plays a video
   std::string ProbeAddress = RAVELYN_PROBE_ADDRESS;     // pinged when the form opens
   std::string ProductPage = RAVELYN_PRODUCT_PAGE;       // without scheme

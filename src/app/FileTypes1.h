@@ -14,12 +14,12 @@ struct FileType {
   std::string UTI;
   bool Imported = false;
 
-  // As a save dialog is given it.
+  // As it is passed to a save dialog.
   operator const std::string&() const { return Name; }
 };
 
 namespace FileTypes1 {
-// Builds the set; later calls change nothing. The others call it where nobody has.
+// Builds the set; later calls change nothing. All() and Text() call it if needed.
 void SetUp();
 const std::vector<FileType>& All();
 const FileType& Text();

@@ -53,7 +53,7 @@ void Progress::CountSaved(const std::string& path) {
 }
 
 std::string Progress::Step() const {
-  const bool counts = of > 1 && place <= of;  // the user may choose anew while a dialog stands
+  const bool counts = of > 1 && place <= of;  // the user may change the choice while a dialog is open
   return counts ? item + ", " + Str(place) + " of " + Str(of) : item;
 }
 

@@ -1,5 +1,5 @@
-// The main form's own handlers: the options, which keep each other and the strings of App in step,
-// the connection test, and the menu items that act differently while the form is in front.
+// The main form's own handlers: the options, which keep each other and the strings of App in step, the
+// connection test, and the menu items that act differently while the form is in front.
 
 #include "app/Window1.h"
 
@@ -21,7 +21,7 @@ void Window1::ShowTimecodeBracket(bool shown) {
   for (Line* line : {&Line10, &Line11}) line->SetVisible(shown);
 }
 
-// A box that goes off leaves its string and no text form chosen, so that Download asks for one.
+// Unchecking it chooses no other form, so Download asks for one; its string stays.
 void Window1::paragraphBox_Action() {
   if (!paragraphBox.Value()) return;
   lineBox.SetValue(false);
@@ -54,7 +54,7 @@ void Window1::timecodeBox_Action() { App::Get().timecodeChecked = timecodeBox.Va
 
 void Window1::openBox_Action() { App::Get().openDL = openBox.Value() ? "true" : "false"; }
 
-// The text forms are options of the transcript alone.
+// Only the text transcript has forms to choose from.
 void Window1::Choose(Output output) {
   const bool hasForms = output == Output::Text;
   for (const OutputType& other : kOutputTypes)
@@ -77,13 +77,13 @@ bool Window1::Canvas1_MouseDown(int, int) {
   return false;
 }
 
-// The ConnectivityProbe: one echo request, and a warning if it fails. The form is live meanwhile.
+// The ConnectivityProbe: one echo request, and a warning if it fails. The form stays usable while it runs.
 void Window1::Event_Open() {
   Shell probe;
   probe.Mode = 2;
   probe.TimeOut = -1;
   probe.Execute("ping -n -q -W 5 -c 1 " + App::Get().endpoints.ProbeAddress);
-  // Where the system can't say when a process has ended, it is looked at now and then.
+  // Some systems can't report the end of a process; then it is checked every 25 milliseconds.
   const int longestWait = probe.End().descriptor < 0 ? 25 : kForever;
   do {
     App::Get().DoEvents(longestWait, probe.End());

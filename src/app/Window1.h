@@ -1,8 +1,7 @@
-// The main form: paste a link and search, choose languages, choose a file type and its options,
-// download, or search the words. Its controls stand in construction order.
+// The main form: paste a link and search, choose languages, choose a file type and its options, download, or
+// search the words. Its controls are declared in construction order.
 //
-// The option handlers are defined here. Each command is a function of a room above: Search in tracks/,
-// Download in timedtext/, the word search in wordsearch/.
+// Option handlers are defined in this room; commands are called through App::commands.
 #pragma once
 
 #include "runtime/Buttons.h"
@@ -17,8 +16,8 @@ struct OutputType;
 class Window1 : public Window {
  public:
   Window1();
-  // Made hidden at the first call, and anew after it was closed. Its Open, with the probe, is raised
-  // when the handler that made it has returned.
+  // Creates the form, hidden, at the first call and again after it was closed. Its Open event, with the
+  // probe, is raised when the handler that created it has returned.
   static Window1& Get() { return GetOrMake<Window1>(kName, Opening::AfterHandler); }
   static Window1* OpenOrNil() { return static_cast<Window1*>(Find(kName)); }
   static constexpr char kName[] = "Window1";
@@ -29,7 +28,7 @@ class Window1 : public Window {
   PushButton PushButton2{*this};
   Listbox XMLList{*this, {.columns = 1}};  // scratch of Search
   TextArea TextArea1{*this};               // scratch of all commands
-  // The caption tracks: language name, language code. The only store of them.
+  // The caption tracks: language name, language code. They are stored nowhere else.
   Listbox Listbox1{*this,
                    {.columns = 2,
                     .columnWidths = "250",
@@ -45,7 +44,7 @@ class Window1 : public Window {
   Canvas Canvas1{*this};
   CheckBox openBox{*this};
   RadioButton TextBox{*this}, SRTBox{*this};
-  Listbox listBox2{*this, {.columns = 4}};  // in no command's use
+  Listbox listBox2{*this, {.columns = 4}};  // unused
   TextField searchField{*this};             // the term
   PushButton PushButton3{*this};
   Label Label7{*this};
@@ -53,9 +52,9 @@ class Window1 : public Window {
   Line Line1{*this}, Line2{*this}, Line3{*this}, Line4{*this}, Line5{*this}, Line6{*this}, Line7{*this},
       Line8{*this}, Line9{*this}, Line10{*this}, Line11{*this};
 
-  bool urlLoaded = false;  // part of the form since the first version; in nobody's use
+  bool urlLoaded = false;  // kept from the first version; unused
 
-  // The user brings a link to the program: it comes into its field and is searched.
+  // The user starts the program with a link or drops one on the form: puts it into its field and searches.
   void PersonHandsOver(const std::string& link);
 
   void PushButton1_Action();  // Download
@@ -71,7 +70,7 @@ class Window1 : public Window {
   void WebVTTBox_Action() { Choose(Output::VTT); }
   void AddMenuHandlers();
 
-  // Each does one row of Listbox1, from 0 (see Commands).
+  // Each handles one row of Listbox1, counted from 0 (see Commands).
   void getTranscriptions(std::int64_t row) { DownloadTrack(row, Output::Text); }
   void DoSRT(std::int64_t row) { DownloadTrack(row, Output::SRT); }
   void DoVTT(std::int64_t row) { DownloadTrack(row, Output::VTT); }

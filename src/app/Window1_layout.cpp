@@ -1,4 +1,4 @@
-// What stands where on the main form.
+// The layout of the main form.
 
 #include "app/App.h"
 #include "app/Window1.h"
@@ -15,17 +15,17 @@ Window1::Window1()
   const std::string sample = App::Get().endpoints.WatchPage(App::Get().endpoints.SampleCode);
   const Look heading{.fontSize = 14};
   const Look hint{.fontSize = 11, .color = kGrey, .selectable = true};
-  const Look dflt{.defaultButton = true, .startsCommand = true};
+  const Look command{.defaultButton = true, .startsCommand = true};
   const Look scratch{.multiline = true, .spellCheck = true, .spoken = "Document of the last command"};
   const Look picture{.spoken = "About Ravelyn"};
   const Look grey{.color = kGrey};
   Place({
       // control      name             L    T    W    H   tab  caption or text
-      {PushButton1, "PushButton1", 307, 432, 228, 20, 0, "Download", dflt},
+      {PushButton1, "PushButton1", 307, 432, 228, 20, 0, "Download", command},
       {Label1, "Label1", 30, 103, 280, 20, 2, "2. Choose an available language:", heading},
       {Label2, "Label2", 30, 20, 305, 23, 3, "1. Paste in YouTube URL and click Search:", heading},
       {TextField1, "TextField1", 30, 46, 404, 22, 4, "", {.placeholder = sample}},
-      {PushButton2, "PushButton2", 446, 47, 89, 20, 6, "Search", dflt},
+      {PushButton2, "PushButton2", 446, 47, 89, 20, 6, "Search", command},
       {XMLList, "XMLList", 30, 558, 934, 272, 7},
       {TextArea1, "TextArea1", 689, 516, 489, 451, 8, "", scratch},
       {Listbox1, "Listbox1", 30, 135, 250, 226, 9},
@@ -41,7 +41,7 @@ Window1::Window1()
       {SRTBox, "SRTBox", 319, 135, 100, 20, 24, "SRT File"},
       {listBox2, "listBox2", -86, 516, 934, 272, 25},
       {searchField, "searchField", 30, 397, 250, 22, 26},
-      {PushButton3, "PushButton3", 30, 431, 135, 20, 27, "Word Search", dflt},
+      {PushButton3, "PushButton3", 30, 431, 135, 20, 27, "Word Search", command},
       {Label7, "Label7", 30, 375, 218, 20, 28, "Search for a word or phrase in this video:", grey},
       {WebVTTBox, "WebVTTBox", 319, 159, 202, 20, 31, "WebVTT File"},
   });

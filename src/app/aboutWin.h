@@ -8,7 +8,7 @@
 class aboutWin : public Window {
  public:
   aboutWin();
-  // Made hidden at the first call, and anew after it was closed.
+  // Creates the window, hidden, at the first call and again after it was closed.
   static aboutWin& Get() { return GetOrMake<aboutWin>("aboutWin", Opening::AtOnce); }
 
   Canvas Canvas1{*this};

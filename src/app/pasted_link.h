@@ -1,12 +1,12 @@
-// The link that a user means by what they paste, drop or hand over to the program.
+// Finds the link in a text that the user pastes, drops or passes on the command line.
 #pragma once
 
 #include <string>
 
 struct Endpoints;
 
-// The watch page of the first video that text names, in the one form that Search reads; text itself where it
-// names none. Read are, with capitals as they come and whatever follows the code:
+// The watch page of the first video that text names, in the one form that Search reads; text itself if it
+// names none. Accepted in any case, with anything after the code:
 //
 //   link = [ scheme "//" ] [ "www." | "m." | "music." ] host path
 //        | code                                          alone, but for white space around it
@@ -16,5 +16,5 @@ struct Endpoints;
 //        | "/" code                                      of the host of short links
 //   code = 11 of [0-9A-Za-z_-]
 //
-// A link may stand inside of a sentence, but its host is no part of a longer name.
+// A link may stand inside a sentence, but its host may not be part of a longer name.
 std::string PastedLink(const std::string& text, const Endpoints& endpoints);

@@ -1,4 +1,4 @@
-// What a window has a screen reader say, with nothing to see.
+// A text that a screen reader reads out for a window, with nothing on the screen.
 #pragma once
 
 #include <QWidget>
@@ -7,9 +7,9 @@ class Announcement : public QWidget {
  public:
   explicit Announcement(QWidget& content);
 
-  // Says text once, without a move of the focus; nothing for "". A screen reader comes for the text a moment
-  // later, so what may follow at once takes an announcement of its own.
-  void say(const QString& text);
-  // What was said is not so any more.
-  void takeBack();
+  // Announces text once, without moving the focus; "" announces nothing. A screen reader fetches the text a
+  // moment later, so a text that may follow at once needs an Announcement of its own.
+  void announce(const QString& text);
+  // The announced text is no longer true.
+  void withdraw();
 };

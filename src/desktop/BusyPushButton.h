@@ -1,5 +1,5 @@
-// A button that is of no use while a command runs. It looks and is spoken as disabled then, but keeps the
-// focus and its place in the tab order: the user who pressed it by the keyboard stands where he stood.
+// A button that can't be used while a command runs. It then looks disabled, and is announced as disabled, but
+// keeps the keyboard focus and its place in the tab order.
 #pragma once
 
 #include <QPushButton>

@@ -14,7 +14,7 @@ void Content::paintEvent(QPaintEvent*) {
   }
 }
 
-// Filled, not stroked: a level or upright line is then as sharp as the screen can draw it.
+// A horizontal or vertical line is filled, not stroked, which is as sharp as the screen allows.
 void Content::drawLine(QPainter& painter, const Line& line) const {
   const QColor wanted =
       line.LookOf().color ? QColor::fromRgb(*line.LookOf().color) : palette().color(QPalette::WindowText);

@@ -1,4 +1,4 @@
-// The ground on which a window's controls stand. It draws the lines, which are no widgets.
+// The area that holds a window's controls. It draws the lines, which have no widgets of their own.
 #pragma once
 
 #include <QWidget>
@@ -8,7 +8,7 @@
 class Content : public QWidget {
  public:
   Content(const Window& record, QWidget& window) : QWidget(&window), record_(&record) {}
-  // The record is about to go; no lines from now on.
+  // From now on no lines are drawn, and the record is not used.
   void forget() { record_ = nullptr; }
 
  protected:

@@ -1,30 +1,20 @@
-// Controls that stand under one heading, held together for a screen reader. Seen, clicked on or dropped at, a
-// group is not there: it covers the window's content, cut out to just its controls, which so keep their
-// places.
+// Controls under one heading, held together for a screen reader. To the eye and to the mouse a group doesn't
+// exist: the window lays it over its whole content, so that the controls keep their places, and masks it to
+// them alone.
 #pragma once
 
 #include <QPointer>
 #include <QWidget>
-#include <unordered_map>
-
-#include "runtime/Window.h"
 
 class Group : public QWidget {
  public:
-  explicit Group(QWidget& content);
+  explicit Group(QWidget& content) : QWidget(&content) {}
 
-  // The widget of the heading, from which the group has its name; nullptr before it is made. One that is no
-  // field's label becomes this group's, or it would be read as a text of its own.
+  // The widget of the heading, which names the group; nullptr before it is made. A heading that labels no
+  // field becomes this group's label, or a screen reader would read it as a text of its own.
   QWidget* heading() const { return heading_; }
   void setHeading(QWidget* heading);
-
- protected:
-  void childEvent(QChildEvent* event) override;
-  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   QPointer<QWidget> heading_;
 };
-
-// The groups of a window, empty, by the controls that belong into them.
-std::unordered_map<const Control*, Group*> makeGroups(const Window& record, QWidget& content);

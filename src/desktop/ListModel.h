@@ -1,5 +1,5 @@
-// The rows of a Listbox as Qt's views read them. It holds no text: a cell is made fit to be seen
-// when it is drawn.
+// The rows of a Listbox as Qt's views read them. It holds no text: a cell's text is made safe to show when
+// the cell is drawn.
 #pragma once
 
 #include <QAbstractTableModel>
@@ -11,10 +11,10 @@ class ListModel : public QAbstractTableModel {
  public:
   explicit ListModel(const Listbox& list) : list_(&list) {}
 
-  // Tells the views what has changed since the last call. Rows that the list has lost meanwhile
-  // are empty until then. False if nothing but added rows and the last one have changed.
+  // Reports to the views what has changed since the last call; until then, rows that the list has lost are
+  // empty. False if rows were added and the last one may have changed, but nothing else.
   bool catchUp();
-  // The list is about to go; all cells are empty from now on.
+  // From now on all cells are empty, and the list is not used.
   void forget() { list_ = nullptr; }
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -25,6 +25,6 @@ class ListModel : public QAbstractTableModel {
 
  private:
   const Listbox* list_;
-  int rows_ = 0;  // that the views know of
+  int rows_ = 0;  // as last reported to the views
   std::int64_t revision_ = 0;
 };

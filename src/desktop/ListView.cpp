@@ -3,37 +3,16 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
-#include <QHeaderView>
-#include <QHelpEvent>
 #include <QItemSelectionModel>
 #include <QMenu>
 #include <QMouseEvent>
-#include <QPainter>
 #include <QScopedValueRollback>
-#include <QStyledItemDelegate>
-#include <QToolTip>
-#include <algorithm>
 
 #include "desktop/SpokenList.h"
 #include "desktop/control_views.h"
 #include "desktop/scale.h"
-#include "desktop/shown_text.h"
 
 namespace {
-
-constexpr int kThinSolid = 2;   // of ListLook::gridHorizontal
-constexpr int kThickSolid = 3;  // of ListLook::gridVertical
-constexpr int kRowMargin = 6;
-constexpr int kCellMargins = 12;  // of a text in its cell, both sides and the grid's line
-
-// Widths such as "100,*": points, here pixels, and "*" or nothing, here 0, for an equal share of the rest.
-std::vector<int> givenWidths(const ListLook& look) {
-  std::vector<int> widths;
-  const QStringList given = QString::fromStdString(look.columnWidths).split(QChar(u','));
-  for (int column = 0; column < look.columns; ++column)
-    widths.push_back(column < given.size() ? scaled(given[column].toInt()) : 0);
-  return widths;
-}
 
 std::vector<bool> rowsOf(const QItemSelection& selection, std::int64_t count) {
   std::vector<bool> rows(static_cast<std::size_t>(count));
@@ -44,27 +23,6 @@ std::vector<bool> rowsOf(const QItemSelection& selection, std::int64_t count) {
   return rows;
 }
 
-// Shows the focus on a row, not on a cell of it, and each text in the direction of its script.
-class RowDelegate : public QStyledItemDelegate {
- public:
-  explicit RowDelegate(const ListView& list) : list_(list) {}
-
- protected:
-  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
-    QStyledItemDelegate::initStyleOption(option, index);
-    const bool hasFocus = list_.hasFocus() && list_.currentIndex().row() == index.row();
-    option->state.setFlag(QStyle::State_HasFocus, hasFocus);
-    option->state.setFlag(QStyle::State_MouseOver, false);
-    const bool turned = option->direction == Qt::RightToLeft;
-    option->displayAlignment =
-        (turned ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute | Qt::AlignVCenter;
-    option->direction = option->text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight;
-  }
-
- private:
-  const ListView& list_;
-};
-
 }  // namespace
 
 ListView::ListView(Listbox& record, QWidget& content)
@@ -72,40 +30,6 @@ ListView::ListView(Listbox& record, QWidget& content)
   setUp();
   setModel(&model_);
   connect(this, &QTableView::clicked, this, [this](const QModelIndex& cell) { clickCell(cell, released_); });
-}
-
-void ListView::setUp() {
-  setSelectionBehavior(SelectRows);
-  setSelectionMode(record_->Columns().severalSelectable ? ExtendedSelection : SingleSelection);
-  setEditTriggers(NoEditTriggers);
-  auto* delegate = new RowDelegate(*this);
-  delegate->setParent(this);
-  setItemDelegate(delegate);
-  setTabKeyNavigation(false);
-  setShowGrid(false);
-  setWordWrap(false);
-  setCornerButtonEnabled(false);
-  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setVerticalScrollMode(ScrollPerPixel);
-  horizontalHeader()->hide();
-  horizontalHeader()->setHighlightSections(false);  // or a bold font is loaded for nothing
-  horizontalHeader()->setMinimumSectionSize(0);
-  horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  verticalHeader()->hide();
-  verticalHeader()->setHighlightSections(false);
-  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  takeRowHeight();
-}
-
-void ListView::takeRowHeight() {
-  verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowMargin);
-}
-
-void ListView::changeEvent(QEvent* event) {
-  QTableView::changeEvent(event);
-  if (event->type() != QEvent::FontChange) return;
-  takeRowHeight();
-  layOutColumns();
 }
 
 void ListView::forget() {
@@ -137,8 +61,8 @@ void ListView::showSelection() {
 
 void ListView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
   QAbstractItemView::selectionChanged(selected, deselected);
-  SpokenList::say(*this, QAccessible::SelectionRemove, deselected.value(0).topLeft());
-  SpokenList::say(*this, QAccessible::SelectionAdd, selected.value(0).topLeft());
+  SpokenList::report(*this, QAccessible::SelectionRemove, deselected.value(0).topLeft());
+  SpokenList::report(*this, QAccessible::SelectionAdd, selected.value(0).topLeft());
   if (!record_ || catchingUp_) return;
   const std::vector<bool> seen = rowsOf(selectionModel()->selection(), record_->ListCount());
   std::vector<std::int64_t> rows;
@@ -150,14 +74,14 @@ void ListView::selectionChanged(const QItemSelection& selected, const QItemSelec
 
 void ListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QAbstractItemView::currentChanged(current, previous);
-  SpokenList::say(*this, QAccessible::Focus, current);
+  SpokenList::report(*this, QAccessible::Focus, current);
 }
 
-// The focus of the list itself is reported when this has returned, that of the row after it.
+// Qt reports the focus of the list itself after this returns; the row's focus must come after that.
 void ListView::focusInEvent(QFocusEvent* event) {
   QTableView::focusInEvent(event);
-  const auto sayRow = [this] { SpokenList::say(*this, QAccessible::Focus, currentIndex()); };
-  QMetaObject::invokeMethod(this, sayRow, Qt::QueuedConnection);
+  const auto reportRow = [this] { SpokenList::report(*this, QAccessible::Focus, currentIndex()); };
+  QMetaObject::invokeMethod(this, reportRow, Qt::QueuedConnection);
 }
 
 void ListView::press(const QModelIndex& cell) {
@@ -186,14 +110,14 @@ void ListView::keyPressEvent(QKeyEvent* event) {
   QTableView::keyPressEvent(event);
 }
 
-// The first step down into a list chooses the row that the focus came to, not the one below it.
+// The first step down in a list selects the row that has the focus already, not the one below it.
 bool ListView::selectCurrent() {
   if (selectionModel()->hasSelection() || !currentIndex().isValid()) return false;
   selectionModel()->select(currentIndex(), QItemSelectionModel::Rows | QItemSelectionModel::ClearAndSelect);
   return true;
 }
 
-// Home and End lead to the first and the last row, with or without Ctrl.
+// Home and End go to the first and the last row, with or without Ctrl.
 QModelIndex ListView::moveCursor(CursorAction action, Qt::KeyboardModifiers keys) {
   if (action == MoveHome) return model_.index(0, 0);
   if (action == MoveEnd) return model_.index(model_.rowCount() - 1, 0);
@@ -212,65 +136,6 @@ void ListView::copySelection() const {
   if (!lines.isEmpty()) QGuiApplication::clipboard()->setText(lines.join(QChar(u'\n')));
 }
 
-// A column of its own width shows the whole text of the first row, as times are all of one length.
-int ListView::columnNeeds(int column, int own) const {
-  const QString text = model_.index(0, column).data().toString();
-  return std::clamp(fontMetrics().horizontalAdvance(text) + kCellMargins, own, 2 * own);
-}
-
-// A column that would run out of sight ends at the edge, so that its texts end in "…" there; one
-// that would begin out of sight is not drawn.
-void ListView::layOutColumns() {
-  if (!record_) return;
-  std::vector<int> given = givenWidths(record_->Columns());
-  for (int column = 0; column < static_cast<int>(given.size()); ++column) {
-    int& own = given[static_cast<std::size_t>(column)];
-    if (own > 0) own = columnNeeds(column, own);
-  }
-  const int shares = static_cast<int>(std::count(given.begin(), given.end(), 0));
-  int rest = viewport()->width();
-  for (const int width : given) rest -= width;
-  int left = 0;
-  for (int column = 0; column < static_cast<int>(given.size()); ++column) {
-    const int own = given[static_cast<std::size_t>(column)];
-    const int wanted = own > 0 ? own : std::max(rest, 0) / std::max(shares, 1);
-    const int width = std::min(wanted, viewport()->width() - left);
-    setColumnHidden(column, width <= 0);
-    if (width > 0) setColumnWidth(column, width);
-    left += wanted;
-  }
-}
-
-void ListView::resizeEvent(QResizeEvent* event) {
-  QTableView::resizeEvent(event);
-  layOutColumns();
-}
-
-void ListView::paintEvent(QPaintEvent* event) {
-  QTableView::paintEvent(event);
-  if (record_) drawGrid();
-}
-
-void ListView::drawGrid() const {
-  QPainter painter(viewport());
-  QColor line = palette().color(QPalette::Text);
-  line.setAlphaF(0.18F);
-  const ListLook& look = record_->Columns();
-  const QRect area = viewport()->rect();
-  if (look.gridHorizontal == kThinSolid) {
-    const int last = rowAt(area.bottom());
-    const int end = last < 0 ? model_.rowCount() - 1 : last;
-    for (int row = std::max(rowAt(0), 0); row <= end; ++row)
-      painter.fillRect(area.left(), rowViewportPosition(row) + rowHeight(row) - 1, area.width(), 1, line);
-  }
-  if (look.gridVertical != kThickSolid) return;
-  for (int column = 0; column < look.columns; ++column) {
-    const int right = columnViewportPosition(column) + columnWidth(column);
-    if (!isColumnHidden(column) && right < area.right())
-      painter.fillRect(right - 2, area.top(), 2, area.height(), line);
-  }
-}
-
 void ListView::contextMenuEvent(QContextMenuEvent* event) {
   const bool byKey = event->reason() != QContextMenuEvent::Mouse;
   if (byKey && currentIndex().isValid()) scrollTo(currentIndex());
@@ -287,17 +152,6 @@ void ListView::contextMenuEvent(QContextMenuEvent* event) {
   add(tr("Copy"), selectionModel()->hasSelection(), [this] { copySelection(); });
   add(tr("Select All"), severalSelectable() && model_.rowCount() > 0, [this] { selectAll(); });
   menu->popup(viewport()->mapToGlobal(at));
-}
-
-// A cell that is cut shows its whole text.
-bool ListView::viewportEvent(QEvent* event) {
-  if (event->type() != QEvent::ToolTip) return QTableView::viewportEvent(event);
-  const auto* help = static_cast<QHelpEvent*>(event);
-  const QModelIndex cell = indexAt(help->pos());
-  const QString text = cell.data().toString();
-  const bool isCut = fontMetrics().horizontalAdvance(text) + kRowMargin > visualRect(cell).width();
-  QToolTip::showText(help->globalPos(), isCut && !text.isEmpty() ? plainToolTip(text) : QString(), this);
-  return true;
 }
 
 ControlView listboxView(Listbox& record, QWidget& content) {

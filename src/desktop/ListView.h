@@ -1,4 +1,4 @@
-// A Listbox on the screen: its columns, grid lines and selection, drawn from its rows.
+// A Listbox on the screen, drawn from its rows.
 #pragma once
 
 #include <QTableView>
@@ -10,13 +10,15 @@ class ListView : public QTableView {
  public:
   ListView(Listbox& record, QWidget& content);
 
-  // Brings rows and selection in line with the record; reports nothing.
+  // Brings rows and selection in line with the record, and reports nothing to it.
   void catchUp();
+  // From now on all cells are empty, and the record is not used.
   void forget();
-  // The selected rows, a line each, their cells with a tab between them.
+  // One line for each selected row, with a tab between its cells.
   void copySelection() const;
-  // What a click in this list does beyond selecting, as a menu calls it, "" for nothing; and does it.
+  // The menu's name for what a click does beyond selecting, "" if it does no more.
   QString clickOpens() const { return QString::fromStdString(record_ ? record_->Columns().clickOpens : ""); }
+  // Acts as a click on cell.
   void press(const QModelIndex& cell);
   bool severalSelectable() const { return selectionMode() == ExtendedSelection; }
 
@@ -35,13 +37,13 @@ class ListView : public QTableView {
 
  private:
   void setUp();
-  void takeRowHeight();
+  void updateRowHeight();
   int columnNeeds(int column, int own) const;
   void layOutColumns();
   void showSelection();
   void drawGrid() const;
   bool selectCurrent();
-  // Acts if a click in this list does anything beyond selecting; false if not.
+  // False if a click in this list does nothing beyond selecting.
   bool clickCell(const QModelIndex& cell, QPoint at);
 
   Listbox* record_;

@@ -1,4 +1,4 @@
-// The dialogs that stand. Each is run by a handler, which waits for its answer while all windows stay alive:
+// The dialogs on the screen. A handler that runs one waits for its answer, and meanwhile all windows work:
 // the program can be quit, a window closed, a command stopped.
 #pragma once
 
@@ -12,23 +12,23 @@ class QWidget;
 
 class OpenDialogs {
  public:
-  // Shows dialog and returns its result once it was answered, or 0 once it was dismissed, or where its
-  // handler has ended already. One that comes unasked doesn't take the keys from a user who types.
+  // Shows dialog and returns its result after it is answered, 0 after it is dismissed, or 0 at once if its
+  // handler has ended already. While no command runs, a dialog leaves the focus in a text field.
   int run(QDialog& dialog);
-  // Shows a dialog that nobody waits for, and which goes when it is answered.
+  // Shows a dialog that no handler waits for; it is destroyed after it is answered.
   void show(std::unique_ptr<QDialog> dialog);
-  // Dismisses all; or those whose handler was ended.
+  // Dismisses all; or those whose handler has ended.
   void dismissAll();
   void dismissEnded();
-  // The view is about to go: its dialogs belong to another from now on, nullptr for none.
-  void handOver(const QWidget& view, QWidget* heir);
+  // Gives the dialogs of a view that is about to be destroyed to another, nullptr for none.
+  void handOver(const QWidget& view, QWidget* successor);
 
  private:
-  struct Standing {
+  struct OpenDialog {
     QPointer<QDialog> dialog;
     std::size_t depth;  // of the handler that waits for it, 0 for none
     bool dismissed = false;
   };
-  static void dismiss(Standing& each);
-  std::vector<Standing> standing_;
+  static void dismiss(OpenDialog& each);
+  std::vector<OpenDialog> open_;
 };

@@ -27,9 +27,9 @@
 namespace {
 
 constexpr std::chrono::milliseconds kFrame{16};
-constexpr int kLongestLook = 10;  // milliseconds for what has come in, in one look
+constexpr int kLongestDelivery = 10;  // milliseconds
 
-// A clock that costs a few nanoseconds; a step of it may be 4 ms.
+// Takes a few nanoseconds, but advances in steps of up to 4 ms.
 std::chrono::milliseconds cheapNow() {
 #ifdef CLOCK_MONOTONIC_COARSE
   timespec now{};
@@ -46,7 +46,8 @@ bool isQuitting() {
   return app && app->IsQuitting();
 }
 
-// It stays ready while an event that came meanwhile waits for something else.
+// A handler that runs during this wait may wait itself, and a descriptor that stays ready must not keep
+// waking it.
 void wakeOnce(QSocketNotifier& notifier) {
   QObject::connect(&notifier, &QSocketNotifier::activated, &notifier,
                    [&notifier] { notifier.setEnabled(false); });
@@ -65,7 +66,7 @@ bool isWebAddress(const QUrl& url) {
 }  // namespace
 
 QtPlatform::QtPlatform() {
-  speakViews();
+  installSpokenViews();
   QObject::connect(qApp, &QApplication::focusChanged, &guard_,
                    [this](QWidget*, QWidget* now) { noteFocus(now); });
 }
@@ -90,7 +91,7 @@ void QtPlatform::WindowShown(Window& window) {
   if (isNew && !running_.isEmpty()) view->showRunning(running_);
 }
 
-// The view may be at work on the very click that closes it, so it goes later.
+// The view may be handling the very click that closes it, so it is deleted later.
 void QtPlatform::WindowClosed(Window& window) {
   if (const auto at = views_.find(&window); at != views_.end()) {
     WindowView* view = at->second;
@@ -136,10 +137,8 @@ void QtPlatform::quit() {
 void QtPlatform::quitIfAsked() {
   if (!isQuitting()) return;
   dialogs_.dismissAll();
-  leaveLoop();
+  if (leaveLoop) leaveLoop();
 }
-
-void QtPlatform::leaveLoop() { QCoreApplication::exit(0); }
 
 void QtPlatform::CommandRunning(const std::string& what) {
   running_ = shownText(what);
@@ -154,14 +153,14 @@ void QtPlatform::CommandEnded(const std::string& outcome) {
   if (WindowView* view = viewInFront()) view->announceEnded(shownText(outcome));
 }
 
-// Where several windows show the same, this one announces it.
+// All windows show a command's state; only this one announces it.
 WindowView* QtPlatform::viewInFront() const {
   const Window* active = Application::Current().ActiveWindow();
   return active ? viewOf(*active) : nullptr;
 }
 
 void QtPlatform::ProcessEvents(int milliseconds, const Awaited& awaited) {
-  if (milliseconds <= 0) return QCoreApplication::processEvents(QEventLoop::AllEvents, kLongestLook);
+  if (milliseconds <= 0) return QCoreApplication::processEvents(QEventLoop::AllEvents, kLongestDelivery);
   std::optional<QSocketNotifier> reading, writing;
   if (awaited.reading) wakeOnce(reading.emplace(awaited.descriptor, QSocketNotifier::Read));
   if (awaited.writing) wakeOnce(writing.emplace(awaited.descriptor, QSocketNotifier::Write));
@@ -173,9 +172,9 @@ void QtPlatform::ProcessEvents(int milliseconds, const Awaited& awaited) {
 }
 
 void QtPlatform::Yield() {
-  if (cheapNow() - lastLook_ < kFrame) return;
+  if (cheapNow() - lastYield_ < kFrame) return;
   ProcessEvents(-1, {});
-  lastLook_ = cheapNow();
+  lastYield_ = cheapNow();
 }
 
 QWidget* QtPlatform::parentForDialog() const { return viewInFront(); }
@@ -198,30 +197,26 @@ std::optional<std::string> QtPlatform::AskSavePath(const std::string& filter, co
   QString path;
   do {
     if (run(*dialog) != QDialog::Accepted || dialog->selectedFiles().isEmpty()) return std::nullopt;
-    path = withEnding(dialog->selectedFiles().constFirst(), name);
+    path = withExtension(dialog->selectedFiles().constFirst(), name);
   } while (QFileInfo::exists(path) && run(*makeReplaceQuestion(path, parentForDialog())) != QMessageBox::Yes);
   saveFolder_ = QFileInfo(path).absolutePath();
   return QFile::encodeName(path).toStdString();
 }
 
-void QtPlatform::openOrSay(const QUrl& url, const QString& words, const std::string& what) {
-  const auto make = [this, words, what] { return makeCannotOpen(words, what, parentForDialog()); };
-  const auto sayLater = [this, make] { dialogs_.show(make()); };
-  if (url.isEmpty() || !open(url, sayLater)) run(*make());
+void QtPlatform::openOrReport(const QUrl& url, const QString& message, const std::string& what) {
+  const auto make = [this, message, what] { return makeCannotOpen(message, what, parentForDialog()); };
+  const auto reportLater = [this, make] { dialogs_.show(make()); };
+  if (url.isEmpty() || !openBySystem(url, reportLater)) run(*make());
 }
 
 void QtPlatform::ShowURL(const std::string& address) {
   const QUrl url(QString::fromStdString(address), QUrl::TolerantMode);
-  openOrSay(isWebAddress(url) ? url : QUrl(), QObject::tr("No program could open this address:"), address);
+  openOrReport(isWebAddress(url) ? url : QUrl(), QObject::tr("No program could open this address:"), address);
 }
 
 void QtPlatform::Launch(const std::string& path) {
-  openOrSay(QUrl::fromLocalFile(QFile::decodeName(path.c_str())),
-            QObject::tr("No program could open this file:"), path);
-}
-
-bool QtPlatform::open(const QUrl& url, const std::function<void()>& failed) {
-  return openBySystem(url, failed);
+  openOrReport(QUrl::fromLocalFile(QFile::decodeName(path.c_str())),
+               QObject::tr("No program could open this file:"), path);
 }
 
 std::string QtPlatform::PreferencesFolder() { return preferencesFolder(); }

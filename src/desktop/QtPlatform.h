@@ -1,4 +1,4 @@
-// The desktop as a host: draws the windows, shows real dialogs, lets Qt's events run.
+// The desktop as a host: draws the windows, shows real dialogs, delivers Qt's events.
 #pragma once
 
 #include <QObject>
@@ -18,17 +18,18 @@ class WindowView;
 
 class QtPlatform : public Platform {
  public:
-  // A QApplication must stand, and the application that is served must be gone, or its views
-  // dropped, before this is.
+  // Requires: a QApplication; the application ends, or dropViews() is called, before the platform goes.
   QtPlatform();
   ~QtPlatform() override;
 
-  // nullptr for a window that was not shown yet.
+  // nullptr for a window that has not been shown.
   WindowView* viewOf(const Window& window) const;
   // Ends the program as the user's Quit does.
   void quit();
   // Takes all windows from the screen; the records stay as they are.
   void dropViews();
+  // Called, perhaps several times, when the program is to leave its event loop.
+  std::function<void()> leaveLoop;
 
   void MessageBox(const std::string& text, const std::string& cause) override;
   std::optional<std::string> AskSavePath(const std::string& filter, const std::string& name) override;
@@ -45,28 +46,22 @@ class QtPlatform : public Platform {
   void CommandRunning(const std::string& what) override;
   void CommandEnded(const std::string& outcome) override;
 
- protected:
-  // Hands url to the system; false if nothing there takes it. failed is called where that shows later.
-  virtual bool open(const QUrl& url, const std::function<void()>& failed);
-  // Ends the loop of events that the program runs in.
-  virtual void leaveLoop();
-
  private:
   void choose(const std::string& item);
   void noteFocus(QWidget* now);
   void quitIfAsked();
   WindowView* viewInFront() const;
-  // Runs dialog to its end and gives its result; 0 at once while the program quits.
+  // Shows dialog until it is answered and returns its result; 0 at once if the program is quitting.
   int run(QDialog& dialog);
   QWidget* parentForDialog() const;
-  // Opens url, or says in these words that nothing could open what.
-  void openOrSay(const QUrl& url, const QString& words, const std::string& what);
+  // Opens url, or shows in message that `what` could not be opened.
+  void openOrReport(const QUrl& url, const QString& message, const std::string& what);
 
   QObject guard_;  // of the connections
   std::map<const Window*, WindowView*> views_;
   OpenDialogs dialogs_;
-  QPointer<QWidget> focus_;  // of the last control that had it, also while a menu is open
+  QPointer<QWidget> focus_;  // the last control's that had the focus, which a menu takes while it is open
   QString running_;
   QString saveFolder_;  // the last one used; "" before the first
-  std::chrono::milliseconds lastLook_{0};
+  std::chrono::milliseconds lastYield_{0};
 };

@@ -67,7 +67,7 @@ QString SpokenCell::localizedActionDescription(const QString& name) const {
                                         : QAccessibleActionInterface::localizedActionDescription(name);
 }
 
-// A click may open a dialog, so it comes after the screen reader has had its answer.
+// A click may open a dialog, so it is queued until the screen reader has its answer.
 void SpokenCell::doAction(const QString& name) {
   if (!isValid() || isHeading()) return;
   if (name == toggleAction()) return SpokenList::select(*list_, row_, !isSelected());

@@ -1,4 +1,4 @@
-// One cell of a list, or the heading of a column, as a screen reader knows it.
+// One cell of a list, or the heading of a column, as a screen reader sees it.
 #pragma once
 
 #include <QAccessible>
@@ -10,7 +10,7 @@ class SpokenCell : public QAccessibleInterface,
                    public QAccessibleTableCellInterface,
                    public QAccessibleActionInterface {
  public:
-  // Row -1 is that of the headings.
+  // Row -1 is the row of headings.
   SpokenCell(ListView& list, int row, int column) : list_(&list), row_(row), column_(column) {}
 
   void* interface_cast(QAccessible::InterfaceType type) override;
@@ -37,7 +37,7 @@ class SpokenCell : public QAccessibleInterface,
   int rowExtent() const override { return 1; }
   QAccessibleInterface* table() const override;
 
-  // Press does what a click does, where a click does more than to select; Toggle selects the row or not.
+  // Press acts as a click does, if a click does more than select; Toggle selects the row or deselects it.
   QStringList actionNames() const override;
   QString localizedActionDescription(const QString& name) const override;
   void doAction(const QString& name) override;

@@ -7,14 +7,14 @@ SpokenList::SpokenList(ListView& list) : QAccessibleWidget(&list, QAccessible::T
 
 SpokenList::~SpokenList() { dropCells(); }
 
-void SpokenList::say(ListView& list, QAccessible::Event event, const QModelIndex& cell) {
+void SpokenList::report(ListView& list, QAccessible::Event event, const QModelIndex& cell) {
   const bool hasHappened = event != QAccessible::Focus || list.hasFocus();
   if (!QAccessible::isActive() || !hasHappened || !cell.isValid()) return;
   const auto* spoken = dynamic_cast<SpokenList*>(QAccessible::queryAccessibleInterface(&list));
   if (!spoken || cell.row() >= spoken->rowCount() || cell.column() >= spoken->columnCount()) return;
-  QAccessibleEvent said(&list, event);
-  said.setChild(spoken->indexOf(cell.row(), cell.column()));
-  QAccessible::updateAccessibility(&said);
+  QAccessibleEvent reported(&list, event);
+  reported.setChild(spoken->indexOf(cell.row(), cell.column()));
+  QAccessible::updateAccessibility(&reported);
 }
 
 void SpokenList::select(ListView& list, int row, bool selected) {
@@ -40,7 +40,7 @@ QAccessible::State SpokenList::state() const {
   return state;
 }
 
-// Columns out of sight are the last ones.
+// Only the last columns are ever hidden.
 int SpokenList::columnCount() const {
   int seen = 0;
   while (seen < list_.model()->columnCount() && !list_.isColumnHidden(seen)) ++seen;
@@ -59,7 +59,7 @@ int SpokenList::indexOfChild(const QAccessibleInterface* child) const {
 QAccessibleInterface* SpokenList::child(int index) const {
   if (index < 0 || index >= childCount()) return nullptr;
   const int row = index / columnCount() - 1, column = index % columnCount();
-  const int place = (row + 1) * list_.model()->columnCount() + column;  // also while a column is out of sight
+  const int place = (row + 1) * list_.model()->columnCount() + column;  // stays while columns hide and show
   if (const auto known = cells_.constFind(place); known != cells_.cend())
     return QAccessible::accessibleInterface(*known);
   auto* cell = new SpokenCell(list_, row, column);
@@ -116,7 +116,8 @@ bool SpokenList::unselectRow(int row) {
   return true;
 }
 
-// A cell reads its text when it is asked, and rows are added after the last.
+// Cells read their texts when asked, and rows are only added at the end, so neither change makes a cell
+// wrong.
 void SpokenList::modelChange(QAccessibleTableModelChangeEvent* event) {
   using Event = QAccessibleTableModelChangeEvent;
   const bool keeps =

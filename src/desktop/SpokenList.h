@@ -1,5 +1,5 @@
-// A list as a screen reader knows it: a table of the columns that are seen, with a row of headings that are
-// not, and no numbers of rows. A cell is made when somebody asks for it.
+// A list as a screen reader sees it: a table of the visible columns, with a row of headings that the screen
+// doesn't show, and no row numbers. A cell is made when it is first asked for.
 #pragma once
 
 #include <QAccessibleWidget>
@@ -12,9 +12,9 @@ class SpokenList : public QAccessibleWidget, public QAccessibleTableInterface {
   explicit SpokenList(ListView& list);
   ~SpokenList() override;
 
-  // Reports what happened at cell, as Qt's own table would, but by the cell's place among these children.
-  static void say(ListView& list, QAccessible::Event event, const QModelIndex& cell);
-  // Selects row, beside others where the list takes that, or no more.
+  // Reports event at cell, as Qt's own table would, but with the cell's index among these children.
+  static void report(ListView& list, QAccessible::Event event, const QModelIndex& cell);
+  // Selects row, in addition to others if the list allows that, or deselects it.
   static void select(ListView& list, int row, bool selected);
 
   void* interface_cast(QAccessible::InterfaceType type) override;
@@ -47,10 +47,10 @@ class SpokenList : public QAccessibleWidget, public QAccessibleTableInterface {
   void modelChange(QAccessibleTableModelChangeEvent* event) override;
 
  private:
-  // Where the cell stands among the children. The headings stand first, as row -1.
+  // Of the cell among the children, of which the headings, row -1, are the first.
   int indexOf(int row, int column) const { return (row + 1) * columnCount() + column; }
   void dropCells();
 
   ListView& list_;
-  mutable QHash<int, QAccessible::Id> cells_;  // by their index as children
+  mutable QHash<int, QAccessible::Id> cells_;  // by index as children, hidden columns counted
 };

@@ -10,7 +10,7 @@
 #include "runtime/Control.h"
 
 namespace {
-constexpr int kReading = 2000;  // milliseconds
+constexpr int kWithdrawalDelay = 2000;  // milliseconds
 }
 
 StatusLine::StatusLine(QWidget& window, const std::function<void()>& stop)
@@ -19,18 +19,18 @@ StatusLine::StatusLine(QWidget& window, const std::function<void()>& stop)
       ended_(new Announcement(window)),
       stop_(new QPushButton(QObject::tr("Stop"), &window)) {
   label_->setTextFormat(Qt::PlainText);
-  label_->setAutoFillBackground(true);  // in a window made small it stands over controls
+  label_->setAutoFillBackground(true);  // in a small window it covers controls
   label_->hide();
   stop_->setObjectName(QStringLiteral("stop"));
   stop_->setFocusPolicy(Qt::TabFocus);
   stop_->setAutoDefault(false);
   stop_->hide();
   QObject::connect(stop_, &QPushButton::clicked, stop_, stop);
-  over_.setSingleShot(true);
-  QObject::connect(&over_, &QTimer::timeout, running_, [this] { running_->takeBack(); });
+  withdrawal_.setSingleShot(true);
+  QObject::connect(&withdrawal_, &QTimer::timeout, running_, [this] { running_->withdraw(); });
 }
 
-void StatusLine::takeLetters() {
+void StatusLine::updateFont() {
   constexpr int kSize = 11;  // points
   for (QWidget* part : {static_cast<QWidget*>(label_), static_cast<QWidget*>(stop_)})
     takeFont(*part, fontOf({.fontSize = kSize}));
@@ -61,6 +61,6 @@ void StatusLine::show(const QString& text, bool running) {
   label_->raise();
   stop_->setVisible(running);
   stop_->raise();
-  if (running) ended_->takeBack();
-  running ? over_.stop() : over_.start(kReading);
+  if (running) ended_->withdraw();
+  running ? withdrawal_.stop() : withdrawal_.start(kWithdrawalDelay);
 }

@@ -1,4 +1,4 @@
-// The line at the foot of a window: which command runs, with a button that stops it, and how the last one
+// The line at the foot of a window: which command runs, with a button that stops it, or how the last one
 // ended.
 #pragma once
 
@@ -17,13 +17,13 @@ class StatusLine {
   // Its widgets belong to window. stop is called when the user presses the button.
   StatusLine(QWidget& window, const std::function<void()>& stop);
 
-  void takeLetters();  // of the desktop's size
+  void updateFont();  // from the desktop's
   void place(const QRect& line);
-  // "" shows nothing. Cut in its middle where it is too long.
+  // "" shows nothing. Text that is too long is elided in the middle.
   void show(const QString& text, bool running);
-  // Has a screen reader say what runs, and how it ended, once.
-  void announceRunning(const QString& what) { running_->say(what); }
-  void announceEnded(const QString& outcome) { ended_->say(outcome); }
+  // A screen reader announces, once, which command runs or how it ended.
+  void announceRunning(const QString& what) { running_->announce(what); }
+  void announceEnded(const QString& outcome) { ended_->announce(outcome); }
 
  private:
   void fit();
@@ -33,5 +33,5 @@ class StatusLine {
   Announcement* ended_;
   QPushButton* stop_;
   QString text_;
-  QTimer over_;  // after a command's end, until nobody comes any more to read that it runs
+  QTimer withdrawal_;  // of the announcement that a command runs, some time after its end
 };

@@ -1,17 +1,13 @@
 #include "desktop/WindowView.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenuBar>
 #include <QScrollArea>
 #include <algorithm>
 #include <utility>
 
-#include "desktop/Content.h"
-#include "desktop/Group.h"
 #include "desktop/dropped_text.h"
 #include "desktop/scale.h"
 #include "desktop/shown_text.h"
@@ -44,11 +40,10 @@ WindowView::WindowView(Window& record, const ChooseItem& choose)
   connect(&frame_, &QTimer::timeout, this, [this] { flush(); });
 }
 
-// While the screen makes room for the window, its controls are made; they are drawn with it at once.
+// The controls are made while the window system places the window, and are drawn with it at once.
 void WindowView::fill() {
   addControls();
   record_->OnChange = [this](Control& control) { markDirty(control); };
-  layOut();
   setUpFocus();
   flush();
   content_->show();
@@ -73,36 +68,34 @@ void WindowView::setUpMenu(const ChooseItem& choose) {
   fillMenuBar(*bar_, *menus, choose);
 }
 
-// Raised in the order of reading, they are read in it.
+// A screen reader reads the controls of a group in the order in which they are raised.
 void WindowView::addControls() {
-  const auto groups = makeGroups(*record_, *content_);
-  for (Control* control : record_->Controls()) {
-    const auto group = groups.find(control);
-    addControl(*control, group == groups.end() ? *content_ : *group->second);
-  }
+  std::unordered_map<const Control*, QWidget*> parents;
   for (const ControlGroup& gathered : record_->Groups()) {
-    groups.at(gathered.controls.front())->setHeading(widgetOf(*gathered.controls.front()));
-    for (const Control* control : gathered.controls) widgetOf(*control)->raise();
+    groups_.push_back(new Group(*content_));
+    for (const Control* control : gathered.controls) parents[control] = groups_.back();
+  }
+  for (Control* control : record_->Controls()) {
+    const auto parent = parents.find(control);
+    addControl(*control, parent == parents.end() ? *content_ : *parent->second);
+  }
+  for (std::size_t i = 0; i < groups_.size(); ++i) {
+    const std::vector<const Control*>& gathered = record_->Groups()[i].controls;
+    groups_[i]->setHeading(widgetOf(*gathered.front()));
+    for (const Control* control : gathered) widgetOf(*control)->raise();
   }
 }
 
-// What the person did to a widget may not be what its record made of it.
+// The record may not accept what the user does to the widget, so the widget is updated after every change.
 void WindowView::addControl(Control& control, QWidget& parent) {
-  Entry entry{&control, makeControlView(control, parent), true};
-  const auto recheck = [this, &control] {
+  const auto changed = [this, &control] {
     if (record_) markDirty(control);
   };
-  if (auto* button = dynamic_cast<QAbstractButton*>(entry.view.widget)) {
-    connect(button, &QAbstractButton::clicked, this, recheck);
-    connect(button, &QAbstractButton::toggled, this, recheck);
-  }
-  if (auto* field = dynamic_cast<QLineEdit*>(entry.view.widget))
-    connect(field, &QLineEdit::textChanged, this, recheck);
   places_[&control] = entries_.size();
-  entries_.push_back(std::move(entry));
+  entries_.push_back({&control, makeControlView(control, parent, changed), true});
 }
 
-// The first field that makes something of what arrives takes what is dropped anywhere on the window.
+// A drop anywhere on the window goes to the first field that handles arriving text.
 TextField* WindowView::fieldForDrops() const {
   for (const Entry& entry : entries_) {
     auto* field = dynamic_cast<TextField*>(entry.record);
@@ -153,7 +146,7 @@ void WindowView::showEnded(const QString& outcome) {
   if (hasCommands) status_.show(outcome, false);
 }
 
-// Where a command starts, its state is shown. False for a window of which none does.
+// False if no button of this window starts a command: such a window doesn't show their state.
 bool WindowView::setBusy(bool busy) {
   bool hasCommands = false;
   for (Entry& entry : entries_) {
@@ -167,7 +160,7 @@ bool WindowView::setBusy(bool busy) {
 void WindowView::forget() {
   if (!std::exchange(record_, nullptr)) return;
   frame_.stop();
-  static_cast<Content*>(content_)->forget();
+  content_->forget();
   for (Entry& entry : entries_) {
     entry.record->Owner().OnChange = nullptr;
     if (entry.view.widget) entry.view.widget->blockSignals(true);
@@ -188,6 +181,7 @@ void WindowView::markAllDirty() {
 void WindowView::flush() {
   if (!record_) return;
   frame_.stop();
+  for (Group* group : groups_) group->setGeometry(content_->rect());
   bool names = false;
   for (Entry& entry : entries_) {
     if (!std::exchange(entry.dirty, false)) continue;
@@ -195,6 +189,7 @@ void WindowView::flush() {
     names |= entry.record->Kind() == ControlKind::Label;
   }
   if (names) nameAll();
+  for (Group* group : groups_) group->setMask(group->childrenRegion());
 }
 
 void WindowView::apply(Entry& entry) {
@@ -215,7 +210,7 @@ void WindowView::nameAll() {
   }
 }
 
-// A label with a buddy takes "&" for the mark of an access key, so one that holds it has none.
+// A label with a buddy reads "&" as the mark of an access key, so a label that contains one gets no buddy.
 void WindowView::joinToLabel(const Entry& entry) {
   const Label* record = labelOf(*entry.record);
   auto* label = record ? dynamic_cast<QLabel*>(widgetOf(*record)) : nullptr;
@@ -243,7 +238,7 @@ void WindowView::changeEvent(QEvent* event) {
   const bool looks = event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange ||
                      event->type() == QEvent::FontChange || event->type() == QEvent::LayoutDirectionChange;
   if (!looks) return;
-  drawnAt_ == scale() ? status_.takeLetters() : takeSize();
+  drawnScale_ == scale() ? status_.updateFont() : takeSize();
   layOut();
   markAllDirty();
 }

@@ -1,5 +1,5 @@
-// Draws one window from its record, whichever it is, and reports to it what the person does.
-// Changes of the record reach the widgets once per frame.
+// Draws any window from its record, and reports to the record what the user does. Changes of the record reach
+// the widgets once per frame.
 #pragma once
 
 #include <QTimer>
@@ -8,6 +8,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "desktop/Content.h"
+#include "desktop/Group.h"
 #include "desktop/StatusLine.h"
 #include "desktop/control_views.h"
 #include "desktop/menu_actions.h"
@@ -18,26 +20,26 @@ class QScrollArea;
 
 class WindowView : public QWidget {
  public:
-  // The record must outlive the view or be forgotten by it first. choose is told the items that
-  // the person picks from the menu or by a shortcut.
+  // choose receives each item that the user picks from the menu or by its shortcut.
+  // Requires: the record outlives the view, or forget() is called before the record goes.
   WindowView(Window& record, const ChooseItem& choose);
   ~WindowView() override;
 
   void bringForward();
   void focus(const Control& control);
-  // Has a screen reader say what runs, and how it ended, once.
+  // A screen reader announces, once, which command runs or how it ended.
   void announceRunning(const QString& what) { status_.announceRunning(what); }
   void announceEnded(const QString& outcome) { status_.announceEnded(outcome); }
-  // Shows that a command runs; and how it ended, which stays until the next one, "" for nothing.
+  // Shows which command runs; or how it ended, until the next one starts, "" for nothing.
   void showRunning(const QString& what);
   void showEnded(const QString& outcome);
-  // The record is about to go. The view shows and reports nothing any more.
+  // From now on the view shows and reports nothing, and doesn't use the record.
   void forget();
   // Brings the widgets in line with the record at once.
   void flush();
 
   bool isDialog() const { return record_ && record_->Frame().dialog; }
-  // nullptr for what is no control of this window.
+  // nullptr if widget is no control of this window.
   Control* controlOf(const QWidget* widget) const;
   QWidget* widgetOf(const Control& control) const;
   // The part below the menu bar, whose size is the record's.
@@ -61,7 +63,7 @@ class WindowView : public QWidget {
   void setUpFrame();
   void takeSize();
   void scroll();
-  QSize barsFor(const QSize& whole, const QSize& room) const;
+  QSize scrollBarsFor(const QSize& whole, const QSize& available) const;
   int menuHeight(int width) const;
   void fill();
   void setUpMenu(const ChooseItem& choose);
@@ -85,12 +87,13 @@ class WindowView : public QWidget {
 
   Window* record_;
   QMenuBar* bar_ = nullptr;
-  QWidget* content_;
-  QScrollArea* scroller_ = nullptr;  // of the content where the screen is too small for it
+  Content* content_;
+  QScrollArea* scroller_ = nullptr;  // of the content, if the screen is too small for it
   StatusLine status_;
+  std::vector<Group*> groups_;
   std::vector<Entry> entries_;
-  std::unordered_map<const Control*, std::size_t> places_;
-  QTimer frame_;          // goes before what its slots use, and takes their connections with it
+  std::unordered_map<const Control*, std::size_t> places_;  // in entries_
+  QTimer frame_;          // declared after what its slots use: destroyed first, and its connections with it
   bool settled_ = false;  // the first layout is over
-  double drawnAt_ = 0;    // the scale
+  double drawnScale_ = 0;
 };

@@ -1,4 +1,4 @@
-// What the keyboard does in a window: the order of the focus, the button that Return presses, Escape, menus.
+// The keyboard in a window: tab order, the button that Return presses, Escape, menus.
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -32,7 +32,7 @@ std::vector<WindowView::Entry*> WindowView::inTabOrder() {
   return order;
 }
 
-// A window opens with the focus in its first text field, or where there is none on its first control.
+// A window opens with the focus in its first text field, or on its first control if it has no field.
 void WindowView::setUpFocus() {
   const std::vector<Entry*> order = inTabOrder();
   for (std::size_t i = 1; i < order.size(); ++i)
@@ -44,8 +44,8 @@ void WindowView::setUpFocus() {
   connect(qApp, &QApplication::focusChanged, &frame_, [this] { showDefaultButton(); });
 }
 
-// Of the buttons that Return may press: that with the focus, that which follows the focused text
-// field in the tab order, else the first.
+// Of the buttons that Return may press: the one with the focus; else the one that follows the focused text
+// field in the tab order; else the first.
 WindowView::Entry* WindowView::defaultButton() {
   const std::vector<Entry*> order = inTabOrder();
   const auto isDefault = [](const Entry* e) { return e->record->LookOf().defaultButton; };
@@ -68,14 +68,14 @@ void WindowView::showDefaultButton() {
   }
 }
 
-// Ended, a command leaves at its next wait or yield. False if none runs.
+// The command ends at its next wait or yield. False if none runs.
 bool WindowView::stopCommand() {
   if (!record_ || !record_->Owner().IsCommandRunning()) return false;
   record_->Owner().StopCommand();
   return true;
 }
 
-// F10 opens the menu bar, and with Shift the menu of what has the focus.
+// F10 opens the menu bar; Shift+F10 opens the context menu of the focused widget.
 bool WindowView::openMenu(const QKeyEvent& event) {
   if (event.key() != Qt::Key_F10) return false;
   QWidget* const focused = focusWidget();
@@ -92,7 +92,7 @@ bool WindowView::openMenu(const QKeyEvent& event) {
   return true;
 }
 
-// One that was shown without the focus is out of the keyboard's reach.
+// For dialogs that were shown without the focus, and so receive no keys.
 bool WindowView::dismissDialog() {
   const QList<QDialog*> dialogs = findChildren<QDialog*>(Qt::FindDirectChildrenOnly);
   const auto last =
@@ -102,8 +102,8 @@ bool WindowView::dismissDialog() {
   return true;
 }
 
-// Escape stops the command that runs or dismisses a dialog; else it closes a window that stands beside the
-// program's own. So does the usual key for closing.
+// Escape stops the running command or dismisses a dialog; else it closes any window but the main form, as the
+// desktop's usual key for closing does.
 void WindowView::keyPressEvent(QKeyEvent* event) {
   const bool escapes = event->matches(QKeySequence::Cancel);
   if (openMenu(*event)) return event->accept();

@@ -1,4 +1,4 @@
-// The size of a window and of what stands in it, at the scale of the desktop's letters.
+// The size of a window and the places of its parts, at the scale of the desktop's font.
 
 #include <QApplication>
 #include <QMenuBar>
@@ -15,14 +15,14 @@ namespace {
 
 constexpr int kStatusHeight = 18;  // points
 
-// What the screen can show of a window inside of its frame.
-QSize roomOn(const QWidget& window) {
+// The largest size inside its frame that a window can have on its screen.
+QSize availableTo(const QWidget& window) {
   constexpr int kBorders = 8;
   const int title = window.style()->pixelMetric(QStyle::PM_TitleBarHeight);
   return window.screen()->availableGeometry().size() - QSize(kBorders, title + kBorders);
 }
 
-// Where the controls begin, and so the line of text below them.
+// The left edge of the labels, with which the status line is flush.
 int leftmostOf(const Window& record) {
   int left = record.Width();
   for (const Control* control : record.Controls()) {
@@ -56,28 +56,26 @@ void WindowView::scroll() {
   if (isFilled && focused) focused->setFocus();
 }
 
-// What scroll bars take where room is too small for something.
-QSize WindowView::barsFor(const QSize& whole, const QSize& room) const {
+// What scroll bars add to the size, if they are needed to show all of whole.
+QSize WindowView::scrollBarsFor(const QSize& whole, const QSize& available) const {
   const int bar = scroller_ ? scroller_->verticalScrollBar()->sizeHint().width() : 0;
-  return {whole.height() > room.height() ? bar : 0, whole.width() > room.width() ? bar : 0};
+  return {whole.height() > available.height() ? bar : 0, whole.width() > available.width() ? bar : 0};
 }
 
-// The size of the record at the scale of the letters. A window whose first size is too large for the screen
-// is scrolled.
+// The record's size, scaled. A window whose first size is too large for the screen gets scroll bars.
 void WindowView::takeSize() {
-  status_.takeLetters();
+  status_.updateFont();
   const WindowFrame& frame = record_->Frame();
-  const QSize room = roomOn(*this), menu(0, menuHeight(scaled(frame.width)));
+  const QSize available = availableTo(*this), menu(0, menuHeight(scaled(frame.width)));
   const auto sized = [&](int width, int height) { return QSize(scaled(width), scaled(height)) + menu; };
   const QSize least = sized(frame.width, frame.height), whole = sized(record_->Width(), record_->Height());
-  if (least.height() > room.height() || least.width() > room.width()) scroll();
-  const QSize shown = (whole + barsFor(least, room)).boundedTo(room);
-  setMinimumSize(sized(frame.minWidth, frame.minHeight).boundedTo(room));
+  if (least != least.boundedTo(available)) scroll();
+  const QSize shown = (whole + scrollBarsFor(least, available)).boundedTo(available);
+  setMinimumSize(sized(frame.minWidth, frame.minHeight).boundedTo(available));
   setMaximumSize(sized(frame.maxWidth, frame.maxHeight));
   if (!frame.resizable) setFixedSize(shown);
   if (frame.resizable && !isMaximized() && !isFullScreen()) resize(shown);
-  drawnAt_ = scale();
-  layOut();
+  drawnScale_ = scale();
 }
 
 void WindowView::layOut() {
@@ -89,13 +87,13 @@ void WindowView::layOut() {
     if (startsCommands(*record_)) ground.setHeight(ground.height() - high);  // the status stays in sight
     scroller_->setGeometry(ground);
     const QSize least(scaled(record_->Frame().width), scaled(record_->Frame().height));
-    content_->resize(least.expandedTo(ground.size() - barsFor(least, ground.size())));
+    content_->resize(least.expandedTo(ground.size() - scrollBarsFor(least, ground.size())));
   } else {
     content_->setGeometry(ground);
   }
   const int margin = leftmostOf(*record_);
   status_.place({margin, height() - high, width() - 2 * margin, high});
-  // Some text areas come into sight only now; mirrored places count from the right edge.
+  // A text area may come into sight by a new size; mirrored places are counted from the right edge.
   const bool isTurned = layoutDirection() == Qt::RightToLeft;
   for (const Entry& entry : entries_) {
     if (isTurned || entry.record->Kind() == ControlKind::TextArea) markDirty(*entry.record);

@@ -8,8 +8,8 @@
 
 namespace {
 
-// Where to draw the frame; nothing where the desktop has a style of its own. With the focus, the style's
-// frame shows it, in a colour that stands out.
+// The frame to draw; empty if the desktop has a style of its own, or if the style itself draws a frame in a
+// colour that stands out, as it does around a box with the focus.
 QRectF frameOf(const QAbstractButton& box, QStyle::SubElement mark) {
   if (box.style()->name() != u"fusion" || !box.isEnabled() || box.hasFocus()) return {};
   QStyleOptionButton option;

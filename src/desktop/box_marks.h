@@ -1,5 +1,5 @@
-// Boxes and radio buttons whose frames can be made out: those of Qt's own style stand out from the window by
-// a contrast of less than 2.
+// Check boxes and radio buttons with frames that can be seen: those of Qt's own style have a contrast of less
+// than 2 against the window.
 #pragma once
 
 #include <QCheckBox>

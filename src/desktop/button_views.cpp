@@ -1,4 +1,4 @@
-// Buttons, boxes and canvases: what a person clicks on.
+// Buttons, boxes and canvases: what a user clicks on.
 
 #include <QKeyEvent>
 #include <QLabel>
@@ -20,9 +20,9 @@
 
 namespace {
 
-constexpr int kButtonMargin = 10;  // what a style keeps free around a caption, on both sides together
+constexpr int kButtonMargin = 10;  // pixels to the left and right of a caption, together
 
-// taken is what the button's own marks and margins need of widest, in pixels.
+// In pixels: the button's own mark and margins take `taken`, and all of it may take at most `widest`.
 void showCaption(QAbstractButton& button, const Button& record, int taken, int widest) {
   const QString caption = shownText(record.Caption());
   const QFont font = fittingFont(
@@ -37,14 +37,15 @@ void showCaption(QAbstractButton& button, const Button& record, int taken, int w
   button.setAccessibleName(caption);
 }
 
-// The record toggles by itself; what the widget did first is undone or confirmed by the update
-// that follows every deed.
-void reportClicks(QAbstractButton& button, Button& record) {
+// The record toggles by itself; the update after `changed` shows its state, whatever the widget did first.
+void reportClicks(QAbstractButton& button, Button& record, const Changed& changed) {
   QObject::connect(&button, &QAbstractButton::clicked, &button, [&record] { record.PersonClicks(); });
+  QObject::connect(&button, &QAbstractButton::clicked, &button, changed);
+  QObject::connect(&button, &QAbstractButton::toggled, &button, changed);
 }
 
-// A screen reader may toggle a box without a click. What counts is whether the record disagrees once all that
-// comes with a click is over: then it was no click, and acts as one.
+// A screen reader may toggle a box without a click. The check is queued, so that a click's own handlers run
+// first: if the record disagrees even then, there was no click, and the toggle is reported as one.
 template <typename Box>
 void reportToggles(QAbstractButton& button, Box& record, bool (*disagrees)(bool shown, bool held)) {
   const auto check = [&button, &record, disagrees] {
@@ -57,28 +58,40 @@ int takenByIndicator(const QWidget& widget, QStyle::PixelMetric width, QStyle::P
   return widget.style()->pixelMetric(width) + widget.style()->pixelMetric(spacing);
 }
 
-// A canvas that takes clicks is a button with a picture on it.
-class CanvasButton : public QAbstractButton {
+// A picture, on a QLabel if it only shows, or on a button.
+template <typename Base>
+class CanvasView : public Base {
  public:
-  CanvasButton(Canvas& record, QWidget& content) : QAbstractButton(&content), record_(record) {
-    setFocusPolicy(Qt::TabFocus);
-    connect(this, &QAbstractButton::clicked, this,
-            [this] { record_.PersonClicks(); });  // by an accessible action
-  }
+  CanvasView(Canvas& record, QWidget& content) : Base(&content), record_(record) {}
   void showBackdrop() {
     file_ = record_.Backdrop();
-    update();
+    this->update();
   }
 
  protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
-    drawPicture(painter, rect(), file_);
-    if (!hasFocus()) return;
+    drawPicture(painter, this->rect(), file_);
+    if (!this->hasFocus()) return;
     QStyleOptionFocusRect focus;
     focus.initFrom(this);
-    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
+    this->style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
   }
+  Canvas& record_;
+
+ private:
+  std::string file_;
+};
+
+class CanvasButton : public CanvasView<QAbstractButton> {
+ public:
+  CanvasButton(Canvas& record, QWidget& content) : CanvasView(record, content) {
+    setFocusPolicy(Qt::TabFocus);
+    // Only an accessible action clicks it: the events below don't.
+    connect(this, &QAbstractButton::clicked, this, [this] { record_.PersonClicks(); });
+  }
+
+ protected:
   void mousePressEvent(QMouseEvent* event) override {
     if (event->button() == Qt::LeftButton)
       record_.PersonClicksAt(inPoints(event->pos().x()), inPoints(event->pos().y()));
@@ -89,47 +102,29 @@ class CanvasButton : public QAbstractButton {
         event->key() == Qt::Key_Space || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     presses ? static_cast<void>(record_.PersonClicks()) : QAbstractButton::keyPressEvent(event);
   }
-
- private:
-  Canvas& record_;
-  std::string file_;
 };
 
-// One that takes none is an image.
-class CanvasImage : public QLabel {
- public:
-  CanvasImage(Canvas& record, QWidget& content) : QLabel(&content), record_(record) {}
-  void showBackdrop() {
-    file_ = record_.Backdrop();
-    update();
-  }
-
- protected:
-  void paintEvent(QPaintEvent*) override {
-    QPainter painter(this);
-    drawPicture(painter, rect(), file_);
-  }
-
- private:
-  Canvas& record_;
-  std::string file_;
-};
+template <typename View>
+ControlView viewOfCanvas(Canvas& record, QWidget& content) {
+  auto* view = new View(record, content);
+  return {view, [view] { view->showBackdrop(); }};
+}
 
 }  // namespace
 
-ControlView pushButtonView(Button& record, QWidget& content) {
+ControlView pushButtonView(Button& record, QWidget& content, const Changed& changed) {
   auto* button = new BusyPushButton(&content);
   button->setAutoDefault(true);
-  reportClicks(*button, record);
-  ControlView view{
-      button, [button, &record] { showCaption(*button, record, kButtonMargin, button->width()); }, {}, {}};
+  reportClicks(*button, record, changed);
+  ControlView view{button,
+                   [button, &record] { showCaption(*button, record, kButtonMargin, button->width()); }};
   if (record.LookOf().startsCommand) view.busy = [button](bool busy) { button->setBusy(busy); };
   return view;
 }
 
-ControlView checkBoxView(CheckBox& record, QWidget& content) {
+ControlView checkBoxView(CheckBox& record, QWidget& content, const Changed& changed) {
   auto* box = new MarkedCheckBox(&content);
-  reportClicks(*box, record);
+  reportClicks(*box, record, changed);
   reportToggles(*box, record, [](bool shown, bool held) { return shown != held; });
   const auto update = [box, &record] {
     showCaption(*box, record,
@@ -138,14 +133,14 @@ ControlView checkBoxView(CheckBox& record, QWidget& content) {
     const QSignalBlocker quiet(box);
     box->setChecked(record.Value());
   };
-  return {box, update, {}, {}};
+  return {box, update};
 }
 
-// The widget's own group would not let the last checked button go off, which the record may do.
-ControlView radioButtonView(RadioButton& record, QWidget& content) {
+// The record may uncheck the only checked button, which the widget's own exclusive group forbids.
+ControlView radioButtonView(RadioButton& record, QWidget& content, const Changed& changed) {
   auto* button = new MarkedRadioButton(&content);
-  reportClicks(*button, record);
-  // One that goes off does so because another goes on.
+  reportClicks(*button, record, changed);
+  // A button is unchecked only because another is checked.
   reportToggles(*button, record, [](bool shown, bool held) { return shown && !held; });
   const auto update = [button, &record] {
     showCaption(
@@ -157,14 +152,10 @@ ControlView radioButtonView(RadioButton& record, QWidget& content) {
     button->setChecked(record.Value());
     button->setAutoExclusive(true);
   };
-  return {button, update, {}, {}};
+  return {button, update};
 }
 
 ControlView canvasView(Canvas& record, QWidget& content) {
-  if (!record.MouseDown) {
-    auto* image = new CanvasImage(record, content);
-    return {image, [image] { image->showBackdrop(); }, {}, {}};
-  }
-  auto* button = new CanvasButton(record, content);
-  return {button, [button] { button->showBackdrop(); }, {}, {}};
+  return record.MouseDown ? viewOfCanvas<CanvasButton>(record, content)
+                          : viewOfCanvas<CanvasView<QLabel>>(record, content);
 }

@@ -13,7 +13,7 @@ double luminance(const QColor& color) {
   return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
-// color on its way to another, from 0 to 1.
+// share 0 is color, 1 is other.
 QColor mixed(const QColor& color, const QColor& other, double share) {
   const auto mix = [share](int from, int to) {
     return from + static_cast<int>(std::lround((to - from) * share));

@@ -22,13 +22,13 @@ Exit status:
 
 void takeArgument(CommandLine& line, std::string_view argument, bool isOption) {
   if (isOption && argument == "--help") {
-    line.words = kHelp;
+    line.output = kHelp;
   } else if (isOption && argument == "--version") {
-    line.words = "ravelyn " RAVELYN_VERSION "\n";
+    line.output = "ravelyn " RAVELYN_VERSION "\n";
   } else if (isOption) {
-    line.fault = "unknown option \"" + std::string(argument) + "\", see --help";
+    line.error = "unknown option \"" + std::string(argument) + "\", see --help";
   } else if (!line.link.empty()) {
-    line.fault = "more than one link, see --help";
+    line.error = "more than one link, see --help";
   } else {
     line.link = argument;
   }
@@ -40,7 +40,7 @@ CommandLine readCommandLine(std::span<char* const> arguments) {
   CommandLine line;
   bool optionsEnded = false;
   for (const std::string_view argument : arguments) {
-    if (!line.words.empty() || !line.fault.empty()) break;
+    if (!line.output.empty() || !line.error.empty()) break;
     if (!optionsEnded && argument == "--") {
       optionsEnded = true;
     } else {

@@ -5,11 +5,11 @@
 #include <string>
 
 struct CommandLine {
-  std::string link;   // to search at once; "" if none was given
-  std::string words;  // to print, by --help and --version; "" shows the window
-  std::string fault;  // one line for the user; "" if all was understood
+  std::string link;    // to search at once; "" if none was given
+  std::string output;  // of --help or --version; "" if the window is to be shown
+  std::string error;   // one line for the user; "" if all was understood
 };
 
-// The arguments after the program's name. Those that Qt takes for itself must be gone, unless only words
-// matter.
+// Reads the arguments after the program's name.
+// Requires: Qt has removed its own options, unless only output is of interest.
 CommandLine readCommandLine(std::span<char* const> arguments);

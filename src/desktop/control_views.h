@@ -1,6 +1,6 @@
-// One widget for each control, made from its record by a function for each kind. The widget
-// reports what the person does by the record's Person... calls; update brings it in line with
-// the record. Place, Enabled and Visible are the window view's affair, which is the same for all.
+// One widget for each control, made from its record by one function for each kind. The widget reports what
+// the user does by the record's Person... calls. WindowView sets place, Enabled and Visible, which are the
+// same for all kinds.
 #pragma once
 
 #include <QString>
@@ -11,23 +11,25 @@
 #include "runtime/Listbox.h"
 #include "runtime/TextControls.h"
 
-class QAbstractButton;
 class QWidget;
 
 struct ControlView {
-  QWidget* widget = nullptr;       // owned by the window's content; nullptr for a line, which is painted
-  std::function<void()> update;    // what the record holds beyond place and state
-  std::function<void(bool)> busy;  // a command has started or ended; empty where it doesn't matter
-  std::function<void()> forget;    // the record is about to go; empty if blocked signals are enough
+  QWidget* widget = nullptr;            // owned by the window's content; nullptr for a line, which is painted
+  std::function<void()> update;         // shows what the record holds beyond place and state
+  std::function<void(bool)> busy = {};  // a command has started or ended; empty if that changes nothing
+  std::function<void()> forget = {};    // the record is about to go; empty if blocked signals are enough
 };
 
-ControlView makeControlView(Control& record, QWidget& content);
+// Called after the user has changed what the widget shows.
+using Changed = std::function<void()>;
 
-ControlView pushButtonView(Button& record, QWidget& content);
-ControlView checkBoxView(CheckBox& record, QWidget& content);
-ControlView radioButtonView(RadioButton& record, QWidget& content);
+ControlView makeControlView(Control& record, QWidget& content, const Changed& changed);
+
+ControlView pushButtonView(Button& record, QWidget& content, const Changed& changed);
+ControlView checkBoxView(CheckBox& record, QWidget& content, const Changed& changed);
+ControlView radioButtonView(RadioButton& record, QWidget& content, const Changed& changed);
 ControlView canvasView(Canvas& record, QWidget& content);
 ControlView labelView(Label& record, QWidget& content);
-ControlView textFieldView(TextField& record, QWidget& content);
+ControlView textFieldView(TextField& record, QWidget& content, const Changed& changed);
 ControlView textAreaView(TextArea& record, QWidget& content);
 ControlView listboxView(Listbox& record, QWidget& content);

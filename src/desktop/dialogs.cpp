@@ -12,6 +12,7 @@
 #include <QScreen>
 #include <algorithm>
 
+#include "app/FileTypes1.h"
 #include "desktop/shown_text.h"
 
 namespace {
@@ -19,10 +20,10 @@ namespace {
 constexpr qsizetype kLongestMessage = 1200;
 constexpr qsizetype kLongestCause = 300;
 constexpr qsizetype kMostLines = 20;
-constexpr qsizetype kUsualLine = 80;  // characters, before a message box breaks it
+constexpr qsizetype kUsualLine = 80;  // characters after which a message box breaks a line
 constexpr qsizetype kLongestStep = 100;
 
-// So that the button below stays on the screen, whatever the letters.
+// So few that the button below stays on the screen, whatever the font.
 qsizetype mostLines() {
   const int high = QGuiApplication::primaryScreen()->availableSize().height() / 2;
   return std::min<qsizetype>(kMostLines, high / QFontMetrics(QApplication::font()).lineSpacing());
@@ -31,20 +32,29 @@ qsizetype mostLines() {
 QString messageText(const std::string& text) {
   const QString shown = withBreaks(shownText(text, Lines::Many, kLongestMessage));
   QStringList kept;
-  qsizetype room = mostLines();
+  qsizetype left = mostLines();
   for (const QString& line : shown.split(QChar(u'\n'))) {
     const qsizetype needed = 1 + line.size() / kUsualLine;
-    kept << (needed > room ? line.left(room * kUsualLine) + QChar(u'\u2026') : line);
-    room -= needed;
-    if (room < 0) break;
+    kept << (needed > left ? line.left(left * kUsualLine) + QChar(u'\u2026') : line);
+    left -= needed;
+    if (left < 0) break;
   }
   return kept.join(QChar(u'\n'));
 }
 
+// "*.txt *.text" for ".text;.txt": the shortest extension comes first.
+QString patternsOf(const FileType& type) {
+  QStringList extensions = QString::fromStdString(type.Extensions).split(QChar(u';'));
+  std::stable_sort(extensions.begin(), extensions.end(),
+                   [](const QString& a, const QString& b) { return a.size() < b.size(); });
+  return QChar(u'*') + extensions.join(QStringLiteral(" *"));
+}
+
+// There is only one type of file to ask for.
 QStringList nameFiltersOf(const std::string& filter) {
   const QString all = QObject::tr("All files (*)");
   if (filter.empty()) return {all};
-  return {QObject::tr("Text files (*.txt *.text)"), all};
+  return {QObject::tr("Text files (%1)").arg(patternsOf(FileTypes1::Text())), all};
 }
 
 QString saveTitle(const std::string& step) {
@@ -61,7 +71,7 @@ std::unique_ptr<QMessageBox> makeMessage(const std::string& text, const std::str
   box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   box->setText(messageText(text));
   box->setInformativeText(withBreaks(shownText(cause, Lines::One, kLongestCause)));
-  // The box's text format is not that of its second text, which would take tags for markup.
+  // The box's text format doesn't apply to the cause, in which tags would be taken for markup.
   for (QLabel* label : box->findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
   box->setStandardButtons(QMessageBox::Ok);
   box->setDefaultButton(QMessageBox::Ok);
@@ -69,8 +79,9 @@ std::unique_ptr<QMessageBox> makeMessage(const std::string& text, const std::str
   return box;
 }
 
-std::unique_ptr<QMessageBox> makeCannotOpen(const QString& words, const std::string& what, QWidget* parent) {
-  auto box = makeMessage(words.toStdString() + "\n\n" + what, "", parent);
+std::unique_ptr<QMessageBox> makeCannotOpen(const QString& message, const std::string& what,
+                                            QWidget* parent) {
+  auto box = makeMessage(message.toStdString() + "\n\n" + what, "", parent);
   QPushButton* copy = box->addButton(QObject::tr("Copy"), QMessageBox::ActionRole);
   QObject::connect(copy, &QPushButton::clicked, copy,
                    [what] { QGuiApplication::clipboard()->setText(QString::fromStdString(what)); });
@@ -78,18 +89,18 @@ std::unique_ptr<QMessageBox> makeCannotOpen(const QString& words, const std::str
 }
 
 std::unique_ptr<QMessageBox> makeReplaceQuestion(const QString& path, QWidget* parent) {
-  const QString words = QObject::tr("\"%1\" already exists. Do you want to replace it?");
-  auto box = makeMessage(words.arg(QFileInfo(path).fileName()).toStdString(), "", parent);
+  const QString question = QObject::tr("\"%1\" already exists. Do you want to replace it?");
+  auto box = makeMessage(question.arg(QFileInfo(path).fileName()).toStdString(), "", parent);
   box->setStandardButtons(QMessageBox::Yes | QMessageBox::No);
   box->setDefaultButton(QMessageBox::No);
   box->setEscapeButton(QMessageBox::No);
   return box;
 }
 
-QString withEnding(const QString& path, const std::string& suggested) {
-  static const QRegularExpression ending(QStringLiteral("\\.(?=[0-9]*[A-Za-z])[0-9A-Za-z]{1,8}$"));
+QString withExtension(const QString& path, const std::string& suggested) {
+  static const QRegularExpression extension(QStringLiteral("\\.(?=[0-9]*[A-Za-z])[0-9A-Za-z]{1,8}$"));
   const QString own = QFileInfo(QString::fromStdString(suggested)).suffix();
-  const bool isWhole = own.isEmpty() || ending.match(QFileInfo(path).fileName()).hasMatch();
+  const bool isWhole = own.isEmpty() || extension.match(QFileInfo(path).fileName()).hasMatch();
   return isWhole ? path : path + QChar(u'.') + own;
 }
 
@@ -99,7 +110,7 @@ std::unique_ptr<QFileDialog> makeSaveDialog(const std::string& filter, const std
   dialog->setAcceptMode(QFileDialog::AcceptSave);
   dialog->setWindowTitle(saveTitle(step));
   dialog->setFileMode(QFileDialog::AnyFile);
-  dialog->setOption(QFileDialog::DontConfirmOverwrite);  // it would ask so that nothing else works
+  dialog->setOption(QFileDialog::DontConfirmOverwrite);  // Qt's own question would block all windows
   dialog->setNameFilters(nameFiltersOf(filter));
   dialog->setDefaultSuffix(QFileInfo(QString::fromStdString(name)).suffix());
   dialog->setDirectory(folder);

@@ -7,9 +7,8 @@
 
 class QMimeData;
 
-// The first address of what is dragged, else its text without white space around it; nullopt where it has
-// neither.
+// The first address in dragged, else its text without white space around it; nullopt if it has neither.
 std::optional<QString> droppedText(const QMimeData& dragged);
 
-// The drop copies, and is the receiver's.
+// The receiver takes the drop as a copy.
 void acceptCopy(QDropEvent& event);

@@ -46,7 +46,7 @@ void editField(QLineEdit& field, EditAction action) {
   }
 }
 
-// What can only be read can be copied and selected.
+// Text that can't be edited can still be copied and selected.
 bool canRead(EditAction action, bool hasSelection, bool canSelectAll) {
   return (action == EditAction::Copy && hasSelection) || (action == EditAction::SelectAll && canSelectAll);
 }

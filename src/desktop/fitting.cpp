@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int kUsualBody = 13;  // points, in which texts without a size of their own were laid out
+constexpr int kUsualBody = 13;  // points, for which texts without a size of their own were laid out
 constexpr int kGap = 4;         // points between two texts
 constexpr int kUnstretched = 100, kNarrowest = 92;  // per cent of a letter's width
 
@@ -29,6 +29,7 @@ QFont fontOf(const Look& look) {
 
 QFont fittingFont(const Look& look, const std::function<bool(const QFont&)>& fits) {
   QFont font = fontOf(look);
+  if (fits(font)) return font;
   const int whole = QFontInfo(font).pixelSize(), body = bodySize();
   const int least = whole > body ? body + 1 : whole * 4 / 5;
   for (int size = whole - 1; size >= least && !fits(font); --size) font.setPixelSize(size);

@@ -1,5 +1,5 @@
-// Texts in their places, whatever the font: one that is a little too wide takes free space to its right, and
-// then slightly smaller letters.
+// Texts in their places, whatever the font: a text that is a little too wide takes free space to its right,
+// and then a slightly smaller font.
 #pragma once
 
 #include <QFont>
@@ -9,18 +9,18 @@ class QWidget;
 class Control;
 struct Look;
 
-// The font of the desktop as look wants it.
+// The desktop's font in the size and style of look.
 QFont fontOf(const Look& look);
 
-// fontOf, or the largest in which the text fits, down to four fifths; a heading stays larger than the body.
-// What doesn't fit then either gets slightly narrower letters.
+// fontOf(look), or the largest smaller size in which the text fits, down to four fifths; a heading stays
+// larger than the body. A text that doesn't fit even then gets slightly narrower letters.
 QFont fittingFont(const Look& look, const std::function<bool(const QFont&)>& fits);
 
-// What text takes of a line, with what rounding may add.
+// The width of text in pixels, with a reserve for rounding.
 int neededWidth(const QFont& font, const QString& text);
 
-// The width from control's left edge to what stands to its right, or to the edge of the window. In pixels.
+// The pixels from control's left edge to the next control on its right, or to the window's edge.
 int freeWidth(const Control& control);
 
-// Gives widget a font that it doesn't have.
+// Sets the font unless widget has it already.
 void takeFont(QWidget& widget, const QFont& font);

@@ -19,7 +19,7 @@
 
 namespace {
 
-// What can wait until the first window stands, waits: the icon's pictures, the gateway's process.
+// Until the first window is drawn; then the icon's pictures are loaded and the gateway is started.
 constexpr std::chrono::milliseconds kAfterTheWindow{200};
 
 // Starts the gateway, and again whenever it ends.
@@ -34,20 +34,19 @@ void keepRunning(OwnGateway& gateway) {
   });
 }
 
-// Another Ravelyn, whose gateway served this one, may have ended: when the user comes back is the time to
-// see.
+// This program may use the gateway of another Ravelyn, which may have ended by the time the user comes back.
 void takeOver(OwnGateway& gateway) {
   QObject::connect(qApp, &QGuiApplication::applicationStateChanged, qApp, [&gateway](auto state) {
     if (state == Qt::ApplicationActive && gateway.Ended() < 0) keepRunning(gateway);
   });
 }
 
-// What Qt says while it starts. Where it finds no screen it would say much and abort.
-std::string saidAtStart;
+// Qt's messages while it starts. If it finds no screen, it would print many lines and abort.
+std::string startMessages;
 
 void noteAtStart(QtMsgType type, const QMessageLogContext&, const QString& text) {
   if (type != QtFatalMsg) {
-    saidAtStart += text.toStdString() + "\n";
+    startMessages += text.toStdString() + "\n";
     return;
   }
   std::fputs("ravelyn: there is no screen to show the window on; DISPLAY or WAYLAND_DISPLAY must name one\n",
@@ -55,30 +54,30 @@ void noteAtStart(QtMsgType type, const QMessageLogContext&, const QString& text)
   std::_Exit(1);
 }
 
-// Qt takes its own options out of the command line.
+// Qt removes its own options from the command line.
 void startQt(std::optional<QApplication>& qt, int& count, char** arguments) {
   const QtMessageHandler before = qInstallMessageHandler(noteAtStart);
   qt.emplace(count, arguments);
   qInstallMessageHandler(before);
-  std::fputs(saidAtStart.c_str(), stderr);
+  std::fputs(startMessages.c_str(), stderr);
 }
 
 }  // namespace
 
 int main(int count, char** arguments) {
   const auto given = [&] { return readCommandLine({arguments + 1, static_cast<std::size_t>(count) - 1}); };
-  if (const CommandLine line = given(); !line.words.empty())
-    return std::fputs(line.words.c_str(), stdout) < 0 ? 1 : 0;
+  if (const CommandLine line = given(); !line.output.empty())
+    return std::fputs(line.output.c_str(), stdout) < 0 ? 1 : 0;
   std::optional<QApplication> qt;
   startQt(qt, count, arguments);
   const CommandLine line = given();
-  if (!line.fault.empty()) {
-    std::fprintf(stderr, "ravelyn: %s\n", line.fault.c_str());
+  if (!line.error.empty()) {
+    std::fprintf(stderr, "ravelyn: %s\n", line.error.c_str());
     return 2;
   }
   QApplication::setApplicationName(QStringLiteral("ravelyn"));
   QApplication::setDesktopFileName(QStringLiteral("com.tarnvale.ravelyn"));
-  // The application counts its windows by itself.
+  // The platform itself quits after the last window.
   QApplication::setQuitOnLastWindowClosed(false);
 
   OwnGateway gateway({}, GatewayCommand());

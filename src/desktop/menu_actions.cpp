@@ -9,7 +9,7 @@
 
 namespace {
 
-// Qt's Ctrl is the command key where there is one; help has the desktop's own key.
+// Qt's Ctrl is the command key on systems that have one; help has the desktop's own key.
 QKeySequence shortcutOf(const MenuItem& item) {
   if (item.Name == "FileHelp") return QKeySequence(QKeySequence::HelpContents);
   return QKeySequence(
@@ -29,7 +29,7 @@ QAction* makeAction(const MenuItem& item, const ChooseItem& choose, QObject* own
   return action;
 }
 
-void enableAsTold(const QMenu& menu) {
+void enableFromRecord(const QMenu& menu) {
   Application& app = Application::Current();
   app.EnableMenuItems();
   for (QAction* action : menu.actions()) {
@@ -40,8 +40,8 @@ void enableAsTold(const QMenu& menu) {
   }
 }
 
-// A disabled action would leave its shortcut to the widget with the focus; whether an item can be
-// chosen is decided when it is.
+// The shortcut of a disabled action would go to the focused widget instead; so all stay enabled, and whether
+// an item can be chosen is decided when it is.
 void enableForShortcuts(const QMenu& menu) {
   for (QAction* action : menu.actions()) action->setEnabled(true);
 }
@@ -54,7 +54,7 @@ void fillMenu(QMenu& menu, const Menu& record, const ChooseItem& choose) {
       menu.addAction(makeAction(item, choose, &menu));
     }
   }
-  QObject::connect(&menu, &QMenu::aboutToShow, &menu, [&menu] { enableAsTold(menu); });
+  QObject::connect(&menu, &QMenu::aboutToShow, &menu, [&menu] { enableFromRecord(menu); });
   QObject::connect(&menu, &QMenu::aboutToHide, &menu, [&menu] { enableForShortcuts(menu); });
 }
 

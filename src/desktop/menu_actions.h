@@ -1,4 +1,4 @@
-// The menu bar of a window, from its record: a bar to be seen, or the shortcuts alone.
+// The menu bar of a window, from its record: a visible bar, or only its shortcuts.
 #pragma once
 
 #include <functional>
@@ -11,8 +11,8 @@ class QWidget;
 
 using ChooseItem = std::function<void(const std::string& item)>;
 
-// Fills bar with the record's menus. The items are enabled as the record tells when a menu opens.
+// Fills bar with the record's menus. A menu that opens enables its items as the record says at that time.
 void fillMenuBar(QMenuBar& bar, const MenuBar& record, const ChooseItem& choose);
-// Gives window the shortcuts of all items; or that of the item that quits alone.
+// Gives window the shortcuts of all items; or only that of the item that quits.
 void addShortcuts(QWidget& window, const MenuBar& record, const ChooseItem& choose);
 void addQuitShortcut(QWidget& window, const MenuBar& record, const ChooseItem& choose);

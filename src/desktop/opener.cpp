@@ -8,8 +8,8 @@
 
 namespace {
 
-// A process goes with its object, so neither those that run at the end of the program nor this list of them
-// is ever taken down.
+// Destroying a QProcess kills its process, so openers that still run at the end of the program, and this set
+// of them, are never destroyed.
 std::set<QProcess*>& running() {
   static auto* const all = new std::set<QProcess*>;
   return *all;

@@ -6,7 +6,7 @@
 
 namespace {
 
-// name is that of a resource, without the ending.
+// name is a resource's, without its extension.
 QPixmap pixmap(const QString& name) {
   static std::map<QString, QPixmap> pixmaps;
   const auto [at, isNew] = pixmaps.try_emplace(name);

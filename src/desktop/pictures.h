@@ -7,8 +7,8 @@
 class QPainter;
 class QRect;
 
-// Fills place with the picture of this file name among the resources, from its finer version where
-// a point has more than one pixel; draws nothing if there is none.
+// Fills place with the picture of this file name among the resources, or with its "@2x" version on a screen
+// of high resolution; draws nothing if there is none.
 void drawPicture(QPainter& painter, const QRect& place, const std::string& file);
 
 // The program's icon in all its sizes.

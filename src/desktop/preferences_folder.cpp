@@ -27,8 +27,8 @@ std::string wantedFolder() {
   constexpr char kBelowHome[] = "/Library/Preferences";
 #else
   constexpr char kBelowHome[] = "/.config";
-  const std::string told = absoluteOf("XDG_CONFIG_HOME");
-  if (!told.empty()) return told;
+  const std::string configHome = absoluteOf("XDG_CONFIG_HOME");
+  if (!configHome.empty()) return configHome;
 #endif
   const std::string home = homeFolder();
   return home.empty() ? "" : home + kBelowHome;

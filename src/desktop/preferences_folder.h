@@ -1,9 +1,8 @@
-// Where this person's settings lie.
+// The folder of the user's settings.
 #pragma once
 
 #include <string>
 
 // $XDG_CONFIG_HOME if that is an absolute path, else .config in the home folder; on macOS
-// Library/Preferences there. Made, for the person alone, if it is missing; "" if there is none
-// and none can be made.
+// Library/Preferences there. If it is missing it is made, with access for the user alone; "" if that fails.
 std::string preferencesFolder();

@@ -16,7 +16,7 @@
 
 namespace {
 
-int signalled = -1;  // an event counter, since a handler may do little more than write
+int signalled = -1;  // an event counter: a signal handler may do little more than write to it
 
 void noteSignal(int) {
   const int before = errno;
@@ -25,8 +25,8 @@ void noteSignal(int) {
   errno = before;
 }
 
-// One that was ignored from the start, as under nohup, stays so.
-void takeSignal(int number) {
+// A signal that was ignored at the start, as under nohup, stays ignored.
+void handleSignal(int number) {
   struct sigaction action {};
   ::sigaction(number, nullptr, &action);
   if (action.sa_handler == SIG_IGN) return;
@@ -45,12 +45,12 @@ void quitOnSignals(QtPlatform& platform) {
     ::eventfd_read(signalled, &count);
     platform.quit();
   });
-  for (const int number : {SIGTERM, SIGINT, SIGHUP}) takeSignal(number);
+  for (const int number : {SIGTERM, SIGINT, SIGHUP}) handleSignal(number);
 }
 
 App* running = nullptr;
 
-// Qt ends the process at once where its screen goes away, with the event loop still on the stack.
+// If the connection to the screen breaks, Qt exits at once, with the event loop still on the stack.
 void saveAtExit() {
   if (running) running->commands.savePrefs();
 }
@@ -63,14 +63,15 @@ void searchFor(const std::string& link) {
 }  // namespace
 
 int run(App& app, QtPlatform& platform, const std::string& link) {
+  platform.leaveLoop = [] { QCoreApplication::exit(0); };
   quitOnSignals(platform);
-  // A session that ends may still change its mind: what could be lost is saved, and nothing ends before the
+  // The end of a session may still be cancelled: the preferences are saved, but nothing ends before the
   // session closes the windows.
   QObject::connect(qApp, &QGuiApplication::commitDataRequest, qApp, [&app] { app.commands.savePrefs(); });
   running = &app;
   std::atexit(saveAtExit);
   QTimer::singleShot(0, qApp, [&app] { app.Start(); });
-  // Comes from within the start, which waits for the connection's probe.
+  // Delivered during the start, which waits for the probe of the connection.
   QTimer::singleShot(0, qApp, [&link] { searchFor(link); });
   const int result = QApplication::exec();
   platform.dropViews();

@@ -1,4 +1,4 @@
-// The program's life on a desktop, from the first window to the last.
+// Runs the program on a desktop, from the first window to the last.
 #pragma once
 
 #include <string>
@@ -6,8 +6,9 @@
 class App;
 class QtPlatform;
 
-// Starts app and runs its events until the user quits, or the system ends the program: by SIGTERM, SIGINT or
-// SIGHUP, or with the desktop session. Each of them ends it in the same order: running commands, windows,
-// preferences. Where the screen goes away, the preferences are saved. Unless link is "", it is searched as
-// soon as the first window stands. Gives the exit status. Requires: a QApplication; app is on platform.
+// Starts app and delivers its events until the user quits or the system ends the program, by SIGTERM, SIGINT
+// or SIGHUP or with the desktop session. Every way ends running commands first, then closes the windows, then
+// saves the preferences; if the connection to the screen breaks, only the preferences are saved. A link that
+// isn't "" is searched as soon as the first window is shown. Returns the exit status.
+// Requires: a QApplication; platform is the host of app.
 int run(App& app, QtPlatform& platform, const std::string& link = "");

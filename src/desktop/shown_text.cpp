@@ -10,16 +10,16 @@ bool isControl(char16_t c) {
   return c < 0x20 || (c >= 0x7F && c < 0xA0) || c == 0x2028 || c == 0x2029 || c == 0xFEFF;
 }
 
-// Overrides show letters in an order in which nobody reads them.
+// An override makes "gpj.exe" appear as "exe.jpg".
 bool isOverride(char16_t c) { return c == 0x202D || c == 0x202E; }
 
-// Marks, embeddings and isolates: common and harmless in captions, of no use in a row.
-bool isTurn(char16_t c) {
+// Marks, embeddings and isolates: common and harmless in captions, and useless in a single line.
+bool isDirectional(char16_t c) {
   return c == 0x061C || c == 0x200E || c == 0x200F || (c >= 0x202A && c <= 0x202C) ||
          (c >= 0x2066 && c <= 0x2069);
 }
 
-// The bytes that can matter for so many characters of at most four bytes.
+// Of bytes, only as many as that number of characters can take.
 QString decoded(std::string_view bytes, qsizetype atMost) {
   const auto most = static_cast<std::size_t>(atMost) * 4 + 4;
   const bool cut = bytes.size() > most;
@@ -42,7 +42,7 @@ QString shownText(std::string_view bytes, Lines lines, qsizetype atMost) {
   QString shown;
   shown.reserve(text.size());
   for (const QChar c : text) {
-    if (!isTurn(c.unicode())) shown.append(shownCharacter(c, lines));
+    if (!isDirectional(c.unicode())) shown.append(shownCharacter(c, lines));
   }
   if (shown.size() <= atMost) return shown;
   shown.truncate(shown.at(atMost - 1).isHighSurrogate() ? atMost - 1 : atMost);

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr int kFarthest = 24;  // points from a label down to what it is about
+constexpr int kFarthest = 24;  // points from a label down to its control
 
 }  // namespace
 

@@ -1,15 +1,15 @@
-// What a screen reader calls a control that has no words of its own.
+// The names under which a screen reader announces controls that have no caption.
 #pragma once
 
 #include <QString>
 
 #include "runtime/TextControls.h"
 
-// Labels and buttons are called by what stands on them.
+// Labels and buttons are announced by their own text.
 bool hasOwnName(const Control& control);
 
-// The label that stands above control, nearest to it and flush with its left edge; nullptr for none.
+// The nearest label above control that is flush with its left edge; nullptr for none.
 const Label* labelOf(const Control& control);
 
-// What the record says; else the text of its label; else its name.
+// The record's own spoken name; else the text of its label; else its name in the program.
 QString spokenName(const Control& control);

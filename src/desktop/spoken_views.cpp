@@ -12,7 +12,7 @@
 
 namespace {
 
-// The ground of a window. What stands at a place is what a click there would meet.
+// The content of a window. The child at a point is the control that a click there would reach.
 class SpokenContent : public QAccessibleWidget {
  public:
   explicit SpokenContent(QWidget& content) : QAccessibleWidget(&content) {}
@@ -64,7 +64,7 @@ class SpokenButton : public QAccessibleWidget {
     const QStringList names = QAccessibleWidget::actionNames();
     return state().disabled ? names : QStringList{pressAction()} + names;
   }
-  // Later, and seen: the command that it starts may run for long.
+  // Queued, and visible as a click: the command that it starts may run for long.
   void doAction(const QString& name) override {
     name == pressAction() ? button_.animateClick() : QAccessibleWidget::doAction(name);
   }
@@ -73,7 +73,8 @@ class SpokenButton : public QAccessibleWidget {
   BusyPushButton& button_;
 };
 
-// Nothing is seen of it, yet with something to say it counts as shown, or nobody would read it.
+// It is never on the screen, but while it holds a text it must count as visible, or no screen reader reads
+// it.
 class SpokenAnnouncement : public QAccessibleWidget {
  public:
   explicit SpokenAnnouncement(QWidget& widget) : QAccessibleWidget(&widget, QAccessible::Notification) {}
@@ -91,10 +92,10 @@ QAccessibleInterface* spokenView(const QString&, QObject* object) {
   if (auto* group = dynamic_cast<Group*>(object)) return new SpokenGroup(*group);
   if (auto* list = dynamic_cast<ListView*>(object)) return new SpokenList(*list);
   if (auto* button = dynamic_cast<BusyPushButton*>(object)) return new SpokenButton(*button);
-  if (auto* said = dynamic_cast<Announcement*>(object)) return new SpokenAnnouncement(*said);
+  if (auto* text = dynamic_cast<Announcement*>(object)) return new SpokenAnnouncement(*text);
   return nullptr;
 }
 
 }  // namespace
 
-void speakViews() { QAccessible::installFactory(spokenView); }
+void installSpokenViews() { QAccessible::installFactory(spokenView); }

@@ -35,7 +35,7 @@ void takeColor(QWidget& widget, const Look& look) {
   widget.setPalette(palette);
 }
 
-// Towards where reading begins on this desktop, whatever the script of the text.
+// Towards the side on which reading begins on this desktop, whatever the script of the text.
 Qt::Alignment alignmentOf(const Look& look) {
   const Qt::Alignment vertical = look.multiline ? Qt::AlignTop : Qt::AlignVCenter;
   if (look.align == Align::Center) return Qt::AlignHCenter | vertical;
@@ -61,8 +61,8 @@ void showParagraphs(QLabel& label, const Label& record, QSize place) {
   showWords(label, full, shown, fits(font));
 }
 
-// What doesn't fit after all is cut with "…", or, where it has several lines, at the label's edge; the tool
-// tip has the whole.
+// A text that still doesn't fit ends with "…", or, if it has several lines, is cut at the label's edge; the
+// tool tip shows all of it.
 void showLabel(QLabel& label, const Label& record) {
   const Look& look = record.LookOf();
   const QSize place = placeOf(record).size();
@@ -86,13 +86,14 @@ bool isInClipboard(const QString& text) {
   return holds(QClipboard::Clipboard) || (clipboard.supportsSelection() && holds(QClipboard::Selection));
 }
 
-// A link that is dropped takes the place of what stood there; text moved inside the field is the
-// field's own affair.
+// A dropped link replaces the field's text; text dragged within the field is moved as in any field.
 class FieldEdit : public QLineEdit {
  public:
-  FieldEdit(TextField& record, QWidget& content) : QLineEdit(&content), record_(record) {
+  FieldEdit(TextField& record, QWidget& content, const Changed& changed)
+      : QLineEdit(&content), record_(record) {
     connect(this, &QLineEdit::textEdited, this, [this](const QString& text) { noticePaste(text); });
     connect(this, &QLineEdit::textChanged, this, [this] { report(); });
+    connect(this, &QLineEdit::textChanged, this, changed);
   }
 
  protected:
@@ -121,13 +122,12 @@ class FieldEdit : public QLineEdit {
     selectAll();
     insert(arrived);
   }
-  // There are many ways to paste, and none of them says so. But more than one character changes at once, the
-  // field holds just what the clipboard does, and unlike after an undo there is nothing to redo.
+  // Qt doesn't report a paste. It is recognised by its effects: the length changes by more than one, the
+  // field holds just what the clipboard holds, and, unlike after an undo, there is nothing to redo.
   void noticePaste(const QString& text) {
     if (std::abs(text.size() - length_) > 1 && !isRedoAvailable() && isInClipboard(text)) arrive(text);
   }
-  // What stands there now: by the time that a change is signalled, a link may have taken the place of what
-  // was pasted.
+  // Reads the field itself: by the time a change is signalled, a link may have replaced the pasted text.
   void report() {
     length_ = text().size();
     record_.PersonTypes(text().toStdString());
@@ -145,7 +145,7 @@ void takePlaceholderColor(QLineEdit& field) {
   field.setPalette(palette);
 }
 
-// A change by code leaves the cursor where it was if it can.
+// A change by code keeps the cursor's position if the text is long enough.
 void showField(QLineEdit& field, const TextField& record) {
   takePlaceholderColor(field);
   const QString text = QString::fromStdString(record.Text());
@@ -160,8 +160,8 @@ bool isInSight(const QWidget& widget, const Control& record) {
   return record.Visible() && widget.parentWidget()->rect().intersects(placeOf(record));
 }
 
-// Documents come in one line, and the time to lay out a line grows faster than its length. So a long
-// one is shown as several, parted at blanks where there are any.
+// Documents come as one line, and the time to lay out a line grows faster than its length. So a long line is
+// shown as several, broken at blanks if it has any.
 QString inLines(QString text) {
   qsizetype start = 0;
   qsizetype blank = -1;
@@ -178,7 +178,7 @@ QString inLines(QString text) {
   return text;
 }
 
-// The buffer may hold a document of any size, and changes many times while nobody looks.
+// The record may hold a document of any size, and changes often while the area is out of sight.
 void showArea(QPlainTextEdit& area, const TextArea& record) {
   const bool inSight = isInSight(area, record);
   area.setFocusPolicy(inSight ? Qt::StrongFocus : Qt::NoFocus);
@@ -202,14 +202,14 @@ ControlView labelView(Label& record, QWidget& content) {
     showLabel(*label, record);
     takeColor(*label, record.LookOf());
   };
-  return {label, update, {}, {}};
+  return {label, update};
 }
 
-ControlView textFieldView(TextField& record, QWidget& content) {
-  auto* field = new FieldEdit(record, content);
+ControlView textFieldView(TextField& record, QWidget& content, const Changed& changed) {
+  auto* field = new FieldEdit(record, content, changed);
   field->setMaxLength(std::numeric_limits<int>::max());
   field->setPlaceholderText(shownText(record.LookOf().placeholder));
-  return {field, [field, &record] { showField(*field, record); }, {}, {}};
+  return {field, [field, &record] { showField(*field, record); }};
 }
 
 ControlView textAreaView(TextArea& record, QWidget& content) {
@@ -218,5 +218,5 @@ ControlView textAreaView(TextArea& record, QWidget& content) {
   area->setTabChangesFocus(true);
   area->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-  return {area, [area, &record] { showArea(*area, record); }, {}, {}};
+  return {area, [area, &record] { showArea(*area, record); }};
 }

@@ -46,7 +46,7 @@ void prefsModule::savePrefs() {
     }
     out->Close();
   } catch (const IOException&) {
-    // The old file stands, and at quit there is nobody left to tell.
+    // The old file is unchanged, and at quit no message can be shown.
   }
 }
 
@@ -65,7 +65,7 @@ void prefsModule::getPrefs() {
   app.paragraphChecked = in->ReadLine();
   app.timecodeChecked = in->ReadLine();
   app.linebyline = in->ReadLine();
-  // Each box's handler writes the strings of the others: the first that is on wins.
+  // The handler of a box changes the strings of the others: the first that is on wins.
   form.paragraphBox.SetValue(app.paragraphChecked == "true");
   form.timecodeBox.SetValue(app.timecodeChecked == "true");
   form.lineBox.SetValue(app.linebyline == "true");

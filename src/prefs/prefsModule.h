@@ -1,6 +1,6 @@
-// Carries the output choices from run to run: five lines of text, read at start and written at quit.
+// Keeps the output choices from run to run: five lines of text, read at start and written at quit.
 //
-//   line 1  checkedDL         "Text", "SRT", "VTT", or "true" while none was chosen
+//   line 1  checkedDL         "Text", "SRT", "VTT", or "true" if none was chosen
 //   line 2  openDL            lines 2 to 5 "true" or "false"
 //   line 3  paragraphChecked
 //   line 4  timecodeChecked
@@ -9,12 +9,12 @@
 
 namespace prefsModule {
 
-// Writes the values of App, whole or not at all and without a word. Does nothing before getPrefs
-// has run: there is nothing worth saving then.
+// Writes the values of App, all or none; failures are ignored. Does nothing before getPrefs has run: there is
+// nothing worth saving then.
 void savePrefs();
 
 // Reads the values into App and sets the controls of Window1, whose handlers run as after a click.
-// Missing lines are empty; a value that is not known stays on App as it is.
+// Missing lines count as empty; an unknown value is kept in App as it is.
 void getPrefs();
 
 }  // namespace prefsModule

@@ -19,9 +19,9 @@
 
 namespace {
 
-constexpr std::chrono::minutes kWhile{1};
-constexpr int kMostStarts = 3;          // in a while
-constexpr int kLongestFarewell = 4000;  // milliseconds; the gateway gives answers under way three seconds
+constexpr std::chrono::minutes kStartsPeriod{1};
+constexpr int kMostStarts = 3;     // in that period
+constexpr int kLongestEnd = 4000;  // milliseconds; the gateway takes up to three seconds to finish replies
 constexpr int kBacklog = 512;
 
 void CloseOne(int& descriptor) {
@@ -37,7 +37,7 @@ std::uint16_t PortOf(const Endpoints& endpoints) {
   return port > 0 && port <= 65535 ? static_cast<std::uint16_t>(port) : 0;
 }
 
-// -1 where the port is taken: by the service manager's socket, say, or by another gateway.
+// -1 if the port is taken, for example by the service manager's socket or by another gateway.
 int ListenAt(std::uint16_t port) {
   sockaddr_in address{};
   address.sin_family = AF_INET;
@@ -63,7 +63,7 @@ OwnGateway::OwnGateway(const Endpoints& endpoints, CommandLine command)
 OwnGateway::~OwnGateway() {
   CloseOne(input_);
   pollfd waiting{ended_, POLLIN, 0};
-  if (ended_ >= 0 && ::poll(&waiting, 1, kLongestFarewell) > 0) Collect();
+  if (ended_ >= 0 && ::poll(&waiting, 1, kLongestEnd) > 0) Collect();
   CloseAll();
 }
 
@@ -83,7 +83,7 @@ void OwnGateway::Start() {
 
 bool OwnGateway::MayStart() {
   const auto now = std::chrono::steady_clock::now();
-  if (now - since_ > kWhile) since_ = now, starts_ = 0;
+  if (now - since_ > kStartsPeriod) since_ = now, starts_ = 0;
   return ++starts_ <= kMostStarts;
 }
 

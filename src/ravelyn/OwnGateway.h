@@ -1,5 +1,5 @@
-// The gateway that the program brings along: where the captions are requested on this machine and nobody
-// serves them there yet, one process that lives as long as the program does.
+// The gateway that the program starts by itself: one process that lives as long as the program, if captions
+// are requested from a port of this machine that no other gateway serves.
 #pragma once
 
 #include <sys/types.h>
@@ -16,20 +16,20 @@ class OwnGateway {
   // The program and its arguments; empty for none.
   using CommandLine = std::vector<std::string>;
 
-  // Listens where both requests of endpoints go, if that is one port of 127.0.0.1 that is free and there is
-  // a command to serve it. Connections wait there until Start, and none is refused.
+  // Listens at the port of both endpoints, if it is the same free port of 127.0.0.1 and there is a command to
+  // serve it. Connections wait there until Start; none is refused.
   OwnGateway(const Endpoints& endpoints, CommandLine command);
-  // Ends the gateway, and waits until it has ended, for some seconds at most.
+  // Ends the gateway and waits for its end, a few seconds at most.
   ~OwnGateway();
   OwnGateway(const OwnGateway&) = delete;
   OwnGateway& operator=(const OwnGateway&) = delete;
 
   bool IsListening() const { return listener_ >= 0; }
-  // Starts the gateway, and once more when it has ended by itself: three times in a minute at most. After
-  // that the port is closed, so that a request is refused at once. A port that was taken or closed is tried
-  // again.
+  // Starts the gateway, again if it has ended by itself: at most three times a minute. After that closes the
+  // port, so that requests are refused at once. Tries a port again that was taken or closed.
   void Start();
-  // A descriptor that can be read when the gateway has ended, until the next Start; -1 without one.
+  // A descriptor that is readable once the gateway has ended, valid until the next Start; -1 without a
+  // gateway.
   int Ended() const { return ended_; }
   pid_t Process() const { return process_; }
 
@@ -39,15 +39,15 @@ class OwnGateway {
   void CloseAll();
 
   const CommandLine command_;
-  const std::uint16_t port_;  // 0 where there is nothing to serve
+  const std::uint16_t port_;  // 0 if there is nothing to serve
   int listener_ = -1;
-  int input_ = -1;  // the writing end of the gateway's standard input, which nobody else holds
+  int input_ = -1;  // writing end of the gateway's standard input; no other process has it
   int ended_ = -1;
   pid_t process_ = -1;
   std::chrono::steady_clock::time_point since_{};
-  int starts_ = 0;  // in the minute that began then
+  int starts_ = 0;  // in the minute from since_ on
 };
 
-// ravelyn-gateway beside this program, else in PATH, with the options to fetch, to end with its input and to
-// serve the folders of the user and of the package; empty if it is nowhere.
+// ravelyn-gateway next to this program, else in PATH, with options to fetch, to end with its input and to
+// serve the folders of the user and of the package; empty if it is not found.
 OwnGateway::CommandLine GatewayCommand();

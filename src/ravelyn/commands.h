@@ -1,7 +1,7 @@
-// Where all rooms meet.
+// The one place that knows all commands.
 #pragma once
 
 #include "app/Commands.h"
 
-// The commands of the program, for App.
+// For App.
 extern const Commands kCommands;

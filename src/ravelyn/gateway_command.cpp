@@ -1,4 +1,4 @@
-// Where the gateway is, and what it is started with.
+// Finds the gateway, and forms its command line.
 
 #include <pwd.h>
 #include <unistd.h>
@@ -20,7 +20,7 @@ bool IsProgram(const fs::path& path) {
   return fs::is_regular_file(path, failed) && ::access(path.c_str(), X_OK) == 0;
 }
 
-// Paths that are not absolute would depend on where the program was started.
+// Relative paths are skipped: they would depend on the current folder.
 fs::path FindProgram() {
   std::error_code failed;
   fs::path beside = fs::read_symlink("/proc/self/exe", failed).parent_path() / kProgram;
@@ -33,7 +33,7 @@ fs::path FindProgram() {
   return {};
 }
 
-// "" without one.
+// "" if there is none.
 std::string HomeFolder() {
   const char* home = std::getenv("HOME");
   if (home && home[0] == '/') return home;

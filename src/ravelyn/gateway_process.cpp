@@ -16,8 +16,8 @@ constexpr int kHandedOver = 3;
 constexpr char kProcess[] = "LISTEN_PID=";
 constexpr std::size_t kMostDigits = 20;
 
-// Ours but for what a service manager handed to us, and with a place for the number of the new process,
-// which only that process knows in time.
+// Our variables without those that a service manager passed to us, and with space for the new process's
+// number, which only that process can fill in.
 std::vector<std::string> EnvironmentOf() {
   std::vector<std::string> variables;
   for (char** variable = environ; *variable; ++variable) {
@@ -36,7 +36,7 @@ std::vector<char*> PointersTo(std::vector<std::string>& texts) {
   return pointers;
 }
 
-// In the new process, where other threads may have left locks behind: nothing here allocates.
+// Runs in the new process, which may have copied locks held by other threads: nothing here allocates.
 [[noreturn]] void Become(char* const* arguments, char* const* variables, char* number,
                          const std::array<int, 4>& descriptors) {
   ::setpgid(0, 0);

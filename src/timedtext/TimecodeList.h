@@ -1,5 +1,5 @@
-// The timecodes of a track's cues. Nearly all times are plain decimal seconds; these are held in hundredths,
-// four bytes each, and the others as the text that they give.
+// The timecodes of a track's cues. Nearly all times are plain decimal seconds, held in hundredths of a
+// second, four bytes each; any other is held as its timecode text.
 #pragma once
 
 #include <cstdint>
@@ -13,17 +13,17 @@
 #include "timedtext/TimedText.h"
 #include "timedtext/timecode.h"
 
-// One of them as a piece of a text: the comma form, or the same with a point in place of the comma.
+// A timecode as a piece of a text (see runtime/pieces.h): the comma form, or the same with a point for the
+// comma.
 struct ListedTimecode {
   std::uint32_t hundredths;
-  std::string_view text;  // where there are no hundredths
+  std::string_view text;  // if there are no hundredths
   char point;
 };
 inline std::size_t MostBytes(const ListedTimecode& time) { return kMostTimecode + time.text.size(); }
 inline char* Put(char* to, const ListedTimecode& time) {
-  char* end = time.text.data() ? Put(to, time.text) : PutTimecode(to, time.hundredths) + 1;
+  char* end = time.text.data() ? Put(to, time.text) : Put(PutTimecode(to, time.hundredths), "0");
   end[-4] = time.point;
-  end[-1] = '0';
   return end;
 }
 
@@ -31,9 +31,9 @@ class TimecodeList {
  public:
   void Reserve(std::size_t count) { times_.reserve(count); }
   void AppendStart(const TimedTextCue& cue);
-  // A cue's own start and duration, whatever the next cue's start is.
+  // Start plus duration of the cue itself, whatever the start of the next one.
   void AppendEnd(const TimedTextCue& cue);
-  // OutOfBoundsException for an index that is not there. The list has to last as long as what it gives.
+  // OutOfBoundsException for an index that is not there. Requires: the list outlives the result.
   ListedTimecode At(std::size_t index) const { return At(index, ','); }
   ListedTimecode WithPointAt(std::size_t index) const { return At(index, '.'); }
 

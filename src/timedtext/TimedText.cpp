@@ -29,9 +29,9 @@ char* Put(char* to, CueText text) {
   }
 }
 
-std::string_view CueText::In(std::string& room) const {
+std::string_view CueText::In(std::string& buffer) const {
   if (FindToReplace(raw, 0) == raw.size()) return raw;
-  return room = TextOf(*this);
+  return buffer = TextOf(*this);
 }
 
 std::string CleanCueText(std::string_view text) { return TextOf(CueText{text}); }

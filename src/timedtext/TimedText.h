@@ -1,13 +1,13 @@
-// The stage that all users of a caption track begin with: takes a document apart into cues, by literal
-// replacements and one split.
+// The first stage of all that uses a caption track: cuts a document into cues, by literal replacements and
+// one split.
 //
 //   document    = declaration "<transcript>" *cue "</transcript>"
 //   declaration = `<?xml version="1.0" encoding="utf-8" ?>`        this spelling only
 //   cue         = `<text start="` S `" dur="` D `">` T `</text>`   S and D decimal seconds
 //
-// The separators are placed before any entity is decoded, so that a quotation mark which decoding
-// gives never forms one. In a document that breaks the pattern the fields shift; the lists are then
-// read as far as both the times and the texts go.
+// The separators are put in before any entity is decoded, so that a decoded quotation mark never forms one.
+// In a document that breaks the pattern the fields shift; its cues then count as far as both times and texts
+// go.
 #pragma once
 
 #include <cstdint>
@@ -26,27 +26,27 @@ struct TimedTextCue {
   std::string_view dur;
 };
 
-// The words of one cue on their way into a text (see runtime/pieces.h), where they stand on one line:
-// line ends, and the byte pair FD FF, become blanks; nothing is trimmed.
+// The words of one cue on one line, as a piece of a text (see runtime/pieces.h): line ends, and the byte pair
+// FD FF, become blanks; nothing is trimmed.
 struct CueText {
   std::string_view raw;
-  // The text itself: as it stands where it holds nothing to replace, which most do, or else in room.
-  std::string_view In(std::string& room) const;
+  // The words without a copy if nothing needs replacing (usual); otherwise built in `buffer`.
+  std::string_view In(std::string& buffer) const;
 };
 inline std::size_t MostBytes(CueText text) { return text.raw.size(); }
 char* Put(char* to, CueText text);
 
-// One fetched track: its fields are start, dur, text, start, ..., and one last field behind the
-// last separator. They lie in the normalised document, which is shared, not copied.
+// One track: its fields are start, dur, text, start, ..., and one last field after the last separator. They
+// are parts of the normalised document, which is shared, not copied.
 class TimedText {
  public:
-  // Of the body of a reply, whatever it is.
+  // Takes any text, well-formed or not.
   static TimedText From(std::string document);
 
-  std::string trackTitle;  // the language's name, the base of the default file name
+  std::string trackTitle;  // language name, the base of the suggested file name
 
-  // The cues that have a start, and those that have a text as well: starts stand at the fields
-  // 0, 3, 6, ... and texts at 2, 5, 8, ..., each in front of the last field.
+  // The number of cues with a start, and of those with a text as well: starts are the fields 0, 3, 6, ... and
+  // texts 2, 5, 8, ..., all before the last field.
   std::size_t Starts() const { return (ends_.size() - 1 + 2) / 3; }
   std::size_t Cues() const { return (ends_.size() - 1) / 3; }
   // start and dur of cue i below Starts().

@@ -19,7 +19,7 @@ FileWriter CaptionsWriter(Window1&, TimedText track) {
   return [captions = FormCaptions(std::move(track))](TextOutputStream& out) { write(out, captions); };
 }
 
-// The boxes are read for each cue, so that a change during the run takes effect at the next one.
+// Reads the boxes for each cue, so that a change takes effect at the next one.
 FileWriter TranscriptWriter(Window1& form, TimedText track) {
   form.TextArea1.SetText(Transcript(track, [&form]() -> TranscriptForm {
     return {form.lineBox.Value(), form.timecodeBox.Value()};

@@ -17,14 +17,14 @@ enum class Output;
 // Writes one file; raises IOException from the stream.
 using FileWriter = std::function<void(TextOutputStream&)>;
 
-// How one kind of file is made.
+// One kind of file.
 struct FileFormat {
   Output output;
   const char* extension;
   const char* fileType;  // filter of the save dialog, see FileTypes1; "" for none
-  // Forms what the file will hold, yielding after each cue, before the user is asked for its name.
+  // Prepares the contents, yielding after each cue, before the user is asked for a file name.
   FileWriter (*Form)(Window1& form, TimedText track);
-  bool clearsDocument;  // whether TextArea1 is empty afterwards
+  bool clearsDocument;  // whether TextArea1 is emptied afterwards
 };
 
 const FileFormat& FormatOf(Output output);
@@ -34,7 +34,7 @@ struct Captions {
   TimecodeList starts;
   TimecodeList ends;
   TimedText track;
-  // A document that breaks the pattern may have more times than texts: the shorter list counts.
+  // A document that breaks the pattern may have more times than texts; the shorter list counts.
   std::size_t Count() const { return track.Cues(); }
 };
 

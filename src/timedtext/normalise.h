@@ -6,11 +6,10 @@
 #include <string_view>
 #include <vector>
 
-// Stands between two fields of a normalised document, and behind the last text.
+// Stands between two fields of a normalised document, and after the last text.
 inline constexpr std::string_view kSeparator = " ||| ";
 
-// The table of replacements, each applied to the whole document in its turn. This is what
-// normalising means.
+// Applies the table of replacements, each to the whole document in its turn. This is what normalising means.
 std::string NormaliseStepByStep(std::string document);
 
 // A normalised document, and where its fields end: each in front of its separator, the last one with
@@ -20,7 +19,6 @@ struct TimedTextFields {
   std::vector<std::uint32_t> ends;
 };
 
-// What NormaliseStepByStep gives, byte for byte, and a split of it at kSeparator. The cues that keep to
-// the pattern are moved to the front of the document one by one; from the first that does not, the
-// steps do what is left. std::length_error for a result of more than 4 GiB.
+// The document of NormaliseStepByStep, byte for byte, split at kSeparator. std::length_error for a result of
+// more than 4 GiB.
 TimedTextFields NormaliseTimedText(std::string document);

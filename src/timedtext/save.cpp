@@ -6,7 +6,7 @@
 
 namespace {
 
-bool TellFailure(const FolderItem& file, int error) {
+bool ReportFailure(const FolderItem& file, int error) {
   ++App::Get().progress.failed;
   MsgBox("\"" + file.Name() + "\" could not be saved: " + ErrorWords(error) + ".");
   return false;
@@ -15,16 +15,16 @@ bool TellFailure(const FolderItem& file, int error) {
 }  // namespace
 
 bool SaveFile(const FolderItemPtr& file, const std::function<void(TextOutputStream&)>& write) {
-  Application::Current().CheckEnded();  // the window may have gone while its dialog was open
+  Application::Current().CheckEnded();  // the window may have closed during its dialog
   const auto stream = file->CreateTextFile();
-  if (!stream) return TellFailure(*file, file->LastErrorCode());
+  if (!stream) return ReportFailure(*file, file->LastErrorCode());
   try {
     write(*stream);
     stream->Close();
     App::Get().progress.CountSaved(file->Path());
     return true;
   } catch (const IOException& e) {
-    return TellFailure(*file, e.ErrorNumber());
+    return ReportFailure(*file, e.ErrorNumber());
   }
 }
 

@@ -1,14 +1,13 @@
-// What all savers of files share.
+// Writes a file that the user has chosen, and counts it.
 #pragma once
 
 #include <functional>
 
 #include "runtime/Streams.h"
 
-// Creates file, lets write fill it and closes it; true if it stands. A failure is told to the person
-// with the file's name and the reason, and what stood there before is untouched. Called right behind
-// the save dialog, it also ends a command whose window went meanwhile.
-//
-// A file that stands, a failure, and a dialog that was cancelled count in the progress of the command.
+// Creates the file, passes it to `write` and closes it; true if it is complete. On failure shows a message
+// with the file's name and the reason, and leaves an earlier file as it was. Counts either in the progress of
+// the command. Throws HandlerEnded if the window closed during the save dialog.
 bool SaveFile(const FolderItemPtr& file, const std::function<void(TextOutputStream&)>& write);
+// Counts a save dialog that the user cancelled.
 void CountCancelled();

@@ -6,7 +6,6 @@
 #include "runtime/Numbers.h"
 #include "runtime/Text.h"
 #include "runtime/pieces.h"
-#include "timedtext/TimedText.h"
 
 namespace {
 
@@ -101,23 +100,24 @@ std::optional<std::int64_t> StartHundredths(std::string_view start) {
 }
 
 char* PutTimecode(char* to, std::int64_t hundredths) {
-  const auto putTwoDigits = [&to](std::uint32_t number, char behind) {
+  const auto putTwoDigits = [&to](std::uint32_t number) {
     *to++ = static_cast<char>('0' + number / 10);
     *to++ = static_cast<char>('0' + number % 10);
-    *to++ = behind;
   };
   const std::int64_t hours = hundredths / 360000;
   const auto inHour = static_cast<std::uint32_t>(hundredths % 360000);
   if (hours < 100) {
-    putTwoDigits(static_cast<std::uint32_t>(hours), ':');
+    putTwoDigits(static_cast<std::uint32_t>(hours));
   } else {
     to = Put(to, hours);
-    *to++ = ':';
   }
-  putTwoDigits(inHour / 6000, ':');
-  putTwoDigits(inHour / 100 % 60, '.');
-  putTwoDigits(inHour % 100, '0');
-  return to - 1;
+  *to++ = ':';
+  putTwoDigits(inHour / 6000);
+  *to++ = ':';
+  putTwoDigits(inHour / 100 % 60);
+  *to++ = '.';
+  putTwoDigits(inHour % 100);
+  return to;
 }
 
 std::string StartTimecode(std::string_view start) {

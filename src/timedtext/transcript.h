@@ -10,8 +10,8 @@
 class TimedText;
 
 struct TranscriptForm {
-  bool byLines, withTimecodes;  // the latter counts for lines alone
+  bool byLines, withTimecodes;  // timecodes only apply to lines
 };
 
-// The transcript of a track; asks for the form of each cue as it comes to it, and yields after each.
+// The transcript of a track. Calls `form` for each cue, and yields after each.
 std::string Transcript(const TimedText& track, const std::function<TranscriptForm()>& form);

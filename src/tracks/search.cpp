@@ -1,5 +1,5 @@
-// The Search command: finds the video code in a pasted link, asks which caption tracks the video
-// has, and lists them. Neither the link nor the reply is parsed; both are cut by literal texts.
+// Search finds the video code in a link, requests the list of the video's caption tracks, and lists them.
+// Neither the link nor the reply is parsed; both are cut at literal texts.
 //
 //   link   = any "?v=" code tail                   cut at "v=", as far as the next one
 //          | any ShortLinkHost "/" code tail       cut at ".be/"
@@ -22,16 +22,17 @@ namespace {
 
 constexpr std::int64_t kTrackListTimeOut = 300;  // seconds without progress
 
-// Field 1 of what delimiter cuts; nullopt if the text is not cut at all.
-std::optional<std::string> FieldOne(std::string_view text, std::string_view delimiter) {
-  StringArray fields = Split(text, delimiter);
-  if (Ubound(fields) < 1) return std::nullopt;
-  return std::move(fields[1]);
+// The text between the first delimiter and the next one, or the end; nullopt without a delimiter.
+std::optional<std::string_view> FieldOne(std::string_view text, std::string_view delimiter) {
+  const std::size_t at = text.find(delimiter);
+  if (at == std::string_view::npos) return std::nullopt;
+  text.remove_prefix(at + delimiter.size());
+  return text.substr(0, text.find(delimiter));
 }
 
-// nullopt for a text that is no link to a video, also where a search accepts what the cut does not:
-// "?V=" in capitals, or another character in place of the host's dot.
-std::optional<std::string> VideoCode(const std::string& link) {
+// nullopt for a text that is no link to a video. The expressions accept more than the cut: "?V=" in capitals,
+// or another character in place of the host's dot.
+std::optional<std::string_view> VideoCode(const std::string& link) {
   RegEx longLink;
   longLink.SearchPattern = "\\?v=";
   if (longLink.Search(link)) return FieldOne(link, "v=");
@@ -51,68 +52,59 @@ void RemoveOldRows(Window1& form) {
   }
 }
 
-// One row of XMLList for each track element; what stands before the first and behind the last is dropped.
-void CutIntoElements(Window1& form) {
-  TextArea& buffer = form.TextArea1;
-  buffer.SetText(ReplaceAll(buffer.Text(), "\">", "\">:::"));
-  buffer.SetText(ReplaceAll(buffer.Text(), "\"/>", "\"/>:::"));
-  const StringArray parts = Split(buffer.Text(), ":::");
-  for (std::int64_t i = 1; i <= Ubound(parts) - 1; ++i) {
-    form.XMLList.AddRow(parts[static_cast<std::size_t>(i)]);
-    RuntimeBackgroundTask();
-  }
+// Put after each tag, to cut the reply into its elements.
+constexpr std::string_view kMark = ":::";
+std::string Marked(std::string reply) {
+  reply = ReplaceAll(std::move(reply), "\">", "\">" + std::string(kMark));
+  return ReplaceAll(std::move(reply), "\"/>", "\"/>" + std::string(kMark));
 }
 
-// The code and the name that an element holds; false if it holds none.
-bool ReduceElement(Listbox& elements, std::int64_t row, StringArray& codes, StringArray& names) {
-  elements.SetCell(row, 0, ReplaceAll(elements.Cell(row, 0), "<track id=\"", ""));
-  elements.SetCell(row, 0, ReplaceAll(elements.Cell(row, 0), "\" name=\"\" ", " "));
-  const auto code = FieldOne(elements.Cell(row, 0), "lang_code=\"");
-  const auto fromCode = FieldOne(elements.Cell(row, 0), "lang_code=");
+struct Track {
+  std::string element;  // without its number and empty name
+  std::string name, code;
+};
+
+// nullopt if the element holds no track.
+std::optional<Track> TrackIn(std::string_view element) {
+  std::string text = ReplaceAll(std::string(element), "<track id=\"", "");
+  text = ReplaceAll(std::move(text), "\" name=\"\" ", " ");
+  const auto code = FieldOne(text, "lang_code=\"");
+  const auto fromCode = FieldOne(text, "lang_code=");
   const auto name = fromCode ? FieldOne(*fromCode, "lang_translated=\"") : std::nullopt;
-  if (!code || !name) return false;
-  Append(codes, Split(*code, "\"").front());
-  Append(names, Replace(*name, "\"/>", ""));
-  return true;
+  if (!code || !name) return std::nullopt;
+  Track track{"", Replace(Replace(std::string(*name), "\"/>", ""), "\" lang_default=\"true", ""),
+              std::string(code->substr(0, code->find('"')))};
+  track.element = std::move(text);
+  return track;
 }
 
-void ListTracks(Window1& form, const StringArray& codes, const StringArray& names) {
-  for (std::size_t i = 0; i < codes.size(); ++i) {
-    const auto row = static_cast<std::int64_t>(i);
-    form.Listbox1.AddRow(names.at(i));
-    form.Listbox1.SetCell(row, 1, codes[i]);
-    form.Listbox1.SetCell(row, 0, Replace(form.Listbox1.Cell(row, 0), "\" lang_default=\"true", ""));
+// The tracks in the elements between the first mark and the last. None if any element holds no track, as in
+// an error page.
+std::vector<Track> TracksIn(std::string_view marked) {
+  std::vector<Track> tracks;
+  for (std::size_t mark = marked.find(kMark), next; mark != std::string_view::npos; mark = next) {
+    const std::size_t from = mark + kMark.size();
+    next = marked.find(kMark, from);
+    if (next == std::string_view::npos) break;
+    auto track = TrackIn(marked.substr(from, next - from));
+    if (!track) return {};
+    tracks.push_back(std::move(*track));
     RuntimeBackgroundTask();
   }
+  return tracks;
 }
 
-// A part that can't be cut makes the whole reply one without tracks, such as an error page. Nothing
-// of it stays behind, or its rows would be taken for tracks of the next search.
-void ParseTracks(Window1& form) {
-  StringArray codes, names;
-  bool sound = true;
-  for (std::int64_t row = 0; sound && row < form.XMLList.ListCount(); ++row) {
-    sound = ReduceElement(form.XMLList, row, codes, names);
-    RuntimeBackgroundTask();
-  }
-  if (sound) {
-    ListTracks(form, codes, names);
-  } else {
-    form.XMLList.RemoveRowsFrom(0);
-  }
-}
-
-// Rows that a search which was stopped has left would be taken for tracks of the next one.
-class Unfinished {
+// Clears both lists if the search does not finish: its rows would be taken for tracks of the next one.
+class UnfinishedLists {
  public:
-  explicit Unfinished(Window1& form) : form_(form) {}
-  ~Unfinished() {
+  explicit UnfinishedLists(Window1& form) : form_(form) {}
+  ~UnfinishedLists() {
     if (isDone_ || Window1::OpenOrNil() != &form_) return;
     form_.Listbox1.RemoveRowsFrom(0);
     form_.XMLList.RemoveRowsFrom(0);
   }
-  Unfinished(const Unfinished&) = delete;
-  Unfinished& operator=(const Unfinished&) = delete;
+  UnfinishedLists(const UnfinishedLists&) = delete;
+  UnfinishedLists& operator=(const UnfinishedLists&) = delete;
 
   void Done() { isDone_ = true; }
 
@@ -124,19 +116,25 @@ class Unfinished {
 }  // namespace
 
 void TakeTrackList(Window1& form, std::string reply) {
-  form.TextArea1.SetText(std::move(reply));
-  CutIntoElements(form);
-  ParseTracks(form);
+  const auto marked = std::make_shared<const std::string>(Marked(std::move(reply)));
+  form.TextArea1.SetText(marked);
+  for (Track& track : TracksIn(*marked)) {
+    form.XMLList.AddRow(std::move(track.element));
+    form.Listbox1.AddRow(std::move(track.name));
+    form.Listbox1.SetCell(form.Listbox1.LastIndex(), 1, std::move(track.code));
+    RuntimeBackgroundTask();
+  }
 }
 
 void Search(Window1& form) {
   if (form.TextField1.Text().empty()) return MsgBox("Please paste a YouTube URL into the form first.");
-  const auto code = VideoCode(form.TextField1.Text());
-  if (!code) return MsgBox("This does not appear to be a YouTube URL.");
-  Unfinished lists(form);
+  const auto found = VideoCode(form.TextField1.Text());
+  if (!found) return MsgBox("This does not appear to be a YouTube URL.");
+  const std::string code(*found);
+  UnfinishedLists lists(form);
   RemoveOldRows(form);
   App& app = App::Get();
-  app.vidCode = *code;
+  app.vidCode = code;
 
   HTTPSocket socket;
   const std::string address =

@@ -5,10 +5,10 @@
 
 class Window1;
 
-// Asks for the caption tracks of the video in TextField1 and lists them in Listbox1: language name, language
-// code. Shows a message where there are none. A search that is stopped leaves both its lists empty.
+// Requests the caption tracks of the video in TextField1 and lists them in Listbox1: language name, language
+// code. Shows a message if there are none. A search that is stopped leaves Listbox1 and XMLList empty.
 void Search(Window1& form);
 
-// Adds a row to Listbox1 for each track of the reply, and one to XMLList; both lists must be empty.
-// A reply that can't be cut as a whole leaves both empty. The marked-up reply stays in TextArea1.
+// Adds a row to Listbox1 and one to XMLList for each track of the reply; none if any part of the reply can't
+// be cut. Leaves the reply, with its marks, in TextArea1. Requires: both lists are empty.
 void TakeTrackList(Window1& form, std::string reply);

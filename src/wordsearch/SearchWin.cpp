@@ -52,7 +52,7 @@ void SearchWin::Event_Resizing() {
   Label1.SetTop(Height() - 51);
 }
 
-// With a comma for its point the time loses its fraction: the link takes whole seconds.
+// A comma makes timecodeToSecs drop the fraction: the link takes whole seconds.
 bool SearchWin::resultsList_CellClick(std::int64_t row, std::int64_t, int, int) {
   const std::string time = Replace(resultsList.Cell(row, 0), ".", ",");
   const App& app = App::Get();

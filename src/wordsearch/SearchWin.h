@@ -1,5 +1,5 @@
-// The window of the word search's hits: column 0 a start time such as 00:01:02.500, column 1 the
-// whole text of the cue. Its rows are the only store of them.
+// The window of the word search's hits: column 0 a start time such as 00:01:02.500, column 1 the whole text
+// of the cue. The hits are stored nowhere else.
 #pragma once
 
 #include "runtime/Buttons.h"
@@ -10,7 +10,7 @@
 class SearchWin : public Window {
  public:
   SearchWin();
-  // Made, shown and opened at the first call, and anew, empty, after it was closed.
+  // Creates, shows and opens the window at the first call, and again, empty, after it was closed.
   static SearchWin& Get() { return GetOrMake<SearchWin>(kName, Opening::AtOnce); }
   static SearchWin* OpenOrNil() { return static_cast<SearchWin*>(Find(kName)); }
   static constexpr char kName[] = "SearchWin";
@@ -27,7 +27,7 @@ class SearchWin : public Window {
   PushButton closeBtn{*this};
   PushButton saveBtn{*this};
 
-  // Opens the video in the browser at the time of the row; the column doesn't matter.
+  // Opens the video in the browser at the time of the row; the column is ignored.
   bool resultsList_CellClick(std::int64_t row, std::int64_t column, int x, int y);
   // Saves the rows as a text file and opens it.
   //   file = heading LF LF *( "[" time "]" TAB text LF LF ) LF

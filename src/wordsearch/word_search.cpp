@@ -12,8 +12,8 @@
 
 namespace {
 
-// What one run shows: its hits, the last rows of the results window. That window is the same to the end
-// of the run, since its closing ends the command.
+// The hits of one run, which are the last rows of the results window. The window stays the same throughout
+// the run, since closing it ends the command.
 class Run {
  public:
   std::int64_t Hits() const { return hits_; }
@@ -23,13 +23,13 @@ class Run {
     window_->resultsList.SetCell(window_->resultsList.LastIndex(), 1, text);
     ++hits_;
   }
-  // Removes the rows, or the window that the run has made. The latter ends the command, which has no more
-  // left to do than to say why.
+  // Removes the rows, or the window if the run has created it. Closing it ends the command, which has only
+  // its message left to show.
   void TakeBack() {
     if (hits_ == 0) return;
     wasOpen_ ? window_->resultsList.RemoveRowsFrom(before_) : window_->Close();
   }
-  // Nothing where no row of the run stands, or those of a later run follow them.
+  // Does nothing if the run has no rows, or if rows of a later run follow them.
   void ShowCount(const std::string& term) const {
     const bool open = hits_ > 0 && SearchWin::OpenOrNil() == window_;
     if (!open || window_->resultsList.ListCount() != before_ + hits_) return;
@@ -45,7 +45,7 @@ class Run {
 
 std::string Quoted(const std::string& term) { return "The term \"" + term + "\""; }
 
-// Reports a term that is no regular expression; false then.
+// Shows a message and returns false if the term is no regular expression.
 bool CompileOrReport(RegEx& term) {
   try {
     term.Compile();
@@ -73,8 +73,8 @@ TimecodeList StartsOf(const TimedText& track) {
   return starts;
 }
 
-// The first cue from here on that has the term, its words left in text; Cues() if none has. Yields after each
-// cue without it.
+// The first cue from `cue` on that has the term, with its words in `text`; Cues() if there is none. Yields
+// after each cue without a hit.
 std::size_t NextHit(RegEx& term, const TimedText& track, std::size_t cue, std::string& text) {
   std::string buffer;
   for (; cue < track.Cues(); ++cue) {
@@ -85,7 +85,7 @@ std::size_t NextHit(RegEx& term, const TimedText& track, std::size_t cue, std::s
   return cue;
 }
 
-// Shows each cue that has the term as it is found. A track without cues leaves the count as it was.
+// Shows each hit as it is found. A track without cues does not change the count.
 void ShowHits(Run& run, RegEx& term, const TimedText& track, const TimecodeList& starts) {
   App& app = App::Get();
   if (track.Cues() > 0) app.searchCount = "0";

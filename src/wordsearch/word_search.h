@@ -1,5 +1,5 @@
-// The word search: tests a term against every cue of the selected tracks by itself. The term is a
-// regular expression, taken as it stands in the field; case doesn't matter.
+// The word search: tests a term against each cue of the selected tracks. The term is a regular expression, as
+// typed; case is ignored.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,6 @@ class Window1;
 // The command: checks the form, then searches each selected track.
 void SearchWords(Window1& form);
 
-// Searches the track in this row of Listbox1, from 0, and shows the hits as they are found. Shows a message
-// for a failure, or where there is none; false where the term can't be searched for, so that no other row is
-// worth a try.
+// Searches the track in this row of Listbox1, counted from 0, and shows hits as they are found. Shows a
+// message on failure or if there is no hit. False if the term can't be searched for in any track.
 bool SearchTrack(Window1& form, std::int64_t row);

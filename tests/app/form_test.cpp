@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "app/MainMenuBar.h"
 #include "ravelyn/commands.h"
 #include "support/Program.h"
 #include "support/processes.h"
@@ -15,7 +16,7 @@ std::string OnOff(const CheckBox& box) {
   return std::string(box.Value() ? "on" : "off") + (box.Enabled() ? "" : "/dis");
 }
 
-// Seven words: the file type, the three boxes, the two brackets; the caption and the strings behind them.
+// File type, three boxes, two brackets; then the button's caption and the option strings.
 std::string OptionState(Program& program) {
   Window1& f = program.Form();
   const App& app = program.app;
@@ -37,12 +38,12 @@ std::string OptionState(Program& program) {
 
 }  // namespace
 
-TEST(ResultsWindow, KeepsItsControlsAtItsEdges) {
+TEST(ResultsWindow, ResizingMovesItsControlsWithTheEdges) {
   Program program;
   SearchWin& window = SearchWin::Get();
   window.PersonResizes(700, 391);
   window.PersonResizes(600, 391);
-  EXPECT_EQ(window.resultsList.Height(), 291);  // the start is 295
+  EXPECT_EQ(window.resultsList.Height(), 291);  // 295 before
   window.PersonResizes(800, 500);
   EXPECT_EQ((std::vector{window.resultsList.Width(), window.resultsList.Height(), window.Label1.Top(),
                          window.closeBtn.Left(), window.closeBtn.Top(), window.saveBtn.Left(),
@@ -53,8 +54,8 @@ TEST(ResultsWindow, KeepsItsControlsAtItsEdges) {
   EXPECT_EQ(window.saveBtn.Left(), -72);
 }
 
-// Each row goes on from the one before, in the state that it left.
-TEST(Options, KeepEachOtherInStepAfterEachClick) {
+// Each row starts with the state of the previous one.
+TEST(Options, AClickSetsTheOtherOptionsAndTheirStrings) {
   Program program;
   EXPECT_EQ(OptionState(program),
             "none off/dis off/dis off/dis hidden hidden | Download | true true false false false");
@@ -65,7 +66,8 @@ TEST(Options, KeepEachOtherInStepAfterEachClick) {
       {"TextBox", "text off off off shown shown" + text + "Text true false false false"},
       {"timecodeBox", "text off off on shown shown" + text + "Text true false true false"},
       {"lineBox", "text off on on shown shown" + text + "Text true false true true"},
-      {"lineBox", "text off off on shown shown" + text + "Text true false false false"},  // the box stays on
+      {"lineBox",
+       "text off off on shown shown" + text + "Text true false false false"},  // the box stays checked
       {"lineBox", "text off on on shown shown" + text + "Text true false false true"},
       {"paragraphBox", "text on off off/dis shown hidden" + paragraph + "Text true true false false"},
       {"TextBox", "text on off off shown shown" + text + "Text true true false false"},  // clicked again
@@ -93,21 +95,43 @@ TEST(Options, KeepEachOtherInStepAfterEachClick) {
   }
 }
 
-TEST(Options, AreSetByCodeAsByAPersonButOnlyWhenTheyChange) {
+TEST(Options, AValueSetByCodeActsAsAClickIfItChanges) {
   Program program;
   Window1& form = program.Form();
-  form.lineBox.SetValue(true);  // disabled, yet its handler runs
+  form.lineBox.SetValue(true);  // its handler runs although it is disabled
   EXPECT_EQ(OptionState(program),
             "none off/dis on/dis off hidden shown | Download | true true false false true");
   form.TextBox.SetValue(true);
   form.PushButton1.SetCaption("mine");
   form.TextBox.SetValue(true);
   form.openBox.SetValue(true);
-  form.TextBox.SetValue(false);  // going off raises nothing
+  form.TextBox.SetValue(false);  // switching off raises no Action
   EXPECT_EQ(OptionState(program), "none off on off shown shown | mine | Text true false false true");
 }
 
-TEST(Probe, WarnsOfAFailingAddressOnceForEachForm) {
+TEST(MenuBar, EachItemHasAnAccessor) {
+  const std::pair<MenuItem&, const char*> items[] = {{FileQuit(), "FileQuit"},
+                                                     {FileNewWindow(), "FileNewWindow"},
+                                                     {FileAboutRavelyn(), "FileAboutRavelyn"},
+                                                     {FileHelp(), "FileHelp"},
+                                                     {EditUndo(), "EditUndo"},
+                                                     {EditSeparator1(), "EditSeparator1"},
+                                                     {EditCut(), "EditCut"},
+                                                     {EditCopy(), "EditCopy"},
+                                                     {EditPaste(), "EditPaste"},
+                                                     {EditClear(), "EditClear"},
+                                                     {EditSeparator2(), "EditSeparator2"},
+                                                     {EditSelectAll(), "EditSelectAll"}};
+  std::size_t place = 0;
+  for (Menu* menu : {&FileMenu(), &EditMenu()})
+    for (MenuItem& item : menu->Items) {
+      EXPECT_EQ(&items[place].first, &item);
+      EXPECT_EQ(items[place++].second, item.Name);
+    }
+  EXPECT_EQ(place, std::size(items));
+}
+
+TEST(Probe, AFailingAddressGivesOneWarningPerForm) {
   for (const auto& [address, words] :
        {std::pair{"127.0.0.1", Lines{"show: Window1"}},
         std::pair{"240.0.0.1",
@@ -131,7 +155,7 @@ TEST(Probe, WarnsOfAFailingAddressOnceForEachForm) {
   }
 }
 
-TEST(Probe, SleepsUntilItsPingHasEnded) {
+TEST(Probe, SleepsUntilPingEnds) {
   const OwnPing ping("sleep 0.3");
   SilentPlatform host;
   App app(host, kCommands);

@@ -1,4 +1,4 @@
-// The link that a user means by what they paste, drop or hand over.
+// Links found in texts that a user pastes, drops or passes on the command line.
 
 #include "app/pasted_link.h"
 
@@ -12,14 +12,14 @@ namespace {
 const Endpoints kEndpoints;
 std::string Pasted(const std::string& text) { return PastedLink(text, kEndpoints); }
 
-// CODE stands for a video's code.
+// Replaces CODE with a video's code.
 std::vector<std::string> TextsIn(const std::string& list) {
   return Split(ReplaceAll(list, "CODE", "-Qn3_tW8yLc"), "|");
 }
 
 }  // namespace
 
-TEST(PastedLink, IsTheWatchPageOfWhateverNamesAVideo) {
+TEST(PastedLink, ATextThatNamesAVideoGivesItsWatchPage) {
   for (const std::string& text :
        TextsIn("https://www.youtube.com/watch?v=CODE|"
                "https://www.youtube.com/watch?app=desktop&list=PLv=1&v=CODE&t=30s#top|"
@@ -36,7 +36,7 @@ TEST(PastedLink, IsTheWatchPageOfWhateverNamesAVideo) {
     EXPECT_EQ(Pasted(text), "https://www.youtube.com/watch?v=-Qn3_tW8yLc") << text;
 }
 
-TEST(PastedLink, IsTheTextItselfWhereThatNamesNoVideo) {
+TEST(PastedLink, ATextThatNamesNoVideoIsUnchanged) {
   for (const std::string& text :
        TextsIn("| two words |-Qn3_tW8yL|CODEd|-Qn3_tW8yL.|https://www.youtube.com/watch?v=-Qn3_tW8yL|"
                "https://www.youtube.com/watch?v=CODEd|https://www.youtube.com/watch?list=x v=CODE|"

@@ -1,10 +1,10 @@
-// How a command ended, in words.
+// The result of a command in words.
 
 #include "app/Progress.h"
 
 #include <gtest/gtest.h>
 
-TEST(Progress, SaysInOneLineHowACommandEnded) {
+TEST(Progress, CountsGiveOneLineOfWords) {
   Progress none, list, one, files, apart, mixed, found, nothing;
   list.languages = 8;
   one.CountSaved("/home/u/Documents/a.srt");

@@ -1,4 +1,4 @@
-// The cause that stands below a message, by what the endpoint answered.
+// The cause shown below a message, for each reply of the endpoint.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -13,11 +13,11 @@ std::string Below(const std::string& call) {
   return at == call.npos ? "" : call.substr(at + 8);
 }
 
-// The message's cause after this reply to a search, and to a download; "-" where there was no message.
+// The causes after this reply to a search and to a download; "-" if there was no message.
 std::pair<std::string, std::string> CausesOf(Program& program, const Reply& reply) {
   const auto cause = [&](const std::function<void()>& command) {
     const int before = program.server.Answered();
-    program.host.onYield = [&] {  // time is only for who would wait for ever
+    program.host.onYield = [&] {  // moves the clock to the time-out of a stalled reply
       const bool isOut = program.server.Answered() > before;
       if (isOut && reply.end == Reply::End::Stall) program.host.ticks += 1500;
     };
@@ -37,14 +37,14 @@ std::pair<std::string, std::string> CausesOf(Program& program, const Reply& repl
   return {ofSearch, cause([&] { program.Click("PushButton1"); })};
 }
 
-// A head that names this cause.
+// A reply head that names this cause.
 std::string Naming(const std::string& cause, const std::string& length = "0") {
   return "HTTP/1.0 404 Not Found\r\nContent-Length: " + length + "\r\nRavelyn-Cause: " + cause + "\r\n\r\n";
 }
 
 }  // namespace
 
-TEST(Causes, AreTheGatewaysWordsOrWhatTheClientKnows) {
+TEST(Causes, ComeFromTheGatewayOrFromTheClient) {
   const std::string most(200, 'c'), brokeOff = "The reply broke off before the first byte of its text.";
   const std::string emptyList = TrackList({});
   const struct {
@@ -79,7 +79,7 @@ TEST(Causes, AreTheGatewaysWordsOrWhatTheClientKnows) {
   EXPECT_EQ(CausesOf(program, {error + "Content-Length: 0\r\n\r\n"}), std::pair(foreign, foreign));
 }
 
-TEST(Causes, SayThatNothingListens) {
+TEST(Causes, AClosedPortIsNamed) {
   int port = 0;
   ::close(ListenOnLoopback(port));
   const std::string nobody = "127.0.0.1:" + std::to_string(port);

@@ -1,5 +1,5 @@
-// Ten times the cues may take ten times as long, with wide room for a busy machine; a step that is
-// quadratic takes a hundred times as long.
+// Ten times the cues may take ten times as long, and more on a busy machine; a quadratic step takes a hundred
+// times as long.
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ std::string LongDocument(int cues) {
   return xml + "</transcript>";
 }
 
-// Of the whole process: what others do on the machine, and the disk, don't count.
+// Processor time of this process: other processes and the disk don't count.
 double SecondsOf(const std::function<void()>& work) {
   const double start = ProcessorSeconds(CLOCK_PROCESS_CPUTIME_ID);
   work();
@@ -31,7 +31,7 @@ double SecondsOf(const std::function<void()>& work) {
 
 }  // namespace
 
-TEST(Cost, OfEachCommandGrowsWithTheCuesOnly) {
+TEST(Cost, CommandsAreLinearInTheCues) {
   Program program({{"s", "Short", LongDocument(10'000)}, {"l", "Long", LongDocument(100'000)}});
   program.Search({});
   program.Form().searchField.PersonTypes("NUMBER .*[05]$");
@@ -54,13 +54,13 @@ TEST(Cost, OfEachCommandGrowsWithTheCuesOnly) {
   }
 }
 
-TEST(Cost, OfListingTracksGrowsWithTheTracksOnly) {
+TEST(Cost, ListingIsLinearInTheTracks) {
   Program program;
   const auto timeOf = [&](std::size_t tracks) {
     program.server.AnswerAt(ListPath("abc"),
                             {Page(TrackList(std::vector<Track>(tracks, {"en", "English", ""})))});
     program.Search({});
-    const double seconds = SecondsOf([&] { program.Click("PushButton2"); });  // the old rows go, too
+    const double seconds = SecondsOf([&] { program.Click("PushButton2"); });  // removes the old rows as well
     EXPECT_EQ(program.Form().Listbox1.ListCount(), static_cast<std::int64_t>(tracks));
     return seconds;
   };

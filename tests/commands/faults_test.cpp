@@ -1,5 +1,4 @@
-// The whole program in a faulty world: what the person is told, and that what stood there before still
-// stands.
+// The whole program with faulty servers and disks: what the user is shown, and that earlier files survive.
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -35,11 +34,11 @@ std::string NotSaved(const std::string& name, const std::string& why) {
   return "message: \"" + name + "\" could not be saved: " + why + ".";
 }
 
-// A thousand files are saved here, and how fast the disk takes them is no part of it.
+// A thousand files are saved here; the speed of the disk is not under test.
 [[maybe_unused]] const bool inMemory =
     std::filesystem::is_directory("/dev/shm") && ::setenv("TMPDIR", "/dev/shm", 0) == 0;
 
-// The file that a document which ends here gives: its whole cues.
+// The file for a document cut at this byte: its complete cues.
 std::string FileOf(const std::string& document) {
   std::string file;
   std::size_t at = 0;
@@ -55,7 +54,7 @@ bool IsFirstCues(const std::string& file) {
   return file.empty() || file == kSRT[0] || file == kSRT[0] + kSRT[1] || file == kSRT[0] + kSRT[1] + kSRT[2];
 }
 
-// A program that has one English track, SRT chosen and an earlier file where the next one goes.
+// A program with one English track and SRT chosen; the file that it will save exists already.
 struct Downloads : Program {
   Downloads() : Program({{"en", "English", kDocument}}) {
     Search({0});
@@ -64,7 +63,7 @@ struct Downloads : Program {
     WriteFile(prefsPath, kOldPrefs);
     Calls();
   }
-  // Time passes only when nothing comes any more.
+  // The clock moves only when nothing more arrives.
   Lines Run(const Reply& reply) {
     server.AnswerAt(TrackPath("abc", "en"), reply);
     const std::size_t before = server.Requests().size();
@@ -89,7 +88,7 @@ struct Downloads : Program {
 
 }  // namespace
 
-TEST(FaultyReplies, CutInTheBodyGiveTheCuesThatAreWhole) {
+TEST(FaultyReplies, ACutDocumentGivesItsCompleteCues) {
   Downloads program;
   for (std::size_t cut = 1; cut <= kDocument.size(); ++cut) {
     SCOPED_TRACE(cut);
@@ -100,7 +99,7 @@ TEST(FaultyReplies, CutInTheBodyGiveTheCuesThatAreWhole) {
       EXPECT_EQ(program.Run({OpenPage(body), Reply::End::Close, 1}), program.saved);
       EXPECT_EQ(ReadFile(program.target), expected);
     }
-    // A reset may overtake the last bytes.
+    // A reset may arrive before the last bytes.
     const Lines calls = program.Run({OpenPage(body), Reply::End::Reset});
     EXPECT_TRUE(calls == program.saved
                     ? IsFirstCues(ReadFile(program.target))
@@ -110,7 +109,7 @@ TEST(FaultyReplies, CutInTheBodyGiveTheCuesThatAreWhole) {
   EXPECT_EQ(program.folder.Count(), 1U);
 }
 
-TEST(FaultyReplies, ToSearchListTheTracksThatAreWholeOrNone) {
+TEST(FaultyReplies, ACutListGivesItsCompleteTracksOrNone) {
   Program program;
   const std::string list = TrackList({{"en", "English", ""}, {"de", "German", ""}});
   const std::string none =
@@ -131,8 +130,8 @@ TEST(FaultyReplies, ToSearchListTheTracksThatAreWholeOrNone) {
   }
 }
 
-// The limit on the size of a file makes the disk refuse at any byte.
-TEST(FaultyDisk, ThatRefusesAWriteLeavesTheEarlierFile) {
+// A limit on the file size makes the disk refuse at any byte.
+TEST(FaultyDisk, ARefusedWriteLeavesTheEarlierFile) {
   Downloads program;
   std::vector<Cue> many;
   for (int i = 0; i < 30'000; ++i) many.push_back({std::to_string(i), "1", "words of a cue"});

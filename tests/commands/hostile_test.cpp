@@ -1,4 +1,4 @@
-// Texts from outside that try to be something else: a header, a command, a path, a link to another file.
+// Texts from outside that try to become a header, a command, a path or a link to another file.
 
 #include <gtest/gtest.h>
 
@@ -22,14 +22,14 @@ std::string RequestFor(const std::string& path, const Program& program) {
 
 }  // namespace
 
-TEST(HostileTexts, NeverAddALineToARequest) {
+TEST(HostileTexts, LineEndsAddNoLineToARequest) {
   for (const std::string& bytes : {"\r\nX: y"s, "\nX: y"s, "\rX: y"s, "\0"s}) {
     Program program;
     program.Form().TextField1.PersonTypes("https://host/watch?v=abc" + bytes);
     program.Click("PushButton2");
-    const std::string code = "abc" + (bytes == "\0"s ? "" : "X: y"s);  // a field of one line drops them
+    const std::string code = "abc" + (bytes == "\0"s ? "" : "X: y"s);  // the field drops control characters
     EXPECT_EQ(program.server.Requests(), Lines{RequestFor(ListPath(code), program)});
-    // A server may name any language that it likes.
+    // A server may send any language name.
     program.server.AnswerAt(ListPath(code), {Page(TrackList({{"e" + bytes + "n", "English", ""}}))});
     program.Click("PushButton2");
     program.Form().Listbox1.PersonSelects({0});
@@ -45,8 +45,8 @@ TEST(HostileTexts, NeverAddALineToARequest) {
   }
 }
 
-// Someone else who may write to the folder puts a link in the target's place while the file is written.
-TEST(PlantedLinks, AreReplacedAndNotFollowed) {
+// Another user with write access puts a link in the target's place while the file is written.
+TEST(PlantedLinks, ALinkAtTheTargetIsReplacedNotFollowed) {
   const TemporaryFolder folder;
   WriteFile(folder / "victim", "precious");
   for (const bool isNew : {false, true}) {
@@ -63,7 +63,7 @@ TEST(PlantedLinks, AreReplacedAndNotFollowed) {
   }
 }
 
-TEST(PlantedLinks, InPlaceOfTheFolderLeadNowhereElse) {
+TEST(PlantedLinks, ALinkInPlaceOfTheFolderIsNotFollowed) {
   const TemporaryFolder folder;
   std::filesystem::create_directory(folder / "sub");
   std::filesystem::create_directory(folder / "other");
@@ -77,8 +77,8 @@ TEST(PlantedLinks, InPlaceOfTheFolderLeadNowhereElse) {
   EXPECT_EQ(ReadFile(folder / "moved/a.srt"), "new");
 }
 
-// The name of the file beside the target can't be foretold, so nobody can put a link there first.
-TEST(PlantedLinks, FindNoNameToStandAt) {
+// The name of the temporary file can't be predicted, so no link can be planted there.
+TEST(PlantedLinks, TemporaryNamesAreUnpredictable) {
   const TemporaryFolder folder;
   std::set<std::string> names;
   for (int i = 0; i < 20; ++i) {

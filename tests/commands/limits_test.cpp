@@ -1,11 +1,11 @@
-// Limits of the whole program, by the input that goes past them.
+// Limits of the whole program, with input just inside and outside of them.
 
 #include <gtest/gtest.h>
 
 #include "ravelyn/commands.h"
 #include "support/Program.h"
 
-// In ticks, of which 60 are a second: at the last one of the time-out a silent server is still waited for.
+// Ticks are sixtieths of a second: at the last one of the time-out the program still waits.
 TEST(Limits, SilenceEndsASearchAfter300SecondsAndADownloadAfter30) {
   for (const auto& [button, seconds] : {std::pair("PushButton2", 300), {"PushButton1", 30}}) {
     Program program({{"en", "English", ""}});
@@ -27,7 +27,7 @@ TEST(Limits, SilenceEndsASearchAfter300SecondsAndADownloadAfter30) {
   }
 }
 
-TEST(Limits, ChoicesAreReadInBoundsAndSavedAsTheyWereRead) {
+TEST(Limits, LongPreferencesAreCutAndSavedAsRead) {
   Program first;
   const TemporaryFolder prefs;
   const std::string file = prefs / "com.tarnvale.ravelyn.user.prefs";

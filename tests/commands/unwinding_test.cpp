@@ -1,5 +1,5 @@
-// What a person may do while a command runs: close its window, quit, choose options, start another.
-// Each deed comes at every yield of the command in turn, so that no place is left out.
+// What a user may do while a command runs: close its window, quit, change options, start another command.
+// Each action is tried at every yield of the command.
 
 #include <gtest/gtest.h>
 
@@ -21,9 +21,9 @@ const std::vector<Track> kTracks = {
 };
 
 struct Command {
-  std::string before;  // clicks that lead to it
+  std::string before;  // clicks before the command
   std::string button;
-  Lines wholeFiles;  // what each file may hold when it is there at all
+  Lines wholeFiles;  // possible contents of each complete file
 };
 
 const std::string kCues[] = {
@@ -45,7 +45,7 @@ const std::map<std::string, Command> kCases = {
        "[00:00:01.000]\tone\n\n[00:00:03.000]\tonce\n\n[00:00:01.000]\ton\n\n\n"}}},
 };
 
-// A program whose command is about to be started, and what it leaves behind.
+// A program just before a command, and what it leaves afterwards.
 struct Stage : Program {
   explicit Stage(const Command& what) : Program(kTracks), command(what) {
     Search({0, 1});
@@ -56,14 +56,14 @@ struct Stage : Program {
     host.calls.clear();
   }
 
-  // Starts the command and does deed at its n-th yield, from 1; false if there was none.
-  bool Run(std::int64_t n, const std::function<void()>& deed) {
+  // Runs the command with `action` at its n-th yield, from 1; false if there are fewer yields.
+  bool Run(std::int64_t n, const std::function<void()>& action) {
     const std::int64_t at = host.yields + n;
     bool done = false;
     host.onYield = [&, at] {
       if (host.yields != at) return;
       done = true;
-      deed();
+      action();
       atDeed = host.calls.size();
     };
     Click(command.button);
@@ -75,7 +75,7 @@ struct Stage : Program {
     return {host.calls.begin() + static_cast<std::ptrdiff_t>(atDeed), host.calls.end()};
   }
 
-  // Each file that is there is whole, and nothing lies beside them.
+  // Every file is complete, and there is no other file.
   void ExpectWholeFiles() const {
     std::size_t there = 0;
     for (std::size_t i = 0; i < command.wholeFiles.size(); ++i) {
@@ -91,15 +91,15 @@ struct Stage : Program {
   std::size_t atDeed = 0;
 };
 
-// Runs every command anew with deed at each of its yields; check sees what came of it. A server on
-// this machine answers within a few waits, so the yields of a command are few.
-void AtEveryYield(const std::function<void(Stage&)>& deed, const std::function<void(Stage&)>& check) {
+// Runs every command once for each of its yields, with `action` there and `check` afterwards. A server on
+// this machine answers within a few waits, so there are few yields.
+void AtEveryYield(const std::function<void(Stage&)>& action, const std::function<void(Stage&)>& check) {
   for (const auto& [name, command] : kCases) {
     SCOPED_TRACE(name);
     bool reached = true;
     for (std::int64_t n = 1; reached && n < 200; ++n) {
       Stage stage(command);
-      reached = stage.Run(n, [&] { deed(stage); });
+      reached = stage.Run(n, [&] { action(stage); });
       if (!reached) continue;
       SCOPED_TRACE(n);
       check(stage);
@@ -109,7 +109,7 @@ void AtEveryYield(const std::function<void(Stage&)>& deed, const std::function<v
   }
 }
 
-// The label has the number of hits of the last run that had any: two in the first track, one in the other.
+// The label counts the hits of the last run that had any: two in the first track, one in the other.
 void ExpectCountedRows() {
   const SearchWin* results = SearchWin::OpenOrNil();
   if (!results) return;
@@ -120,7 +120,7 @@ void ExpectCountedRows() {
 
 }  // namespace
 
-TEST(Unwinding, ClosingTheWindowEndsItsCommandAtOnce) {
+TEST(Unwinding, ClosingAWindowEndsItsCommandAtOnce) {
   AtEveryYield(
       [](Stage& stage) {
         stage.app.FindWindow(stage.command.button == "SearchWin.saveBtn" ? "SearchWin" : "Window1")
@@ -136,10 +136,10 @@ TEST(Unwinding, ClosingTheWindowEndsItsCommandAtOnce) {
       });
 }
 
-TEST(Unwinding, StoppingACommandLeavesItsFormAndNothingHalfMade) {
+TEST(Unwinding, StoppingACommandLeavesItsFormAndOnlyCompleteFiles) {
   AtEveryYield([](Stage& stage) { stage.app.StopCommand(); },
                [](Stage& stage) {
-                 if (stage.command.button == "SearchWin.saveBtn") return;  // no command
+                 if (stage.command.button == "SearchWin.saveBtn") return;  // not a command of the form
                  EXPECT_EQ(stage.CallsAfterTheDeed(), Lines{});
                  EXPECT_FALSE(stage.app.IsCommandRunning());
                  const bool searched = stage.command.button == "PushButton2";
@@ -151,7 +151,7 @@ TEST(Unwinding, StoppingACommandLeavesItsFormAndNothingHalfMade) {
                });
 }
 
-TEST(Unwinding, ClosingTheResultsEndsTheirWordSearchAtOnce) {
+TEST(Unwinding, ClosingTheResultsEndsTheWordSearchAtOnce) {
   bool reached = true;
   for (std::int64_t n = 1; reached && n < 200; ++n) {
     Stage stage(kCases.at("words"));
@@ -169,13 +169,13 @@ TEST(Unwinding, ClosingTheResultsEndsTheirWordSearchAtOnce) {
   EXPECT_FALSE(reached);
 }
 
-TEST(Unwinding, ANewFormSearchesWhileTheEndedSearchOfTheOldOneStillStands) {
+TEST(Unwinding, ANewFormSearchesBeforeTheOldSearchHasUnwound) {
   Program program(kTracks);
   program.server.AnswerAt(ListPath("slow"), {"", Reply::End::Stall});
   program.Form().TextField1.PersonTypes("?v=slow");
   std::int64_t listed = 0;
   program.host.onYield = [&] {
-    if (program.server.Requests().empty()) return;  // the server serves the next one only then
+    if (program.server.Requests().empty()) return;  // the server takes the next request only after this one
     program.Form().PersonCloses();
     program.host.onYield = [&] {  // at the new form's probe
       program.Search({});
@@ -213,7 +213,7 @@ TEST(Unwinding, ASecondCommandIsIgnoredWhileOneRuns) {
       });
 }
 
-TEST(Unwinding, EndsACommandWhoseWindowWentDuringADialog) {
+TEST(Unwinding, AWindowClosedDuringADialogEndsItsCommand) {
   for (const auto& [name, command] : kCases) {
     if (command.wholeFiles.empty()) continue;
     for (const bool quit : {false, true}) {
@@ -230,9 +230,9 @@ TEST(Unwinding, EndsACommandWhoseWindowWentDuringADialog) {
   }
 }
 
-TEST(Unwinding, LeavesNoFocusInAFormThatWentBehindAMessage) {
+TEST(Unwinding, AFormClosedDuringAMessageGetsNoFocus) {
   for (const char* button : {"PushButton1", "PushButton3"}) {
-    Program program;  // without a link both commands put the focus on its field
+    Program program;  // without a link both commands move the focus to its field
     program.host.onMessage = [&] { program.Form().PersonCloses(); };
     program.Click(button);
     EXPECT_EQ(program.app.FocusedControl(), nullptr);
@@ -240,7 +240,7 @@ TEST(Unwinding, LeavesNoFocusInAFormThatWentBehindAMessage) {
   }
 }
 
-TEST(Unwinding, EndsTheProbeAndItsPingWithItsForm) {
+TEST(Unwinding, ClosingTheFormEndsItsProbeAndPing) {
   for (const bool quit : {false, true}) {
     NamedProcess named;
     const OwnPing ping("echo $$ > '" + named.Path() + "'; exec sleep 100");
@@ -261,15 +261,15 @@ TEST(Unwinding, EndsTheProbeAndItsPingWithItsForm) {
 
 TEST(Unwinding, OptionsClickedDuringARunActAtOnce) {
   Stage stage(kCases.at("text"));
-  // The text run is turned into a WebVTT run, which begins when the rows of the first are done.
+  // The choice changes from text to WebVTT; WebVTT follows when all rows are saved as text.
   EXPECT_TRUE(stage.Run(1, [&] { stage.Click("WebVTTBox openBox"); }));
   EXPECT_EQ(stage.host.calls, (Lines{"save: text/plain English.txt", "save: text/plain German.txt",
                                      "save:  English.vtt", "save:  German.vtt"}));
   EXPECT_EQ(ReadFile(stage.folder / "a"), "one two once ");
 }
 
-// The first is ended after its first hit, and unwinds when the second, with two, is over.
-TEST(WordSearchRun, LeavesTheLabelOfALaterOneAlone) {
+// The first run is ended after its first hit and unwinds after the second, with two hits, is over.
+TEST(WordSearchRun, AnEndedRunLeavesTheLabelOfALaterOne) {
   Program program(kTracks);
   program.Search({0});
   program.Form().searchField.PersonTypes("one");

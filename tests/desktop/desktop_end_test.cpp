@@ -1,4 +1,4 @@
-// Who ends the program, and what is left of it: real processes that run the program's own loop, driven from
+// The end of the program, from all sides: real processes that run the program's own event loop, driven from
 // inside by the events of a user.
 
 #include <sys/wait.h>
@@ -23,24 +23,24 @@ class Answering : public QtPlatform {
   std::string path_;
 };
 
-// Calls again and again until it is true, between the program's other events.
-void when(const std::function<bool()>& isTime, const std::function<void()>& deed) {
+// Calls isTime between the program's other events until it is true, and then act.
+void when(const std::function<bool()>& isTime, const std::function<void()>& act) {
   auto* const turn = new QTimer(qApp);
-  QObject::connect(turn, &QTimer::timeout, turn, [turn, isTime, deed] {
+  QObject::connect(turn, &QTimer::timeout, turn, [turn, isTime, act] {
     if (!isTime()) return;
     turn->stop();
     turn->deleteLater();
-    deed();
+    act();
   });
   turn->start(0);
 }
 
 void end(const std::string& how) {
   if (how == "session") {
-    QEvent quit(QEvent::Quit);  // what Qt sends when the session manager says die
+    QEvent quit(QEvent::Quit);  // what Qt sends when the session manager ends the session
     QCoreApplication::sendEvent(qApp, &quit);
   } else if (how == "screen") {
-    std::exit(1);  // what Qt does where the connection to the screen breaks
+    std::exit(1);  // what Qt does when the connection to the screen breaks
   } else {
     if (how == "TERM" && ::signal(SIGHUP, SIG_IGN) != SIG_IGN) std::_Exit(1);
     ::raise(how == "TERM" ? SIGTERM : how == "INT" ? SIGINT : SIGHUP);
@@ -51,7 +51,7 @@ std::size_t filesIn(const std::string& folder) {
   return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder), {}));
 }
 
-// Chooses SRT and not to open what is saved, and does what the moment asks for, in which end comes.
+// Chooses SRT, and not to open saved files; then works until `moment`, at which end is called.
 void workUntil(const std::string& moment, const std::function<bool()>& isTime,
                const std::function<void()>& end) {
   Window1& form = Window1::Get();
@@ -68,7 +68,7 @@ void workUntil(const std::string& moment, const std::function<bool()>& isTime,
   if (saves) form.PushButton1.PersonClicks();
 }
 
-// arguments: the part's name, who ends the program, when, its server and the folder for what it saves.
+// arguments: "--program", how the program ends, when, its server, and the folder of its saved files.
 int runProgram(int count, char** arguments) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication qt(count, arguments);
@@ -78,7 +78,7 @@ int runProgram(int count, char** arguments) {
   App app(platform, kCommands, EndpointsAt(arguments[4]));
   const std::map<std::string, std::function<bool()>> isTime = {
       {"idle", [] { return true; }},
-      {"message", [] { return standingDialog() != nullptr; }},
+      {"message", [] { return shownDialog() != nullptr; }},
       {"fetching", [&app] { return app.IsCommandRunning(); }},
       {"writing", [folder] { return filesIn(folder) > 0; }}};
   when([&app] { return app.preferencesLoaded; },
@@ -111,7 +111,7 @@ Ended runAndEnd(const std::string& how, const std::string& moment, const std::st
 
 }  // namespace
 
-TEST(End, KeepsThePreferencesAndLeavesNoHalfMadeFile) {
+TEST(End, EveryEndKeepsThePreferencesAndLeavesNoPartialFile) {
   LoopbackServer server;
   std::vector<Cue> cues(300'000, Cue{"1", "2", "many words"});
   Offer(server, "abc", {{"en", "English", Document(cues)}});

@@ -1,6 +1,6 @@
-// The program on Qt's offscreen platform, with a server behind it, driven by the events that a
-// keyboard and a mouse would send. Dialogs are scripted and written down in the host below, and
-// nothing outside is ever opened.
+// The program on Qt's offscreen platform, with a loopback server, driven by the events that a keyboard and a
+// mouse send. Its host answers dialogs as scripted, records what it is asked, and opens nothing in other
+// programs.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,7 +12,6 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
-#include <QUrl>
 #include <deque>
 #include <memory>
 
@@ -30,15 +29,18 @@
 
 class TestHost : public QtPlatform {
  public:
-  std::vector<std::string> calls;                // "message: ...", "save: FILTER NAME", "open: ADDRESS"
-  std::deque<std::optional<std::string>> saves;  // answers to the next save dialogs; then all are cancelled
-  std::vector<std::string> steps;                // of the command, at its save dialogs
-  bool realMessages = false, realSaves = false;  // shows them, after writing them down
-  bool opens = true;                             // the system has a program for what is opened
-  bool opensByProgram = false;                   // the first xdg-open in PATH
+  TestHost() {
+    leaveLoop = [this] { hasLeft = true; };
+  }
+
+  std::vector<std::string> calls;  // "message: ...", "save: FILTER NAME", "open: ADDRESS or PATH"
+  std::deque<std::optional<std::string>> saves;  // answers to the next save dialogs; later ones are cancelled
+  std::vector<std::string> steps;                // the command's steps at its save dialogs
+  bool realMessages = false, realSaves = false;  // shows them as well
+  bool realOpening = false;                      // by the first xdg-open in PATH
   bool hasLeft = false;
-  int waits = 0;               // that may sleep
-  std::int64_t answering = 0;  // ticks that the user takes for each answer
+  int waits = 0;               // calls that may sleep
+  std::int64_t answering = 0;  // ticks that each answer to a save dialog takes
   TemporaryFolder prefs;
 
   void MessageBox(const std::string& text, const std::string& cause) override {
@@ -55,6 +57,12 @@ class TestHost : public QtPlatform {
     saves.pop_front();
     return answer;
   }
+  void ShowURL(const std::string& address) override {
+    realOpening ? QtPlatform::ShowURL(address) : calls.push_back("open: " + address);
+  }
+  void Launch(const std::string& path) override {
+    realOpening ? QtPlatform::Launch(path) : calls.push_back("open: " + path);
+  }
   std::string PreferencesFolder() override { return prefs.Path(); }
   void ProcessEvents(int milliseconds, const Awaited& awaited) override {
     waits += milliseconds > 0;
@@ -63,21 +71,13 @@ class TestHost : public QtPlatform {
 
   std::int64_t Ticks() override { return QtPlatform::Ticks() + ahead_; }
 
- protected:
-  bool open(const QUrl& url, const std::function<void()>& failed) override {
-    if (opensByProgram) return QtPlatform::open(url, failed);
-    calls.push_back("open: " + url.toEncoded().toStdString());
-    return opens;
-  }
-  void leaveLoop() override { hasLeft = true; }
-
  private:
   std::int64_t ahead_ = 0;
 };
 
-// nullptr where none stands.
+// nullptr if there is none.
 template <typename D = QDialog>
-D* standingDialog() {
+D* shownDialog() {
   for (QWidget* window : QApplication::topLevelWidgets()) {
     auto* dialog = dynamic_cast<D*>(window);
     if (dialog && dialog->isVisible()) return dialog;
@@ -98,7 +98,7 @@ class Desktop : public ::testing::Test {
   void start() {
     app = std::make_unique<App>(host, kCommands, EndpointsAt(server.Host()));
     app->Start();
-    host.calls.clear();  // of the probe, where there is no ping
+    host.calls.clear();  // of the probe's message on a machine without ping
     ASSERT_TRUE(QTest::qWaitForWindowActive(host.viewOf(form())));
   }
 
@@ -118,18 +118,18 @@ class Desktop : public ::testing::Test {
     const QPoint at = list.visualRect(list.model()->index(row, column)).center();
     QTest::mouseClick(list.viewport(), Qt::LeftButton, keys, at);
   }
-  // A key to whatever has the focus.
+  // Presses a key in the focused widget.
   static void press(Qt::Key key, Qt::KeyboardModifiers keys = {}) {
     QTest::keyClick(QApplication::focusWidget(), key, keys);
   }
   static void write(const QString& text) { QTest::keyClicks(QApplication::focusWidget(), text); }
-  // The frame that is due has been drawn.
+  // Draws the frame that is due.
   void draw() {
     for (const auto& window : app->Windows()) {
       if (host.viewOf(*window)) view(*window).flush();
     }
   }
-  // Types a link into the field and searches by Return.
+  // Types a link into the field and presses Return.
   void search(const QString& code) {
     link().setFocus();
     link().selectAll();
@@ -147,7 +147,7 @@ class Desktop : public ::testing::Test {
   std::unique_ptr<App> app;
 };
 
-// Two languages of one video, and one word in both.
+// Two languages of one video.
 inline const std::vector<Track> kTwoLanguages = {
     {"en", "English",
      Document({{"0", "2.5", "The harbour wakes"}, {"62.5", "3", "A gull over the harbour"}})},

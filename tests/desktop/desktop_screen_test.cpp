@@ -1,6 +1,5 @@
-// What the windows look and sound like: foreign text, colours, names, fine screens, long lists.
+// The look of the windows: foreign text, colours, screens of high resolution, long lists.
 
-#include <QFileDialog>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 
@@ -28,7 +27,7 @@ QPalette darkPalette() {
 
 }  // namespace
 
-TEST(ShownText, LeavesNoDisguise) {
+TEST(ShownText, ControlsAndOverridesAreReplacedAndLongTextIsCut) {
   const ShownCase cases[] = {
       {"<b>fett</b> & mehr", Lines::One, 99, QStringLiteral("<b>fett</b> & mehr")},
       {"one\r\ntwo\rthree\tfour", Lines::One, 99, QStringLiteral("one two three four")},
@@ -40,14 +39,14 @@ TEST(ShownText, LeavesNoDisguise) {
        QStringLiteral("\u05E9x")},  // embeddings
       {"cut \xE2", Lines::One, 99, QStringLiteral("cut \uFFFD")},
       {"\xF0\x9F\x8C\x8A wave", Lines::One, 5, QStringLiteral("\U0001F30A wa\u2026")},
-      {"\xF0\x9F\x8C\x8A", Lines::One, 1, QStringLiteral("\u2026")},  // never half a character
+      {"\xF0\x9F\x8C\x8A", Lines::One, 1, QStringLiteral("\u2026")},  // no half of a surrogate pair
   };
   for (const ShownCase& c : cases) EXPECT_EQ(shownText(c.bytes, c.lines, c.atMost), c.shown) << c.bytes;
   EXPECT_LE(shownText(std::string(1 << 24, 'x')).size(), 1001);
   EXPECT_EQ(plainToolTip(QStringLiteral("<img src=x>")), QStringLiteral("<p>&lt;img src=x&gt;</p>"));
 }
 
-TEST_F(Desktop, ForeignNamesStayPlainEverywhere) {
+TEST_F(Desktop, ForeignTextIsShownPlainAndOfLimitedLength) {
   Offer(server, "abc", {{"en", "<b>Eng</b>\xE2\x80\xAEhsil", Document({{"0", "1", "<i>x</i>"}})}});
   search(QStringLiteral("abc"));
   EXPECT_EQ(languages().model()->index(0, 0).data().toString(), QStringLiteral("<b>Eng</b>\uFFFDhsil"));
@@ -58,7 +57,7 @@ TEST_F(Desktop, ForeignNamesStayPlainEverywhere) {
   EXPECT_TRUE(label.text().endsWith(QChar(u'\u2026')));
   EXPECT_LE(label.fontMetrics().horizontalAdvance(label.text()), label.width());
   EXPECT_TRUE(tipOf(label).startsWith(QStringLiteral("<h1>")));
-  EXPECT_EQ(label.toolTip(), QString()) << "or it is read as a description, with its marks";
+  EXPECT_EQ(label.toolTip(), QString()) << "a screen reader would read it, with its markup";
 
   const auto box = makeMessage("<b>" + std::string(100'000, 'y') + std::string(500, '\n') + "\x1B[0m",
                                "<i>why</i>" + std::string(100'000, 'y'), nullptr);
@@ -72,7 +71,7 @@ TEST_F(Desktop, ForeignNamesStayPlainEverywhere) {
   EXPECT_LE(box->height(), QGuiApplication::primaryScreen()->availableSize().height());
 }
 
-TEST_F(Desktop, TextsAndMarksStandOutLightAndDark) {
+TEST_F(Desktop, TextsAndMarksAreLegibleOnLightAndDark) {
   const QPalette before = QApplication::palette();
   aboutWin::Get().Show();
   SearchWin::Get();
@@ -107,13 +106,13 @@ TEST_F(Desktop, TextsAndMarksStandOutLightAndDark) {
 }
 
 // The screen of this test has four pixels for a point (see main).
-TEST_F(Desktop, AFineScreenChangesNoPlaceAndNoPoint) {
+TEST_F(Desktop, AScreenOfHighResolutionKeepsPlacesAndDrawsFiner) {
   EXPECT_EQ(view(form()).devicePixelRatio(), 2);
   EXPECT_EQ(widget<QWidget>(form().Canvas1).geometry(), QRect(368, 279, 100, 100));
   EXPECT_EQ(widget<QWidget>(form().Label2).font().pixelSize(), 14);
   const QImage seen = view(form()).content().grab().toImage();
   ASSERT_EQ(seen.size(), QSize(562, 479) * 2);
-  // An upright line is two pixels wide, and the picture is drawn from its finer version.
+  // A vertical line is two pixels wide, and the picture is drawn from its "@2x" version.
   const QImage picture(QStringLiteral(":/Ravelyn1001@2x.png"));
   const QPoint middle(100, 40);
   const QColor grey = legibleOn(view(form()).palette().color(QPalette::Window), QColor(0x6F, 0x75, 0x73));
@@ -123,12 +122,12 @@ TEST_F(Desktop, AFineScreenChangesNoPlaceAndNoPoint) {
   EXPECT_EQ(seen.pixelColor(QPoint(368, 279) * 2 + middle).rgb(), picture.pixelColor(middle).rgb());
 }
 
-TEST_F(Desktop, TheTextAreaIsReadWhereItComesIntoSight) {
+TEST_F(Desktop, TheTextAreaIsFilledOnceItIsInSight) {
   auto& area = widget<QPlainTextEdit>(form().TextArea1);
   form().TextArea1.SetText("in two\nlines " + std::string(5'000'000, 'x'));
   draw();
   EXPECT_EQ(area.toPlainText().size(), 0);
-  EXPECT_EQ(area.focusPolicy(), Qt::NoFocus) << "nobody tabs to where nothing is seen";
+  EXPECT_EQ(area.focusPolicy(), Qt::NoFocus) << "Tab skips what is out of sight";
   view(form()).resize(900, 700);
   ASSERT_TRUE(waitFor([&] { return area.toPlainText().size() > 100'000; }));
   EXPECT_TRUE(area.toPlainText().startsWith(QStringLiteral("in two\nlines\nxx")));
@@ -169,13 +168,14 @@ TEST_F(Desktop, AListOfManyHitsGrowsWithoutStalling) {
   EXPECT_EQ(results.SelCount(), 1);
   const auto stall = std::chrono::duration_cast<std::chrono::milliseconds>(longest).count();
   std::cout << "longest stall: " << stall << " ms\n";
-  EXPECT_LT(stall, 1000) << "something goes through all rows at every step";
+  EXPECT_LT(stall, 1000) << "some step goes through all rows";
 }
 
-TEST_F(Desktop, AListSharesWhatItsToldWidthsLeave) {
+TEST_F(Desktop, ColumnsWithoutAWidthShareTheRest) {
   Offer(server, "abc", {{"en", "English", ""}});
   search(QStringLiteral("abc"));
-  EXPECT_EQ(languages().columnWidth(0), languages().viewport()->width()) << "250 of fewer";
+  EXPECT_EQ(languages().columnWidth(0), languages().viewport()->width())
+      << "its own 250 points are more than the list has";
   EXPECT_TRUE(languages().isColumnHidden(1));
   SearchWin& results = SearchWin::Get();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&view(results)));
@@ -186,7 +186,7 @@ TEST_F(Desktop, AListSharesWhatItsToldWidthsLeave) {
   EXPECT_EQ(list.columnWidth(0), std::stoi(results.resultsList.Columns().columnWidths));
 }
 
-TEST_F(Desktop, NoHeadingOfAWindowIsCutOrCoversAnother) {
+TEST_F(Desktop, NoLabelIsElidedOrCoversAnotherControl) {
   aboutWin::Get().Show();
   SearchWin::Get().Show();
   draw();
@@ -208,14 +208,14 @@ TEST_F(Desktop, NoHeadingOfAWindowIsCutOrCoversAnother) {
   }
 }
 
-TEST(ShownText, BreaksARunAfterEightyCharacters) {
+TEST(ShownText, ARunOfEightyCharactersCanBeBroken) {
   const QString run(80, QChar(u'x')), breaks = run + QChar(0x200B) + run + QChar(0x200B) + QChar(u'y');
   EXPECT_EQ(withBreaks(run), run);
   EXPECT_EQ(withBreaks(run + run + QChar(u'y')), breaks);
   EXPECT_EQ(withBreaks(run + QChar(u' ') + run), run + QChar(u' ') + run);
 }
 
-TEST_F(Desktop, AListHasItsGridLines) {
+TEST_F(Desktop, AListHasLinesBelowRowsAndBetweenColumns) {
   Listbox& results = SearchWin::Get().resultsList;
   ASSERT_TRUE(QTest::qWaitForWindowActive(&view(SearchWin::Get())));
   results.AddRow("00:00:00.000");
@@ -234,30 +234,7 @@ TEST_F(Desktop, AListHasItsGridLines) {
   EXPECT_EQ(at(beside, bottom), ground);
 }
 
-TEST(SaveDialog, StartsWithNameFolderAndKinds) {
-  const TemporaryFolder folder;
-  const auto dialog = makeSaveDialog("TEXT", "search_results.txt", QString::fromStdString(folder.Path()),
-                                     "Spanish, 3 of 8", nullptr);
-  EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Save \u2013 Spanish, 3 of 8"));
-  EXPECT_EQ(dialog->selectedFiles(), QStringList{QString::fromStdString(folder / "search_results.txt")});
-  EXPECT_EQ(dialog->nameFilters().constFirst(), QStringLiteral("Text files (*.txt *.text)"));
-  const auto any = makeSaveDialog("", "German.srt", QString::fromStdString(folder.Path()), "", nullptr);
-  EXPECT_EQ(any->windowTitle(), QStringLiteral("Save"));
-  EXPECT_EQ(any->nameFilters().size(), 1);
-  for (const auto& [typed, saved] : {std::pair("Mein Name", "Mein Name.srt"), {"Mein.txt", "Mein.txt"}}) {
-    any->selectFile(QString::fromUtf8(typed));
-    EXPECT_EQ(any->selectedFiles(), QStringList{QString::fromStdString(folder / saved)});
-  }
-  for (const auto& [typed, saved] : {std::pair("/a.b/Dr. Smith", "/a.b/Dr. Smith.srt"),
-                                     {"Vol. 2.5", "Vol. 2.5.srt"},
-                                     {"a.srt", "a.srt"},
-                                     {"a.3gp", "a.3gp"},
-                                     {"a.", "a..srt"}}) {
-    EXPECT_EQ(withEnding(QString::fromUtf8(typed), "German.srt").toStdString(), saved);
-  }
-}
-
-TEST(PreferencesFolder, IsTheSystemsAndIsMade) {
+TEST(PreferencesFolder, FollowsTheEnvironmentAndIsMadeForTheUserAlone) {
   const TemporaryFolder home;
   const QByteArray homeBefore = qgetenv("HOME"), configBefore = qgetenv("XDG_CONFIG_HOME");
   const auto folder = [&](const char* config) {

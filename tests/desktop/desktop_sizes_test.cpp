@@ -1,5 +1,4 @@
-// Every window at the letters that a desktop may give: no text of the program is cut, drawn with dots, or
-// over another.
+// Every window in the fonts that a desktop may have: no text of the program is cut, elided, or over another.
 
 #include <QAbstractButton>
 #include <QFontDatabase>
@@ -28,8 +27,8 @@ QString textOf(const QWidget& widget) {
   return button ? button->text() : QString();
 }
 
-// What a mark in front of the text takes.
-int markOf(const QWidget& widget, ControlKind kind) {
+// The width of the mark in front of the text.
+int markWidth(const QWidget& widget, ControlKind kind) {
   const auto of = [&](QStyle::PixelMetric metric) { return widget.style()->pixelMetric(metric); };
   if (kind == ControlKind::CheckBox)
     return of(QStyle::PM_IndicatorWidth) + of(QStyle::PM_CheckBoxLabelSpacing);
@@ -59,26 +58,27 @@ class Sizes : public Desktop {
   }
   Drawn expectFits(const Control& control, const QWidget& widget, const QString& text,
                    const std::string& at) {
-    const QFontMetrics letters(widget.font());
+    const QFontMetrics metrics(widget.font());
     const auto* label = dynamic_cast<const Label*>(&control);
     const bool lines = control.LookOf().multiline;
     const std::string whole = label ? label->Text() : static_cast<const Button&>(control).Caption();
     const std::string name = at + control.Owner().Name() + "." + control.Name();
     EXPECT_TRUE(widget.isVisible()) << name;
     EXPECT_EQ(text, shownText(whole, lines ? Lines::Many : Lines::One)) << name;
-    const int mark = markOf(widget, control.Kind());
-    const QRect room = widget.rect().adjusted(mark, 0, 0, 0);
-    const QRect needed = letters.boundingRect(lines ? QRect(0, 0, room.width(), 9999) : QRect(0, 0, 9999, 99),
-                                              lines ? Qt::TextWordWrap : Qt::TextSingleLine, text);
-    EXPECT_LE(needed.width(), room.width()) << name;
-    EXPECT_LE(letters.tightBoundingRect(text).height(), room.height()) << name;
-    EXPECT_TRUE(!lines || needed.height() <= room.height()) << name;
+    const int mark = markWidth(widget, control.Kind());
+    const QRect available = widget.rect().adjusted(mark, 0, 0, 0);
+    const QRect needed =
+        metrics.boundingRect(lines ? QRect(0, 0, available.width(), 9999) : QRect(0, 0, 9999, 99),
+                             lines ? Qt::TextWordWrap : Qt::TextSingleLine, text);
+    EXPECT_LE(needed.width(), available.width()) << name;
+    EXPECT_LE(metrics.tightBoundingRect(text).height(), available.height()) << name;
+    EXPECT_TRUE(!lines || needed.height() <= available.height()) << name;
     const bool heading = control.LookOf().fontSize > 11;
     const int size = QFontInfo(widget.font()).pixelSize(), body = QFontInfo(QApplication::font()).pixelSize();
     EXPECT_TRUE(!heading || size > body) << name << " at " << size << " in " << body;
     EXPECT_GE(size * 5, (control.LookOf().fontSize ? scaled(control.LookOf().fontSize) : body) * 4) << name;
     QRect place(QPoint(),
-                QSize(needed.width(), lines ? needed.height() : letters.tightBoundingRect(text).height()));
+                QSize(needed.width(), lines ? needed.height() : metrics.tightBoundingRect(text).height()));
     const bool isCentred =
         control.LookOf().align == Align::Center || control.Kind() == ControlKind::PushButton;
     place.moveCenter(widget.geometry().center());
@@ -107,8 +107,8 @@ TEST_F(Sizes, NoTextIsCutAtAnyFontAndSize) {
         EXPECT_DOUBLE_EQ(scale(), std::max(1.0, points * dpi / 960.0));
         for (const auto& window : app->Windows()) {
           expectWhole(*window, named(font) + " ");
-          const QSize room = view(*window).screen()->availableGeometry().size();
-          EXPECT_EQ(view(*window).size().boundedTo(room), view(*window).size()) << "it fits the screen";
+          const QSize screen = view(*window).screen()->availableGeometry().size();
+          EXPECT_EQ(view(*window).size().boundedTo(screen), view(*window).size()) << "it fits the screen";
         }
         const ListView& list = widget<ListView>(results.resultsList);
         EXPECT_GE(list.columnWidth(0),
@@ -120,16 +120,16 @@ TEST_F(Sizes, NoTextIsCutAtAnyFontAndSize) {
   const int width = results.Width();
   for (const int wider : {200, -200})
     view(results).resize(view(results).width() + wider, view(results).height());
-  EXPECT_EQ(results.Width(), width) << "also where it is scrolled, what grew gets smaller again";
+  EXPECT_EQ(results.Width(), width) << "also with scroll bars, the window shrinks again";
   QApplication::setFont(before);
 }
 
-TEST_F(Sizes, WhereReadingBeginsAtTheRightTheWindowIsMirrored) {
+TEST_F(Sizes, OnADesktopThatReadsRightToLeftTheWindowIsMirrored) {
   QApplication::setLayoutDirection(Qt::RightToLeft);
   QCoreApplication::processEvents();
   form().TextBox.PersonClicks();
   draw();
-  expectWhole(form(), "from the right: ");
+  expectWhole(form(), "right to left: ");
   EXPECT_EQ(widget<QWidget>(form().SRTBox).geometry(), QRect(562 - 319 - 100, 135, 100, 20));
   EXPECT_EQ(widget<QWidget>(form().PushButton2).geometry(), QRect(562 - 446 - 89, 47, 89, 20));
   const QImage seen = view(form()).content().grab().toImage();

@@ -1,5 +1,5 @@
-// What a screen reader is given of the windows, and what it can do. tests/spoken looks at the same from
-// outside.
+// What a screen reader reads of the windows, and what it can do. tests/spoken checks the same from outside,
+// with a real one's interface.
 
 #include <QAccessible>
 #include <QShortcut>
@@ -12,7 +12,7 @@ QAccessibleInterface& spoken(QWidget& widget) { return *QAccessible::queryAccess
 
 std::string nameOf(const QAccessibleInterface& node) { return node.text(QAccessible::Name).toStdString(); }
 
-// The names of all that node has this relation to.
+// The names of everything that has this relation to node.
 std::string related(const QAccessibleInterface& node, QAccessible::Relation relation) {
   std::string names;
   for (const auto& [other, kind] : node.relations(relation)) {
@@ -28,7 +28,7 @@ constexpr char kTerm[] = "Search for a word or phrase in this video:";
 
 }  // namespace
 
-TEST_F(Desktop, EveryControlHasASpokenNameARoleAndItsPlace) {
+TEST_F(Desktop, ControlsHaveSpokenNamesRolesGroupsAndLabels) {
   aboutWin::Get().Show();
   SearchWin::Get().searchTerm.SetText("for \"R&D\"");
   draw();
@@ -62,7 +62,12 @@ TEST_F(Desktop, EveryControlHasASpokenNameARoleAndItsPlace) {
     EXPECT_EQ(node.parent()->role(), *c.group ? QAccessible::Grouping : QAccessible::Client) << c.name;
   }
   EXPECT_EQ(related(spoken(widget<QWidget>(form().Label7)), QAccessible::Labelled), kTerm);
-  EXPECT_TRUE(view(SearchWin::Get()).findChildren<QShortcut*>().isEmpty());
+  EXPECT_TRUE(view(SearchWin::Get()).findChildren<QShortcut*>().isEmpty()) << "\"&\" is no access key";
+}
+
+TEST_F(Desktop, EveryWindowHasARoleAndEveryControlAName) {
+  aboutWin::Get().Show();
+  draw();
   EXPECT_EQ(spoken(view(form())).role(), QAccessible::Window);
   EXPECT_EQ(spoken(view(aboutWin::Get())).role(), QAccessible::Dialog);
   EXPECT_EQ(link().placeholderText(), QStringLiteral("https://www.youtube.com/watch?v=hB7rV2kQx0w"));
@@ -72,8 +77,8 @@ TEST_F(Desktop, EveryControlHasASpokenNameARoleAndItsPlace) {
   }
 }
 
-// A group may lie over another's controls, and over what belongs to none.
-TEST_F(Desktop, GroupsTakeNothingFromTheMouse) {
+// A group covers the controls of other groups, and those of none.
+TEST_F(Desktop, AClickOnAControlReachesItThroughAllGroups) {
   form().TextBox.PersonClicks();
   draw();
   QWidget& content = view(form()).content();
@@ -92,7 +97,7 @@ TEST_F(Desktop, GroupsTakeNothingFromTheMouse) {
   EXPECT_EQ(content.childAt(widget<QWidget>(form().SRTBox).geometry().center()), nullptr);
 }
 
-TEST_F(Desktop, AListIsSpokenWithHeadingsAndWithoutNumbers) {
+TEST_F(Desktop, AListIsSpokenWithHeadingsAndWithoutRowNumbers) {
   Listbox& results = SearchWin::Get().resultsList;
   ASSERT_TRUE(QTest::qWaitForWindowActive(&view(SearchWin::Get())));
   for (const char* time : {"00:00:01.500", "00:00:02.500"}) {
@@ -124,16 +129,16 @@ TEST_F(Desktop, AListIsSpokenWithHeadingsAndWithoutNumbers) {
   EXPECT_EQ(list.childCount(), 4);
 }
 
-TEST_F(Desktop, AScreenReaderChoosesAmongTheLanguages) {
+TEST_F(Desktop, AScreenReaderSelectsLanguages) {
   for (const char* row : {"English", "German", "French"}) form().Listbox1.AddRow(row);
   draw();
   QAccessibleInterface& list = spoken(languages());
-  EXPECT_EQ(list.childCount(), 4) << "the column that nobody sees is not spoken";
+  EXPECT_EQ(list.childCount(), 4) << "a hidden column is not spoken";
   EXPECT_TRUE(list.tableInterface()->selectRow(2));
   const QString toggle = QAccessibleActionInterface::toggleAction();
   QAccessibleInterface& first = *list.tableInterface()->cellAt(0, 0);
   EXPECT_EQ(first.actionInterface()->actionNames(), QStringList{toggle})
-      << "a click does no more than choose";
+      << "a click does no more than select";
   first.actionInterface()->doAction(toggle);
   EXPECT_TRUE(first.state().selected);
   EXPECT_EQ(list.tableInterface()->selectedRows().size(), 2);

@@ -1,4 +1,4 @@
-// How the program starts: from a shell, by a link, and where it can't.
+// How the program starts: from a shell, with a link, and without a screen.
 
 #include <sys/wait.h>
 
@@ -8,34 +8,34 @@ namespace {
 
 struct Outcome {
   int status;
-  std::string printed, complaint;
+  std::string printed, error;
 };
 
-// The program with these words, started by a shell in this environment, to its end.
-Outcome runProgram(const std::string& environment, const std::string& words) {
+// Runs the program to its end, from a shell with these variables and arguments.
+Outcome runProgram(const std::string& environment, const std::string& arguments) {
   const TemporaryFolder folder;
   const std::string command = "env -u DISPLAY -u WAYLAND_DISPLAY " + environment + " " RAVELYN_PATH " " +
-                              words + " < /dev/null > " + (folder / "out") + " 2> " + (folder / "err");
+                              arguments + " < /dev/null > " + (folder / "out") + " 2> " + (folder / "err");
   const int status = std::system(command.c_str());
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(folder / "out"), ReadFile(folder / "err")};
 }
 
 }  // namespace
 
-TEST(Start, AnswersAShellWithoutAWindow) {
+TEST(Start, HelpAndErrorsNeedNoScreen) {
   const std::string noScreen = "-u QT_QPA_PLATFORM", offscreen = "QT_QPA_PLATFORM=offscreen";
   Outcome help = runProgram(noScreen, "--help");
   EXPECT_EQ(help.status, 0);
   EXPECT_EQ(help.printed.substr(0, 35), "Usage: ravelyn [OPTION ...] [LINK]\n");
-  EXPECT_EQ(help.complaint, "");
+  EXPECT_EQ(help.error, "");
   EXPECT_EQ(runProgram(noScreen, "--version").printed, "ravelyn " RAVELYN_VERSION "\n");
 
-  for (const std::string words : {"", "hB7rV2kQx0w"}) {
-    const Outcome blind = runProgram(noScreen, words);
-    EXPECT_EQ(blind.status, 1);
-    EXPECT_EQ(blind.printed, "");
+  for (const std::string arguments : {"", "hB7rV2kQx0w"}) {
+    const Outcome screenless = runProgram(noScreen, arguments);
+    EXPECT_EQ(screenless.status, 1);
+    EXPECT_EQ(screenless.printed, "");
     EXPECT_EQ(
-        blind.complaint,
+        screenless.error,
         "ravelyn: there is no screen to show the window on; DISPLAY or WAYLAND_DISPLAY must name one\n");
   }
   const std::pair<std::string, std::string> faults[] = {
@@ -43,14 +43,14 @@ TEST(Start, AnswersAShellWithoutAWindow) {
       {"-x link", "ravelyn: unknown option \"-x\", see --help\n"},
       {"one -- -two", "ravelyn: more than one link, see --help\n"},
   };
-  for (const auto& [words, complaint] : faults) {
-    const Outcome wrong = runProgram(offscreen, words);
+  for (const auto& [arguments, error] : faults) {
+    const Outcome wrong = runProgram(offscreen, arguments);
     EXPECT_EQ(wrong.status, 2);
-    EXPECT_TRUE(wrong.complaint.ends_with(complaint)) << wrong.complaint;
+    EXPECT_TRUE(wrong.error.ends_with(error)) << wrong.error;
   }
 }
 
-TEST_F(Desktop, ALinkThatIsHandedOverIsSearchedAtOnce) {
+TEST_F(Desktop, ALinkOnTheCommandLineIsSearchedAtOnce) {
   Offer(server, "hB7rV2kQx0w", {{"en", "English", Document({{"0", "1", "x"}})}});
   form().PersonHandsOver("https://youtu.be/hB7rV2kQx0w?si=x");
   draw();

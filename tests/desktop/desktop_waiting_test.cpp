@@ -1,7 +1,9 @@
-// Waits of the program on a desktop: they end with what happens, and look at nothing in between.
+// Waits and running commands on a desktop: a wait sleeps until something happens, and the windows stay
+// usable.
 
 #include <unistd.h>
 
+#include <QAccessible>
 #include <array>
 
 #include "desktop_fixture.h"
@@ -9,7 +11,7 @@
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-TEST_F(Desktop, AStalledRequestSleepsUntilItIsLeft) {
+TEST_F(Desktop, AStalledRequestSleepsUntilTheFormCloses) {
   server.Answer({"HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\n", Reply::End::Stall});
   int before = 0, waits = 0;
   Clock::time_point closed;
@@ -21,7 +23,7 @@ TEST_F(Desktop, AStalledRequestSleepsUntilItIsLeft) {
   });
   search(QStringLiteral("abc"));
   EXPECT_LT(Clock::now() - closed, milliseconds(500));
-  EXPECT_LT(waits, 20) << "but for a caret that blinks nothing happened";
+  EXPECT_LT(waits, 20) << "only the blinking cursor wakes it";
 }
 
 TEST_F(Desktop, EscapeAndTheStopButtonEndACommandAtOnce) {
@@ -46,7 +48,7 @@ TEST_F(Desktop, EscapeAndTheStopButtonEndACommandAtOnce) {
     EXPECT_TRUE(hasText(QStringLiteral("Stopped")));
   }
   press(Qt::Key_Escape);
-  EXPECT_EQ(Window1::OpenOrNil(), &form()) << "with nothing to stop";
+  EXPECT_EQ(Window1::OpenOrNil(), &form()) << "there was nothing to stop";
   Offer(server, "abc", {{"en", "English", ""}});
   search(QStringLiteral("abc"));
   EXPECT_TRUE(hasText(QStringLiteral("1 language")));
@@ -59,7 +61,7 @@ TEST_F(Desktop, AWaitEndsWithItsDescriptorOrItsTime) {
   while (Clock::now() - start < milliseconds(50)) host.ProcessEvents(50, {ends[0], true, false});
   EXPECT_LT(host.waits, 20);
   host.ProcessEvents(60'000, {ends[1], false, true});
-  // What became ready on its account does not keep the waits inside from sleeping.
+  // A descriptor that is ready wakes its own wait, but not the waits inside its handlers.
   host.waits = 0;
   QTimer::singleShot(0, [&] {
     EXPECT_EQ(::write(ends[1], "x", 1), 1);
@@ -68,10 +70,53 @@ TEST_F(Desktop, AWaitEndsWithItsDescriptorOrItsTime) {
   });
   while (host.waits == 0) host.ProcessEvents(60'000, {ends[0], true, false});
   EXPECT_LT(host.waits, 20);
-  // A caret that blinks would end each of these waits as well, but only after a quarter of a second or more.
+  // A blinking cursor would end each of these waits too, but only after a quarter of a second or more.
   for (int i = 0; i < 60; ++i) host.ProcessEvents(60'000, {ends[0], true, false});
   EXPECT_LT(Clock::now() - start, milliseconds(8'000));
   for (const int end : ends) ::close(end);
+}
+
+TEST_F(Desktop, ARunningCommandRefusesASecondOneAndLeavesTheFormUsable) {
+  server.Answer({"HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\n", Reply::End::Stall});
+  QStringList seen;
+  std::size_t requests = 0;
+  Clock::time_point closed;
+  QTimer::singleShot(100, [&] {
+    requests = server.Requests().size();
+    click(form().PushButton2);
+    click(form().openBox, {8, 10});
+    link().setFocus();
+    write(QStringLiteral("!"));
+    for (const QLabel* label : view(form()).findChildren<QLabel*>()) {
+      if (label->isVisible() && label->text().startsWith(QStringLiteral("Looking"))) seen << label->text();
+    }
+  });
+  QTimer::singleShot(300, [&] {
+    EXPECT_EQ(server.Requests().size(), requests) << "the second was refused";
+    EXPECT_FALSE(form().openBox.Value());
+    EXPECT_TRUE(form().TextField1.Text().ends_with("!"));
+    EXPECT_EQ(view(form()).cursor().shape(), Qt::BusyCursor);
+    closed = Clock::now();
+    view(form()).close();
+  });
+  search(QStringLiteral("abc"));
+  EXPECT_LT(Clock::now() - closed, milliseconds(1000));
+  EXPECT_EQ(seen, QStringList{QStringLiteral("Looking for captions\u2026")});
+  EXPECT_EQ(requests, 1U);
+  EXPECT_TRUE(host.hasLeft);
+  EXPECT_TRUE(host.calls.empty()) << "an ended command shows no message";
+}
+
+TEST_F(Desktop, AWindowOpenedDuringACommandIsBusyUntilItsEnd) {
+  const auto isDisabled = [this] {
+    return QAccessible::queryAccessibleInterface(&widget<QWidget>(SearchWin::Get().saveBtn))
+        ->state()
+        .disabled;
+  };
+  bool during = false;
+  app->Dispatch(nullptr, [&] { app->Command("Searching", [&] { during = isDisabled(); }); });
+  EXPECT_TRUE(during);
+  EXPECT_FALSE(isDisabled());
 }
 
 int main(int count, char** arguments) { return runOffscreen(count, arguments); }

@@ -1,4 +1,4 @@
-// What widgets, menus and windows are made of, where no deed of a user shows it.
+// Properties of widgets, menus and windows that no other test would show.
 
 #include <QHeaderView>
 #include <QMenu>
@@ -9,7 +9,7 @@
 
 namespace {
 
-// Which a widget may have or not. None of them hangs on the fonts of the machine.
+// A widget has only some of them. None depends on the fonts of the machine.
 const QByteArrayList kProperties =
     QByteArray(
         "acceptDrops accessibleName alignment autoDefault autoExclusive checked cornerButtonEnabled default "
@@ -45,8 +45,8 @@ void describe(QTextStream& out, const QList<QAction*>& actions) {
 
 }  // namespace
 
-// Whoever changes how something is made looks at it, and then puts what is printed into the kept text.
-TEST_F(Desktop, EverythingIsMadeAsItWasSeen) {
+// After a change on purpose, look at the windows, and then replace the kept text with the printed one.
+TEST_F(Desktop, WidgetsMenusAndWindowsHaveTheKeptProperties) {
   aboutWin::Get().Show();
   SearchWin::Get().resultsList.AddRow("00:00:00.000");
   form().Listbox1.AddRow("English");

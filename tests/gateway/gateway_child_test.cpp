@@ -1,4 +1,4 @@
-// A child process and its bounds, and programs in the place of yt-dlp that do what it would not.
+// A child process and its limits, and misbehaving programs in place of yt-dlp.
 
 #include <sys/resource.h>
 
@@ -21,7 +21,7 @@ constexpr std::size_t kEnough = 1 << 20;
 
 gateway::Patience For(std::chrono::milliseconds time) { return {std::chrono::steady_clock::now() + time}; }
 
-// A scratch folder and shell scripts in the place of yt-dlp.
+// A scratch folder and shell scripts that replace yt-dlp.
 struct Programs {
   Programs() { std::filesystem::create_directory(folder / "scratch"); }
 
@@ -38,12 +38,12 @@ struct Programs {
   TemporaryFolder folder;
 };
 
-TEST(GatewayChild, GetsDescriptorsAFolderASessionAndNoBlockedSignals) {
+TEST(GatewayChild, AChildGetsDescriptorsAFolderASessionAndNoBlockedSignals) {
   const Programs programs;
   sigset_t all, before;
   sigfillset(&all);
   ::pthread_sigmask(SIG_BLOCK, &all, &before);
-  const Child other({"/bin/cat"}, "/", 0);  // whose descriptors are open meanwhile
+  const Child other({"/bin/cat"}, "/", 0);  // its descriptors must not be inherited
   const ChildEnd end = programs.Run(
       "wc -c; pwd; ls /proc/self/fd | tr '\\n' ' '; grep SigBlk /proc/self/status; ulimit -f; "
       "[ $(cut -d' ' -f6 /proc/$$/stat) = $$ ] && echo a session; echo words >&2; exit 7",
@@ -56,7 +56,7 @@ TEST(GatewayChild, GetsDescriptorsAFolderASessionAndNoBlockedSignals) {
   EXPECT_EQ(end.messages, "words\n");
 }
 
-TEST(GatewayChild, IsKeptWithinItsBoundsAndGoesWithAllThatItStarted) {
+TEST(GatewayChild, AChildOverALimitIsKilledWithItsProcessGroup) {
   const Programs programs;
   EXPECT_EQ(programs.Run("yes").how, How::TooMuch);
   EXPECT_EQ(programs.Run("yes >&2").how, How::TooMuch);
@@ -67,18 +67,18 @@ TEST(GatewayChild, IsKeptWithinItsBoundsAndGoesWithAllThatItStarted) {
             How::TooLate);
   EXPECT_EQ(programs.Run("trap '' TERM HUP; sleep 1000 & sleep 1000", "", 300ms).how, How::TooLate);
   const ChildEnd leaving = programs.Run("sleep 1000 & echo $!");
-  EXPECT_EQ(leaving.how, How::Exited) << "its own child holds its output open";
+  EXPECT_EQ(leaving.how, How::Exited) << "although its own child keeps its output open";
   EXPECT_TRUE(Ends(std::atoi(leaving.output.c_str())));
   EXPECT_EQ(Child({"/nonexistent"}, "/", 0).Finish("", 1, 1, For(60s)).code, ENOENT);
 }
 
-TEST(GatewayChild, NamesTheCauseWhereTheProgramIsToBlame) {
-  const std::string failed = "yt-dlp failed; the gateway's log has its words.";
+TEST(GatewayChild, AProgramThatMisbehavesGivesItsCause) {
+  const std::string failed = "yt-dlp failed; the gateway's log has its messages.";
   const std::pair<std::string, std::string> cases[] = {
       {"sleep 1000", "The site took too long."},
       {"kill -SEGV $$", "yt-dlp crashed."},
-      {"yes", "yt-dlp said more than it may."},
-      {"yes >&2", "yt-dlp said more than it may."},
+      {"yes", "The output of yt-dlp is too long."},
+      {"yes >&2", "The output of yt-dlp is too long."},
       {"echo 'yt-dlp: error: no such option: --print' >&2; exit 2",
        "This yt-dlp doesn't know the options that it needs; update it."},
       {"echo 'Traceback (most recent call last):' >&2; exit 1", failed},
@@ -86,8 +86,8 @@ TEST(GatewayChild, NamesTheCauseWhereTheProgramIsToBlame) {
        "yt-dlp doesn't understand the site; update it."},
       {"echo 'no JSON'", failed},
       {"echo '[[[[[{'", failed},
-      {"echo '{\"id\":\"another----\",\"title\":\"t\"}'", failed},
-      {"echo '{\"id\":\"code-------\",\"title\":\"t\"}'; mkdir -p a/b; ln -s / a/b/c; touch d",
+      {"echo '{\"id\":\"another----\"}'", failed},
+      {"echo '{\"id\":\"code-------\"}'; mkdir -p a/b; ln -s / a/b/c; touch d",
        "This video has no captions."},
       {"exit 0", failed},
   };
@@ -100,26 +100,31 @@ TEST(GatewayChild, NamesTheCauseWhereTheProgramIsToBlame) {
     EXPECT_EQ(source.Tracks(CodeOf("code"), {}).cause, cause) << script;
     EXPECT_EQ(source.Text(CodeOf("code"), "en", {}).cause, cause) << script;
   }
-  const std::string entry = R"({"ext":"srv1","url":"https://host/?v=x"})";
-  {
-    SiteSource partial({programs.Write("yt-dlp",
-                                       "echo 'WARNING: a PO token was not provided' >&2; echo '{\"id\":"
-                                       "\"code-------\",\"subtitles\":{\"en\":[" +
-                                           entry + "]}}'; cat"),
-                        "", "", programs.folder / "scratch"},
-                       limits);
-    const auto list = partial.Tracks(CodeOf("code"), {});
-    EXPECT_EQ(list.tracks.size(), 1u);
-    EXPECT_EQ(list.cause, "The site holds captions back from yt-dlp; update yt-dlp or add a token plugin.");
-  }
-  SiteSource missing({programs.folder / "none", "", "", ""});
-  EXPECT_EQ(missing.Tracks(CodeOf("code"), {}).cause, "yt-dlp is not installed.");
   EXPECT_TRUE(std::filesystem::is_empty(programs.folder / "scratch"));
-  SiteSource full({programs.folder / "yt-dlp", "", "", programs.folder / "nowhere"}, limits);
-  EXPECT_EQ(full.Tracks(CodeOf("code"), {}).cause, "There is no room for the files of yt-dlp.");
 }
 
-TEST(GatewayChild, AFolderThatAKilledGatewayLeftIsRemovedAndNoOther) {
+TEST(GatewayChild, AListWithAGapNamesTheCauseBesideItsTracks) {
+  const Programs programs;
+  const std::string entry = R"({"ext":"srv1","url":"https://host/?v=x"})";
+  const std::string program = programs.Write(
+      "yt-dlp",
+      "echo 'WARNING: a PO token was not provided' >&2; echo '{\"id\":\"code-------\",\"subtitles\":{\"en\":[" +
+          entry + "]}}'; cat");
+  SiteSource source({program, "", "", programs.folder / "scratch"}, Quick());
+  const auto list = source.Tracks(CodeOf("code"), {});
+  EXPECT_EQ(list.tracks.size(), 1u);
+  EXPECT_EQ(list.cause, "The site holds captions back from yt-dlp; update yt-dlp or add a token plugin.");
+}
+
+TEST(GatewayChild, AMissingProgramAndAMissingScratchFolderAreCauses) {
+  const Programs programs;
+  SiteSource missing({programs.folder / "none", "", "", ""});
+  EXPECT_EQ(missing.Tracks(CodeOf("code"), {}).cause, "yt-dlp is not installed.");
+  SiteSource full({programs.Write("yt-dlp", ""), "", "", programs.folder / "nowhere"}, Quick());
+  EXPECT_EQ(full.Tracks(CodeOf("code"), {}).cause, "There is no space for the files of yt-dlp.");
+}
+
+TEST(GatewayChild, OnlyAFolderLeftByAKilledGatewayIsRemoved) {
   const TemporaryFolder folder;
   const gateway::ScratchFolder held(folder.Path());
   const std::string stale = folder / "ravelyn-fetch-stale", young = folder / "ravelyn-fetch-young";
@@ -136,7 +141,7 @@ TEST(GatewayChild, AFolderThatAKilledGatewayLeftIsRemovedAndNoOther) {
     EXPECT_TRUE(std::filesystem::exists(path)) << path;
 }
 
-TEST(GatewayChild, ReadsNoMoreOfAFileThanItMay) {
+TEST(GatewayChild, OnlyARegularFileWithinTheLimitIsRead) {
   const TemporaryFolder parent;
   const gateway::ScratchFolder folder(parent.Path());
   WriteFile(folder.Path() + "/file", "words");
@@ -148,7 +153,7 @@ TEST(GatewayChild, ReadsNoMoreOfAFileThanItMay) {
     EXPECT_EQ(folder.Read(other, 99), std::nullopt) << other;
 }
 
-TEST(GatewayChild, IsLookedForAtThreePlacesAndAskedForItsVersion) {
+TEST(GatewayChild, YtDlpIsFoundByNameInTheHomeFolderOrInPath) {
   const Programs programs;
   const auto found = [](const std::string& named) {
     const gateway::YtDlp ytDlp = gateway::FindYtDlp(named, 10s);
@@ -182,7 +187,7 @@ TEST(GatewayChild, IsLookedForAtThreePlacesAndAskedForItsVersion) {
   EXPECT_EQ(cause(), "yt-dlp 2023.03.04 is too old for the site.") << "installed meanwhile";
   programs.Write("yt-dlp", "[ $2 = --version ] && echo 2999.01.01");
   std::filesystem::last_write_time(programs.folder / "yt-dlp", {});
-  EXPECT_EQ(cause(), "yt-dlp failed; the gateway's log has its words.") << "brought up to date meanwhile";
+  EXPECT_EQ(cause(), "yt-dlp failed; the gateway's log has its messages.") << "updated meanwhile";
   ::setenv("PATH", path.c_str(), 1);
 }
 

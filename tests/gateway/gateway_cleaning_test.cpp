@@ -1,4 +1,4 @@
-// What is put right in caption files, and which files keep what they have.
+// How the cues of caption files are cleaned, and which files keep their cues.
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@ namespace {
 using Lines = std::vector<std::string>;
 
 std::string Vtt(const std::string& cues) { return "WEBVTT\nKind: captions\nLanguage: en\n\n" + cues; }
-// A cue of these hundredths of a second.
+// A cue with these times, in seconds.
 std::string At(const std::string& start, const std::string& end, const std::string& words) {
   return "00:00:" + start + " --> 00:00:" + end + " align:start position:0%\n" + words + "\n\n";
 }
@@ -17,7 +17,7 @@ std::string At(const std::string& start, const std::string& end, const std::stri
 const Lines kUnrolled = {"1.000+2.010 so here we are", "3.010+2.000 so here we are", "5.010+1.510 at last",
                          "7.000+1.010 [Music]", "9.000+1.000 at last"};
 
-// As the site writes them: each line spoken, held, and above the next one.
+// As the site writes rolling captions: each line as it is spoken, held, and above the next one.
 const std::string kRolling = Vtt(
     At("01.000", "03.000", " \nso<00:00:01.500><c> here</c><00:00:02.000><c> we are</c>") +
     At("03.000", "03.010", "so here we are\n ") +
@@ -29,26 +29,26 @@ const std::string kRolling = Vtt(
 
 }  // namespace
 
-TEST(Cleaning, GivesRollingLinesOnce) {
+TEST(Cleaning, RollingLinesAppearOnce) {
   EXPECT_EQ(CuesOf("vtt", kRolling), kUnrolled);
-  // The same as a converter makes an SRT of it, and with its hold cues as long as the gaps.
+  // The same as an SRT file made by a converter.
   std::string srt = ReplaceAll(kRolling, " align:start position:0%", "");
   for (const char* time : {"01.500", "02.000", "03.500", "04.000", "05.500", "09.500"})
     srt = ReplaceAll(srt, "<00:00:" + std::string(time) + "><c>", "");
   EXPECT_EQ(CuesOf("srt", ReplaceAll(srt, "</c>", "")), kUnrolled);
-  // Holds that last: the line before times its words, they don't. Overlaps of what is unrolled are cut.
+  // Long holds: without word times, while the previous line has some. Overlaps of an unrolled file are cut.
   const std::string longHolds =
       Vtt(At("01.000", "02.000", "a<00:00:01.500><c> b</c>") + At("02.000", "03.000", "a b") +
           At("03.000", "04.500", "a b\nc<00:00:03.500><c> d</c>") + At("04.450", "06.000", "c d"));
   EXPECT_EQ(CuesOf("vtt", longHolds), (Lines{"1.000+2.000 a b", "3.000+3.000 c d"}));
-  // The longest run counts, where the same words stand in several lines.
+  // The longest run counts if several lines have the same words.
   EXPECT_EQ(
       CuesOf("vtt", longHolds + At("06.000", "07.000", "c d\nx\nx\nx") + At("07.000", "08.000", "x\nx\ny")),
       (Lines{"1.000+2.000 a b", "3.000+3.000 c d", "6.000+1.000 x x x", "7.000+1.000 y"}));
   EXPECT_EQ(CuesOf("vtt", longHolds + At("07.000", "08.000", "x\nz") + At("07.000", "08.000", "x\nz\nx") +
                               At("07.000", "08.000", "x\nz\nx\nx")),
             (Lines{"1.000+2.000 a b", "3.000+3.000 c d", "7.000+1.000 x z", "7.000+1.000 x"}));
-  // A moment of 50 milliseconds, before and after, and as long.
+  // Holds that start 50 ms before or after the end, and that last 50 ms.
   EXPECT_EQ(CuesOf("vtt", Vtt(At("01.000", "02.000", "a") + At("01.950", "02.000", "a") +
                               At("03.000", "04.000", "b") + At("04.050", "04.100", "b"))),
             (Lines{"1.000+1.000 a", "3.000+1.100 b"}));
@@ -56,19 +56,18 @@ TEST(Cleaning, GivesRollingLinesOnce) {
   EXPECT_EQ(CuesOf("vtt", overlapping).at(1), "3.000+2.000 c d");
 }
 
-// Rolling back what doesn't roll would lose words.
-TEST(Cleaning, KeepsRepeatedLinesOfFilesThatDoNotRoll) {
+TEST(Cleaning, RepeatedLinesOfAFileThatDoesNotRollStay) {
   const std::pair<std::string, Lines> rows[] = {
-      // A refrain: each line twice, for as long as it is sung.
+      // A refrain: the same line again, as long as the first time.
       {At("01.000", "02.000", "la la") + At("02.000", "03.000", "la la") + At("03.000", "04.000", "la la"),
        {"1.000+1.000 la la", "2.000+1.000 la la", "3.000+1.000 la la"}},
-      // Karaoke: the line again with other words marked.
+      // Karaoke: the same line with the next word marked.
       {At("01.000", "02.000", "<00:00:01.100>a b") + At("02.000", "03.000", "a <00:00:02.100>b") +
            At("03.000", "04.000", "a<00:00:03.100> b"),
        {"1.000+1.000 a b", "2.000+1.000 a b", "3.000+1.000 a b"}},
-      // One hold alone is a coincidence.
+      // A single hold may be a coincidence.
       {At("01.000", "02.000", "a") + At("02.000", "02.010", "a"), {"1.000+1.000 a", "2.000+0.010 a"}},
-      // Not at the end of the cue before, and not a whole line of it.
+      // Not within 50 ms of the previous end, longer than 50 ms, or not a whole line of the previous cue.
       {At("01.000", "02.000", "a") + At("02.051", "02.061", "a") + At("02.112", "02.122", "a") +
            At("03.000", "04.000", "a\nb"),
        {"1.000+1.000 a", "2.051+0.010 a", "2.112+0.010 a", "3.000+1.000 a b"}},
@@ -88,7 +87,7 @@ TEST(Cleaning, KeepsRepeatedLinesOfFilesThatDoNotRoll) {
   EXPECT_EQ(CuesOf("vtt", Vtt(rare.substr(0, rare.rfind("00:00:17.000")))).size(), 8u);  // two of ten
 }
 
-TEST(Cleaning, CutsOverlapsOfAutomaticTracksAlone) {
+TEST(Cleaning, OnlyOverlapsOfAutomaticTracksAreCut) {
   const std::string file = Vtt(At("01.000", "09.000", "a") + At("01.000", "04.000", "b") +
                                At("03.000", "05.000", "c") + At("05.000", "06.000", "d"));
   const Lines kept = {"1.000+8.000 a", "1.000+3.000 b", "3.000+2.000 c", "5.000+1.000 d"};
@@ -99,7 +98,7 @@ TEST(Cleaning, CutsOverlapsOfAutomaticTracksAlone) {
   EXPECT_EQ(CuesOf("vtt", file, {"en-orig", false}), cut);
 }
 
-TEST(Cleaning, SortsAndDropsWhatRepeatsStartAndWords) {
+TEST(Cleaning, CuesAreSortedAndThoseWithTheSameStartAndWordsDropped) {
   EXPECT_EQ(CuesOf("vtt", Vtt(At("05.000", "06.000", "late") + At("01.000", "02.000", "a") +
                               At("01.000", "02.500", "<b>a</b> ") + At("01.000", "02.000", "b") +
                               At("01.000", "02.000", "a") + At("02.000", "03.000", "a") +
@@ -107,7 +106,7 @@ TEST(Cleaning, SortsAndDropsWhatRepeatsStartAndWords) {
             (Lines{"1.000+1.000 a", "1.000+1.000 b", "1.000+1.000 a", "2.000+1.000 a", "5.000+1.000 late"}));
 }
 
-TEST(Cleaning, TidiesBlanksAndMarksThatNobodySees) {
+TEST(Cleaning, BlanksAndInvisibleCharactersAreTidied) {
   const std::string zeroWidth = "\u200B";
   const std::string words =
       " \u00A0\u200B a\u00A0\t \u202F"

@@ -1,4 +1,4 @@
-// From the bytes of a caption file to the cues that the program reads in its document.
+// From the bytes of a caption file to the cues that the program reads from the document.
 
 #include "support/documents.h"
 
@@ -17,7 +17,7 @@ std::string Srv1(const std::string& cues) {
 
 }  // namespace
 
-TEST(Documents, AreWrittenToTheByte) {
+TEST(Documents, ADocumentHasExactlyTheseBytes) {
   const auto conversion = Convert("vtt",
                                   "WEBVTT\n\n00:01.5 --> 00:03.25\nIt's \"so\": R&amp;D\n&gt;&gt; Bob\n\n"
                                   "1:00:00.000 --> 1:00:00.000\n|||\n");
@@ -26,7 +26,7 @@ TEST(Documents, AreWrittenToTheByte) {
                       {"3600.000", "0.000", "|||"}}));
 }
 
-TEST(Documents, CarryWhatTheProgramTakesForMarks) {
+TEST(Documents, WordsThatLookLikeMarksReachTheProgram) {
   const std::pair<std::string, std::string> rows[] = {
       {"a ||| b", "a ||| b"},
       {"||| |||", "||| |||"},
@@ -49,8 +49,8 @@ TEST(Documents, CarryWhatTheProgramTakesForMarks) {
   }
 }
 
-// One text as each format has it, with the oddities that files of its kind hold.
-TEST(Documents, OfOneTextAreTheSameInEveryFormat) {
+// One text in each format, with the oddities of real files.
+TEST(Documents, OneTextGivesTheSameDocumentInEveryFormat) {
   const std::pair<std::string, std::string> files[] = {
       {"srv1",
        Srv1("<text start=\"0.5\" dur=\"1.25\">It&amp;#39;s R&amp;amp;D</text>\n<text start=\"1\" dur=\"1\"/>"
@@ -62,12 +62,10 @@ TEST(Documents, OfOneTextAreTheSameInEveryFormat) {
        "&gt;&gt; \"so\" &lt; 3\n[Music]</text><text t=\"4000\">caf&#xE9; &quot;x&quot;</text>"
        "<text t=\"5000\" d=\"3000\">end</text></timedtext>"},
       {"srv3",
-       "<?xml version=\"1.0\" encoding=\"utf-8\" ?><timedtext format=\"3\">\n<head><ws id=\"0\"/><pen "
-       "id=\"1\"/>"
+       "<?xml version=\"1.0\" encoding=\"utf-8\" ?><timedtext format=\"3\">\n<head><ws id=\"0\"/><pen id=\"1\"/>"
        "</head><body>\n<w t=\"0\" id=\"1\"/><p t=\"500\" d=\"1250\" w=\"1\"><s ac=\"0\">It&#39;s</s>"
        "<s t=\"300\" ac=\"0\"> R&amp;D</s></p>\n<p t=\"1740\" d=\"10\" w=\"1\" a=\"1\">\n</p>"
-       "<p t=\"2000\" d=\"1000\" p=\"1\">&gt;&gt; \"so\" &lt; 3<br/>[Music]</p><p t=\"4000\">caf\u00E9 "
-       "&quot;x&quot;</p>"
+       "<p t=\"2000\" d=\"1000\" p=\"1\">&gt;&gt; \"so\" &lt; 3<br/>[Music]</p><p t=\"4000\">caf\u00E9 &quot;x&quot;</p>"
        "<p t=\"4500\" a=\"1\">\n</p><p t=\"5000\" d=\"3000\">end</p></body></timedtext>"},
       {"json3",
        R"({"wireMagic":"pb3","pens":[{"segs":[{"utf8":"no"}]}],"wsWinStyles":[{}],"events":[)"
@@ -77,27 +75,20 @@ TEST(Documents, OfOneTextAreTheSameInEveryFormat) {
        R"({"tStartMs":2000,"dDurationMs":1000,"segs":[{"utf8":">> \"so\" < 3\n[Music]"}]},)"
        R"({"tStartMs":4000,"segs":[{"utf8":"caf\u00e9 \"x\""}]},{"tStartMs":5000,"dDurationMs":3e3,"segs":[{"utf8":"end"}]}]})"},
       {"ttml",
-       "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n<tt xml:lang=\"en\" xmlns=\"http://www.w3.org/ns/ttml\" "
-       "xmlns:ttp=\"http://www.w3.org/ns/ttml#parameter\" ttp:frameRate=\"25\" "
-       "ttp:tickRate=\"1000\">\n<head/>\n"
+       "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n<tt xml:lang=\"en\" xmlns=\"http://www.w3.org/ns/ttml\" xmlns:ttp=\"http://www.w3.org/ns/ttml#parameter\" ttp:frameRate=\"25\" ttp:tickRate=\"1000\">\n<head/>\n"
        "<body>\n<div>\n<p begin=\"00:00:00.500\" end=\"00:00:01.750\" style=\"s2\">It&#39;s\n  "
        "<span>R&amp;D</span></p>\n"
-       "<p begin=\"00:00:02:00\" dur=\"25f\">&gt;&gt; \"so\" &lt; 3<br />[Music]</p></div>\n<div "
-       "begin=\"3s\">"
-       "<p><span begin=\"1000t\" end=\"2000ms\">caf\u00E9 &quot;x&quot;</span>\n<span begin=\"2s\" "
-       "dur=\"0.05m\">end</span></p>"
+       "<p begin=\"00:00:02:00\" dur=\"25f\">&gt;&gt; \"so\" &lt; 3<br />[Music]</p></div>\n<div begin=\"3s\">"
+       "<p><span begin=\"1000t\" end=\"2000ms\">caf\u00E9 &quot;x&quot;</span>\n<span begin=\"2s\" dur=\"0.05m\">end</span></p>"
        "</div></body></tt>"},
       {"vtt",
-       "\xEF\xBB\xBFWEBVTT - a file\r\nKind: captions\r\nLanguage: en\r\n\r\nSTYLE\r\n::cue { color: red "
-       "}\r\n\r\n"
+       "\xEF\xBB\xBFWEBVTT - a file\r\nKind: captions\r\nLanguage: en\r\n\r\nSTYLE\r\n::cue { color: red }\r\n\r\n"
        "NOTE a\r\nremark\r\n\r\n1\r\n00:00.500 --> 00:01.750 align:start position:0%\r\n"
        "<v.loud Bob>It&#39;s</v> <00:00:01.000><c> R&amp;D</c>\r\n \r\n\r\n"
        "00:00:02.000 --> 00:00:03.000\r\n&gt;&gt; <i>\"so\"</i> < 3\r\n[Music]\r\n"
-       "0000:00:04.000 --> 00:00:05.000\r\ncaf\u00E9&nbsp;&quot;x&quot;\r\n\r\n00:05.000 --> "
-       "00:08.000\r\nend"},
+       "0000:00:04.000 --> 00:00:05.000\r\ncaf\u00E9&nbsp;&quot;x&quot;\r\n\r\n00:05.000 --> 00:08.000\r\nend"},
       {"srt",
-       "1\n00:00:00,500 --> 00:00:01,750\n<font color=\"#fff\">It's</font> R&D\n\n2\n0:0:2.0-->0:0:3,0 X1:1 "
-       "X2:2\n"
+       "1\n00:00:00,500 --> 00:00:01,750\n<font color=\"#fff\">It's</font> R&D\n\n2\n0:0:2.0-->0:0:3,0 X1:1 X2:2\n"
        "{\\an8}>> \"so\" < 3\n\n[Music]\n3\n00:00:04,000 --> 00:00:05,000\ncaf\u00E9&#160;\"x\"\n\n\n"
        "00:00:05,000 --> 00:00:08,000\nend\n"},
   };
@@ -120,8 +111,8 @@ TEST(Documents, OfOneTextAreTheSameInEveryFormat) {
   EXPECT_EQ(gateway::FormatWithEnding(""), nullptr);
 }
 
-// What each reader makes of what stands rarely in a file of its kind.
-TEST(Documents, KeepTheWordsOfOddFiles) {
+// Rare constructs of each format.
+TEST(Documents, OddFilesKeepTheirWords) {
   const struct {
     std::string ending, bytes;
     Lines cues;
@@ -130,8 +121,7 @@ TEST(Documents, KeepTheWordsOfOddFiles) {
        "<transcript><text dur=\"x\" start=\"-1\">a < <@<[<`<{<1 b & c&nbsp;&bogus; &#0;</text></transcript>",
        {"0.000+3.000 a < <@<[<`<{<1 b & c &bogus;"}},
       {"srv1",
-       "<transcript><text start='1.9999' dur='1'><![CDATA[a &lt; b]]><a>c</a> "
-       "<z>d</z><A>e</A><Z>f</Z><_>g</_></text></transcript>",
+       "<transcript><text start='1.9999' dur='1'><![CDATA[a &lt; b]]><a>c</a> <z>d</z><A>e</A><Z>f</Z><_>g</_></text></transcript>",
        {"1.999+1.000 a < bc defg"}},
       {"srv1",
        Srv1("<text start=\"1\" dur=\"1\">&amp;amp;lt; &amp;#x1F600;</text>"),
@@ -145,33 +135,27 @@ TEST(Documents, KeepTheWordsOfOddFiles) {
        R"({"tStartMs":7},{"tStartMs":9.9,"dDurationMs":1,"aAppend":1,"segs":[{"utf8":"b"}]}]})",
        {"0.001+0.006 a", "0.009+0.001 b"}},
       {"ttml",
-       "<tt:tt xmlns:tt=\"x\" a:frameRate=\"30\" a:frameRateMultiplier=\"1000 1001\"><tt:body "
-       "begin=\"1s\"><tt:p "
-       "begin=\"30f\" end=\"00:00:09\" dur=\"1h\">a</tt:p><tt:p dur=\"1.5\">b</tt:p></tt:body></tt:tt>",
+       "<tt:tt xmlns:tt=\"x\" a:frameRate=\"30\" a:frameRateMultiplier=\"1000 1001\"><tt:body begin=\"1s\"><tt:p begin=\"30f\" end=\"00:00:09\" dur=\"1h\">a</tt:p><tt:p dur=\"1.5\">b</tt:p></tt:body></tt:tt>",
        {"1.000+1.500 b", "2.001+7.999 a"}},
       {"ttml",
-       "<tt frameRate=\"25\" tickRate=\"1000\"><body><p begin=\"0.5h\" end=\"31m\">h</p><p begin=\"90s\" "
-       "dur=\"250ms\">s</p><p begin=\"125000f\" dur=\"3500t\">f</p><p begin=\"00:00:01:10\" "
-       "end=\"3\">c</p><p begin=\"2000\" dur=\"5x\">x</p><p begin=\"3000\" dur=\"\">e</p></body></tt>",
+       "<tt frameRate=\"25\" tickRate=\"1000\"><body><p begin=\"0.5h\" end=\"31m\">h</p><p begin=\"90s\" dur=\"250ms\">s</p><p begin=\"125000f\" dur=\"3500t\">f</p><p begin=\"00:00:01:10\" end=\"3\">c</p><p begin=\"2000\" dur=\"5x\">x</p><p begin=\"3000\" dur=\"\">e</p></body></tt>",
        {"1.400+1.600 c", "90.000+0.250 s", "1800.000+60.000 h", "2000.000+1000.000 x", "3000.000+2000.000 e",
         "5000.000+3.500 f"}},
       {"ttml",
        "<tt><body><p begin=\"1s\"><span begin=\"2s\" end=\"3s\">a</span></p><p end=\"9s\">"
        "<span begin=\"4s\">b</span></p><p><span begin=\"5s\" end=\"6s\">c</span></p></body></tt>",
        {"0.000+9.000 b", "1.000+4.000 a", "5.000+1.000 c"}},
-      // Thirty frames a second, one tick a second; with a frame rate as many ticks.
+      // By default 30 frames and one tick per second; with a frame rate, as many ticks as frames.
       {"ttml", "<tt><body><p begin=\"30000f\" dur=\"2t\">a</p></body></tt>", {"1000.000+2.000 a"}},
       {"ttml",
        "<tt frameRate=\"50\" frameRateMultiplier=\"0 5\"><body><p begin=\"5t\" dur=\"0.1\">a</p></body></tt>",
        {"0.100+0.100 a"}},
-      // A browser drops any tag; a sign before a blank or a number is none. A time line ends a cue as well.
+      // A browser drops any tag; "<" before a blank or a digit is text. A time line ends a cue too.
       {"vtt",
-       "WEBVTT\n\n1:01:01.001 --> 1:01:02.000\n<x>I</x> <3 a<b\n\n0:1.0 --> 0:0.5\n&lt;i&gt; a --> "
-       "b\n0:9 --x 0:9\n0:2.0-->0:3.0\n<b",
+       "WEBVTT\n\n1:01:01.001 --> 1:01:02.000\n<x>I</x> <3 a<b\n\n0:1.0 --> 0:0.5\n&lt;i&gt; a --> b\n0:9 --x 0:9\n0:2.0-->0:3.0\n<b",
        {"1.000+0.000 <i> a --> b 0:9 --x 0:9", "2.000+1.000 <b", "3661.001+0.999 I <3 a<b"}},
       {"vtt",
-       "WEBVTT\n\n0:1 --> 0:2\n<A>a<Z>b</a>c</z>d<@>e<[>f<`>g<{>h<.x>i</>j "
-       "&apos;&lrm;&rlm;&#X41;&#32;&#x0010FFFF;"
+       "WEBVTT\n\n0:1 --> 0:2\n<A>a<Z>b</a>c</z>d<@>e<[>f<`>g<{>h<.x>i</>j &apos;&lrm;&rlm;&#X41;&#32;&#x0010FFFF;"
        "\n\n0:2 --> 0:3\n&#31;&#xD800;&#x110000;&#x00010FFFF;&#;&#x4G;&amp",
        {"1.000+1.000 abcd<@>e<[>f<`>g<{>hij '\u200E\u200FA \U0010FFFF",
         "2.000+1.000 &#31;&#xD800;&#x110000;&#x00010FFFF;&#;&#x4G;&amp"}},
@@ -180,13 +164,10 @@ TEST(Documents, KeepTheWordsOfOddFiles) {
        {"3721.000+999996278.999 a\xEF\xBF\xBD"
         "b"}},
       {"srt",
-       "7\n00:00:01,5 --> 00:00:02,50\n42\n\n8\n00:00:02,000 --> 00:00:03,000\n<sighs> &amp;lt; &eacute; "
-       "&#1; "
-       "{x}\n",
+       "7\n00:00:01,5 --> 00:00:02,50\n42\n\n8\n00:00:02,000 --> 00:00:03,000\n<sighs> &amp;lt; &eacute; &#1; {x}\n",
        {"1.500+1.000 42", "2.000+1.000 <sighs> &lt; &eacute; &#1; {x}"}},
       {"srt",
-       " 7 \n0:1 --> 0:2\n<b><c><em><font><i><rt><ruby><s><strong><u>a</U></STRONG></Z><strongs> {\\b1}b{\\c "
-       "{\\d}\n"
+       " 7 \n0:1 --> 0:2\n<b><c><em><font><i><rt><ruby><s><strong><u>a</U></STRONG></Z><strongs> {\\b1}b{\\c {\\d}\n"
        "8\t\n0:2 --> 0:3\n&lt;&gt;&quot;\n",
        {"1.000+1.000 a</Z><strongs> b{\\c", "2.000+1.000 <>&quot;"}},
       {"srt",
@@ -196,7 +177,7 @@ TEST(Documents, KeepTheWordsOfOddFiles) {
   for (const auto& [ending, bytes, cues] : rows) EXPECT_EQ(CuesOf(ending, bytes), cues) << bytes;
 }
 
-TEST(Documents, AreReadInTheEncodingOfTheFile) {
+TEST(Documents, TheEncodingOfAFileIsRecognised) {
   const auto srt = [](const std::string& words) {
     return "1\n00:00:01,000 --> 00:00:02,000\n" + words + "\n";
   };
@@ -229,7 +210,7 @@ TEST(Documents, AreReadInTheEncodingOfTheFile) {
     EXPECT_EQ(CuesOf("srv1", xml(untrue, "caf\u00E9")), cafe) << untrue;
 }
 
-TEST(Documents, AreNotMadeOfOtherFiles) {
+TEST(Documents, AFileWithoutCaptionsGivesItsFault) {
   const std::string deep =
       ReplaceAll(std::string(200, '<'), "<", "<div>") + ReplaceAll(std::string(200, '<'), "<", "</div>");
   const std::string rows[][3] = {
@@ -268,7 +249,7 @@ TEST(Documents, AreNotMadeOfOtherFiles) {
   }
 }
 
-TEST(Documents, AreNotMadeOfFilesThatTakeTooMuch) {
+TEST(Documents, AFileOverALimitIsTooLarge) {
   const auto srtOf = [](std::size_t cues) {
     return ReplaceAll(std::string(cues, '\n'), "\n", "0:0-->0:0\na\n");
   };
@@ -279,9 +260,9 @@ TEST(Documents, AreNotMadeOfFilesThatTakeTooMuch) {
   EXPECT_EQ(Convert("srv1", "<transcript>" + std::string(17u << 20, '<')).fault, "this file is too large");
   EXPECT_EQ(Convert("srv1", "<transcript>" + tags + "</transcript>").fault, "this file is too large");
   EXPECT_EQ(Convert("srt", std::string(33u << 20, '\x80')).fault, "this file is too large");
-  // Eight nodes of 64 bytes and two attributes of 40, again and again; what is left is filled with nodes.
+  // Each part has eight nodes of 64 bytes and two attributes of 40; the rest is filled with single nodes.
   const std::string part = "<a b='' c=''>t<d/>u</a>v<e>w</e><f></f>x<g/>";
-  constexpr std::size_t kRoom = (128u << 20) - 64, kParts = 100'000, kRest = (kRoom - kParts * 592) / 64;
+  constexpr std::size_t kLimit = (128u << 20) - 64, kParts = 100'000, kRest = (kLimit - kParts * 592) / 64;
   const auto tree = [&](std::size_t nodes) {
     return "<transcript>" + ReplaceAll(std::string(kParts, 'x'), "x", part) +
            ReplaceAll(std::string(nodes, 'x'), "x", "<h/>") + "</transcript>";

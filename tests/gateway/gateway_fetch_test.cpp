@@ -1,10 +1,10 @@
-// The gateway as a process that fetches, by the real yt-dlp from a site on the loopback.
+// The gateway as a process that fetches from a site on the loopback with the real yt-dlp.
 
 #include <sys/inotify.h>
 #include <sys/stat.h>
 
+#include "Site.h"
 #include "gateway_process.h"
-#include "site_fixture.h"
 
 namespace {
 
@@ -23,12 +23,12 @@ class Fetching : public testing::Test {
     std::vector<std::string> arguments = {"--fetch",  "--folder",       folder_ / "captions",
                                           "--port=0", "--ytdlp-config", site_.Folder() / "yt-dlp.conf"};
     arguments.insert(arguments.end(), more.begin(), more.end());
-    // Signals that are ignored are handed on to what is started.
+    // A started process inherits ignored signals.
     return Process(
         "trap '' CHLD; HOME=" + folder_.Path() + " XDG_CACHE_HOME=" + folder_ / "cache" + " exec \"$@\"",
         arguments);
   }
-  // How many programs run with this site's options.
+  // The number of yt-dlp processes with this site's options.
   std::size_t Children() const {
     std::size_t count = 0;
     for (const auto& entry : std::filesystem::directory_iterator("/proc"))
@@ -60,7 +60,7 @@ class Fetching : public testing::Test {
   const TemporaryFolder folder_;
 };
 
-TEST_F(Fetching, JoinsTheSiteWithTheFoldersAndGoesOnWithoutIt) {
+TEST_F(Fetching, FoldersAndSiteAreJoinedAndKeptTextsServedWithoutYtDlp) {
   const std::string code = CodeOf("plain");
   const std::vector<std::string> all = {"en", "fr-orig", "de"};
   {
@@ -70,8 +70,8 @@ TEST_F(Fetching, JoinsTheSiteWithTheFoldersAndGoesOnWithoutIt) {
               line.npos)
         << line;
     const std::uint16_t port = PortIn(Address(line));
-    // The text first: it brings the site's list into memory, for which a list with a folder's part would wait
-    // no more than 5 seconds.
+    // The text first: it brings the site's list into memory. A list with tracks of a folder would wait at
+    // most 5 seconds for it.
     EXPECT_NE(Text(port, code, "en").body.find(">R&D in en</text>"), std::string::npos);
     EXPECT_EQ(Languages(List(port, code).body), all);
     EXPECT_NE(Text(port, code, "de").body.find(">eigene</text>"), std::string::npos);
@@ -89,10 +89,10 @@ TEST_F(Fetching, JoinsTheSiteWithTheFoldersAndGoesOnWithoutIt) {
   EXPECT_EQ(missing.Status(), "HTTP/1.1 404 Not Found");
   EXPECT_TRUE(missing.Has("Content-Length: 0") && missing.Has("Connection: close"));
   EXPECT_TRUE(missing.Has("Ravelyn-Cause: yt-dlp is not installed.")) << missing.head;
-  EXPECT_FALSE(std::filesystem::exists(folder_ / "videos")) << "where the user's videos go";
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "videos")) << "the user's folder for videos stays untouched";
 }
 
-// A folder with programs in the place of yt-dlp.
+// Programs that replace yt-dlp.
 class Programs : public testing::Test {
  protected:
   void Write(const std::string& name, const std::string& script) const {
@@ -100,7 +100,7 @@ class Programs : public testing::Test {
     WriteFile(folder_ / name, "#!/bin/sh\n" + script + "\n");
     std::filesystem::permissions(folder_ / name, std::filesystem::perms::owner_all);
   }
-  // The gateway with these programs, and the home folder beside them.
+  // The gateway with these programs in PATH and in its home folder.
   Process Start(const std::vector<std::string>& arguments) const {
     return Process("HOME=" + folder_ / "home" + " PATH=" + folder_ / "bin" + ":$PATH exec \"$@\"", arguments);
   }
@@ -115,7 +115,7 @@ class Programs : public testing::Test {
   const TemporaryFolder folder_;
 };
 
-TEST_F(Programs, AreTheNamedOneOrTheFirstThatIsThereByNow) {
+TEST_F(Programs, TheNamedYtDlpOrTheFirstInstalledByNowIsUsed) {
   Write("bin/yt-dlp", "echo 2023.03.04");
   const auto started = [](const std::string& line) { return line.substr(line.find("/ ") + 2); };
   const std::string serves = "serves 0 videos with 0 tracks from no folder; ";
@@ -132,20 +132,18 @@ TEST_F(Programs, AreTheNamedOneOrTheFirstThatIsThereByNow) {
   const std::uint16_t port = PortIn(Address(line));
   EXPECT_EQ(CauseAt(port), "yt-dlp 2023.03.04 is too old for the site.");
   Write("home/.local/bin/yt-dlp", "[ $2 = --version ] && echo 2999.01.01");
-  EXPECT_EQ(CauseAt(port), "yt-dlp failed; the gateway's log has its words.")
-      << "which a user installed meanwhile";
+  EXPECT_EQ(CauseAt(port), "yt-dlp failed; the gateway's log has its messages.") << "installed meanwhile";
   std::filesystem::remove(folder_ / "home/.local/bin/yt-dlp");
   EXPECT_EQ(CauseAt(port), "yt-dlp 2023.03.04 is too old for the site.");
-  Write("home/.local/bin/yt-dlp",
-        "[ $2 = --version ] && echo 2999.01.01 || echo '{\"id\":\"code-------\",\"title\":\"t\"}'");
+  Write("home/.local/bin/yt-dlp", "[ $2 = --version ] && echo 2999.01.01 || echo '{\"id\":\"code-------\"}'");
   EXPECT_EQ(CauseAt(port), "This video has no captions.");
   std::string log;
   for (int i = 0; i < 4; ++i) log = any.ReadLine();
   EXPECT_EQ(log, "ravelyn-gateway: yt-dlp of code-------: This video has no captions. ")
-      << "as the user is shown";
+      << "the cause that the user is shown";
 }
 
-TEST_F(Programs, ThatHangHoldUpNoEnd) {
+TEST_F(Programs, AYtDlpThatHangsDoesNotDelayTheEnd) {
   ASSERT_EQ(::mkfifo((folder_ / "started").c_str(), 0600), 0);
   Write("bin/yt-dlp", "echo >> " + folder_ / "started" + "; sleep 1000");
   Process process = Start({"--fetch", "--port=0"});
@@ -155,7 +153,7 @@ TEST_F(Programs, ThatHangHoldUpNoEnd) {
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(7));
 }
 
-TEST_F(Fetching, LeavesNothingWhenItIsEndedInTheMiddle) {
+TEST_F(Fetching, AnEndDuringAFetchLeavesNothing) {
   Process process = Start({"--no-cache"});
   const std::uint16_t port = PortIn(Address(process.ReadLine()));
   const std::string code = CodeOf("faults");

@@ -1,4 +1,4 @@
-// A gateway that serves folders within the test's own process, and a client that sends it raw bytes.
+// A gateway inside the test process, and a client that sends it raw bytes.
 #pragma once
 
 #include <arpa/inet.h>
@@ -34,17 +34,14 @@ struct Reply {
 };
 
 inline Descriptor ConnectTo(std::uint16_t port) {
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(port);
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  const sockaddr_in address{AF_INET, htons(port), {htonl(INADDR_LOOPBACK)}, {}};
   Descriptor client(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
   const auto* generic = static_cast<const sockaddr*>(static_cast<const void*>(&address));
   EXPECT_EQ(::connect(client.Number(), generic, sizeof address), 0);
   return client;
 }
 
-// False once the other side takes nothing more.
+// False if the peer has closed the connection.
 inline bool SendAll(const Descriptor& client, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t count = ::send(client.Number(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
@@ -54,7 +51,7 @@ inline bool SendAll(const Descriptor& client, std::string_view bytes) {
   return true;
 }
 
-// What comes until the other side closes, or keeps silent for half a minute.
+// All bytes until the peer closes the connection or sends nothing for half a minute.
 inline Reply ReadReply(const Descriptor& client) {
   std::string all;
   std::array<char, 65536> bytes;
@@ -79,7 +76,7 @@ inline std::string GetRequest(const std::string& target) {
   return "GET " + target + " HTTP/1.0\r\nHost: 127.0.0.1\r\n\r\n";
 }
 
-// Files byte for byte, so that they may hold anything.
+// A source that serves files byte for byte, so that they may contain anything.
 inline std::shared_ptr<gateway::FolderSource> AsIs(const std::vector<std::string>& folders) {
   return std::make_shared<gateway::FolderSource>(folders, gateway::FolderSource::Manner::AsIs);
 }

@@ -1,4 +1,4 @@
-// The gateway as a process, for tests.
+// The gateway as a process of its own.
 #pragma once
 
 #include <fcntl.h>
@@ -16,11 +16,10 @@ namespace gateway_test {
 
 inline std::string Address(const std::string& startLine) { return startLine.substr(0, startLine.find("/ ")); }
 
-// The gateway as a process of its own, its output read by the test.
 class Process {
  public:
-  // The words of `script` run in a shell, "$@" being the gateway and `arguments`; `handed` becomes
-  // descriptor 3, `input` its standard input.
+  // Runs `script` in a shell, where "$@" is the gateway with `arguments`. `handed` becomes descriptor 3,
+  // `input` standard input.
   Process(const std::string& script, std::vector<std::string> arguments, int handed = -1,
           const Descriptor& input = Descriptor()) {
     int out[2];
@@ -34,7 +33,7 @@ class Process {
   explicit Process(std::vector<std::string> arguments, const Descriptor& input = Descriptor())
       : Process("exec \"$@\"", std::move(arguments), -1, input) {}
   ~Process() {
-    if (pid_ > 0) End(SIGTERM);  // killed, it could not remove the folder of a child that waits
+    if (pid_ > 0) End(SIGTERM);  // SIGKILL would leave the folder of a waiting child
   }
 
   std::string ReadLine() {
@@ -43,7 +42,7 @@ class Process {
     return line;
   }
   void Send(int signal) const { ::kill(pid_, signal); }
-  // The exit status, or -1 if something else ended it. With `signal` 0 it is only waited for.
+  // The exit status, or -1 if a signal ended it. `signal` 0 only waits for its end.
   int End(int signal = 0) {
     int status = 0;
     if (signal != 0) ::kill(pid_, signal);

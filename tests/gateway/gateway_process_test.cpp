@@ -1,4 +1,4 @@
-// The gateway as a process: its options, what it says at the start, and how it ends.
+// The gateway as a process: its options, its first line, and its end.
 
 #include <fcntl.h>
 
@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 using gateway::Limits;
 using Lines = std::vector<std::string>;
 
-TEST(GatewayProcess, TellsWhatItServesAndEndsOnASignal) {
+TEST(GatewayProcess, TheFirstLineShowsWhatIsServedAndASignalEndsIt) {
   const TemporaryFolder folder;
   WriteFile(folder / "t [abc].en.srv1", "words");
   WriteFile(folder / "u [abc].de.srt", "00:01,000 --> 00:02,000\nWorte\n");
@@ -34,7 +34,7 @@ TEST(GatewayProcess, TellsWhatItServesAndEndsOnASignal) {
   }
 }
 
-TEST(GatewayProcess, RefusesBadOptions) {
+TEST(GatewayProcess, InvalidOptionsPrintAnErrorAndTheUsage) {
   const std::string nothing = "there is no --folder to serve, and no --fetch";
   for (const std::string& row :
        Split("~" + nothing + "|--port 0 --as-is~" + nothing +
@@ -54,7 +54,7 @@ TEST(GatewayProcess, RefusesBadOptions) {
 
 std::string Counted(auto count, const char* unit) { return std::to_string(count) + " " + unit; }
 
-// The text in one line, and as a man page shows it.
+// The text on one line, without the backslashes of a man page.
 std::string Flattened(const std::string& text) {
   std::string flat;
   for (const char c : text) {
@@ -68,7 +68,7 @@ std::string Flattened(const std::string& text) {
   return flat;
 }
 
-TEST(GatewayOptions, AreDescribedWithTheBoundsThatHold) {
+TEST(GatewayOptions, HelpAndManPageGiveTheLimitsOfTheCode) {
   const Limits limits;
   const gateway::CacheLimits cache;
   const auto seconds = [](auto time) {
@@ -102,7 +102,7 @@ TEST(GatewayOptions, AreDescribedWithTheBoundsThatHold) {
   EXPECT_NE(unit.find("ListenStream=127.0.0.1:" + port + "\n"), unit.npos);
 }
 
-TEST(GatewayOptions, TakeTheirValues) {
+TEST(GatewayOptions, OptionsTakeTheirValues) {
   const auto parsed = [](std::vector<const char*> arguments) {
     const gateway::Options o = gateway::ParseOptions(arguments);
     std::string shown = std::to_string(o.port) + " " + o.ytdlp + " " + o.ytdlpConfig + " " + o.cache;
@@ -115,14 +115,14 @@ TEST(GatewayOptions, TakeTheirValues) {
                     "--cache=k", "--no-cache", "--port=65535", "--stop-with-input"}),
             "65535 y f k a b=c yes yes no yes no no");
   EXPECT_EQ(parsed({"--help"}), "17733    no no yes no yes no");
-  EXPECT_NE(gateway::HelpText().find(
-                "\n  --cache DIR           keep fetched texts in DIR. Default: ravelyn/captions in "
-                "$XDG_CACHE_HOME, else\n                        in ~/.cache\n"),
-            std::string::npos);
+  EXPECT_NE(
+      gateway::HelpText().find(
+          "\n  --cache DIR           keep fetched texts in DIR. Default: ravelyn/captions in $XDG_CACHE_HOME, else\n                        in ~/.cache\n"),
+      std::string::npos);
   EXPECT_EQ(parsed({"--version"}), "17733    no no yes no no yes");
 }
 
-TEST(GatewayProcess, EndsWithItsInput) {
+TEST(GatewayProcess, TheEndOfInputEndsIt) {
   int ends[2];
   ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
   const Descriptor reading(ends[0]);
@@ -132,13 +132,12 @@ TEST(GatewayProcess, EndsWithItsInput) {
   ASSERT_EQ(::write(writing.Number(), "more", 4), 4);
   const Descriptor client = ConnectTo(port);
   SendAll(client, GetRequest("/timedtext?type=list&v=hB7rV2kQx0w"));
-  EXPECT_EQ(ReadReply(client).Status(), "HTTP/1.1 200 OK") << "what it reads means nothing";
+  EXPECT_EQ(ReadReply(client).Status(), "HTTP/1.1 200 OK") << "bytes of its input are ignored";
   writing = Descriptor();
   EXPECT_EQ(process.End(), 0);
 }
 
-// Whoever writes sees that there is nobody to read, or no room; the gateway goes on.
-TEST(GatewayProcess, IsNotEndedByAWriteThatFails) {
+TEST(GatewayProcess, SignalsOfFailedWritesDoNotEndIt) {
   Process process({"--folder", RAVELYN_SAMPLES_DIR, "--port=0"});
   const std::uint16_t port = PortIn(Address(process.ReadLine()));
   for (const int signal : {SIGPIPE, SIGXFSZ}) {
@@ -150,7 +149,7 @@ TEST(GatewayProcess, IsNotEndedByAWriteThatFails) {
   EXPECT_EQ(process.End(SIGTERM), 0);
 }
 
-TEST(GatewayProcess, NamesMissingAndUnreadableFoldersAndATakenPort) {
+TEST(GatewayProcess, MissingAndUnreadableFoldersAndATakenPortAreReported) {
   Process missing({"--folder", "/nowhere/at all", "--folder", "/dev/null", "--port", "0"});
   const std::string fault = missing.ReadLine(), line = missing.ReadLine();
   EXPECT_EQ(fault,
@@ -168,32 +167,32 @@ TEST(GatewayProcess, NamesMissingAndUnreadableFoldersAndATakenPort) {
   EXPECT_EQ(second.End(), 1);
 }
 
-TEST(GatewayProcess, ServesASocketThatItIsHanded) {
+TEST(GatewayProcess, APassedSocketIsServed) {
   const Descriptor listener = gateway::ListenOnLoopback(0);
   const std::uint16_t port = PortIn(gateway::AddressOf(listener));
   const std::string handOver = "LISTEN_FDS=1 LISTEN_PID=$$ exec \"$@\"";
   const std::vector<std::string> arguments = {"--folder", RAVELYN_SAMPLES_DIR};
   const auto flags = [&] { return ::fcntl(listener.Number(), F_GETFL); };
   for (int time = 0; time < 2; ++time) {
-    const Descriptor early = ConnectTo(port);  // comes before there is anybody to serve it
+    const Descriptor early = ConnectTo(port);  // before the gateway is started
     ::fcntl(listener.Number(), F_SETFL, flags() & ~O_NONBLOCK);
     Process process(handOver, arguments, listener.Number());
     EXPECT_NE(process.ReadLine().find(":" + std::to_string(port) + "/ serves 3 videos"), std::string::npos);
-    EXPECT_NE(flags() & O_NONBLOCK, 0) << "a client that is gone before it is accepted must hold nobody up";
+    EXPECT_NE(flags() & O_NONBLOCK, 0) << "accepting a client that has already left must not block";
     SendAll(early, GetRequest("/timedtext?type=list&v=hB7rV2kQx0w"));
     EXPECT_EQ(ReadReply(early).Status(), "HTTP/1.1 200 OK");
-    EXPECT_EQ(process.End(SIGTERM), 0) << "and the socket lives on for the next";
+    EXPECT_EQ(process.End(SIGTERM), 0) << "the socket stays open for the next gateway";
   }
   Process two("LISTEN_FDS=2 LISTEN_PID=$$ exec \"$@\"", arguments, listener.Number());
   EXPECT_EQ(two.ReadLine(), "ravelyn-gateway: was handed 2 sockets, can serve one");
   Process noSocket(handOver, arguments, Descriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC)).Number());
-  EXPECT_EQ(noSocket.ReadLine(), "ravelyn-gateway: was handed a descriptor that is no listening socket");
+  EXPECT_EQ(noSocket.ReadLine(), "ravelyn-gateway: was handed a descriptor that is not a listening socket");
   EXPECT_EQ(noSocket.End(), 1);
   Process others("LISTEN_FDS=1 LISTEN_PID=1 exec \"$@\"", {"--folder", RAVELYN_SAMPLES_DIR, "--port", "0"},
                  listener.Number());
   const std::string line = others.ReadLine();
   EXPECT_NE(line.find("serves 3 videos"), std::string::npos) << line;
-  EXPECT_EQ(line.find(":" + std::to_string(port)), std::string::npos) << "meant for another process";
+  EXPECT_EQ(line.find(":" + std::to_string(port)), std::string::npos) << "passed to another process";
 }
 
 }  // namespace

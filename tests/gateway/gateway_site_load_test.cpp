@@ -1,4 +1,4 @@
-// The site's source under many clients, clients that leave, and an end in the middle.
+// The site's source with many clients, with clients that leave, and when it ends during requests.
 
 #include <sys/socket.h>
 
@@ -13,7 +13,7 @@ using gateway::Descriptor;
 using gateway::SiteLimits;
 using gateway::SiteSource;
 
-// A client's connection: the gateway's end and the client's.
+// A client's connection: `ours` is the gateway's end.
 struct Client {
   Client() {
     std::array<int, 2> both{-1, -1};
@@ -27,7 +27,7 @@ struct Client {
   Descriptor ours, theirs;
 };
 
-TEST(GatewaySiteLoad, FiftyAtOnceForOneVideoStartOneChild) {
+TEST(GatewaySiteLoad, FiftyRequestsAtOnceForOneVideoStartOneChild) {
   const Site site;
   SiteSource source(site.Settings(), Quick());
   AllAtOnce(50, [&](std::size_t) { EXPECT_EQ(source.Tracks(CodeOf("slow"), {}).tracks.size(), 3u); });
@@ -40,7 +40,7 @@ TEST(GatewaySiteLoad, FiftyAtOnceForOneVideoStartOneChild) {
   EXPECT_EQ(site.Requests("text " + faults).size(), 1u);
 }
 
-TEST(GatewaySiteLoad, RunsTwoChildrenAndOneListAtATimeInOrder) {
+TEST(GatewaySiteLoad, NineRequestsRunAtMostTwoChildrenAndOneList) {
   const Site site;
   SiteLimits limits = Quick();
   limits.betweenLists = 1s;
@@ -54,12 +54,12 @@ TEST(GatewaySiteLoad, RunsTwoChildrenAndOneListAtATimeInOrder) {
       EXPECT_NE(TextOf(source.Text(CodeOf("many"), track, {})).find(track), std::string::npos);
     }
   });
-  EXPECT_GE(std::chrono::steady_clock::now() - start, 3s) << "four lists, a second between two";
+  EXPECT_GE(std::chrono::steady_clock::now() - start, 3s) << "four lists, a second apart";
   EXPECT_EQ(site.Crowd("list"), 1);
   EXPECT_LE(site.Crowd("text"), 2);
 }
 
-TEST(GatewaySiteLoad, StopsWhatNobodyWaitsForAnyMore) {
+TEST(GatewaySiteLoad, AFetchStopsWhenItsLastClientLeaves) {
   Site site;
   SiteSource source(site.Settings(), Quick());
   EXPECT_EQ(source.Tracks(CodeOf("faults"), {}).cause, "");
@@ -75,14 +75,14 @@ TEST(GatewaySiteLoad, StopsWhatNobodyWaitsForAnyMore) {
   Client third;
   std::thread alone([&] { source.Text(CodeOf("faults"), "stall", third.Asks()); });
   site.Await("text " + CodeOf("faults") + " stall");
-  EXPECT_EQ(site.Children().size(), 2u) << "one that is stalled, and the warm one";
+  EXPECT_EQ(site.Children().size(), 2u) << "the stalled one and the warm one";
   third.Leave();
   alone.join();
   EXPECT_EQ(site.Children().size(), 1u);
   EXPECT_EQ(site.Folders(), 1u);
 }
 
-TEST(GatewaySiteLoad, AnEndInTheMiddleLeavesNothing) {
+TEST(GatewaySiteLoad, AnEndDuringRequestsLeavesNothing) {
   Site site;
   auto source = std::make_unique<SiteSource>(site.Settings(), Quick());
   EXPECT_EQ(source->Tracks(CodeOf("faults"), {}).cause, "");
@@ -99,7 +99,7 @@ TEST(GatewaySiteLoad, AnEndInTheMiddleLeavesNothing) {
   EXPECT_EQ(site.Folders(), 0u);
 }
 
-TEST(GatewaySiteLoad, GivesUpInTimeWhereverTheTimeGoes) {
+TEST(GatewaySiteLoad, ASlowSiteEndsRequestsAtTheirDeadline) {
   const Site site;
   SiteLimits limits = Quick();
   limits.list = 1s;
@@ -116,7 +116,7 @@ TEST(GatewaySiteLoad, GivesUpInTimeWhereverTheTimeGoes) {
         i < 3 ? lists.Tracks(CodeOf(names[i]), {}).cause : texts.Text(CodeOf("faults"), names[i], {}).cause;
     EXPECT_EQ(cause, "The site took too long.") << names[i];
   });
-  // A text whose list takes all of the time; the list goes on for those who have more.
+  // A text whose list takes all of its time.
   EXPECT_EQ(texts.Text(CodeOf("stall"), "en", {}).cause, "The site took too long.");
   EXPECT_LT(std::chrono::steady_clock::now() - start, 30s);
   EXPECT_EQ(site.Children().size(), 1u) << "the warm one";

@@ -1,4 +1,4 @@
-// Captions from the site, through the real yt-dlp: what is listed, fetched and kept, and each cause.
+// Captions from the site through the real yt-dlp: lists, texts, and the cause of each failure.
 
 #include "site_fixture.h"
 
@@ -8,13 +8,12 @@ using namespace site_test;
 using gateway::SiteLimits;
 using gateway::SiteSource;
 
-TEST(GatewaySite, ListsTracksFetchesTheirTextsAndLeavesNothing) {
+TEST(GatewaySite, AVideoIsListedAndFetchedAndNothingIsLeft) {
   const Site site;
   const std::size_t descriptors = OpenDescriptors();
   {
     SiteSource source(site.Settings(), Quick());
     const auto list = source.Tracks(CodeOf("plain"), {});
-    EXPECT_EQ(list.title, "A walk: \"plain\" / today");
     EXPECT_EQ(Shown(list), "de=German \"formal\", en=English, fr-orig=French (automatic)");
     EXPECT_EQ(list.cause, "");
     EXPECT_NE(TextOf(source.Text(CodeOf("plain"), "de", {})).find(">R&D in de<"), std::string::npos);
@@ -24,21 +23,21 @@ TEST(GatewaySite, ListsTracksFetchesTheirTextsAndLeavesNothing) {
                 "This video has no captions in this language.");
     for (const std::string code : {"", "short", "--exec=xAAA", "plain------&", "../../etc/x", "twelve------"})
       EXPECT_EQ(source.Tracks(code, {}).cause, "This is not the code of a video of the site.");
-    EXPECT_EQ(site.Requests("list").size(), 1u) << "texts go by the list in memory";
+    EXPECT_EQ(site.Requests("list").size(), 1u) << "texts use the list in memory";
     source.Text(CodeOf("silent"), "../de", {});
     EXPECT_EQ(site.Requests("list " + CodeOf("silent")).size(), 0u) << "no track has this language";
     EXPECT_NE(TextOf(source.Text(CodeOf("-Qn3_tW8"), "en", {})).find(">R&D in en<"), std::string::npos)
-        << "a text without a list asks for it first";
+        << "a text without a list fetches the list first";
   }
   EXPECT_EQ(site.Children(), std::set<pid_t>());
   EXPECT_EQ(site.Folders(), 0u);
   EXPECT_EQ(OpenDescriptors(), descriptors);
 }
 
-TEST(GatewaySite, NamesTheCauseOfEachListThatIsEmptyAndKeepsOnlyVerdicts) {
+TEST(GatewaySite, AnEmptyListHasItsCauseAndOnlyVerdictsAreKept) {
   struct Case {
     std::string video, cause;
-    std::size_t lists = 1;  // asked for where it is asked twice
+    std::size_t lists = 1;  // requests to the site for two to the source
   };
   const std::vector<Case> cases = {
       {"private", "This video is private."},
@@ -68,13 +67,13 @@ TEST(GatewaySite, NamesTheCauseOfEachListThatIsEmptyAndKeepsOnlyVerdicts) {
       EXPECT_EQ(list.cause, cause) << video;
       EXPECT_EQ(list.tracks.size(), 0u) << video;
     }
-    // Some releases try the page once more by themselves where the site is in trouble.
+    // Some releases retry the page by themselves after an error 500.
     const std::size_t asked = site.Requests("list " + CodeOf(video)).size();
     EXPECT_TRUE(asked == lists || (video == "e500" && asked == 2 * lists)) << video << " " << asked;
   });
 }
 
-TEST(GatewaySite, NamesTheCauseOfEachTextThatIsNone) {
+TEST(GatewaySite, AMissingTextHasItsCause) {
   struct Case {
     std::string track, cause;
     std::size_t texts = 1;
@@ -104,7 +103,7 @@ TEST(GatewaySite, NamesTheCauseOfEachTextThatIsNone) {
   });
 }
 
-TEST(GatewaySite, ListsOnceMoreWhereLinksHaveExpired) {
+TEST(GatewaySite, ExpiredLinksAreListedAgain) {
   const Site site;
   SiteSource source(site.Settings(), Quick());
   EXPECT_NE(TextOf(source.Text(CodeOf("faults"), "expired", {})).find(">R&D in expired<"), std::string::npos);
@@ -112,10 +111,10 @@ TEST(GatewaySite, ListsOnceMoreWhereLinksHaveExpired) {
   EXPECT_EQ(site.Requests("text").size(), 2u);
   EXPECT_EQ(source.Tracks(CodeOf("soon"), {}).tracks.size(), 3u);
   EXPECT_EQ(source.Tracks(CodeOf("soon"), {}).tracks.size(), 3u);
-  EXPECT_EQ(site.Requests("list " + CodeOf("soon")).size(), 2u) << "links that end within ten minutes";
+  EXPECT_EQ(site.Requests("list " + CodeOf("soon")).size(), 2u) << "links that expire within ten minutes";
 }
 
-TEST(GatewaySite, StartsNothingForAWhileAfterTooManyRequests) {
+TEST(GatewaySite, NoChildStartsForAWhileAfterTooManyRequests) {
   const Site site;
   SiteSource source(site.Settings(), Quick());
   EXPECT_EQ(source.Tracks(CodeOf("faults"), {}).cause, "");
@@ -125,11 +124,11 @@ TEST(GatewaySite, StartsNothingForAWhileAfterTooManyRequests) {
   EXPECT_EQ(site.Children().size(), 0u);
   EXPECT_EQ(source.Tracks(CodeOf("plain"), {}).cause, cause);
   EXPECT_EQ(source.Text(CodeOf("faults"), "slow", {}).cause, cause);
-  EXPECT_EQ(source.Tracks(CodeOf("faults"), {}).cause, "") << "its list is still known";
+  EXPECT_EQ(source.Tracks(CodeOf("faults"), {}).cause, "") << "its list is in memory";
   EXPECT_EQ(site.Requests("").size(), 2u);
 }
 
-TEST(GatewaySite, KeepsOneChildWarmAndUsesIt) {
+TEST(GatewaySite, OneChildIsKeptWarmAndUsed) {
   const Site site;
   const TemporaryFolder folder;
   WriteFile(folder / "yt-dlp",
@@ -148,17 +147,17 @@ TEST(GatewaySite, KeepsOneChildWarmAndUsesIt) {
     EXPECT_EQ(second.size(), 1u);
     EXPECT_NE(first, second);
   }
-  EXPECT_EQ(ReadFile(folder / "starts").size(), 3u) << "for the list, and the two that waited";
+  EXPECT_EQ(ReadFile(folder / "starts").size(), 3u) << "one for the list, and two warm ones";
   {
     SiteSource source(settings, limits);
     source.Tracks(CodeOf("many"), {});
     for (const pid_t child : site.Children()) EXPECT_TRUE(::kill(child, SIGKILL) == 0 && Ends(child));
-    EXPECT_EQ(source.Text(CodeOf("many"), "x00", {}).cause, "") << "from another than the one that died";
+    EXPECT_EQ(source.Text(CodeOf("many"), "x00", {}).cause, "") << "not from the one that was killed";
   }
   limits.warm = 0ms;
   SiteSource source(settings, limits);
   source.Tracks(CodeOf("many"), {});
-  for (const pid_t child : site.Children()) EXPECT_TRUE(Ends(child)) << "nobody took it in time";
+  for (const pid_t child : site.Children()) EXPECT_TRUE(Ends(child)) << "not taken in time";
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// What the gateway serves: names, documents, bytes.
+// What the gateway serves: file names, requests, lists and files.
 
 #include <sys/stat.h>
 
@@ -19,7 +19,7 @@ using Lines = std::vector<std::string>;
 
 const std::string kHeader = "<?xml version=\"1.0\" encoding=\"utf-8\" ?><transcript_list docid=";
 
-// Cuts a list document by fixed texts, as the program does, into "code=name".
+// Splits a list at fixed texts, as the program does, into "code=name".
 Lines CutTracks(const std::string& document) {
   Lines tracks;
   const Lines parts = Split(ReplaceAll(ReplaceAll(document, "\">", "\">:::"), "\"/>", "\"/>:::"), ":::");
@@ -38,15 +38,15 @@ std::vector<gateway::Track> TracksIn(const Lines& languages) {
   return tracks;
 }
 
-TEST(GatewayNames, AreReadFromTheRight) {
+TEST(GatewayNames, NamesAreReadFromTheRight) {
   // Name, title, code, language and ending.
-  for (const std::string& row :
-       Split("A walk [hB7rV2kQx0w].en.srv1=A walk=hB7rV2kQx0w=en=srv1|"
-             "Vol. 2 [a reading] [Qn3_tW8-yLc].pt-BR.vtt=Vol. 2 [a reading]=Qn3_tW8-yLc=pt-BR=vtt|"
-             "x [a].en [b].de.srt=x [a].en=b=de=srt|[AZaz09].AZ_az-09.SRV1==AZaz09=AZ_az-09=srv1|"
-             "  [a].en-nP7-2PuUl7o.Vtt= =a=en-nP7-2PuUl7o=vtt|\xff\n\" "
-             "[a.b~c].zh_Hant.srv1=\xff\n\"=a.b~c=zh_Hant=srv1",
-             "|")) {
+  for (
+      const std::string& row : Split(
+          "A walk [hB7rV2kQx0w].en.srv1=A walk=hB7rV2kQx0w=en=srv1|"
+          "Vol. 2 [a reading] [Qn3_tW8-yLc].pt-BR.vtt=Vol. 2 [a reading]=Qn3_tW8-yLc=pt-BR=vtt|"
+          "x [a].en [b].de.srt=x [a].en=b=de=srt|[AZaz09].AZ_az-09.SRV1==AZaz09=AZ_az-09=srv1|"
+          "  [a].en-nP7-2PuUl7o.Vtt= =a=en-nP7-2PuUl7o=vtt|\xff\n\" [a.b~c].zh_Hant.srv1=\xff\n\"=a.b~c=zh_Hant=srv1",
+          "|")) {
     const std::string fileName = NthField(row, "=", 1);
     const auto name = gateway::ParseCaptionName(fileName);
     ASSERT_TRUE(name) << row;
@@ -64,7 +64,7 @@ TEST(GatewayNames, AreReadFromTheRight) {
   for (const std::string& odd : Split(odds, "|")) EXPECT_FALSE(gateway::ParseCaptionName(odd)) << odd;
 }
 
-TEST(GatewayTargets, AreReadWithEveryTail) {
+TEST(GatewayTargets, TailsOfPastedCodesAreCut) {
   // Target, kind, code and language.
   const std::string rows =
       "/timedtext?type=list&v=abc~list~abc~|/timedtext?type=list&v=~list~~|"
@@ -86,21 +86,19 @@ TEST(GatewayTargets, AreReadWithEveryTail) {
   }
 }
 
-TEST(GatewayTrackList, HasTheBytesThatItsReadersCutBy) {
+TEST(GatewayTrackList, AListHasTheBytesThatClientsSplitAt) {
   EXPECT_EQ(gateway::TrackListDocument("abc", {}), kHeader + "\"abc\"></transcript_list>");
   EXPECT_EQ(
       gateway::TrackListDocument("abc", TracksIn({"de", "en", "pt-BR"})),
       kHeader +
-          "\"abc\"><track id=\"0\" name=\"\" lang_code=\"en\" lang_original=\"English\" "
-          "lang_translated=\"English\" lang_default=\"true\"/>"
+          "\"abc\"><track id=\"0\" name=\"\" lang_code=\"en\" lang_original=\"English\" lang_translated=\"English\" lang_default=\"true\"/>"
           "<track id=\"1\" name=\"\" lang_code=\"de\" lang_original=\"Deutsch\" lang_translated=\"German\"/>"
-          "<track id=\"2\" name=\"\" lang_code=\"pt-BR\" lang_original=\"portugu\xc3\xaas (Brasil)\" "
-          "lang_translated=\"Portuguese (Brazil)\"/></transcript_list>");
+          "<track id=\"2\" name=\"\" lang_code=\"pt-BR\" lang_original=\"portugu\xc3\xaas (Brasil)\" lang_translated=\"Portuguese (Brazil)\"/></transcript_list>");
   for (const char* hostile : {"\"><track id=\"", "\"/>", ":::", "a&b", "<", "\xff", "a b"})
     EXPECT_EQ(gateway::TrackListDocument(hostile, {}), kHeader + "\"\"></transcript_list>") << hostile;
 }
 
-TEST(GatewayTrackList, KeepsEveryTrackInOrder) {
+TEST(GatewayTrackList, EnglishComesFirstAndOthersByName) {
   const std::pair<Lines, Lines> cases[] = {
       {{}, {}},
       {{"de"}, {"de=German"}},
@@ -125,7 +123,7 @@ TEST(GatewayTrackList, KeepsEveryTrackInOrder) {
   EXPECT_EQ(gateway::OwnName("ja"), "\xe6\x97\xa5\xe6\x9c\xac\xe8\xaa\x9e");
 }
 
-TEST(GatewayServing, SendsFilesByteForByte) {
+TEST(GatewayServing, FilesAreSentByteForByte) {
   std::string everyByte;
   for (int i = 0; i < 3 << 20; ++i) everyByte += static_cast<char>(i * 7 >> 3);
   const TemporaryFolder folder;
@@ -144,10 +142,10 @@ TEST(GatewayServing, SendsFilesByteForByte) {
   const Reply plain = server.Ask(
       "GET /api/timedtext?&v=abc&lang=en HTTP/1.1\r\nAccept-Encoding: gzip, br\r\nRange: bytes=1-2\r\n"
       "If-None-Match: *\r\nExpect: 100-continue\r\nConnection: keep-alive\r\n\r\n");
-  EXPECT_EQ(plain.body, std::string("\0\r\n\r\n", 5)) << "headers change nothing";
+  EXPECT_EQ(plain.body, std::string("\0\r\n\r\n", 5)) << "these headers have no effect";
 }
 
-TEST(GatewayServing, ReachesNothingButItsFiles) {
+TEST(GatewayServing, OnlyCaptionFilesOfTheFolderAreServed) {
   const TemporaryFolder outside;
   WriteFile(outside / "secret [abc].fr.srv1", "secret");
   const TemporaryFolder folder;
@@ -177,7 +175,7 @@ TEST(GatewayServing, ReachesNothingButItsFiles) {
   EXPECT_EQ(source.TakeStock().leftOut, 5u);
 }
 
-TEST(GatewaySamples, AreServedWhole) {
+TEST(GatewaySamples, AllSamplesAreServed) {
   const gateway::FolderSource samples({RAVELYN_SAMPLES_DIR});
   const auto stock = samples.TakeStock();
   EXPECT_EQ(

@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
-"""A video site on the loopback, for the real yt-dlp: a proxy that ends TLS, plays the watch page and the
-player call, and serves the captions that these name. What a video or a track does is said by its own name.
+"""A video site on the loopback, for the real yt-dlp: a proxy that terminates TLS, imitates the watch page and the
+player call, and serves the captions that these list. The name of a video or a track selects its behaviour.
 
-  site.py FOLDER    makes its certificate and FOLDER/yt-dlp.conf, which sends yt-dlp here; prints "ready"; runs
+  site.py FOLDER    makes its certificate and FOLDER/yt-dlp.conf, which directs yt-dlp here; prints "ready"; runs
                     until its standard input ends. Standard output and FOLDER/requests get a line for each request:
-                    "list CODE OPEN" or "text CODE LANG OPEN", OPEN being how many of its kind are being answered.
+                    "list CODE OPEN" or "text CODE LANG OPEN", where OPEN is the number of requests of its kind
+                    that are being answered.
 """
 
 import http.server
@@ -19,11 +20,11 @@ import urllib.parse
 
 FOLDER = sys.argv[1]
 LOCK = threading.Lock()
-LISTED = {}  # how often the page of a video was asked for
+LISTED = {}  # how often the page of each video was requested
 OPEN = {'list': 0, 'text': 0}
 LANGUAGES = {'en': 'English', 'de': 'German', 'fr': 'French'}
 
-# What the site says of videos that it doesn't play: status, reason, and what stands below it.
+# Videos that the site does not play: status, reason, and the text below it.
 REFUSED = {
     'private': ('LOGIN_REQUIRED', 'Private video', "Sign in if you've been granted access to this video"),
     'removed': ('ERROR', 'This video has been removed by the uploader', ''),
@@ -35,12 +36,12 @@ REFUSED = {
     'bot': ('LOGIN_REQUIRED', 'Sign in to confirm you’re not a bot', ''),
     'limited': ('UNPLAYABLE', "The current session has been rate-limited by the site for up to an hour.", ''),
 }
-# Tracks that misbehave, by their languages.
+# The languages of tracks that misbehave.
 FAULTS = ['html', 'empty', 'e403', 'e404', 'e410', 'e429', 'e500', 'drip', 'stall', 'flood', 'cut', 'expired', 'slow']
 
 
 def is_status(name):
-    """Whether a name asks for an HTTP status: "e404"."""
+    """Whether a name stands for an HTTP status: "e404"."""
     return name[:1] == 'e' and name[1:].isdigit()
 
 
@@ -115,7 +116,7 @@ class Site(http.server.BaseHTTPRequestHandler):
         try:
             super().handle()
         except OSError:
-            pass  # a client that was ended
+            pass  # the client was killed
 
     def do_GET(self):
         url = urllib.parse.urlsplit(self.path)
@@ -209,7 +210,7 @@ class Server(http.server.ThreadingHTTPServer):
     request_queue_size = 100
 
     def handle_error(self, request, client_address):
-        pass  # a client that was ended
+        pass  # the client was killed
 
 
 key, certificate = FOLDER + '/key.pem', FOLDER + '/certificate.pem'

@@ -1,4 +1,4 @@
-// The arrows of the house: every #include runs downwards, and no header of ours shows another's.
+// Every #include points to a room below, and no header of ours includes a library's.
 
 #include <gtest/gtest.h>
 
@@ -15,13 +15,13 @@ namespace fs = std::filesystem;
 using Names = std::set<std::string>;
 
 struct Include {
-  std::string file;  // from the root of the project
+  std::string file;  // path from the project's root
   std::string target;
 };
 
 const fs::path kRoot = RAVELYN_SOURCE_DIR;
 
-// What a line includes; "" if it does not.
+// The name in an #include line; "" for any other line.
 std::string TargetOf(const std::string& line) {
   const std::size_t word = line.find_first_not_of("# \t");
   if (!line.starts_with('#') || word == line.npos || line.compare(word, 7, "include") != 0) return "";
@@ -44,7 +44,7 @@ std::vector<Include> IncludesBelow(const std::string& folder) {
 
 std::string RoomOf(const std::string& path) { return path.substr(0, path.find('/')); }
 
-// The rooms that each room may include, from the ground up; the program's own start sees the top one as well.
+// The rooms that each room may include, lowest first. Only main.cpp sees ravelyn/, where all rooms meet.
 const std::map<std::string, Names> kBelow = {
     {"runtime", {}},
     {"http", {"runtime"}},
@@ -75,7 +75,7 @@ TEST(Arrows, RunDownwardsOnly) {
     EXPECT_FALSE(kBelow.contains(RoomOf(target))) << file << " includes " << target;
 }
 
-// Qt's own headers are shown in the room that draws, and nowhere else.
+// Qt may be included only by desktop/ and tools/, other libraries only by the sources named here.
 TEST(Arrows, ForeignHeadersStayInTheirSources) {
   std::map<std::string, Names> sources;
   for (const std::string folder : {"src", "gateway", "tools"}) {

@@ -1,5 +1,5 @@
-// The gateway that the program brings along, as real processes on real sockets. This test program plays
-// three parts: the tests, a gateway that answers with what it was started with, and a program to be killed.
+// The program's own gateway, with real processes and sockets. This file is three programs: the tests, a
+// gateway that replies with the state in which it was started, and a program that is killed.
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -51,7 +51,7 @@ bool Ends(pid_t process) {
 
 bool HasEnded(const OwnGateway& gateway) { return IsReadyWithin(kPatience, {gateway.Ended(), true, false}); }
 
-// What a gateway was given, in one line.
+// Descriptors, variables and signals of this process, in one line.
 std::string OwnState() {
   std::string state = "pid " + std::to_string(::getpid()) + " descriptors";
   for (int i = 0; i < 1000; ++i) {
@@ -67,7 +67,7 @@ std::string OwnState() {
   return state + (std::getenv("LISTEN_FDNAMES") ? " named" : "");
 }
 
-// Answers every request with its state, and ends with its input or, on "/crash", at once.
+// Replies to every request with its state; ends with its input, or at once on "/crash".
 int RunGateway() {
   const std::string state = OwnState();
   for (;;) {
@@ -87,7 +87,7 @@ int RunGateway() {
   }
 }
 
-// Starts a gateway, and a child that outlives both; says so and waits to be killed.
+// Starts a gateway, and a child that outlives both; reports their numbers and waits to be killed.
 int RunProgram(const std::string& endpoint) {
   OwnGateway gateway(EndpointsAt(endpoint), {kSelf, "--gateway"});
   gateway.Start();
@@ -98,7 +98,7 @@ int RunProgram(const std::string& endpoint) {
   return written < 0;
 }
 
-// A variable of the environment, for as long as this stands.
+// Sets a variable of the environment for its own lifetime.
 class Variable {
  public:
   Variable(const char* name, const std::string& value) : name_(name) {
@@ -122,7 +122,7 @@ struct Running {
 
 }  // namespace
 
-TEST(OwnGateway, AnswersWhatCameBeforeItStarted) {
+TEST(OwnGateway, ARequestBeforeTheStartIsAnswered) {
   sigset_t term;
   ::sigemptyset(&term);
   ::sigaddset(&term, SIGTERM);
@@ -152,7 +152,7 @@ TEST(OwnGateway, AnswersWhatCameBeforeItStarted) {
   ::sigprocmask(SIG_UNBLOCK, &term, nullptr);
 }
 
-TEST(OwnGateway, EndsWithTheProgram) {
+TEST(OwnGateway, EndsWithItsProgram) {
   pid_t process = -1;
   const int port = FreePort();
   {
@@ -164,7 +164,7 @@ TEST(OwnGateway, EndsWithTheProgram) {
   EXPECT_TRUE(Running(port).gateway.IsListening()) << "and the next program finds the port free";
 }
 
-TEST(OwnGateway, EndsWithAProgramThatIsKilled) {
+TEST(OwnGateway, EndsWithAKilledProgram) {
   int output[2];
   ASSERT_EQ(::pipe2(output, O_CLOEXEC), 0);
   const int port = FreePort();
@@ -181,7 +181,7 @@ TEST(OwnGateway, EndsWithAProgramThatIsKilled) {
   ::close(output[1]);
 }
 
-TEST(OwnGateway, StartsNothingWhereItIsNotWanted) {
+TEST(OwnGateway, OtherEndpointsOrATakenPortStartNothing) {
   int taken = 0;
   const int listener = ListenOnLoopback(taken);
   Endpoints two = EndpointsAt(At(FreePort()));
@@ -204,7 +204,7 @@ TEST(OwnGateway, StartsNothingWhereItIsNotWanted) {
   EXPECT_FALSE(OwnGateway(EndpointsAt("127.0.0.1" + port), {}).IsListening()) << "nothing to start";
 }
 
-TEST(OwnGateway, ComesBackAfterACrashButNotForEver) {
+TEST(OwnGateway, RestartsThreeTimesAMinuteAfterCrashes) {
   Running own;
   own.gateway.Start();
   for (int crashes = 1; crashes <= 3; ++crashes) {
@@ -220,7 +220,7 @@ TEST(OwnGateway, ComesBackAfterACrashButNotForEver) {
   EXPECT_EQ(client.LastErrorCode(), ECONNREFUSED);
 }
 
-TEST(OwnGateway, OfAProgramThatCantRunRefusesAtOnce) {
+TEST(OwnGateway, AProgramThatCantRunClosesThePort) {
   OwnGateway gateway(EndpointsAt(At(FreePort())), {"/nowhere/ravelyn-gateway"});
   for (int i = 0; i < 4 && gateway.IsListening(); ++i) {
     gateway.Start();
@@ -248,7 +248,7 @@ TEST(OwnGateway, IsFoundInThePathAndServesTwoFolders) {
             ::getpwuid(::getuid())->pw_dir + std::string("/.local/share/ravelyn/captions"));
 }
 
-// Without yt-dlp anywhere, so that nothing is fetched.
+// With no yt-dlp in PATH, so that nothing is fetched.
 TEST(OwnGateway, ServesTheUsersFilesAndEndsInOrder) {
   const TemporaryFolder folder;
   const Variable home("HOME", folder.Path()), cache("XDG_CACHE_HOME", folder / "cache");

@@ -1,5 +1,5 @@
-"""A desktop for one program and nobody else: a network that is the loopback alone, a screen, a bus for the session and
-one for screen readers, a home, and scripts in place of what would leave all this. What it starts ends with it."""
+"""A private desktop for one program: a network that is only the loopback, a screen, a session bus and a bus for screen
+readers, a home folder, and scripts in place of the programs that would reach outside. It ends all that it starts."""
 
 import ctypes
 import fcntl
@@ -16,19 +16,19 @@ import sys
 import tempfile
 import time
 
-LIMIT = 30  # seconds for anything to start; much more than it takes
+LIMIT = 30  # seconds for anything to start; far more than needed
 BUS = '''<busconfig><type>session</type><listen>unix:path={path}</listen><auth>EXTERNAL</auth><policy context="default">
 <allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/></policy></busconfig>'''
 PR_SET_CHILD_SUBREAPER = 36
 
 
 class Missing(Exception):
-    """Something that a desk takes is not there."""
+    """Something that a desk needs is missing."""
 
 
 def alone(inside):
-    """Runs this program anew in a network of its own, in which `inside` is set in the environment; returns there. Where
-    the system allows none, returns in that of the machine, of which no more than the loopback is used."""
+    """Restarts this program in a network of its own, with `inside` set in the environment, and returns only there. If
+    the system doesn't allow that, returns at once: then only the loopback of the machine's network is used."""
     if inside in os.environ:
         return raise_loopback()
     own = ['unshare', '--net'] if os.geteuid() == 0 else ['unshare', '--user', '--map-root-user', '--net']
@@ -51,7 +51,7 @@ def program(name):
 
 
 def at_spi_launcher():
-    """From the file by which a session's bus would start it."""
+    """The program named in the file from which a session bus would start it."""
     service = pathlib.Path('/usr/share/dbus-1/services/org.a11y.Bus.service')
     if not service.exists():
         raise Missing('at-spi2-core is not installed')
@@ -59,7 +59,7 @@ def at_spi_launcher():
 
 
 def await_readers_bus(session):
-    """Returns once the bus for screen readers is known on the session's: who asks for it earlier is ended."""
+    """Returns after the bus for screen readers is known on the session bus: a program that asks earlier is ended."""
     try:
         from gi.repository import Gio, GLib
     except ImportError as error:
@@ -80,20 +80,21 @@ def await_readers_bus(session):
 
 
 class Desk:
-    def __init__(self, programs):
-        """programs: the folder of a build, such as build/dev."""
-        self.build = pathlib.Path(programs).resolve()
+    def __init__(self, programs, platform):
+        """programs: the folder of a build, such as build/dev. platform: xcb or wayland, as Qt calls them."""
+        self.build, self.platform = pathlib.Path(programs).resolve(), platform
+        self.has_keyboard = platform == 'xcb'  # the headless Wayland screen has none, so no window is ever active
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix='ravelyn-spoken-'))
         self.home, self.opened = self.folder / 'home', self.folder / 'opened'
         self.started = []
-        # What a child leaves behind becomes a child of ours, so that all of it can be ended.
+        # Processes whose parent has ended become children of this one, so that all of them can be ended.
         ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
 
     def __enter__(self):
-        signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # by way of __exit__
+        signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # which calls __exit__
         try:
             self.lay_out()
-            self.open_screen()
+            self.open_x11() if self.platform == 'xcb' else self.open_wayland()
             self.open_buses()
         except BaseException:
             self.__exit__()
@@ -112,10 +113,10 @@ class Desk:
         (self.folder / 'run').chmod(0o700)
         self.opened.touch()
         self.script('xdg-open', 'echo "$1" >> "%s"' % self.opened)
-        self.script('ping', 'exit 0')  # the network is there, as far as the program can see
-        # No program sees anything of the session that this one runs in.
+        self.script('ping', 'exit 0')  # the program takes this for a connection
+        # No program started here may see the session of this one.
         os.environ.update(HOME=str(self.home), XDG_RUNTIME_DIR=str(self.folder / 'run'), LC_ALL='C.UTF-8',
-                          PATH='%s:%s' % (self.folder / 'bin', os.environ['PATH']), QT_QPA_PLATFORM='xcb',
+                          PATH='%s:%s' % (self.folder / 'bin', os.environ['PATH']), QT_QPA_PLATFORM=self.platform,
                           QT_STYLE_OVERRIDE='Fusion', QT_FONT_DPI='96', GSETTINGS_BACKEND='memory', NO_AT_BRIDGE='1')
         for name in [name for name in os.environ if name.startswith(('XDG_', 'AT_SPI', 'QT_')) and name not in
                      ('XDG_RUNTIME_DIR', 'QT_QPA_PLATFORM', 'QT_STYLE_OVERRIDE', 'QT_FONT_DPI')]:
@@ -128,12 +129,25 @@ class Desk:
         path.write_text('#!/bin/sh\n%s\n' % line)
         path.chmod(0o755)
 
-    def open_screen(self):
+    def open_x11(self):
         reading, writing = os.pipe()
         self.start('screen', program('Xvfb'), '-displayfd', str(writing), '-screen', '0', '1280x1024x24', '-nolisten',
                    'tcp', '-noreset', pass_fds=(writing,))
         os.close(writing)
         os.environ['DISPLAY'] = ':' + self.line(reading, 'the screen').strip()
+
+    def open_wayland(self):
+        name, plugin = 'ravelyn-0', '*/qt6/plugins/platforms/libqwayland-generic.so'
+        if not any(pathlib.Path('/usr/lib').glob(plugin)):
+            raise Missing('qt6-wayland is not installed')
+        self.start('screen', program('weston'), '--no-config', '--backend=headless-backend.so', '--width=1280',
+                   '--height=1024', '--idle-time=0', '--socket=' + name)
+        until = time.monotonic() + LIMIT
+        while not (self.folder / 'run' / name).exists():
+            if time.monotonic() > until:
+                raise Missing('the screen does not open:\n' + self.log('screen'))
+            time.sleep(0.01)
+        os.environ['WAYLAND_DISPLAY'] = name
 
     def open_buses(self):
         path, config = self.folder / 'run' / 'bus', self.folder / 'bus.conf'
@@ -147,14 +161,14 @@ class Desk:
         await_readers_bus(os.environ['DBUS_SESSION_BUS_ADDRESS'])
 
     def open_gateway(self, folder):
-        """Serves the caption files of folder where the program looks for them."""
+        """Serves the caption files of folder at the address that the program requests."""
         gateway = self.start('gateway', self.build / 'gateway' / 'ravelyn-gateway', '--folder', folder, '--no-cache',
                              stdout=subprocess.PIPE)
         self.line(gateway.stdout.fileno(), 'the gateway')
 
     def start(self, name, *command, **kinds):
         if not os.access(command[0], os.X_OK):
-            raise Missing('%s is not there; build first' % command[0])
+            raise Missing('%s is missing; build first' % command[0])
         with open(self.folder / (name + '.log'), 'wb') as log:
             kinds = {'stdout': log, **kinds}
             process = subprocess.Popen([str(word) for word in command], stdin=subprocess.DEVNULL, stderr=log,
@@ -172,7 +186,7 @@ class Desk:
         until = time.monotonic() + LIMIT
         while not text.endswith(b'\n'):
             if not select.select([descriptor], [], [], max(0, until - time.monotonic()))[0]:
-                raise Missing('%s says nothing' % who)
+                raise Missing('%s printed nothing' % who)
             more = os.read(descriptor, 1)
             if not more:
                 raise Missing('%s ended' % who)
@@ -180,7 +194,7 @@ class Desk:
         return text.decode()
 
     def end(self, process):
-        """By its own number; what doesn't go is made to."""
+        """By its process ID; kills it if it doesn't end in time."""
         if process.poll() is None:
             process.terminate()
             try:
@@ -193,7 +207,7 @@ class Desk:
 
     @staticmethod
     def end_orphans():
-        """Children of children, which are ours now."""
+        """Kills the children of ended children, which are children of this process now."""
         own = '/proc/self/task/%d/children' % os.getpid()
         while True:
             left = [int(pid) for pid in pathlib.Path(own).read_text().split()]

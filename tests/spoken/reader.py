@@ -8,27 +8,26 @@ import gi
 gi.require_version('Atspi', '2.0')
 from gi.repository import Atspi, GLib  # noqa: E402
 
-LIMIT = 30  # seconds for anything to happen; much more than it takes
-LOOK = 20  # milliseconds between looks at what no event reports
+LIMIT = 30  # seconds for anything to happen; far more than needed
+LOOK = 20  # milliseconds between checks of what no event reports
 
-# States worth a word, and how they are printed. Left out is what comes and goes with the window in front (active,
-# focused) or with the system's version (opaque, ...); so is the relation controller-for, which Qt gives wherever its
-# parts are connected.
+# States that are printed, and their names. States that depend on the active window (active, focused) or on the system's
+# version (opaque, ...) are left out; so is the relation controller-for, which Qt reports between any connected objects.
 STATES = [('CHECKED', 'checked'), ('SELECTED', 'selected'), ('EDITABLE', 'editable'), ('FOCUSABLE', 'focusable'),
           ('IS_DEFAULT', 'default'), ('MODAL', 'modal'), ('MULTISELECTABLE', 'several selectable')]
-# Names that differ by the system's version.
+# Names that differ between versions of the system.
 ROLES = {'push button': 'button'}
 
 
 def wait(what, condition):
-    """Lets events come in until condition gives something, which is returned."""
+    """Delivers events until condition returns something true, and returns that."""
     loop, until = GLib.MainContext.default(), time.monotonic() + LIMIT
     tick = GLib.timeout_add(LOOK, lambda: True)
     try:
         while True:
             try:
                 found = condition()
-            except GLib.Error:  # of something that went away while it was looked at
+            except GLib.Error:  # the object was destroyed during the check
                 found = None
             if found:
                 return found
@@ -68,7 +67,7 @@ def walk(node):
 
 
 def find(root, role, name, shown=True):
-    """The one of this role and name below root, waited for; name may be None for any."""
+    """Waits for the object of this role and name below root; None is any name."""
     def look():
         for node in walk(root):
             if role_of(node) == role and name in (None, node.get_name()) and (not shown or is_shown(node)):
@@ -82,7 +81,7 @@ def role_of(node):
 
 
 def name_of(node):
-    """Without the time that a command took, which is said where it was long."""
+    """The name, without the duration that follows the outcome of a long command."""
     return re.sub(r', after [0-9.]+ s$', '', node.get_name())
 
 
@@ -100,7 +99,7 @@ def actions(node):
 
 
 def act(node, name):
-    """Does the action, as soon as the node has it."""
+    """Does the action as soon as node offers it."""
     wait('the action %s of %s' % (name, line_of(node)), lambda: name in actions(node))
     assert node.get_action_iface().do_action(actions(node).index(name)), 'the action %s failed' % name
 
@@ -126,7 +125,7 @@ def relations(node):
 def line_of(node):
     words = [role_of(node)]
     if words == ['notification']:
-        return words[0]  # which says something for a while; what, is heard
+        return words[0]  # its text comes and goes, and is compared as an announcement
     if name_of(node):
         words.append('"%s"' % name_of(node))
     if node.get_description():
@@ -139,7 +138,7 @@ def line_of(node):
     text = text_of(node)
     if text is not None:
         words.append('= "%s"' % text)
-    # Qt 6.8 gives a box that is checked Press as well.
+    # In Qt 6.8 a check box offers Press as well once it is checked.
     named = [name for name in actions(node) if (role_of(node), name) != ('check box', 'Press')]
     if named:
         words.append('[%s]' % ', '.join(named))
@@ -147,14 +146,14 @@ def line_of(node):
 
 
 def tree(node, depth=0):
-    """node as text, and what is below it: role, "name", (description), states, = "text", [actions]; relations. What is
-    hidden is printed without what it holds."""
+    """node and its descendants as text: role, "name", (description), states, = "text", [actions]; relations. A hidden
+    object is printed without its children."""
     below = children(node) if is_shown(node) else []
     return '  ' * depth + line_of(node) + '\n' + ''.join(tree(child, depth + 1) for child in below)
 
 
 def settled(node):
-    """node, as soon as nothing about it has changed between two looks."""
+    """Returns node as soon as its tree is the same in two checks."""
     before = []
 
     def look():
@@ -165,13 +164,13 @@ def settled(node):
 
 
 def window(root, role, name):
-    """A window of this role and name; name may be None for any."""
+    """Waits for a window of this role and name; None is any name."""
     return wait('the %s "%s"' % (role, name), lambda: next(
         (node for node in children(root) if role_of(node) == role and name in (None, node.get_name())), None))
 
 
 class Heard:
-    """What is announced from now on, and where the focus goes."""
+    """What is announced, and what receives the focus, from now on."""
 
     def __init__(self):
         self.announced, self.focused = [], []
@@ -188,12 +187,12 @@ class Heard:
                 self.announced.append(name_of(event.source))
             elif event.type.startswith('object:announcement'):  # by versions of Qt that know it
                 self.announced.append(event.any_data)
-        except GLib.Error:  # of a window that went at once
+        except GLib.Error:  # the window has been closed already
             pass
 
     def wait_for(self, text):
         wait('the announcement "%s"' % text, lambda: text in self.announced)
 
     def wait_for_focus(self, *steps):
-        """Each a role and a name, the last of all."""
+        """Each step is a role and a name; they must be the latest ones."""
         wait('the focus on %s' % (steps,), lambda: self.focused[-len(steps):] == list(steps))

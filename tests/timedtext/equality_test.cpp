@@ -1,5 +1,5 @@
-// The quick ways give what the plain ones give, byte for byte: on sound documents, on broken ones, and
-// on documents put together at random out of the very texts that the plain steps look for.
+// The quick ways give the bytes of the plain ones: on sound documents, on broken ones, and on random
+// sequences of the texts that the plain steps look for.
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ const std::string kSound =
     "<transcript><text start=\"0.5\" dur=\"3.2\">It&amp;#39;s &amp;quot;so&amp;quot;></text>"
     "<text start=\"3.7\" dur=\"2\">two\nlines &amp;amp; &lt;b&gt; \" dur=</text></transcript>";
 
-// Pieces of what the steps look for, whole and torn, and what they put in.
+// Texts that the steps look for, whole and cut, and texts that they put in.
 const std::vector<std::string> kPieces = Split(
     "<transcript>~</transcript>~<text start=\"~\" dur=\"~\">~</text>~&amp;#39;~&amp;quot;~/\\r/~/\\n/~ ||| "
     "~<~>~\"~&~;~<text~"
@@ -30,7 +30,7 @@ std::string RandomPieces(std::mt19937& random, std::size_t most) {
   return text;
 }
 
-// Times that are mostly sound, and words of which many are.
+// Mostly sound times, and words of which many are sound.
 std::string RandomCue(std::mt19937& random) {
   const auto time = [&] { return random() % 16 ? std::to_string(random() % 5000) : RandomPieces(random, 2); };
   std::string words;
@@ -52,7 +52,7 @@ std::string RandomDocument(std::mt19937& random) {
 
 }  // namespace
 
-TEST(Equality, NormalisingDocumentsThatAreCutOrHaveAByteMoreOrLess) {
+TEST(Equality, NormalisesDocumentsWithAByteCutAddedOrRemoved) {
   for (std::size_t at = 0; at <= kSound.size(); ++at) {
     const std::string cut = kSound.substr(0, at), tail = kSound.substr(at);
     for (const std::string& document :
@@ -61,7 +61,7 @@ TEST(Equality, NormalisingDocumentsThatAreCutOrHaveAByteMoreOrLess) {
   }
 }
 
-TEST(Equality, NormalisingRandomDocuments) {
+TEST(Equality, NormalisesRandomDocuments) {
   std::mt19937 random(20261122);
   for (int i = 0; i < 200000; ++i) {
     const std::string document = RandomDocument(random);
@@ -69,7 +69,7 @@ TEST(Equality, NormalisingRandomDocuments) {
   }
 }
 
-TEST(Equality, TimecodesOfEveryThousandthAroundTheEdges) {
+TEST(Equality, FormsTimecodesOfEveryThousandthAroundCarries) {
   for (const std::int64_t edge : {0, 59, 60, 3599, 3600, 7199, 36000, 359999, 360000, 21474836, 999999999}) {
     for (std::int64_t n = std::max<std::int64_t>(0, edge * 1000 - 1200); n < edge * 1000 + 1200; ++n) {
       const std::string start = Str(static_cast<double>(n) / 1000);
@@ -78,7 +78,7 @@ TEST(Equality, TimecodesOfEveryThousandthAroundTheEdges) {
   }
 }
 
-TEST(Equality, TimecodesOfRandomAndOddTexts) {
+TEST(Equality, FormsTimecodesOfRandomAndOddTexts) {
   std::mt19937 random(7);
   std::vector<std::string> texts = {"",    ".",          "1.",       ".5",   "-1.5",
                                     "+2",  "1e3",        "1.2345",   "12 s", "0x10",
@@ -94,8 +94,8 @@ TEST(Equality, TimecodesOfRandomAndOddTexts) {
   }
 }
 
-// A cue ends where the next one starts, by either way, however the doubles of their times fall.
-TEST(Equality, TimecodesOfAdjoiningCuesMeet) {
+// Start plus duration prints as the next start, by either way, for any third decimal.
+TEST(Equality, AdjoiningCuesShareTheirTimecode) {
   std::mt19937 random(5);
   const auto decimal = [](std::uint64_t thousandths) {
     return std::to_string(thousandths / 1000) + "." + std::to_string(thousandths % 1000 + 1000).substr(1);
@@ -111,7 +111,7 @@ TEST(Equality, TimecodesOfAdjoiningCuesMeet) {
   }
 }
 
-TEST(Equality, CleaningCueTexts) {
+TEST(Equality, CleansRandomCueTexts) {
   std::mt19937 random(11);
   constexpr std::string_view kBytes = "\r\n\xFD\xFF ab";
   for (int i = 0; i < 100000; ++i) {

@@ -8,8 +8,8 @@
 #include "support/rows.h"
 #include "timedtext/TimedText.h"
 
-// The exact half of 0.125 goes up. A second that rounds up to sixty carries, and nothing gets a sign by it.
-TEST(Timecode, HasTwoOrThreeDecimalsAndAsManyHoursAsItTakes) {
+// 0.125 is an exact half and rounds up. A second that rounds up to sixty carries; no result has a sign.
+TEST(Timecode, SecondsGiveTwoOrThreeDecimalsAndAnyNumberOfHours) {
   const struct {
     double seconds;
     const char *plain, *three;
@@ -35,8 +35,8 @@ TEST(Timecode, HasTwoOrThreeDecimalsAndAsManyHoursAsItTakes) {
     EXPECT_EQ(SecsToTimecode(seconds).find('-'), std::string::npos) << seconds;
 }
 
-// No second may read 60 and no minute 60, whatever the hundredth.
-TEST(Timecode, KeepsEveryHundredthOfTwoHoursInItsFields) {
+// Neither seconds nor minutes may read 60.
+TEST(Timecode, EveryHundredthOfTwoHoursStaysInItsFields) {
   for (int hundredth = 0; hundredth < 720000; hundredth += 7) {
     const int s = hundredth / 100;
     char text[32], expected[32];
@@ -47,14 +47,14 @@ TEST(Timecode, KeepsEveryHundredthOfTwoHoursInItsFields) {
   }
 }
 
-TEST(Timecode, GoesToTheCommaFormAndBackToSeconds) {
+TEST(Timecode, ConvertsToTheCommaFormAndBackToSeconds) {
   EXPECT_EQ(ToCommaTimecode("00:01:23.33"), "00:01:23,330");
   for (const auto& row : Rows("01:02:05.50~3725.5|00:01:02,500~62|00:00:59,990~59|100:00:00.25~360000.25|00:"
                               "00:00,000~0|01:02~3720|~0|a:b:c~0"))
     EXPECT_EQ(timecodeToSecs(row[0]), row[1]) << row[0];
 }
 
-TEST(Timecode, EndsACueBehindItsOwnStart) {
+TEST(Timecode, ACueEndsAtItsStartPlusItsDuration) {
   EXPECT_EQ(CueEndSeconds({"1.5", "2"}), 3.5);
   EXPECT_EQ(CueEndSeconds({"1.5", "0"}), 1.5);
   EXPECT_EQ(CueEndSeconds({"x", "2.25"}), 2.25);

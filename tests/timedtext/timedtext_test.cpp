@@ -21,7 +21,7 @@ const std::vector<Cue> kTwo = {{"1.5", "2", "one"}, {"3", "0", "two"}};
 
 }  // namespace
 
-TEST(TimedText, IsNormalisedByLiteralReplacementsInOrder) {
+TEST(TimedText, NormalisingAppliesLiteralReplacementsInOrder) {
   const std::string declaration = R"(<?xml version="1.0" encoding="utf-8" ?>)";
   const std::pair<std::string, std::string> rows[] = {
       {Document({{"0.5", "3.2", "Hello"}, {"3.7", "2.1", "world"}}),
@@ -33,7 +33,7 @@ TEST(TimedText, IsNormalisedByLiteralReplacementsInOrder) {
       {R"(<?xml version="1.0" encoding="utf-8"?>x)", R"(<?xml version="1.0" encoding="utf-8"?>x)"},
       {"It&amp;#39;s &amp;quot;so&amp;quot;", "It's \"so\""},
       {"&#39; &quot; &amp; &amp;amp; &lt; &amp;apos;", "&#39; &quot; &amp; &amp;amp; &lt; &amp;apos;"},
-      {"&amp;quot;> &amp;quot; dur=&amp;quot;", "\"> \" dur=\""},  // decoded behind the separators
+      {"&amp;quot;> &amp;quot; dur=&amp;quot;", "\"> \" dur=\""},  // decoded after the separators are in
       {"", ""},
   };
   for (const auto& [document, text] : rows) EXPECT_EQ(NormaliseTimedText(document).document, text);
@@ -41,7 +41,7 @@ TEST(TimedText, IsNormalisedByLiteralReplacementsInOrder) {
   EXPECT_THROW(TimecodeList().At(0), OutOfBoundsException);
 }
 
-TEST(TimedText, ReadsThreeFieldsToACueByPosition) {
+TEST(TimedText, EveryThreeFieldsAreACue) {
   const std::pair<std::string, Lines> rows[] = {
       {Document({}), {}},
       {"", {}},
@@ -51,7 +51,7 @@ TEST(TimedText, ReadsThreeFieldsToACueByPosition) {
       {Document({{"1", "2", "say &amp;quot;>&amp;quot; now"}, {"3", "4", "x"}}),
        {"1+2 say \">\" now", "3+4 x"}},
       {"<?xml version='1.0'?>" + Document({{"1", "2", "x"}}).substr(39), {"<?xml version='1.0'?>1+2 x"}},
-      // Documents that break the pattern: fields shift, and the shorter list decides.
+      // Documents that break the pattern: fields shift, and the shorter list counts.
       {R"(<text start="1">a</text><text start="2" dur="9">b</text>)", {"1+a 2", "9+b ?"}},
       {Document({{"1", "2", "a ||| b"}, {"3", "4", "c"}}), {"1+2 a", "b+3 4", "c+ ?"}},
       {R"(<text start="1" dur="2">abc)", {"1+2 ?"}},
@@ -60,13 +60,13 @@ TEST(TimedText, ReadsThreeFieldsToACueByPosition) {
   for (const auto& [document, cues] : rows) EXPECT_EQ(CuesIn(document), cues) << document;
 }
 
-TEST(TimedText, TurnsLineEndsOfACueIntoBlanks) {
+TEST(TimedText, LineEndsInACueBecomeBlanks) {
   for (const auto& row : Rows("a\nb~a b|a\r\nb~a b|a\rb~a b|a\n\nb\r~a  b |\n~ |  a  ~  a  |y\xFD\xFFz~y "
                               "z|\xFD~\xFD|\xFF\xFD~\xFF\xFD|\xE2\x80\xA8~\xE2\x80\xA8"))
     EXPECT_EQ(CleanCueText(row[0]), row[1]);
 }
 
-TEST(Writers, SaveEachFormByteForByte) {
+TEST(Writers, EachFormatIsSavedByteForByte) {
   Program program(
       {{"en", "English", Document({{"1.5", "2", "one"}, {"3661.129", "0", "&amp;quot;a&lt;\nb "}})},
        {"xx", "Nothing", Document({})},
@@ -98,7 +98,19 @@ TEST(Writers, SaveEachFormByteForByte) {
   EXPECT_EQ(program.folder.Count(), 3u);
 }
 
-TEST(Writers, EmptyTheBufferForTextAndLeaveTheDocumentForCaptions) {
+TEST(Writers, EachCanBeCalledForOneRow) {
+  Program program({{"en", "English", Document({{"61.25", "1", "one"}})}});
+  program.Search({});
+  Window1& form = program.Form();
+  for (const auto member : {&Window1::getTranscriptions, &Window1::DoSRT, &Window1::DoVTT}) (form.*member)(0);
+  EXPECT_EQ(program.Calls(),
+            (Lines{"save: text/plain English.txt", "save:  English.srt", "save:  English.vtt"}));
+  EXPECT_EQ(form.SecsToTimecode(61.25), "00:01:01.25");
+  EXPECT_EQ(form.returnTimecodeSRT(61.25), "00:01:01.250");
+  EXPECT_EQ(form.timecodeToSecs("00:01:01.25"), "61.25");
+}
+
+TEST(Writers, TranscriptsEmptyTheTextAreaAndCaptionsLeaveTheDocument) {
   Program program({{"en", "English", Document(kTwo)}});
   program.Search({0});
   program.Click("TextBox lineBox PushButton1");  // the dialog is cancelled
@@ -111,13 +123,13 @@ TEST(Writers, EmptyTheBufferForTextAndLeaveTheDocumentForCaptions) {
   }
 }
 
-TEST(Writers, ReadTheOptionsAnewForEachCue) {
+TEST(Writers, OptionsAreReadForEachCue) {
   Program program({{"en", "English", Document({{"0", "1", "a"}, {"1", "1", "b"}, {"2", "1", "c"}})}});
   program.Search({0});
   program.Click("TextBox lineBox");
   Window1& form = program.Form();
-  // There is a yield after each cue of the document: after the first the user wants timecodes, after the
-  // second a paragraph and no opening.
+  // The writer yields after each cue. After the first the user asks for timecodes, after the second for a
+  // paragraph, and not to open the file.
   program.host.onYield = [&, cues = 0]() mutable {
     if (form.TextArea1.Text().find(kSeparator) == std::string::npos) return;
     ++cues;
@@ -130,7 +142,7 @@ TEST(Writers, ReadTheOptionsAnewForEachCue) {
   EXPECT_EQ(ReadFile(path), "a\n[00:00:01.00]\tb\nc ");
 }
 
-TEST(Writers, TellAFailedSaveAndGoOnWithTheNextTrack) {
+TEST(Writers, AFailedSaveIsReportedAndTheNextTrackFollows) {
   for (const char* box : {"TextBox", "SRTBox", "WebVTTBox"}) {
     Program program({{"en", "English", Document(kTwo)}, {"de", "German", Document({})}});
     program.Search({0, 1});
@@ -147,12 +159,12 @@ TEST(Writers, TellAFailedSaveAndGoOnWithTheNextTrack) {
       ASSERT_EQ(calls.size(), 4u) << box << path;
       EXPECT_EQ(calls[1], "message: " + words);
       EXPECT_EQ(calls[3], "launch: " + good);
-      EXPECT_EQ(program.folder.Count(), 1u);  // nothing lies beside
+      EXPECT_EQ(program.folder.Count(), 1u);  // no other file is left
     }
   }
 }
 
-TEST(Download, TellsALostConnectionAndGoesOnWithTheNextTrack) {
+TEST(Download, ALostConnectionIsReportedAndTheNextTrackFollows) {
   Program program({{"en", "English", Document(kTwo)}, {"de", "German", ""}, {"fr", "French", Document({})}});
   program.server.AnswerAt(TrackPath("abc", "de"), {"", Reply::End::Reset});
   program.Search({0, 1, 2});
@@ -167,7 +179,7 @@ TEST(Download, TellsALostConnectionAndGoesOnWithTheNextTrack) {
                    "save:  French.srt", "launch: " + third}));
   EXPECT_EQ(program.Form().TextArea1.Text(), "");
 
-  // A server that closes in good order without a word is reported as well; any body is a document.
+  // An orderly close without a reply is reported as well; any body counts as a document.
   program.server.AnswerAt(TrackPath("abc", "de"), {""});
   program.server.AnswerAt(TrackPath("abc", "en"), {"HTTP/1.0 404 Gone\r\nContent-Length: 4\r\n\r\ngone"});
   program.Form().Listbox1.PersonSelects({0, 1});
@@ -175,7 +187,7 @@ TEST(Download, TellsALostConnectionAndGoesOnWithTheNextTrack) {
   EXPECT_EQ(program.Calls(), (Lines{"save:  English.srt", "message: Error code: 0" + words}));
 }
 
-TEST(Download, AsksForATrackWithoutAnyBlank) {
+TEST(Download, BlanksAreRemovedFromTheRequest) {
   Program program({{"e n ", "Eng/lish\" lang_default=\"true", Document({})}});
   program.Search({0});
   program.server.AnswerAt(TrackPath("abc", "en"), {Page(Document({}))});
@@ -187,7 +199,7 @@ TEST(Download, AsksForATrackWithoutAnyBlank) {
   EXPECT_EQ(program.Calls(), Lines{"save:  Eng_lish.srt"});
 }
 
-TEST(Download, ChecksTheFormInOrder) {
+TEST(Download, AnIncompleteFormGivesTheFirstMissingPart) {
   Program program({{"en", "English", Document({})}});
   const auto pressed = [&] {
     program.Click("PushButton1");
@@ -210,7 +222,7 @@ TEST(Download, ChecksTheFormInOrder) {
   EXPECT_EQ(pressed(), Lines{"message: You must choose your transcript format either in Paragraph Form or "
                              "Line-by-line."});
   EXPECT_EQ(program.server.Requests().size(), 1u);
-  program.Click("WebVTTBox");  // no text form is looked at now
+  program.Click("WebVTTBox");  // text forms no longer matter
   program.Form().TextField1.PersonTypes("another link");
   EXPECT_EQ(pressed(), Lines{"save:  English.vtt"});
 }

@@ -1,8 +1,8 @@
-// The whole road of a user: a pasted link, the list, five kinds of file, a word search and the jump into the
-// video; the program, the gateway as a process and the real yt-dlp before a site on the loopback.
+// A whole session of a user: a pasted link, the list, five kinds of file, a word search and a jump into the
+// video, with the program, the gateway as a process, and the real yt-dlp with a site on the loopback.
 
+#include "gateway/Site.h"
 #include "gateway/gateway_process.h"
-#include "gateway/site_fixture.h"
 #include "ravelyn/commands.h"
 #include "support/Program.h"
 #include "wordsearch/SearchWin.h"
@@ -35,7 +35,7 @@ class Whole : public testing::Test {
       names.push_back(form.Listbox1.Cell(row, 0));
     return names;
   }
-  // The first track as the file that these boxes choose.
+  // Saves the first track in the form that these boxes select, and returns the file.
   std::string Save(const std::vector<Button*>& boxes) {
     for (Button* box : boxes) box->PersonClicks();
     host_.saves = {folder_ / "saved"};
@@ -50,7 +50,7 @@ class Whole : public testing::Test {
   std::optional<App> app_;
 };
 
-TEST_F(Whole, APastedLinkComesToItsFilesItsHitsAndTheVideo) {
+TEST_F(Whole, APastedLinkGivesFilesHitsAndAJumpIntoTheVideo) {
   EXPECT_EQ(Search("plain"), (Lines{"English", "French (automatic)", "German 'formal'"}));
   Window1& form = Window1::Get();
   form.openBox.SetValue(false);
@@ -75,7 +75,7 @@ TEST_F(Whole, APastedLinkComesToItsFilesItsHitsAndTheVideo) {
   EXPECT_EQ(site_.Requests("text").size(), 1u) << "six commands, one request to the site";
 }
 
-TEST_F(Whole, AVideoWithoutCaptionsSaysWhyBelowTheMessage) {
+TEST_F(Whole, AVideoWithoutCaptionsShowsTheCauseBelowTheMessage) {
   EXPECT_EQ(Search("private"), Lines{});
   ASSERT_EQ(host_.calls.size(), 1u);
   EXPECT_TRUE(host_.calls[0].starts_with("message: There are no transcripts available")) << host_.calls[0];

@@ -1,5 +1,5 @@
-// Long runs: one process that works for hours, and a hundred at once. The figures that must hold still
-// are the memory and the open descriptors of the process.
+// Long runs: one process that works for hours, and a hundred at once. The memory and the open descriptors of
+// the process must not grow.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -19,11 +19,11 @@ struct Wanted {
   const char *video, *language;
 };
 
-// Every kind of track among the samples but the longest ones.
+// Every kind of track of the samples, except the longest ones.
 constexpr Wanted kTracks[] = {{"hB7rV2kQx0w", "en"}, {"hB7rV2kQx0w", "ar"}, {"hB7rV2kQx0w", "pt-BR"},
                               {"Qn3_tW8-yLc", "ru"}, {"Qn3_tW8-yLc", "de"}, {"hB7rV2kQx0w", "ja"}};
 
-// A count from the environment, for a run that is longer than CI has time for.
+// A count from the environment, for runs that take too long for CI.
 int CountOr(const char* variable, int otherwise) {
   const char* text = std::getenv(variable);
   int count = otherwise;
@@ -47,7 +47,7 @@ std::string AddressOf(const gateway_test::RunningGateway& gateway) {
   return "127.0.0.1:" + std::to_string(gateway.Port());
 }
 
-// The program at the gateway; with its track list or its captions at another server where one is given.
+// The program with these servers for lists and captions.
 struct Worker {
   explicit Worker(const Endpoints& endpoints) : app(host, kCommands, endpoints) {
     host.prefsFolder = folder.Path();
@@ -56,7 +56,7 @@ struct Worker {
     Window1::Get().searchField.PersonTypes("e");
   }
 
-  // Search, Download and Word Search of one track. What was saved; "" if nothing was.
+  // Search, Download and Word Search of one track. Returns the saved file; "" if none was saved.
   std::string Round(const Wanted& wanted) {
     Window1& form = Window1::Get();
     const std::string path = folder / "out.srt";
@@ -79,7 +79,7 @@ struct Worker {
   App app;
 };
 
-// What each of kTracks comes to, and where it stands in its list.
+// The file of each of kTracks, and its row in the list.
 struct Expected {
   std::vector<std::string> files;
   std::vector<std::int64_t> rows;
@@ -98,7 +98,7 @@ struct Expected {
 
 }  // namespace
 
-TEST(LongRun, KeepsItsMemoryAndItsDescriptors) {
+TEST(LongRun, ManyRoundsGrowNeitherMemoryNorDescriptors) {
   const int rounds = CountOr("RAVELYN_ROUNDS", 150);
   const gateway_test::RunningGateway gateway({RAVELYN_SAMPLES_DIR});
   const Expected expected(gateway);
@@ -118,7 +118,7 @@ TEST(LongRun, KeepsItsMemoryAndItsDescriptors) {
       EXPECT_EQ(good.Round(kTracks[which]), expected.files[which]);
     }
   };
-  // One App at a time: a good one for four rounds, and a bad one for one.
+  // One App at a time: four rounds of a good one, then one of a bad one.
   for (int round = 0; round < rounds; round += 5) {
     if (round == rounds / 5) {
       residentBefore = ResidentKiB();
@@ -133,12 +133,12 @@ TEST(LongRun, KeepsItsMemoryAndItsDescriptors) {
               static_cast<long long>(ResidentKiB()), static_cast<long long>(grown), OpenDescriptors(),
               descriptorsBefore);
   EXPECT_LE(OpenDescriptors(), descriptorsBefore);
-#ifndef RAVELYN_SANITIZED  // sanitizers keep freed memory aside
+#ifndef RAVELYN_SANITIZED  // sanitizers hold back freed memory
   EXPECT_LT(grown, 4096);
 #endif
 }
 
-TEST(LongRun, AHundredSessionsAtOnceGetTheirOwnReplies) {
+TEST(LongRun, AHundredSessionsAtOnceSaveTheirOwnFiles) {
   const int sessions = CountOr("RAVELYN_SESSIONS", 100);
   const gateway_test::RunningGateway gateway({RAVELYN_SAMPLES_DIR});
   const Expected expected(gateway);

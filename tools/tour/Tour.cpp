@@ -86,7 +86,7 @@ QWidget* Tour::WidgetOf(const std::string& window, const std::string& control) c
 
 void Tour::Click(const std::string& window, const std::string& control) {
   QWidget* widget = WidgetOf(window, control);
-  // On the mark of a box: what lies right of a short caption is no part of it.
+  // Near the left edge, on a box's mark: to the right of a short caption a box takes no clicks.
   const QPoint at(std::min(8, widget->width() / 2), widget->height() / 2);
   QTest::mouseClick(widget, Qt::LeftButton, Qt::NoModifier, at);
 }

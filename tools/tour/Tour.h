@@ -1,4 +1,4 @@
-// The program's main job, done by clicks and keys on its widgets.
+// Does the program's main job by clicks and keys on its widgets.
 #pragma once
 
 #include <string>
@@ -8,11 +8,11 @@
 
 class Tour {
  public:
-  // folder takes the saved files and the pictures.
+  // The pictures are saved in folder.
   Tour(App& app, TourPlatform& platform, std::string folder)
       : app_(app), platform_(platform), folder_(std::move(folder)) {}
 
-  // The form must be on the screen. False if something did not come out as it should.
+  // False if anything went wrong, which is printed. Requires: the form is on the screen.
   bool Run();
 
  private:

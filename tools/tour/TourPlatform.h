@@ -1,5 +1,5 @@
-// The desktop as a host, with the answers that a person would give: every save dialog is answered with
-// its own name in the tour's folder, and what would be shown or opened is printed.
+// The desktop as a host that answers by itself: every save dialog gets its suggested name in the tour's
+// folder, and what would be shown or opened is printed.
 #pragma once
 
 #include "desktop/QtPlatform.h"
@@ -14,7 +14,7 @@ class TourPlatform : public QtPlatform {
   std::optional<std::string> AskSavePath(const std::string& filter, const std::string& name) override;
   void ShowURL(const std::string& address) override;
   void Launch(const std::string& path) override;
-  // Nothing of the person's own is read or written.
+  // The user's own preferences are neither read nor written.
   std::string PreferencesFolder() override { return ""; }
 
  private:

@@ -1,4 +1,4 @@
-// ravelyn-tour: shows the program doing its job through its own windows.
+// ravelyn-tour: shows the program doing its main job in its own windows.
 
 #include <QApplication>
 #include <QPalette>

@@ -1,0 +1,151 @@
+// Messages and save dialogs, which leave the windows usable.
+
+#include <QFileDialog>
+#include <QMessageBox>
+
+#include "desktop/dialogs.h"
+#include "desktop_fixture.h"
+
+namespace {
+
+class SaveDialogs : public Desktop {
+ protected:
+  // Saves a language and calls act with the save dialog.
+  void answerBy(const std::function<void(QFileDialog&)>& act, bool aboutInFront = false) {
+    host.realSaves = true;
+    Offer(server, "abc", kTwoLanguages);
+    search(QStringLiteral("abc"));
+    form().SRTBox.PersonClicks();
+    clickRow(languages(), 1);
+    if (aboutInFront) aboutWin::Get().Show();
+    QString title;
+    QTimer looking;
+    QObject::connect(&looking, &QTimer::timeout, [&] {
+      auto* dialog = shownDialog<QFileDialog>();
+      if (!dialog) return;
+      looking.stop();
+      title = dialog->windowTitle();
+      EXPECT_EQ(dialog->parentWidget(), &view(*app->ActiveWindow()));
+      act(*dialog);
+    });
+    looking.start(1);
+    form().PushButton1.PersonClicks();
+    EXPECT_EQ(title, QStringLiteral("Save \u2013 German"));
+    EXPECT_FALSE(shownDialog());
+  }
+};
+
+}  // namespace
+
+TEST_F(Desktop, AFormThatClosesDismissesItsMessage) {
+  host.realMessages = true;
+  for (const bool isLast : {false, true}) {
+    if (!isLast) aboutWin::Get().Show();
+    form().Show();
+    QTimer::singleShot(50, [&] {
+      const auto* box = shownDialog<QMessageBox>();
+      ASSERT_TRUE(box);
+      EXPECT_EQ(box->text(), QStringLiteral("This does not appear to be a YouTube URL."));
+      form().PersonCloses();
+    });
+    form().TextField1.PersonTypes("no link");
+    form().PushButton2.PersonClicks();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(shownDialog());
+    EXPECT_EQ(host.hasLeft, isLast);
+    if (!isLast) form().Show(), aboutWin::Get().PersonCloses();
+  }
+}
+
+TEST_F(SaveDialogs, EscapeInTheFormStopsTheCommandAndDismissesTheDialog) {
+  answerBy([&](QFileDialog&) { QTest::keyClick(&link(), Qt::Key_Escape); });
+  EXPECT_TRUE(form().Visible());
+}
+
+TEST_F(SaveDialogs, AClosingWindowPassesItsDialogToTheNextAndTheLastEndsIt) {
+  const auto closeBoth = [&](QFileDialog& dialog) {
+    aboutWin::Get().PersonCloses();
+    EXPECT_EQ(shownDialog(), &dialog);
+    EXPECT_EQ(dialog.parentWidget(), &view(form()));
+    view(form()).close();
+  };
+  answerBy(closeBoth, true);
+  EXPECT_TRUE(host.hasLeft);
+}
+
+TEST_F(SaveDialogs, TheQuitShortcutWorksInTheDialog) {
+  answerBy([&](QFileDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Q, Qt::ControlModifier); });
+  EXPECT_TRUE(host.hasLeft);
+}
+
+TEST_F(Desktop, AMessageOutsideACommandTakesNoKeys) {
+  host.realMessages = true;
+  link().setFocus();
+  QTimer::singleShot(0, [&] {
+    ASSERT_TRUE(shownDialog<QMessageBox>());
+    EXPECT_FALSE(QApplication::activeModalWidget());
+    EXPECT_TRUE(shownDialog()->testAttribute(Qt::WA_ShowWithoutActivating));
+    EXPECT_EQ(shownDialog()->parentWidget(), &view(form()));
+    QTest::keyClick(&link(), Qt::Key_Escape);
+  });
+  app->Dispatch(nullptr, [] { MsgBox("Ravelyn cannot work without an Internet connection."); });
+  EXPECT_FALSE(shownDialog()) << "Escape in the form dismisses it";
+}
+
+TEST_F(Desktop, ASaveDialogStartsInTheFolderOfTheLastFile) {
+  const TemporaryFolder folder;
+  std::vector<std::string> folders;
+  const auto ask = [&](const std::string& path) {
+    QTimer::singleShot(0, [&] {
+      auto* dialog = shownDialog<QFileDialog>();
+      ASSERT_TRUE(dialog);
+      folders.push_back(dialog->directory().path().toStdString());
+      dialog->selectFile(QString::fromStdString(path));
+      path.empty() ? dialog->reject() : static_cast<QDialog*>(dialog)->accept();
+    });
+    return host.QtPlatform::AskSavePath("", "German.srt");
+  };
+  EXPECT_EQ(ask(folder / "a.srt"), folder / "a.srt");
+  EXPECT_EQ(ask(""), std::nullopt);
+  EXPECT_EQ(ask(folder / "\xC3\xA9.srt"), folder / "\xC3\xA9.srt");
+  for (const bool replaces : {false, true}) {
+    WriteFile(folder / "a.srt", "kept");
+    QTimer looking;
+    bool declined = false;
+    QObject::connect(&looking, &QTimer::timeout, [&] {
+      auto* question = shownDialog<QMessageBox>();
+      if (question) question->button(replaces ? QMessageBox::Yes : QMessageBox::No)->click();
+      declined |= question && !replaces;
+      if (auto* dialog = shownDialog<QFileDialog>(); dialog && declined) dialog->reject();
+    });
+    looking.start(5);
+    EXPECT_EQ(ask(folder / "a.srt"), replaces ? std::optional(folder / "a.srt") : std::nullopt);
+  }
+  EXPECT_EQ(folders.at(1), folder.Path());
+  EXPECT_EQ(folders.at(2), folder.Path()) << "also after a cancelled one";
+}
+
+TEST(SaveDialog, ShowsNameFolderTypesAndStep) {
+  const TemporaryFolder folder;
+  const auto dialog = makeSaveDialog("TEXT", "search_results.txt", QString::fromStdString(folder.Path()),
+                                     "Spanish, 3 of 8", nullptr);
+  EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Save \u2013 Spanish, 3 of 8"));
+  EXPECT_EQ(dialog->selectedFiles(), QStringList{QString::fromStdString(folder / "search_results.txt")});
+  EXPECT_EQ(dialog->nameFilters().constFirst(), QStringLiteral("Text files (*.txt *.text)"));
+  const auto any = makeSaveDialog("", "German.srt", QString::fromStdString(folder.Path()), "", nullptr);
+  EXPECT_EQ(any->windowTitle(), QStringLiteral("Save"));
+  EXPECT_EQ(any->nameFilters().size(), 1);
+  for (const auto& [typed, saved] : {std::pair("Mein Name", "Mein Name.srt"), {"Mein.txt", "Mein.txt"}}) {
+    any->selectFile(QString::fromUtf8(typed));
+    EXPECT_EQ(any->selectedFiles(), QStringList{QString::fromStdString(folder / saved)});
+  }
+  for (const auto& [typed, saved] : {std::pair("/a.b/Dr. Smith", "/a.b/Dr. Smith.srt"),
+                                     {"Vol. 2.5", "Vol. 2.5.srt"},
+                                     {"a.srt", "a.srt"},
+                                     {"a.3gp", "a.3gp"},
+                                     {"a.", "a..srt"}}) {
+    EXPECT_EQ(withExtension(QString::fromUtf8(typed), "German.srt").toStdString(), saved);
+  }
+}
+
+int main(int count, char** arguments) { return runOffscreen(count, arguments); }

@@ -1,0 +1,107 @@
+// A video site on the loopback for the real yt-dlp; site.py defines what each video does.
+#pragma once
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "gateway/sources/SiteSettings.h"
+#include "support/processes.h"
+
+namespace site_test {
+
+inline std::string CodeOf(const std::string& video) { return video + std::string(11 - video.size(), '-'); }
+
+class Site {
+ public:
+  Site() {
+    std::filesystem::create_directory(folder_ / "scratch");
+    std::array<int, 2> input{}, output{};
+    if (::pipe2(input.data(), O_CLOEXEC) != 0 || ::pipe2(output.data(), O_CLOEXEC) != 0) return;
+    pid_ = Spawn({"python3", RAVELYN_SOURCE_DIR "/tests/gateway/site.py", folder_.Path()},
+                 {input[0], output[1]});
+    ::close(input[0]);
+    ::close(output[1]);
+    input_ = input[1];
+    output_ = output[0];
+    Await("ready");
+  }
+  ~Site() {
+    ::close(input_);
+    ::close(output_);
+    ::waitpid(pid_, nullptr, 0);
+  }
+  Site(const Site&) = delete;
+  Site& operator=(const Site&) = delete;
+
+  gateway::SiteSettings Settings() const {
+    return {"/usr/bin/yt-dlp", "", folder_ / "yt-dlp.conf", Scratch()};
+  }
+  const TemporaryFolder& Folder() const { return folder_; }
+  std::string Scratch() const { return folder_ / "scratch"; }
+
+  // Reads the site's output until a line with this beginning. Each line is read once.
+  void Await(const std::string& beginning) {
+    std::string line;
+    for (char c = 0; ::read(output_, &c, 1) == 1;) {
+      if (c == '\n' && line.starts_with(beginning)) return;
+      line = c == '\n' ? "" : line + c;
+    }
+    ADD_FAILURE() << "the site ended before " << beginning;
+  }
+
+  // The requests so far with this beginning: "list CODE", "text CODE LANG".
+  std::vector<std::string> Requests(const std::string& beginning) const {
+    std::ifstream log(folder_ / "requests");
+    std::vector<std::string> found;
+    for (std::string line; std::getline(log, line);) {
+      if (line.starts_with(beginning)) found.push_back(line);
+    }
+    return found;
+  }
+  // The largest number of these requests that were answered at a time.
+  int Crowd(const std::string& beginning) const {
+    int most = 0;
+    for (const auto& line : Requests(beginning))
+      most = std::max(most, std::stoi(line.substr(line.rfind(' '))));
+    return most;
+  }
+
+  // The children of this process, except the site, and all processes that run in a scratch folder. Zombies
+  // count.
+  std::set<pid_t> Children() const {
+    std::set<pid_t> children;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+      const pid_t process = std::atoi(entry.path().filename().c_str());
+      const std::string stat = process > 0 ? ReadFile(entry.path() / "stat") : "";
+      const std::size_t afterName = stat.rfind(')');
+      if (afterName == std::string::npos || process == pid_) continue;
+      std::error_code ignored;
+      const std::string folder = std::filesystem::read_symlink(entry.path() / "cwd", ignored).string();
+      const bool isOurs = std::atoi(stat.c_str() + std::min(stat.size(), afterName + 4)) == ::getpid();
+      if (isOurs || folder.starts_with(Scratch())) children.insert(process);
+    }
+    return children;
+  }
+  std::size_t Folders() const {
+    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(Scratch()), {}));
+  }
+
+ private:
+  TemporaryFolder folder_;
+  pid_t pid_ = -1;
+  int input_ = -1, output_ = -1;
+};
+
+}  // namespace site_test

@@ -1,0 +1,77 @@
+// The user's folders and the site as one source.
+
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+
+#include <thread>
+
+#include "gateway/sources/FolderSource.h"
+#include "gateway/sources/JoinedSource.h"
+#include "sources_fixture.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+using namespace gateway_test;
+using namespace std::chrono_literals;
+using gateway::Descriptor;
+using gateway::FolderSource;
+using Lines = std::vector<std::string>;
+
+TEST(Joined, AListHoldsTheTracksOfBothSources) {
+  const TemporaryFolder folder;
+  WriteFile(folder / "[abc].en.srt", Srt("own"));
+  WriteFile(folder / "[bad].en.srt", "");
+  FolderSource folders({folder.Path()});
+  FakeSite site;
+  site.list = {{{"en", "English (automatic)", "English", true}, {"de", "German", "Deutsch"}}, ""};
+  site.texts = {{"en", "site en"}, {"de", "site de"}};
+  gateway::JoinedSource joined(folders, site);
+  EXPECT_EQ(Listed(joined.Tracks("abc", {})), (Lines{"en=English", "de=German"}));
+  EXPECT_EQ(Listed(joined.Tracks("xyz", {})), (Lines{"en=English (automatic) *", "de=German"}));
+  EXPECT_EQ(BytesOf(joined.Text("abc", "en", {})), Srv1("own"));
+  EXPECT_EQ(BytesOf(joined.Text("abc", "de", {})), "site de");
+  EXPECT_EQ(BytesOf(joined.Text("abc", "fr", {})), "no network");
+  EXPECT_EQ(BytesOf(joined.Text("bad", "en", {})), "site en");
+  EXPECT_EQ(BytesOf(joined.Text("bad", "fr", {})), "no network");
+  site.texts.clear();
+  site.list = {{}, "private"};
+  EXPECT_EQ(Listed(joined.Tracks("abc", {})), (Lines{"en=English", "private"}));
+  EXPECT_EQ(Listed(joined.Tracks("xyz", {})), Lines{"private"});
+  EXPECT_EQ(Listed(joined.Tracks("bad", {})), Lines{"The file [bad].en.srt: this file is empty. private"});
+  EXPECT_EQ(BytesOf(joined.Text("bad", "en", {})), "The file [bad].en.srt: this file is empty. no network");
+}
+
+TEST(Joined, AListWithTracksOfAFolderDoesNotWaitForASlowSite) {
+  const TemporaryFolder folder;
+  WriteFile(folder / "[abc].en.srt", Srt("own"));
+  FolderSource folders({folder.Path()});
+  FakeSite site;
+  site.list = {{{"de", "German", "Deutsch"}}, ""};
+  site.keepsWaiting = true;
+  {
+    gateway::JoinedSource joined(folders, site, 50ms);
+    EXPECT_EQ(Listed(joined.Tracks("abc", {})), Lines{"en=English"});
+    EXPECT_EQ(Listed(joined.Tracks("abc", {})), Lines{"en=English"});
+    EXPECT_EQ(site.asked, 1) << "the first request continues";
+  }
+  EXPECT_EQ(site.left, 1) << "it ends with the source";
+  gateway::JoinedSource patient(folders, site, 30s);
+  int ends[2];
+  ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends), 0);
+  const Descriptor server(ends[1]);
+  Descriptor client(ends[0]);
+  std::thread leaving([&] {
+    EXPECT_EQ(Listed(patient.Tracks("abc", {{}, server.Number()})), Lines{"en=English"});
+  });
+  client = Descriptor();
+  leaving.join();
+  std::thread staying([&] {
+    EXPECT_EQ(Listed(patient.Tracks("abc", {})), (Lines{"en=English", "de=German"}));
+  });
+  site.Open();
+  staying.join();
+  EXPECT_EQ(site.given, 1);
+}
+
+}  // namespace

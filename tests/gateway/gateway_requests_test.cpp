@@ -1,0 +1,138 @@
+// Requests that the gateway refuses.
+
+#include <map>
+
+#include "gateway_fixture.h"
+#include "runtime/Text.h"
+#include "sources_fixture.h"
+
+namespace {
+
+using namespace gateway_test;
+using namespace std::chrono_literals;
+using gateway::Limits;
+using Lines = std::vector<std::string>;
+
+TEST(GatewayRequests, InvalidRequestsGetTheirStatusAndCause) {
+  const std::string notFound = "HTTP/1.1 404 Not Found", bad = "HTTP/1.1 400 Bad Request",
+                    tooLarge = "HTTP/1.1 431 Request Header Fields Too Large",
+                    notAllowed = "HTTP/1.1 405 Method Not Allowed";
+  const std::map<std::string, std::string> causes = {
+      {notFound, "The gateway serves nothing at this address."},
+      {bad, "The gateway can't read this request."},
+      {tooLarge, "The request's head is too large."},
+      {notAllowed, "The gateway answers only GET and HEAD."}};
+  std::vector<std::pair<std::string, std::string>> cases = {
+      {GetRequest("/"), notFound},
+      {GetRequest("/etc/passwd"), notFound},
+      {GetRequest("/../../etc/passwd"), notFound},
+      {GetRequest("/timedtext?type=track&v=abc"), notFound},
+      {"POST /timedtext?type=list&v=abc HTTP/1.0\r\nContent-Length: 3\r\n\r\nabc", notAllowed},
+      {"BREW /timedtext?type=list&v=abc HTTP/1.1\r\n\r\n", bad},
+      {"GET /timedtext?type=list&v=abc\r\n\r\n", bad},
+      {"GET /timedtext?type=list&v=abc HTTP/9.9\r\n\r\n", bad},
+      {"GET  HTTP/1.0\r\n\r\n", bad},
+      {"\r\n\r\n", bad},
+      {std::string("GET /a\0b HTTP/1.0\r\n\r\n", 21), bad},
+      {"GET / HTTP/1.0\r\nX: \x1b[2J\r\n\r\n", bad},
+      {"GET /" + std::string(20'000, 'a') + " HTTP/1.0\r\n\r\n", tooLarge},
+      {"GET / HTTP/1.0\r\nX: " + std::string(16'300, 'a') + "\r\n\r\n", notFound},
+      {"GET / HTTP/1.0\r\nX: " + std::string(16'384, 'a') + "\r\n\r\n", tooLarge},
+      {"GET / HTTP/1.0\r\nX: " + std::string(10 << 20, 'a') + "\r\n\r\n", tooLarge},
+      {std::string(100'000, '\r'), tooLarge},
+  };
+  for (const char* method : {"POST", "PUT", "DELETE", "CONNECT", "OPTIONS", "TRACE", "PATCH"})
+    cases.emplace_back(std::string(method) + " /api/timedtext?&v=abc&lang=en HTTP/1.1\r\n\r\n", notAllowed);
+  const TemporaryFolder folder;
+  WriteFile(folder / "t [abc].en.srv1", "words");
+  Limits limits;
+  limits.linger = 20s;
+  const RunningGateway server(AsIs({folder.Path()}), limits);
+  for (const auto& [request, status] : cases) {
+    const Descriptor client = ConnectTo(server.Port());
+    EXPECT_TRUE(SendAll(client, request)) << "received completely: " << request.substr(0, 60);
+    const Reply reply = ReadReply(client);
+    EXPECT_EQ(reply.Status(), status) << request.substr(0, 60);
+    EXPECT_TRUE(reply.Has("Content-Length: 0")) << request.substr(0, 60);
+    EXPECT_EQ(reply.Has("Allow: GET, HEAD"), status == notAllowed) << request.substr(0, 60);
+    EXPECT_TRUE(reply.Has("Ravelyn-Cause: " + causes.at(status))) << request.substr(0, 60);
+    EXPECT_EQ(reply.body, "");
+  }
+}
+
+TEST(GatewayRequests, ACauseIsSentAsOneLineOfAscii) {
+  const auto source = std::make_shared<FakeSite>();
+  const RunningGateway server(source);
+  for (const auto& [cause, line] : {std::pair<std::string, std::string>{"", "no captions"},
+                                    {"caf\u00E9\n ~\x7F", "caf??? ~?"},
+                                    {std::string(201, 'c'), std::string(200, 'c')}}) {
+    source->cause = source->list.cause = cause;
+    for (const Reply& reply : {server.List("abc"), server.Captions("abc", "en")})
+      EXPECT_TRUE(reply.Has("Ravelyn-Cause: " + line)) << reply.head;
+  }
+}
+
+// Header lines of requests that a web page could send; "/" is a line end.
+const Lines kRefusedHeaders = Split(
+    "Host: evil.example|Host: evil.example:17733|Host: 127.0.0.1.evil.example|"
+    "Host: localhost.evil.example:17733|Host: localhost.|Host: 127.0.0.1:|Host: 127.0.0.1:80x|"
+    "Host: 127.0.0.1:177330|Host: user@127.0.0.1|Host: 127.0.0.1, evil.example|"
+    "Host: 127.0.0.1 evil.example|Host: 127.1|Host: 127.0.0.2|Host: 2130706433|Host: 0x7f000001|"
+    "Host: 127.000.000.001|Host: ::1|Host: [::1|Host: [0:0:0:0:0:0:0:1]|Host: [::ffff:127.0.0.1]|Host:|"
+    "Host: 127.0.0.1/Host: evil.example|Host: evil.example/Host: 127.0.0.1|"
+    "Host: 127.0.0.1/host: 127.0.0.1|Host: 127.0.0.1/ evil.example|Host:/ 127.0.0.1|"
+    "X: y/\tHost: evil.example|Host : 127.0.0.1|Host : evil.example| Host: evil.example|Host|"
+    "X: y\rHost: evil.example|: y|Origin: https:evil.example|"
+    "Host: 127.0.0.1:17733/oRIGIN: http:127.0.0.1:17733|Origin: null|Origin:|"
+    "Referer: https:evil.example|Referer: http:127.0.0.1:17733|Sec-Fetch-Site: cross-site|"
+    "Sec-Fetch-Site: same-origin|Sec-Fetch-Site:|Sec-Fetch-Site: none/Sec-Fetch-Site: cross-site",
+    "|");
+
+TEST(GatewayRequests, RequestsThatAWebPageCouldSendAreRefused) {
+  const Lines allowed = {"",
+                         "Accept: */*\r\nAccept-Language: en\r\nHost: 127.0.0.1:17733\r\n",
+                         "Host: 127.0.0.1\r\n",
+                         "hOST:localhost:1\r\n",
+                         "Host: \t LocalHost \t\r\n",
+                         "Host: [::1]\r\n",
+                         "Host: [::1]:65535\n",
+                         "Sec-Fetch-Site: none\r\nX-Origin: https://evil.example\r\nReferers: x\r\n"};
+  const auto source = std::make_shared<FakeSite>();
+  const RunningGateway server(source);
+  const auto ask = [&](const std::string& method, const std::string& headers) {
+    return server.Ask(method + " /api/timedtext?&v=abc&lang=en HTTP/1.1\r\n" + headers + "\r\n");
+  };
+  for (const std::string& headers : allowed)
+    EXPECT_EQ(ask("GET", headers).Status(), "HTTP/1.1 404 Not Found") << headers;
+  EXPECT_EQ(source->asked, static_cast<int>(allowed.size()));
+  source->asked = 0;
+  for (const std::string& lines : kRefusedHeaders) {
+    const std::string headers = ReplaceAll(lines, "/", "\r\n") + "\r\n";
+    for (const char* method : {"GET", "HEAD", "OPTIONS", "POST"}) {
+      const Reply reply = ask(method, headers);
+      EXPECT_EQ(reply.Status(), "HTTP/1.1 403 Forbidden") << method << " " << headers;
+      EXPECT_TRUE(reply.Has(
+          "Ravelyn-Cause: The gateway answers only programs of this machine, at 127.0.0.1, localhost or [::1]."));
+      EXPECT_EQ(reply.head.find("Access-Control"), std::string::npos);
+    }
+  }
+  EXPECT_EQ(source->asked, 0) << "refused before a source is asked";
+}
+
+TEST(GatewayRequests, AnIncompleteHeadGetsNoAnswer) {
+  const TemporaryFolder folder;
+  const RunningGateway server(AsIs({folder.Path()}));
+  const std::string request = GetRequest("/timedtext?type=list&v=abc");
+  for (std::size_t length = 0; length < request.size(); ++length) {
+    const Descriptor client = ConnectTo(server.Port());
+    SendAll(client, request.substr(0, length));
+    ::shutdown(client.Number(), SHUT_WR);
+    EXPECT_EQ(ReadReply(client).head, "") << length;
+  }
+  const Descriptor dripping = ConnectTo(server.Port());
+  for (const char c : request) SendAll(dripping, {&c, 1});
+  EXPECT_EQ(ReadReply(dripping).Status(), "HTTP/1.1 200 OK")
+      << "a complete head is answered even if it drips";
+}
+
+}  // namespace
