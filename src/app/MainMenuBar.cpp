@@ -9,7 +9,7 @@ Menu MakeFileMenu() {
               QuitMenuItem("FileQuit", "&Quit", "Cmd+Q"),
               {"FileNewWindow", "New Window", "Cmd+N"},
               {"FileAboutRavelyn", "About Ravelyn", ""},
-              {"FileHelp", "Help", ""},
+              {.Name = "FileHelp", .Caption = "Help", .ShowsHelp = true},
           }};
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 // Qt's Ctrl is the command key on systems that have one; help has the desktop's own key.
 QKeySequence shortcutOf(const MenuItem& item) {
-  if (item.Name == "FileHelp") return QKeySequence(QKeySequence::HelpContents);
+  if (item.ShowsHelp) return QKeySequence(QKeySequence::HelpContents);
   return QKeySequence(
       QString::fromStdString(item.Shortcut).replace(QStringLiteral("Cmd+"), QStringLiteral("Ctrl+")));
 }

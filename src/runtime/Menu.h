@@ -17,7 +17,8 @@ struct MenuItem {
   std::string Caption = {};   // "&" marks the access key; "-" is a separator
   std::string Shortcut = {};  // such as "Cmd+Q"; "" for none
   std::optional<EditAction> Edits = {};
-  bool Quits = false;  // the platform's own quit command (QuitMenuItem)
+  bool Quits = false;      // the platform's own quit command (QuitMenuItem)
+  bool ShowsHelp = false;  // takes the platform's own shortcut for help
   bool Visible = true;
   bool AutoEnable = true;
   bool Enabled = true;
