@@ -50,11 +50,11 @@ void Download(Window1& form) {
 }
 
 void DownloadTrack(Window1& form, std::int64_t row, Output output) {
-  auto track = FetchTimedText(form, row);
+  const auto track = FetchTimedText(form, row);
   if (!track) return;
   const FileFormat& format = FormatOf(output);
   const std::string name = track->trackTitle + format.extension;
-  const FileWriter write = format.Form(form, std::move(*track));
+  const FileWriter write = format.Form(form, *track);
   const FolderItemPtr file = GetSaveFolderItem(format.fileType, name);
   if (!file) CountCancelled();
   if (file && SaveFile(file, write) && form.openBox.Value()) file->Launch(true);

@@ -15,12 +15,12 @@ void WriteCue(TextOutputStream& out, std::size_t i, const ListedTimecode& start,
 }
 
 template <void (*write)(TextOutputStream&, const Captions&)>
-FileWriter CaptionsWriter(Window1&, TimedText track) {
-  return [captions = FormCaptions(std::move(track))](TextOutputStream& out) { write(out, captions); };
+FileWriter CaptionsWriter(Window1&, const TimedText& track) {
+  return [captions = FormCaptions(track)](TextOutputStream& out) { write(out, captions); };
 }
 
 // Reads the boxes for each cue, so that a change takes effect at the next one.
-FileWriter TranscriptWriter(Window1& form, TimedText track) {
+FileWriter TranscriptWriter(Window1& form, const TimedText& track) {
   form.TextArea1.SetText(Transcript(track, [&form]() -> TranscriptForm {
     return {form.lineBox.Value(), form.timecodeBox.Value()};
   }));

@@ -23,7 +23,7 @@ struct FileFormat {
   const char* extension;
   const char* fileType;  // filter of the save dialog, see FileTypes1; "" for none
   // Prepares the contents, yielding after each cue, before the user is asked for a file name.
-  FileWriter (*Form)(Window1& form, TimedText track);
+  FileWriter (*Form)(Window1& form, const TimedText& track);
   bool clearsDocument;  // whether TextArea1 is emptied afterwards
 };
 

@@ -103,7 +103,12 @@ TEST(Errands, GiveEachWaiterTheAnswerOrItsOwnCause) {
             "The gateway gave up before the site had answered.");
   EXPECT_EQ(errands.Ask("c", For(60s), [](int) -> SiteAnswer { throw std::bad_alloc(); }).cause.sentence,
             "The gateway ran out of memory.");
-  EXPECT_EQ(errands.Ask("a", For(60s), [](int) -> SiteAnswer { return {nullptr, "again", {}}; }).document, "again");
+  EXPECT_EQ(errands.Ask("a", For(60s),
+                        [](int) -> SiteAnswer {
+                          return {nullptr, "again", {}};
+                        })
+                .document,
+            "again");
 }
 
 gateway::WarmChild::Start Sleeper(const std::string& command, const std::string& parent) {
