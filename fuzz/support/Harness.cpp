@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "ravelyn/commands.h"
+
 // The input of a run has no time to wait.
 bool IsReadyWithin(int, const Awaited&) { return true; }
 
@@ -34,7 +36,7 @@ std::string Input::Rest() {
   return rest;
 }
 
-Program::Program() : app(host), form(Window1::Get()) {
+Program::Program() : app(host, kCommands), form(Window1::Get()) {
   host.ticksEachYield = 60 * 60;
   host.prefsFolder = Folder().Path();
   host.calls.clear();
