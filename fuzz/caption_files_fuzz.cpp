@@ -1,6 +1,6 @@
-// A caption file, any bytes at all, as one of the seven formats: the low bits of the first byte pick it,
-// the two high ones make it an automatic track or one in Thai. What comes out is a document that the
-// program reads as the cues that were found, all of them in order, or a fault.
+// A caption file of any bytes, in one of the seven formats: the low bits of the first byte choose the format,
+// the two high bits an automatic track and Thai. The result is a document in which the program reads all cues
+// in order, or a fault.
 
 #include "gateway/documents/Cues.h"
 #include "gateway/documents/cleaning.h"
@@ -12,7 +12,7 @@
 
 namespace {
 
-// What of a cue's words the program can be handed.
+// The words of a cue as the program can read them in a document.
 std::string Carried(std::string words) {
   words = ReplaceAll(std::move(words), "</text>", "< /text>");
   words = ReplaceAll(std::move(words), "&amp;#39;", "&#39;");

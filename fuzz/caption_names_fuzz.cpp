@@ -1,5 +1,5 @@
-// Names of files in the gateway's folders: what is read from a name is what stands in it, and the list
-// of tracks that is made of it brings the program the same language back.
+// Names of files in the gateway's folders: the parsed parts make up the name again, and from the list of
+// tracks the program reads the same language.
 
 #include "gateway/server/request_target.h"
 #include "gateway/server/track_list.h"
@@ -46,7 +46,7 @@ void CheckTarget(const gateway::CaptionName& name) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string fileName(reinterpret_cast<const char*>(data), size);
   const auto name = gateway::ParseCaptionName(fileName);
-  // Any bytes are a target too.
+  // Any bytes are also a request target.
   const auto wanted = gateway::ReadTarget(fileName);
   HOLDS(wanted.code.size() <= fileName.size() && wanted.language.size() <= fileName.size());
   HOLDS(wanted.code.find_first_of("&?# \t") == std::string::npos);

@@ -1,5 +1,5 @@
-// Challenges of a server that asks for a name and a password: what is sent back is one header on one
-// line, and the client stops asking when its user does.
+// Challenges of a server that requests a name and a password: the answer is one header on one line, and the
+// client stops once there are no credentials.
 //
 //   input = flags, name LF password LF challenge
 
@@ -30,8 +30,8 @@ std::string FromBase64(const std::string& text) {
   return bytes;
 }
 
-// The value of the header in this request; nullopt if it holds none. The request has no more lines
-// than the client puts in.
+// The value of the header in this request; nullopt if it is absent. Also checks that the request has no
+// other lines than the client's.
 std::optional<std::string> Answer(const std::string& request, const std::string& header) {
   HOLDS(request.ends_with("\r\n\r\n"));
   const auto lines = fuzz::Lines(request.substr(0, request.size() - 2));
@@ -44,6 +44,14 @@ std::optional<std::string> Answer(const std::string& request, const std::string&
   }
   HOLDS(value.has_value() == (lines.size() == 5));
   return value;
+}
+
+void CheckParams(const std::string& challenge) {
+  const Dictionary params = HTTPSocket()._ParseAuthenticationParams(challenge);
+  for (std::int64_t i = 0; i < params.Count(); ++i) {
+    HOLDS(ToString(params.Key(i)).find('=') == std::string::npos);
+    HOLDS(ToString(params.Value(params.Key(i))).size() <= challenge.size());
+  }
 }
 
 void CheckAnswer(const std::string& value, const std::string& name, const std::string& password) {
@@ -95,10 +103,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     HOLDS(value.has_value());
     CheckAnswer(*value, name, password);
   }
-  const Dictionary params = socket._ParseAuthenticationParams(challenge);
-  for (std::int64_t i = 0; i < params.Count(); ++i) {
-    HOLDS(ToString(params.Key(i)).find('=') == std::string::npos);
-    HOLDS(ToString(params.Value(params.Key(i))).size() <= challenge.size());
-  }
+  CheckParams(challenge);
   return 0;
 }

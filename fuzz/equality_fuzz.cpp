@@ -1,5 +1,5 @@
-// The quick ways give what the plain ones give, byte for byte: the fields of a document of any bytes, the
-// timecodes of any two fields, the words of any field on one line, and the place of a plain word.
+// The fast implementations give the results of the plain ones, byte for byte: the fields of any document, the
+// timecodes of any two fields, any field as cue text, and the match of a plain word.
 //
 //   input = term LF document
 

@@ -1,5 +1,5 @@
-// Bytes that a client sends the gateway: the answer is one whole reply of a known kind, and no byte of a
-// file that it does not serve.
+// Any bytes as a request to the gateway: the answer is one complete reply of a known kind, without a byte of
+// a file that is not served.
 
 #include <fcntl.h>
 #include <strings.h>
@@ -23,7 +23,7 @@ constexpr char kSecret[] = "not for anybody";
 constexpr char kEnglish[] = "<transcript>English</transcript>";
 constexpr char kGerman[] = "<transcript>Deutsch</transcript>";
 
-// Two videos; beside them what must not be served: a file of another kind, a link, one a folder up.
+// Two videos, and what must not be served: a file of another type, a link, and a file in the folder above.
 const std::string& Captions() {
   static const std::string folder = [] {
     const std::string captions = fuzz::Folder() / "captions";
@@ -69,7 +69,7 @@ bool StartsWith(const std::string& line, const std::string& name) {
   return ::strncasecmp(line.c_str(), name.c_str(), name.size()) == 0;
 }
 
-// No header that only a web page brings is let through, wherever in the head it stands.
+// A request with a header that only a web page sends is refused, wherever that header is.
 void CheckAsker(const std::string& request) {
   const std::size_t end = std::min(request.find("\n\r\n"), request.find("\n\n"));
   for (const std::string& line :
@@ -106,7 +106,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string request(reinterpret_cast<const char*>(data), size);
   if (request.size() > 100'000) return -1;
   const std::string reply = Reply(request);
-  // A head that never ends has no answer: the client is gone by then.
+  // Headers that never end get no answer: the client has gone by then.
   if (reply.empty()) {
     HOLDS(request.size() <= gateway::Limits{}.headBytes);
   } else {

@@ -1,4 +1,4 @@
-// Operations on a collection of headers, in sequence, against lists of values kept by name.
+// Sequences of operations on a collection of headers, compared with lists of values by name.
 
 #include <map>
 
@@ -10,7 +10,7 @@ namespace {
 
 const std::string kNames[] = {"X", "x", "Received", "received", "To", "BCC", "Content-length", ""};
 
-// More of them only cost time: the values of a name are looked at after each one.
+// The values of a name are compared after each operation, so more of them only take time.
 constexpr int kMostOperations = 64;
 
 using Model = std::map<std::string, std::vector<std::string>>;
@@ -69,8 +69,8 @@ void Act(std::uint8_t what, const std::string& name, fuzz::Input& input, Interne
   }
 }
 
-// What was formatted reads back as the same headers, unless a name or a value breaks its line or
-// begins with what a reader drops.
+// The formatted text is parsed as the same headers, unless a name or a value breaks its line or starts with
+// what parsing drops.
 void CheckFormat(const InternetHeaders& headers) {
   const std::string text = headers._FormatHTTPHeaders();
   bool plain = true;
@@ -107,7 +107,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     headers._FormatEmailHeaders();
     return 0;
   }
-  // A block of text: as many headers as the lines that are left after joining have a colon.
+  // Parsing a text: one header for each line with a colon, after folded lines are joined.
   const std::string text = input.Rest();
   headers._ParseHeaders(text);
   HOLDS(headers.Source() == text || text.empty());

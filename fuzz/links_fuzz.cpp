@@ -1,7 +1,7 @@
-// Links, language codes and whole addresses: whatever a person pastes or a server names, one request of
-// three plain headers goes out, or none at all.
+// Links, language codes and addresses: whatever a user pastes or a server sends, the program sends one
+// request with three plain headers, or none.
 //
-//   input = language code LF address LF link        the link is all that is left
+//   input = language code LF address LF link        the link is the rest
 
 #include <algorithm>
 
@@ -24,7 +24,7 @@ wire::Reply OneTrack(const std::string&) {
                  "lang_translated=\"English\"/></list>")};
 }
 
-// The code is what stands behind the mark, as far as the next one; "" and no request where no mark is.
+// The code is the text after the mark, up to the next one; without a mark it is "" and no request is sent.
 void CheckLink(fuzz::Program& program, const std::string& pasted) {
   wire::Reset(OneTrack);
   program.form.TextField1.PersonTypes(pasted);

@@ -1,5 +1,5 @@
-// A preferences file of any bytes: the program starts with it, what it saves is five short lines, and
-// these bring the same choices back.
+// A preferences file of any bytes: the program starts with it, saves five short lines, and loads the same
+// choices from them.
 
 #include <array>
 
@@ -17,7 +17,7 @@ struct Choices {
   bool operator==(const Choices&) const = default;
 };
 
-// Starts with the file as it stands, and leaves it as a person does who quits at once.
+// Starts with the file and quits at once, which saves it.
 Choices StartAndQuit() {
   fuzz::Program program;
   prefsModule::getPrefs();

@@ -1,6 +1,6 @@
-// A reply of any bytes that comes in any pieces and ends in any way, on every road through the client.
+// A reply of any bytes, in any pieces and with any end, to every kind of request.
 //
-//   input = kind of end, how many pieces, the pieces' sizes, the reply
+//   input = kind of end, number of pieces, their sizes, the reply
 
 #include "http/HTTPSocket.h"
 #include "http/HeaderEnd.h"
@@ -41,7 +41,7 @@ Result IntoFile(const wire::Reply& reply) {
   return ResultOf(socket, ReadFile(path));
 }
 
-// The events tell the same as the result; polls beyond the reply change nothing.
+// The events agree with the result; polls after the reply change nothing.
 void CheckEvents(const wire::Reply& reply, const Result& blocking) {
   wire::Reset([&](const std::string&) { return reply; });
   HTTPSocket socket;
@@ -68,9 +68,9 @@ void CheckEvents(const wire::Reply& reply, const Result& blocking) {
   }
 }
 
-// Left out of the claim that the pieces don't matter: replies with an empty line of one kind of line end and
-// after it one that is preferred, as a head of line feeds alone with CR LF CR LF in the body. The search for
-// the head's end takes the preferred one if it has come by then.
+// Pieces may matter for replies with an empty line of one kind of line end followed by one of a preferred
+// kind, such as headers that end with two line feeds and CR LF CR LF in the body: the search prefers the
+// latter if it has arrived.
 bool HeadEndsAtItsFirstEmptyLine(const std::string& reply) {
   HeaderEnd end;
   if (!end.FindIn(reply)) return true;
@@ -96,7 +96,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   reply.bytes = input.Rest();
 
   FakePlatform host;
-  host.ticksEachYield = 6;  // less than the time-out for all the pieces that an input has
+  host.ticksEachYield = 6;  // all pieces of an input take less than the time-out
   const Application application(host);
   const Result cut = Blocking(reply);
   HOLDS(cut.error == 0 || cut.error == kErrorTimeOut);

@@ -1,6 +1,5 @@
-// Captions made from an input, and written as files. Those as people make them, with lines that come again,
-// overlaps and words that light up one by one, keep every cue; rolling ones give back the lines that were
-// rolled.
+// Caption files generated from an input. Those as people write them, with repeated lines, overlaps and words
+// that light up one by one, keep every cue; rolling ones give the original lines.
 
 #include "gateway/documents/convert.h"
 #include "support/Harness.h"
@@ -52,13 +51,13 @@ std::string WriteSrt(const std::vector<Shown>& cues) {
   return file;
 }
 
-// Few words, so that lines come again.
+// Few words, so that lines repeat.
 std::string LineOf(std::uint8_t byte) {
   constexpr const char* kWords[] = {"la", "la la", "[Music]", "3", ">> no", "oh"};
   return kWords[byte % std::size(kWords)];
 }
 
-// The cues that the program reads in the file.
+// The cues that the program reads from the file.
 std::vector<Shown> ReadBack(const std::string& ending, const std::string& file) {
   const auto conversion = gateway::ToDocument(file, *gateway::FormatWithEnding(ending), {"en", false});
   const TimedText track = TimedText::From(conversion.document);
@@ -75,7 +74,7 @@ std::vector<Shown> ReadBack(const std::string& ending, const std::string& file) 
   return cues;
 }
 
-// Starts are different, times are long enough to be read, and either all cues light up their words or none.
+// Starts differ, cues are long enough to be read, and words light up in all cues or in none.
 std::vector<Shown> MakeByHand(fuzz::Input& input) {
   std::vector<Shown> cues;
   const bool timesWords = input.Byte() % 2 == 1;
@@ -91,19 +90,19 @@ std::vector<Shown> MakeByHand(fuzz::Input& input) {
 }
 
 struct Rolling {
-  std::vector<Shown> lines;  // as they were said
-  std::vector<Shown> cues;   // as they are shown
+  std::vector<Shown> lines;  // the spoken lines
+  std::vector<Shown> cues;   // the cues that show them
 };
 
 Rolling Roll(fuzz::Input& input) {
   Rolling rolling;
-  const std::size_t most = 2 + input.Byte() % 2;  // lines that are shown at a time
+  const std::size_t most = 2 + input.Byte() % 2;  // lines on the screen at a time
   std::int64_t time = 0;
   std::vector<std::string> shown;
   while (!input.IsOver()) {
     const std::uint8_t length = input.Byte(), pause = input.Byte();
-    if (pause % 4 == 1) time += 60 + 10 * pause;  // all stays in sight, or
-    if (pause % 8 == 1) shown.clear();            // nothing does
+    if (pause % 4 == 1) time += 60 + 10 * pause;  // all lines stay visible, or
+    if (pause % 8 == 1) shown.clear();            // none does
     if (shown.size() == most) shown.erase(shown.begin());
     shown.push_back(LineOf(input.Byte()));
     const std::int64_t end = time + 60 + 10 * length;

@@ -1,5 +1,5 @@
-// Lines of actions: each is answered by exactly one "done" or "error", everything that is printed is
-// an object, and files appear nowhere but where a line asked for them.
+// Lines of actions: each gets exactly one "done" or "error", every printed line is an object, and files are
+// created only where a line requests them.
 
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -22,7 +22,7 @@ wire::Reply Answer(const std::string& request) {
   return {wire::Page(isList ? kTracks : kCaptions)};
 }
 
-// Save paths of the input become names in one folder.
+// Save paths of the input become names in a single folder.
 std::string Confined(const std::string& line, const std::string& folder) {
   constexpr std::string_view kSave = "save ";
   if (!line.starts_with(kSave)) return line;

@@ -1,5 +1,5 @@
-// A list of tracks as yt-dlp prints it, any bytes at all. What is read of it can be shown and asked for, and
-// the document for the text's child holds that one entry.
+// A list of tracks from yt-dlp, of any bytes. Every track that is read can be shown and requested, and the
+// input of the process that fetches its text contains that entry alone.
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
@@ -49,7 +49,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const json whole = json::parse(text, nullptr, false);
   const bool isList = whole.is_object() && whole.contains("id") && whole["id"] == kCode;
   const auto opened = std::count(text.begin(), text.end(), '[') + std::count(text.begin(), text.end(), '{');
-  // One that is deeper is refused; one with half a surrogate pair is mended.
+  // A deeper list is refused; half a surrogate pair is repaired.
   HOLDS(list.has_value() ? isList || text.find("\\u") != text.npos : !isList || opened > 32);
   if (!list) return 0;
   HOLDS(list->expires <= std::chrono::system_clock::now() + gateway::SiteLimits{}.longestList);

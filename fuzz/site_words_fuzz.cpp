@@ -1,5 +1,5 @@
-// A version of yt-dlp, and the messages that it wrote, any bytes at all: a cause is one sentence that fits
-// into a header, and an error outweighs what a warning says.
+// A version of yt-dlp and its messages, of any bytes: a cause is one sentence that fits into a header, and an
+// error takes precedence over a warning.
 
 #include "gateway/sources/causes.h"
 #include "gateway/sources/version.h"

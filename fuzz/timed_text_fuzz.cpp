@@ -1,6 +1,6 @@
-// A caption document, any bytes at all, through all writers and the word search. The first line of an
-// input is the term. What comes out has the lines of its format and as many cues everywhere; a document
-// that is written as it should be gives valid SRT and WebVTT, with its own words and times.
+// A caption document of any bytes, through all writers and the word search; the first line of an input is the
+// term. Every format has its lines and the same number of cues; a well-formed document gives valid SRT and
+// WebVTT with its words and times.
 
 #include <cmath>
 #include <cstdlib>
@@ -20,8 +20,8 @@ struct Cue {
   std::string text;
 };
 
-// Reads the document by its grammar; nullopt for any other, also for words that hold a text by which
-// documents are cut.
+// Reads a well-formed document; nullopt for any other, and for words that contain a text at which
+// documents are split.
 class SoundDocument {
  public:
   static std::optional<std::vector<Cue>> Read(std::string_view document) {
@@ -66,7 +66,6 @@ class SoundDocument {
     for (const char* cutting : {"<", "\">", "|", "/\\", "\" dur=\"", "\xFD\xFF"}) {
       if (words.find(cutting) != std::string::npos) return false;
     }
-    // A separator may form where the words touch a blank of it; none begins or ends them then.
     for (std::size_t i = 0; i < words.size(); ++i) {
       if (words.compare(i, 9, "&amp;#39;") == 0) {
         text += '\'', i += 8;
@@ -85,7 +84,7 @@ class SoundDocument {
   std::string_view left_;
 };
 
-// "HH:MM:SS" and "," or "." and three digits, as both formats ask for it; seconds, or -1.
+// Seconds of "HH:MM:SS", "," or "." and three digits, as both formats require; -1 for anything else.
 double SecondsOf(const std::string& stamp, char point) {
   const std::size_t hours = stamp.find(':');
   if (hours == std::string::npos || hours < 2 || stamp.size() != hours + 10) return -1;
@@ -159,7 +158,7 @@ void CheckSearch(fuzz::Program& program, const std::string& term, const StringAr
   std::int64_t expected = 0;
   for (const std::string& text : texts) {
     if (!fuzz::IsValidUTF8(text)) return;
-    // Two letters fold beyond ASCII: the Kelvin sign and the long s.
+    // Case folding maps the Kelvin sign and the long s to ASCII.
     if (text.find("\xE2\x84\xAA") != std::string::npos || text.find("\xC5\xBF") != std::string::npos) return;
     expected += Lowercase(text).find(Lowercase(term)) != std::string::npos;
   }

@@ -1,6 +1,5 @@
-// A reply to Search, any bytes at all. However it is cut, the rows agree with each other and with the
-// message, nothing of it is left for the next search, and a list that is written as it should be comes
-// out as it stands.
+// A reply of any bytes to Search: the rows agree with each other and with the message, and the next search,
+// with a well-formed list, shows exactly that list.
 
 #include <cstddef>
 
@@ -21,7 +20,7 @@ void Search(fuzz::Program& program, const std::string& reply) {
   HOLDS(program.form.PushButton2.PersonClicks());
 }
 
-// How often an element or the header ends in a text that holds no ":::" of its own.
+// The number of elements and headers that end in a text without ":::".
 std::int64_t Ends(const std::string& reply) {
   std::int64_t ends = 0;
   for (std::size_t i = 0; i < reply.size(); ++i) {

@@ -4,7 +4,9 @@
 #include <cstdio>
 #include <cstdlib>
 
-// The input of a run has no time to wait.
+#include "ravelyn/commands.h"
+
+// Replaces the one of runtime/await.cpp: no run waits.
 bool IsReadyWithin(int, const Awaited&) { return true; }
 
 namespace fuzz {
@@ -34,7 +36,7 @@ std::string Input::Rest() {
   return rest;
 }
 
-Program::Program() : app(host), form(Window1::Get()) {
+Program::Program() : app(host, kCommands), form(Window1::Get()) {
   host.ticksEachYield = 60 * 60;
   host.prefsFolder = Folder().Path();
   host.calls.clear();

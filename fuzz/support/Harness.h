@@ -1,5 +1,5 @@
-// What the fuzzers share: the claim that must hold, and the program with its form, over a host that
-// keeps all calls and a network that is played in process.
+// Shared by the fuzzers: the check of a claim, and the program with its form, on a host that records all
+// calls and a simulated network.
 #pragma once
 
 #include <cstdint>
@@ -12,21 +12,21 @@
 #include "support/TemporaryFolder.h"
 #include "support/Wire.h"
 
-// Ends the run as a finding, with the claim that does not hold.
+// Aborts with the claim if it does not hold.
 #define HOLDS(claim) ((claim) ? void() : fuzz::DoesNotHold(#claim, __FILE__, __LINE__))
 
 namespace fuzz {
 
 [[noreturn]] void DoesNotHold(const char* claim, const char* file, int line);
 
-// Cuts an input into values from the front; 0 and "" when it has run out.
+// Takes values from the front of an input; 0 and "" once it is empty.
 class Input {
  public:
   Input(const std::uint8_t* data, std::size_t size) : left_(reinterpret_cast<const char*>(data), size) {}
   std::uint8_t Byte();
-  // As far as the next line feed, which is dropped.
+  // The text before the next line feed, which is dropped.
   std::string Line();
-  // All that is left.
+  // The remaining input.
   std::string Rest();
   bool IsOver() const { return left_.empty(); }
 
@@ -34,7 +34,7 @@ class Input {
   std::string_view left_;
 };
 
-// The opened program. Time goes by a minute with every yield, so that no silence is waited for.
+// The opened program. Each yield moves the clock by a minute, so that time-outs pass at once.
 class Program {
  public:
   Program();
@@ -42,10 +42,9 @@ class Program {
   App app;
   Window1& form;
 
-  // Selects row 0 of the track list, which it makes.
+  // Adds a row to the empty track list and selects it.
   void GiveTrack(const std::string& name, const std::string& code);
-  // The texts of the message boxes since the last call. None may speak of an exception that nobody
-  // caught.
+  // The texts of the message boxes since the last call. Checks that none reports an uncaught exception.
   std::vector<std::string> TakeMessages();
 };
 
@@ -53,6 +52,6 @@ class Program {
 const TemporaryFolder& Folder();
 
 bool IsValidUTF8(std::string_view text);
-std::vector<std::string> Lines(std::string_view text);  // each ended by LF; a last piece without one counts
+std::vector<std::string> Lines(std::string_view text);  // each ends with LF, except perhaps the last
 
 }  // namespace fuzz

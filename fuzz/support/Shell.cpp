@@ -1,4 +1,4 @@
-// A shell that runs nothing. All that the program may ever hand to one is the probe's command.
+// A shell that runs nothing, and checks that the program passes it the probe's command only.
 
 #include "runtime/Shell.h"
 

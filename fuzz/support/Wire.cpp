@@ -1,4 +1,4 @@
-// The socket classes over the played network.
+// The socket on the simulated network.
 
 #include "support/Wire.h"
 
@@ -89,23 +89,12 @@ void SocketCore::Poll() {
   if (c->reply->end == wire::End::Reset) fail(ECONNRESET);
 }
 
-// The next step is always due.
+// Never waits: there is always something to handle.
 void SocketCore::Wait(int) const {}
 
 std::size_t SocketCore::BytesToSend() const { return 0; }
 
 bool SocketCore::IsConnected() const { return connection_ && connection_->isConnected; }
-
-std::string_view TCPSocket::Lookahead() const { return std::string_view(received_).substr(receivedFrom_); }
-
-std::string TCPSocket::Read(std::int64_t count) {
-  const std::size_t have = received_.size() - receivedFrom_;
-  const std::size_t take = count < 1 ? have : std::min(static_cast<std::size_t>(count), have);
-  const std::string bytes = received_.substr(receivedFrom_, take);
-  receivedFrom_ += take;
-  if (receivedFrom_ == received_.size()) received_.clear(), receivedFrom_ = 0;
-  return bytes;
-}
 
 void TCPSocket::Write(std::string_view bytes) {
   if (connection_) connections[connection_->index].request.append(bytes);

@@ -1,5 +1,5 @@
-// The network of a fuzzer, played in process: every connection stands at once, gets one reply, and
-// nothing takes time. What the program sends is kept.
+// The simulated network of a fuzzer: every connection is made at once and gets one reply, and nothing takes
+// time. The requests are recorded.
 #pragma once
 
 #include <cstdint>
@@ -14,10 +14,9 @@ enum class End { Close, Reset, Silence };
 struct Reply {
   std::string bytes;
   End end = End::Close;
-  // Bytes that come with each Poll, in turn; what is left comes with the last. A 0 is a Poll in
-  // which nothing comes.
+  // Bytes that arrive in each Poll, 0 for none; the Poll after the last of them receives the rest.
   std::vector<std::size_t> pieces = {};
-  // The end comes with the Poll that brings the last piece, not with the one behind it.
+  // The end comes in the same Poll as the last piece, not in the next one.
   bool endsAtOnce = false;
 };
 
@@ -27,12 +26,12 @@ struct Connection {
   std::string request;
 };
 
-// Since the last Reset, oldest first.
+// All connections since the last Reset, oldest first.
 const std::vector<Connection>& Connections();
-// What each connection is answered, by its request.
+// Forgets all connections; later ones get the reply that answer gives for their request.
 void Reset(std::function<Reply(const std::string& request)> answer);
 
-// "HTTP/1.0 200 OK" and the body, ended by the close.
+// "HTTP/1.0 200 OK" and the body, which ends when the connection closes.
 std::string Page(const std::string& body);
 
 }  // namespace wire

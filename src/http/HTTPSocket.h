@@ -1,9 +1,10 @@
-// An HTTP/1.0 client on a plain TCP connection (RFC 1945). No TLS, no redirects, no chunks: a
-// reply ends at its Content-Length or at the peer's close, and every status is a page.
+// An HTTP/1.0 client over plain TCP (RFC 1945). No TLS, redirects or chunks: a reply ends at its
+// Content-Length or when the peer closes, and a reply with any status is a page.
 //
-// The blocking road takes a time-out in seconds and hands the result back. It counts silence, from the
-// last change of the connection, of what is still to be sent, or of the body in memory; below 1 there
-// is none. The other road returns at once and raises the events while its user calls Wait and Poll.
+// A blocking request takes a time-out in seconds and returns the result. The time-out restarts when the
+// connection is made or lost, when bytes are sent and when the body in memory grows; below 1 there is none.
+// The other requests return at once and raise events while the caller calls Wait and Poll. The program itself
+// only uses the blocking Get into memory, with Yield.
 //
 //   request = method " " path " HTTP/1.0" CRLF headers CRLF CRLF content
 #pragma once
@@ -20,13 +21,13 @@
 #include "runtime/Streams.h"
 #include "runtime/TCPSocket.h"
 
-// ErrorCode beyond 0, none, the socket's LastErrorCode of a connection that never stood, and the errno with
-// which a download's file could not take the bytes (a full disk, a quota).
+// ErrorCode is 0 for no error, the socket's LastErrorCode if no connection was made, the errno of a
+// download's file (a full disk, a quota), or one of these.
 inline constexpr int kErrorTimeOut = -1;
-inline constexpr int kErrorDownloadFile = 1;  // is a folder, or can't be created or opened
-// These two stand in LastErrorCode as well.
-inline constexpr int kErrorBadURL = 10004;         // method or URL hold CR, LF or NUL: not sent
-inline constexpr int kErrorReplyTooLarge = 10005;  // past a limit below: closed, the body dropped
+inline constexpr int kErrorDownloadFile = 1;  // the file is a folder, or cannot be created or opened
+// These two are in LastErrorCode as well.
+inline constexpr int kErrorBadURL = 10004;         // method or URL contains CR, LF or NUL: not sent
+inline constexpr int kErrorReplyTooLarge = 10005;  // a limit below was exceeded: closed, body discarded
 
 class HTTPSocket : public TCPSocket {
  public:
@@ -38,18 +39,18 @@ class HTTPSocket : public TCPSocket {
 
   std::string HTTPProxyAddress;  // "" for none
   std::int64_t HTTPProxyPort = 0;
-  bool Yield = false;  // the wait runs the application's event loop as well
+  bool Yield = false;  // a blocking request also runs the application's event loop
 
-  // The body, or what came of it before the time-out; "" if nothing did.
+  // The body, or what arrived of it before the time-out; "" for none.
   std::string Get(const std::string& url, std::int64_t timeoutSeconds);
   std::string Post(const std::string& url, std::int64_t timeoutSeconds);
   std::string SendRequest(const std::string& method, const std::string& url, std::int64_t timeoutSeconds);
-  // Into file, which is emptied first; true if ErrorCode is 0.
+  // Downloads into file, which is emptied first; true if ErrorCode is 0.
   bool Get(const std::string& url, const FolderItemPtr& file, std::int64_t timeoutSeconds);
   bool Post(const std::string& url, const FolderItemPtr& file, std::int64_t timeoutSeconds);
   bool SendRequest(const std::string& method, const std::string& url, const FolderItemPtr& file,
                    std::int64_t timeoutSeconds);
-  // nil if none came for this request.
+  // nil if no reply arrived.
   HeadersPtr GetHeaders(const std::string& url, std::int64_t timeoutSeconds);
 
   void Get(const std::string& url) { SendRequest("GET", url); }
@@ -60,7 +61,7 @@ class HTTPSocket : public TCPSocket {
   void SendRequest(const std::string& method, const std::string& url) { SendRequest(method, url, nullptr); }
   void SendRequest(const std::string& method, const std::string& url, const FolderItemPtr& file);
 
-  // Raised where they are set; on the blocking road only the two of authentication are.
+  // The events; may be empty. A blocking request only raises the two of authentication.
   std::function<void()> Connected;
   std::function<void(const InternetHeaders& headers, int status)> HeadersReceived;
   std::function<void(std::int64_t soFar, std::int64_t total, const std::string& newData)> ReceiveProgress;
@@ -68,29 +69,29 @@ class HTTPSocket : public TCPSocket {
       PageReceived;
   std::function<void(const std::string& url, int status, HeadersPtr, const FolderItemPtr&)> DownloadComplete;
   std::function<void(int code)> Error;
-  // True once name and password are filled in: the request is sent again, as often as it takes.
+  // Fills in name and password and returns true to send the request again. Raised for every challenge.
   using Credentials = std::function<bool(const std::string& realm, const InternetHeaders& headers,
                                          std::string& name, std::string& password)>;
   Credentials AuthenticationRequired;
   Credentials ProxyAuthenticationRequired;
 
   int ErrorCode() const { return mErrorCode; }
-  // Of the last reply, until the next connection stands; 0 and nil before the first.
+  // Of the last reply, until the next connection is made; 0 and nil before the first.
   int HTTPStatusCode() const { return _httpStatusCode; }
   HeadersPtr PageHeaders() const;
   HeadersPtr GetRequestHeaders() const { return requestHeaders; }
   void ClearRequestHeaders();
-  // A value of "" deletes the header. CR, LF and NUL in a value are dropped.
+  // An empty value deletes the header. CR, LF and NUL in a value are dropped.
   void SetRequestHeader(const std::string& name, const std::string& value);
   void SetRequestContent(const std::string& content, const std::string& contentType);
   [[deprecated("use SetRequestContent")]] void SetPostContent(const std::string& content,
                                                               const std::string& contentType);
-  void SetFormData(const std::optional<Dictionary>& form);  // nullopt is nil: no content
+  void SetFormData(const std::optional<Dictionary>& form);  // nullopt removes the content
   std::string EncodeFormData(const Dictionary& form) const;
   void SetError(int code);
   void WaitForPage();
 
-  // The pieces of authentication (RFC 2617).
+  // Parts of authentication (RFC 2617).
   Dictionary _ParseAuthenticationParams(const std::string& text) const;
   std::string _CreateAuthenticationData(const std::string& scheme, const std::string& name,
                                         const std::string& password, const Dictionary& params);
@@ -108,7 +109,7 @@ class HTTPSocket : public TCPSocket {
   void _DoConnect(const std::string& url, const std::string& action, FolderItemPtr file);
   void _ParseURL(const std::string& url);
   bool _SetDownloadFile(const FolderItemPtr& file);
-  // The errno if the file could not be closed well, 0 if it could.
+  // Closes the file; gives the errno of a failure, or 0.
   int _KillDownloadStream();
   void _SendRequest(const std::string& action);
   void _HandleNewData();
@@ -117,22 +118,24 @@ class HTTPSocket : public TCPSocket {
   void _ProcessPage();
   bool _SetAuthentication(const std::string& kind);
   void Refuse(int code);
+  // CR, LF and NUL: they could add lines to a request.
+  static bool BreaksLines(char c) { return c == '\r' || c == '\n' || c == '\0'; }
   bool KeepsWithinLimits();
   std::string PageText();
 
   int mErrorCode = 0;
   HeadersPtr requestHeaders;
   bool synchronous = false;
-  bool threadProtection = false;  // turns away a second _HandleNewData while one runs
+  bool threadProtection = false;  // ignores a nested _HandleNewData
   std::int64_t timeoutSeconds = 0;
-  std::string _authenticationKey;  // stays for later requests of this object
+  std::string _authenticationKey;  // kept for later requests
   std::string _proxyAuthenticationKey;
   std::string _lastServerNonce;
-  std::optional<Dictionary> _Nonces;  // how often each server nonce was used
+  std::optional<Dictionary> _Nonces;  // uses of each server nonce
   bool _connectionValid = false;
-  std::int64_t _contentlength = 0;  // bytes of the body still to come
+  std::int64_t _contentlength = 0;  // bytes of the body that are missing
   std::int64_t _currentLength = 0;  // bytes of the body so far
-  std::int64_t _totalLength = 0;    // as declared; 0 if it was not
+  std::int64_t _totalLength = 0;    // declared bytes of the body; 0 if none
   std::int64_t _DefaultPort = 0;
   FolderItemPtr _downloadFile;
   std::shared_ptr<BinaryStream> _downloadStream;
@@ -141,7 +144,7 @@ class HTTPSocket : public TCPSocket {
   std::shared_ptr<MemoryBlock> _pageBuffer;
   std::shared_ptr<BinaryStream> _pageBufferStream;
   bool _pageComplete = false;
-  HeadersPtr _pageHeaders;  // nil until they have been parsed
+  HeadersPtr _pageHeaders;  // nil until parsed
   HeaderEnd _headerEnd;
   std::string _path;
   std::string _postContent;

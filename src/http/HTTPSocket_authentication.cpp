@@ -1,5 +1,5 @@
-// Basic and Digest authentication (RFC 2617): a challenge is answered with a name and a password
-// that the user of the class gives, and the request is sent again.
+// Basic and Digest authentication (RFC 2617): the caller provides name and password for a challenge, and the
+// request is sent again.
 
 #include "http/HTTPSocket.h"
 #include "runtime/Application.h"
@@ -10,8 +10,8 @@
 
 namespace {
 
-// The parameters of a challenge, one item each and without blanks around it, in the form
-// name="value": a value that came without quotation marks gets them.
+// The parameters of a challenge, one item each, trimmed, in the form name="value": quotation marks are added
+// to a value without them.
 StringArray CutChallenge(std::string_view text) {
   StringArray items;
   std::string item;

@@ -1,11 +1,11 @@
-// Form data as the body of a request.
+// Form data as the content of a request.
 
 #include "http/HTTPSocket.h"
 #include "runtime/Text.h"
 
 namespace {
 
-// Whole-string replacement in this order: "%" first, so that an escape is not escaped again.
+// Replaces one character of kEscaped after another, "%" first, so that no escape is escaped again.
 std::string _EncodeURLString(std::string text) {
   constexpr std::string_view kEscaped = "%&=,/\\][{}`~-_()*^$#!+;<>\r\n";
   for (const char c : kEscaped) {

@@ -1,4 +1,4 @@
-// The reply: a state machine over incoming bytes, whose only state is whether the headers are there.
+// The reply: a state machine over incoming bytes. Its only state is whether the headers are complete.
 
 #include <algorithm>
 #include <climits>
@@ -9,7 +9,7 @@
 #include "runtime/exceptions.h"
 
 namespace {
-constexpr std::int64_t kBegun = 1 << 20;  // bytes
+constexpr std::int64_t kReserveFrom = 1 << 20;  // bytes of the body
 }
 
 void HTTPSocket::Event_Connected() {
@@ -54,7 +54,7 @@ void HTTPSocket::_HandleNewData() {
   if (!synchronous && HeadersReceived) HeadersReceived(*_pageHeaders, _httpStatusCode);
   Read(Len(_headerEnd.Eol()) * 2);
   if (_pageHeaders->_HasHeader("content-length")) {
-    // Below 1 it bounds nothing; the least of all numbers could not shrink any more.
+    // Below 1 means no length; clamping also prevents overflow.
     _contentlength = std::max<std::int64_t>(ToInteger(CDbl(_pageHeaders->Value("content-length"))), 0);
   }
   _ProcessData(_contentlength != 0 ? Read(_contentlength) : ReadAll());
@@ -71,7 +71,7 @@ void HTTPSocket::_ParseHeaders(const std::string& text) {
   }
 }
 
-// The limit is on what stands in memory; a file may grow as the disk allows.
+// The limit applies to a body in memory only; a file may fill the disk.
 bool HTTPSocket::KeepsWithinLimits() {
   if (_downloadStream || _currentLength <= kLargestBody) return true;
   Close();
@@ -87,15 +87,14 @@ void HTTPSocket::_ProcessData(const std::string& data) {
   _currentLength += LenB(data);
   _contentlength -= LenB(data);
   if (!KeepsWithinLimits()) return;
-  // A body that has really begun to come gets the room that it announced, so that it is not moved
-  // again and again as it grows.
-  if (!_downloadStream && _currentLength >= kBegun && _totalLength <= kLargestBody) {
+  // Reserves the declared length once part of the body has arrived, so that growth does not move it.
+  if (!_downloadStream && _currentLength >= kReserveFrom && _totalLength <= kLargestBody) {
     _pageBuffer->Bytes().reserve(static_cast<std::size_t>(std::max<std::int64_t>(_totalLength, 0)));
   }
   try {
     (_downloadStream ? _downloadStream : _pageBufferStream)->Write(data);
   } catch (const IOException& e) {
-    // The disk is full, say: nothing more can be kept of this download.
+    // Such as a full disk: the download ends.
     Close();
     _KillDownloadStream();
     return SetError(e.ErrorNumber());
@@ -121,7 +120,7 @@ void HTTPSocket::_ProcessPage() {
   }
 }
 
-// Hands the body over instead of copying it; the buffer is empty until the next request.
+// Moves the body out; the buffer is empty until the next request.
 std::string HTTPSocket::PageText() {
   if (_currentLength < 1) return "";
   std::string text;

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 bool HeaderEnd::FindIn(std::string_view text) {
-  // A sequence of up to four bytes may have begun in what was seen before.
+  // A sequence of up to four bytes may start in the bytes seen before.
   const std::size_t from = seen_ - std::min<std::size_t>(seen_, 3);
   const std::string_view fresh = text.substr(from);
   seen_ = text.size();

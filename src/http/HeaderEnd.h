@@ -1,5 +1,5 @@
-// Finds the blank line behind a block of headers that arrives in pieces, looking at every byte a
-// bounded number of times however small the pieces are.
+// Finds the blank line after headers that arrive in pieces. Reads each byte a bounded number of times,
+// however small the pieces are.
 #pragma once
 
 #include <string>
@@ -8,10 +8,10 @@
 class HeaderEnd {
  public:
   void Reset() { *this = HeaderEnd(); }
-  // text is all that has come so far. True once a doubled line end stands in it: first that of the
-  // line end that text has (CR LF before LF before CR), then of LF, of CR LF, of CR.
+  // text is everything so far. True once it contains two line ends in a row, tried in this order: the text's
+  // own (CR LF before LF before CR), LF, CR LF, CR.
   bool FindIn(std::string_view text);
-  // Where the first of the two line ends starts, from 0, and which line end it is.
+  // Offset of the first of the two line ends, and which line end it is.
   std::size_t Position() const { return position_; }
   const std::string& Eol() const { return eol_; }
 

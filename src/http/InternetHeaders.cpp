@@ -38,7 +38,7 @@ void InternetHeaders::SetHeader(const std::string& name, const std::string& valu
   }
 }
 
-// The last one goes first, so that no gap is open while the yield lets others look.
+// From the last to the first: there is no gap while a yield lets others read the headers.
 void InternetHeaders::Delete(const std::string& name) {
   while (const std::int64_t count = NameCount(name)) {
     RemoveLast(name, count);

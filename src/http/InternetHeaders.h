@@ -1,12 +1,12 @@
-// A collection of named header lines, for HTTP and for e-mail. Names are matched without regard to
-// case, repeated names are kept in order, and folded lines are joined.
+// A collection of named header lines, for HTTP and e-mail. Names ignore case, repeated names keep their
+// order, and folded lines are joined. The program itself only uses the HTTP form.
 //
-//   text   = line *( eol line )          eol is CR LF, LF or CR, whichever the text holds first
-//   line   = name ":" blanks value       in that order of preference; a line without a colon,
-//          | ( " " | TAB ) more          such as a status line, is passed over
+//   text   = line *( eol line )          eol is the first of CR LF, LF and CR that the text contains;
+//   line   = name ":" blanks value       a line without a colon, such as a status line, is skipped
+//          | ( " " | TAB ) more
 //
-// What walks the headers yields at each of them. The headers of one name have the indexes 0, 1, 2, ...
-// without a gap. A name holds no colon; what follows one in a given name is dropped.
+// Every loop over headers yields at each of them. The headers of one name have the indexes 0, 1, 2, ...
+// without a gap. A colon in a given name, and everything after it, is dropped.
 #pragma once
 
 #include <cstdint>
@@ -18,45 +18,45 @@
 class InternetHeaders {
  public:
   std::int64_t Count() const { return _Headers.Count(); }
-  // One more header of this name, at its next index.
+  // Adds a header at the next index of its name.
   void AppendHeader(const std::string& name, const std::string& value);
-  // The one value of name from now on.
+  // Makes value the only one of name.
   void SetHeader(const std::string& name, const std::string& value);
-  // The value at this index; an index that is still free becomes the next one.
+  // Sets the value at this index; for a free index, appends it.
   void SetHeader(const std::string& name, const std::string& value, std::int64_t index);
-  // Removes all headers of name, or one, and moves the later ones down. Absent ones do no harm.
+  // Removes all headers of name, or one, and renumbers the later ones. An absent one is no error.
   void Delete(const std::string& name);
   void Delete(const std::string& name, std::int64_t index);
-  // The text that was parsed stays the Source.
+  // Source stays the same after parsing.
   void DeleteAllHeaders();
 
-  // Name and value at a position over all names, from 0; "" beyond the end.
+  // Name and value at a position among all headers, from 0; "" out of range.
   std::string Name(std::int64_t position) const;
   std::string Value(std::int64_t position) const;
-  // An index below 1 is the first of its name; "" if there is none.
+  // The value at this index of its name, the first for an index below 1; "" if there is none.
   std::string Value(const std::string& name) const { return Value(name, 0); }
   std::string Value(const std::string& name, std::int64_t index) const;
   std::int64_t NameCount(const std::string& name) const;
   // All values of name joined by ", ".
   std::string CommaSeparatedValues(const std::string& name) const;
-  // The text that was parsed, also after later changes; for a collection built by hand its HTTP form.
+  // The parsed text, unaffected by later changes; the HTTP form if nothing was parsed.
   std::string Source() const;
 
   // key is a name, or a name, a colon and an index from 1.
   bool _HasHeader(const std::string& key) const { return _Headers.HasKey(key); }
-  // Replaces the contents by what text holds.
+  // Replaces all headers by those in text.
   void _ParseHeaders(const std::string& text);
-  // Lines "Name: value" with CR LF between them and none at the end.
+  // Lines "Name: value", separated by CR LF.
   std::string _FormatHTTPHeaders() const;
   // The same in the traditional order of mail headers, without BCC.
   std::string _FormatEmailHeaders() const;
   static std::string _DetermineEOLCharacter(std::string_view text);
 
  private:
-  // Of the count that it has.
+  // Removes the last of the `count` headers of name.
   void RemoveLast(const std::string& name, std::int64_t count);
   Dictionary _Headers;  // under "X", "X:1", "X:2", ...
   std::string _rawHeaders;
-  // How many headers a name has, by its lower-case form: what the keys tell, without the walk.
+  // The number of headers of each name, which is in lower case: saves counting keys.
   std::unordered_map<std::string, std::int64_t> counts_;
 };

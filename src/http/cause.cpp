@@ -10,13 +10,13 @@ namespace {
 
 constexpr std::size_t kLongestCause = 200;  // bytes
 
-std::string NamedCause(const InternetHeaders& headers) {
+std::string ReportedCause(const InternetHeaders& headers) {
   const std::string cause = headers.Value("Ravelyn-Cause").substr(0, kLongestCause);
   const auto isPrintable = [](char c) { return c >= ' ' && c <= '~'; };
   return std::all_of(cause.begin(), cause.end(), isPrintable) ? cause : "";
 }
 
-// A length of 0 is a whole reply, and one without a length ends wherever the peer closes.
+// A reply of length 0, or without a length, is complete however early it ends.
 bool IsWhole(const HTTPSocket& socket) {
   const auto headers = socket.PageHeaders();
   return socket.HTTPStatusCode() != 0 && !(headers && Val(headers->Value("Content-length")) > 0);
@@ -34,8 +34,8 @@ std::string OwnCause(const HTTPSocket& socket) {
 
 std::string CauseOf(const HTTPSocket& socket, const std::string& body) {
   const auto headers = socket.PageHeaders();
-  std::string named = headers ? NamedCause(*headers) : "";
-  if (!named.empty()) return named;
+  std::string reported = headers ? ReportedCause(*headers) : "";
+  if (!reported.empty()) return reported;
   const bool isForeign = !headers || headers->Value("Ravelyn-Cause").empty();
   if (isForeign && socket.HTTPStatusCode() >= 400)
     return "What answers at " + socket.Address + ":" + Str(socket.Port) +

@@ -2,11 +2,8 @@
 
 #include <algorithm>
 #include <cassert>
-#include <chrono>
 #include <utility>
 
-#include "runtime/Control.h"
-#include "runtime/Numbers.h"
 #include "runtime/Window.h"
 #include "runtime/exceptions.h"
 
@@ -14,31 +11,7 @@ namespace {
 
 Application* current = nullptr;
 
-std::int64_t SteadyTicks() {
-  const auto now = std::chrono::steady_clock::now().time_since_epoch();
-  return std::chrono::duration_cast<std::chrono::duration<std::int64_t, std::ratio<1, 60>>>(now).count();
-}
-
 }  // namespace
-
-std::int64_t Platform::Ticks() { return SteadyTicks(); }
-bool Platform::CanEdit(EditAction) {
-  const Control* focus = current ? current->FocusedControl() : nullptr;
-  return focus && focus->Kind() == ControlKind::TextField;
-}
-Platform* Platform::Current() { return current ? &current->Host() : nullptr; }
-
-std::int64_t Ticks() { return current ? current->Host().Ticks() : SteadyTicks(); }
-void MsgBox(const std::string& text, const std::string& cause) {
-  Application& app = Application::Current();
-  app.AwaitUser([&] { app.Host().MessageBox(text, cause); });
-}
-std::optional<std::string> AskSavePath(const std::string& filter, const std::string& name) {
-  std::optional<std::string> path;
-  if (current) current->AwaitUser([&] { path = current->Host().AskSavePath(filter, name); });
-  return path;
-}
-void ShowURL(const std::string& address) { Application::Current().Host().ShowURL(address); }
 
 void RuntimeBackgroundTask() {
   if (!current) return;
@@ -189,7 +162,7 @@ void Application::CloseWindow(Window& window) {
     if (frame.owner == &window || frame.endsWith == window.Name()) End(frame);
   }
   std::erase_if(posted_, [&](const Posted& posted) { return posted.owner == &window; });
-  if (focus_ && &focus_->Owner() == &window) focus_ = nullptr;
+  if (std::ranges::count(window.Controls(), focus_) > 0) focus_ = nullptr;
   std::erase(activated_, &window);
   host_.WindowClosed(window);
   if (frames_.empty()) closed_.clear();

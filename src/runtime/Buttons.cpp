@@ -3,7 +3,7 @@
 #include "runtime/Window.h"
 
 bool Button::PersonClicks() {
-  if (!TakesPerson()) return true;
+  if (!IsUsable()) return true;
   TakeClick();
   Raise([this] { RaiseAction(); });
   return true;

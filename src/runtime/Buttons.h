@@ -1,4 +1,4 @@
-// The controls that raise Action: buttons, check boxes and radio buttons.
+// Controls that raise Action: buttons, check boxes and radio buttons.
 #pragma once
 
 #include "runtime/Control.h"
@@ -13,7 +13,7 @@ class Button : public Control {
  protected:
   using Control::Control;
   void TakeInitialText(const std::string& text) override { caption_ = text; }
-  // What a click does to the value before Action is raised.
+  // Changes the value on a click, before Action is raised.
   virtual void TakeClick() {}
   void RaiseAction() {
     if (Action) Action();
@@ -37,9 +37,9 @@ class CheckBox : public Button {
  public:
   explicit CheckBox(Window& owner) : Button(owner, ControlKind::CheckBox) {}
   bool Value() const { return value_; }
-  // A change raises Action, as a click does.
+  // Raises Action if the value changes.
   void SetValue(bool value);
-  // The value that the box starts with; raises nothing.
+  // Sets the initial value; raises nothing.
   void StartWith(bool value) { value_ = value; }
 
  private:
@@ -47,13 +47,13 @@ class CheckBox : public Button {
   bool value_ = false;
 };
 
-// The radio buttons of one window are one group: one that goes on puts the others off, and a
-// button that goes off raises nothing.
+// The radio buttons of a window form one group: switching one on switches the others off. Switching off
+// raises nothing.
 class RadioButton : public Button {
  public:
   explicit RadioButton(Window& owner) : Button(owner, ControlKind::RadioButton) {}
   bool Value() const { return value_; }
-  // Going on raises Action.
+  // Raises Action if it switches on.
   void SetValue(bool value);
 
  private:

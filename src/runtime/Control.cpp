@@ -1,6 +1,5 @@
 #include "runtime/Control.h"
 
-#include "runtime/Application.h"
 #include "runtime/Window.h"
 
 Control::Control(Window& owner, ControlKind kind) : owner_(owner), kind_(kind) {
@@ -18,18 +17,15 @@ void Control::Construct(const Placement& row) {
   TakeInitialText(row.text);
 }
 
-void Control::SetFocus() {
-  owner_.Owner().NoteFocus(this);
-  owner_.Owner().Host().ControlFocused(*this);
-}
+void Control::SetFocus() { owner_.MoveFocus(*this); }
 
 void Control::Changed() {
   if (owner_.OnChange) owner_.OnChange(*this);
 }
 
-void Control::Raise(const std::function<void()>& handler) { owner_.Owner().Dispatch(&owner_, handler); }
+void Control::Raise(const std::function<void()>& handler) { owner_.Raise(handler); }
 
 bool Canvas::PersonClicksAt(int x, int y) {
-  if (TakesPerson() && MouseDown) Raise([this, x, y] { MouseDown(x, y); });
+  if (IsUsable() && MouseDown) Raise([this, x, y] { MouseDown(x, y); });
   return true;
 }

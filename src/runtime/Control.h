@@ -1,12 +1,12 @@
-// A control as data. The code sets its values, a person's deeds come in by the Person... calls,
-// and both take the same road to the owner's handlers and to the view. A value set anew by code
-// raises nothing; a click always acts. Nothing a person does reaches a disabled or hidden control.
+// A control as data. Code sets its values; what the user does arrives by calls of its own; both reach the
+// owner's handlers and the view in the same way. Code that sets a value to what it is raises nothing; a click
+// always acts. User actions on a disabled or hidden control have no effect.
 #pragma once
 
-#include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
+
+#include "runtime/Placement.h"
 
 class Window;
 
@@ -21,37 +21,6 @@ enum class ControlKind {
   Listbox,
   Canvas,
   Line
-};
-
-enum class Align { Left, Center };
-
-// What only a view reads: set at construction and never changed.
-struct Look {
-  int fontSize = 0;  // points; 0 is the system's own size
-  bool italic = false;
-  std::optional<std::uint32_t> color = std::nullopt;  // 0xRRGGBB; nullopt is the system's own
-  Align align = Align::Left;
-  bool selectable = false;     // a label whose text can be selected
-  bool multiline = false;      // a label of several lines
-  bool defaultButton = false;  // Return presses it: in the text field before it in the tab order,
-                               // and, for the first of a window, wherever no field has its own
-  bool startsCommand = false;  // a button that is of no use while a command runs
-  bool spellCheck = false;
-  std::string placeholder = {};  // shown in a text field while it is empty
-  std::string spoken = {};       // what a screen reader calls a control without caption and label
-};
-
-class Control;
-
-// One row of a window's table: where the control stands, in points from the window's upper left
-// corner, and the caption or text that it starts with.
-struct Placement {
-  Control& control;
-  const char* name;
-  int left, top, width, height;
-  int tab = -1;  // index in the tab order; -1 for none
-  std::string text = {};
-  Look look = {};
 };
 
 class Control {
@@ -80,19 +49,19 @@ class Control {
   void SetEnabled(bool enabled) { Set(enabled_, enabled); }
   void SetVisible(bool visible) { Set(visible_, visible); }
 
-  // Puts the focus here and tells the host.
+  // Moves the focus here, on the screen too.
   void SetFocus();
-  // The person clicks on it; false for a control that takes no clicks.
+  // The user clicks on it; false for a control that takes no clicks.
   virtual bool PersonClicks() { return false; }
 
  protected:
   friend class Window;
-  virtual void Construct(const Placement& row);
+  void Construct(const Placement& row);
   virtual void TakeInitialText(const std::string&) {}
-  bool TakesPerson() const { return enabled_ && visible_; }
-  // Tells the view that a value has changed.
+  bool IsUsable() const { return enabled_ && visible_; }
+  // Reports a changed value to the view.
   void Changed();
-  // An event of the person's, with the owner window as the one that handles it.
+  // Runs the handler of an event that the user caused, as one of the owner window.
   void Raise(const std::function<void()>& handler);
   template <typename T>
   void Set(T& member, T value) {
@@ -112,8 +81,8 @@ class Control {
   bool visible_ = true;
 };
 
-// A thin line from one point to another, in points from the window's upper left corner. In its
-// placement left and top are X1 and Y1, width and height X2 and Y2.
+// A thin line between two points, measured from the window's upper left corner. In its placement left and top
+// are X1 and Y1, width and height X2 and Y2.
 class Line : public Control {
  public:
   explicit Line(Window& owner) : Control(owner, ControlKind::Line) {}
@@ -123,13 +92,12 @@ class Line : public Control {
   int Y2() const { return Height(); }
 };
 
-// Shows a picture; the text of its placement is the picture's file name among the resources.
+// Shows a picture. The text of its placement is the picture's file name among the resources.
 class Canvas : public Control {
  public:
   explicit Canvas(Window& owner) : Control(owner, ControlKind::Canvas) {}
   const std::string& Backdrop() const { return backdrop_; }
-  void SetBackdrop(const std::string& file) { Set(backdrop_, file); }
-  // X and Y in points from the canvas's corner. The result says whether the click was dealt with.
+  // x and y in points from the canvas's upper left corner. Returns whether it has handled the click.
   std::function<bool(int x, int y)> MouseDown;
   bool PersonClicks() override { return PersonClicksAt(0, 0); }
   bool PersonClicksAt(int x, int y);

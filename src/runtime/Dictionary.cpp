@@ -13,7 +13,7 @@ Dictionary::Dictionary(const std::vector<std::pair<Variant, Variant>>& pairs) {
   for (const auto& [key, value] : pairs) SetValue(key, value);
 }
 
-// The mark in front keeps the Integer 5 and the String "5" apart.
+// The prefix distinguishes the Integer 5 from the String "5".
 std::string Dictionary::Folded(const Variant& key) {
   if (const auto* text = std::get_if<std::string>(&key)) return "s" + Lowercase(*text);
   return "i" + ToString(key);

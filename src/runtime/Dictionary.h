@@ -1,6 +1,5 @@
-// A map from a key to a value, both a String or an Integer. String keys are compared without
-// regard to the case of ASCII letters. Key(index) goes in order of insertion; a write to an
-// existing key keeps its place and its spelling.
+// A map whose keys and values are each a String or an Integer. String keys ignore the case of ASCII letters.
+// Key(index) follows the order of insertion; a write to an existing key keeps its position and its spelling.
 #pragma once
 
 #include <cstdint>
@@ -22,13 +21,13 @@ class Dictionary {
 
   std::int64_t Count() const { return static_cast<std::int64_t>(places_.size()); }
   bool HasKey(const Variant& key) const { return places_.contains(Folded(key)); }
-  // From 0. OutOfBoundsException for an index that is not there.
+  // index counts from 0. OutOfBoundsException for an absent index.
   const Variant& Key(std::int64_t index) const;
-  // OutOfBoundsException for a key that is not there; Lookup gives fallback instead.
+  // OutOfBoundsException for an absent key; Lookup gives fallback instead.
   const Variant& Value(const Variant& key) const;
   Variant Lookup(const Variant& key, const Variant& fallback) const;
   void SetValue(const Variant& key, Variant value);
-  // A key that is not there is no error.
+  // An absent key is no error.
   void Remove(const Variant& key);
   void Clear();
 
@@ -37,7 +36,7 @@ class Dictionary {
   static std::string Folded(const Variant& key);
   void Compact() const;
 
-  // Removing leaves a gap, which the next look-up by index closes.
+  // Remove leaves a gap, which the next look-up by index closes.
   mutable std::vector<Entry> entries_;
   mutable std::unordered_map<std::string, std::size_t> places_;
 };

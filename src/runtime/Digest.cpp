@@ -24,7 +24,7 @@ const std::array<std::uint32_t, 64>& Sines() {
   return table;
 }
 
-// Which word of the block a step takes, and how the first three registers are mixed.
+// The word of the block that a step takes, and its mix of three registers.
 std::size_t WordOf(std::size_t step) {
   switch (step / 16) {
     case 0:

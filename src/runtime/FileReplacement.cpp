@@ -24,7 +24,7 @@ std::string FolderOf(const std::string& path) {
 
 std::string NameOf(const std::string& path) { return path.substr(path.find_last_of('/') + 1); }
 
-// Follows the links that path itself ends in, also to a place where nothing stands yet.
+// Follows the links that path itself ends in, also to a target that does not exist yet.
 std::string WithoutLinks(std::string path) {
   for (int i = 0; i < kMostLinks; ++i) {
     char target[PATH_MAX];
@@ -36,7 +36,7 @@ std::string WithoutLinks(std::string path) {
   throw IOException(ELOOP);
 }
 
-std::string FreshName() {
+std::string UnusedName() {
   static constexpr char kLetters[] = "abcdefghijklmnopqrstuvwxyz0123456789";
   std::random_device random;
   std::string name = ".ravelyn-";
@@ -44,8 +44,7 @@ std::string FreshName() {
   return name;
 }
 
-// The reader of a pipe may go. That is an error, not the end of the program: the signal that comes with it is
-// held back and taken away.
+// A pipe without a reader is an error and must not kill the program: SIGPIPE is blocked and then consumed.
 ssize_t WriteWithoutSignal(int descriptor, std::string_view bytes) {
   sigset_t pipe, before;
   ::sigemptyset(&pipe);
@@ -61,8 +60,8 @@ ssize_t WriteWithoutSignal(int descriptor, std::string_view bytes) {
   return written;
 }
 
-// A pipe takes bytes when its reader likes. Meanwhile the events come, and the user can leave.
-void AwaitRoom(int descriptor) {
+// Delivers events until a full pipe takes bytes again; the user can quit meanwhile.
+void AwaitWritable(int descriptor) {
   RuntimeBackgroundTask();
   AwaitCooperatively(kForever, {descriptor, false, true});
 }
@@ -74,7 +73,7 @@ void WriteAll(int descriptor, std::string_view bytes) {
     const ssize_t written = WriteWithoutSignal(descriptor, bytes);
     if (written < 0 && errno == EINTR) continue;
     if (written < 0 && errno == EAGAIN) {
-      AwaitRoom(descriptor);
+      AwaitWritable(descriptor);
       continue;
     }
     if (written < 0) throw IOException(errno);
@@ -91,7 +90,7 @@ FileReplacement::FileReplacement(const std::string& path) : target_(WithoutLinks
   if (folder_ < 0) throw IOException(errno);
   const bool plain = !targetExists_ || S_ISREG(old_.st_mode);
   if (plain && targetExists_ && ::faccessat(folder_, NameOf(target_).c_str(), W_OK, AT_EACCESS) != 0) {
-    throw IOException(errno);  // a file that the person has locked stays as it is
+    throw IOException(errno);  // a read-only file is not replaced
   }
   if (!plain || !OpenBeside()) OpenInPlace();
 }
@@ -103,7 +102,7 @@ FileReplacement::~FileReplacement() {
 }
 
 bool FileReplacement::OpenBeside() {
-  beside_ = FreshName();
+  beside_ = UnusedName();
   descriptor_ =
       ::openat(folder_, beside_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
   const int error = errno;
@@ -125,7 +124,7 @@ bool FileReplacement::TakeModeAndOwner() {
 }
 
 void FileReplacement::OpenInPlace() {
-  // O_NONBLOCK: a pipe that nobody has opened for reading is an error, not a wait.
+  // O_NONBLOCK: a pipe without a reader is an error instead of a wait.
   descriptor_ = ::openat(folder_, NameOf(target_).c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
   if (descriptor_ < 0) throw IOException(errno);
 }
@@ -140,7 +139,7 @@ void FileReplacement::Write(std::string_view bytes) {
 
 void FileReplacement::Commit() {
   if (beside_.empty()) return CommitInPlace();
-  // The bytes reach the disk before the name does, so that a power cut leaves one whole file.
+  // The bytes reach the disk before the name, so that a power cut leaves one of the two files whole.
   if (::fsync(descriptor_) != 0 && errno != EINVAL) throw IOException(errno);
   const int closed = ::close(descriptor_);
   descriptor_ = -1;
@@ -150,7 +149,7 @@ void FileReplacement::Commit() {
 }
 
 void FileReplacement::CommitInPlace() {
-  // Room is reserved first: a full disk is told while the old bytes still stand.
+  // Space is reserved first, so that a full disk is reported before the old bytes are lost.
   const auto size = static_cast<off_t>(inPlace_.size());
   if (S_ISREG(old_.st_mode) && size > old_.st_size) {
     if (const int error = ::posix_fallocate(descriptor_, 0, size); error != 0 && error != EOPNOTSUPP) {

@@ -1,4 +1,4 @@
-// One file being written to take another's place (see TextOutputStream for what it promises).
+// One file that is written to replace another (see TextOutputStream for the guarantees).
 #pragma once
 
 #include <sys/stat.h>
@@ -6,15 +6,15 @@
 #include <string>
 #include <string_view>
 
-// All bytes to an open file; raises IOException. Where a pipe that doesn't block takes no more, events are
-// delivered until it does.
+// Writes all bytes to an open file; raises IOException. Delivers events while a pipe is full.
 void WriteAll(int descriptor, std::string_view bytes);
 
 class FileReplacement {
  public:
-  // Raises IOException if neither road is open. path may end in links; they are resolved here.
+  // Resolves the links that path ends in. Raises IOException if the file can be written neither beside the
+  // target nor in place.
   explicit FileReplacement(const std::string& path);
-  // Discards what was not committed.
+  // Discards what has not been committed.
   ~FileReplacement();
   FileReplacement(const FileReplacement&) = delete;
   FileReplacement& operator=(const FileReplacement&) = delete;
@@ -32,8 +32,8 @@ class FileReplacement {
   std::string target_;
   bool targetExists_ = false;
   struct stat old_ {};
-  int folder_ = -1;  // the target's folder, so that a rename of it in between does no harm
+  int folder_ = -1;  // the target's folder, held open so that renaming it does no harm
   int descriptor_ = -1;
-  std::string beside_;   // name within the folder; "" while writing in place
-  std::string inPlace_;  // the bytes to be written in place
+  std::string beside_;   // name of the new file in the folder; "" while writing in place
+  std::string inPlace_;  // the bytes to write in place
 };

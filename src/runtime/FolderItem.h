@@ -1,4 +1,4 @@
-// A place in the file system, whether something stands there or not. Paths are bytes.
+// A path in the file system, whether anything exists there or not. Paths are bytes.
 #pragma once
 
 #include <memory>
@@ -17,18 +17,17 @@ class FolderItem {
   const std::string& Path() const { return path_; }
   // The last component.
   std::string Name() const;
-  // The entry of that name in this folder, whether it exists or not; nil for a name that is no
-  // plain file name, so that no name leads out of the folder.
+  // The entry of that name in this folder, existing or not; nil for a name that leads out of the folder.
   FolderItemPtr Child(const std::string& name) const;
   bool Exists() const;
   bool Directory() const;
 
-  // Opens a stream that replaces the file when it is closed (see TextOutputStream); nil if that is
-  // not possible, with the errno in LastErrorCode.
+  // Opens a stream that replaces the file on Close (see TextOutputStream). On failure nil, with the errno in
+  // LastErrorCode.
   std::shared_ptr<TextOutputStream> CreateTextFile();
-  // Opens an existing file for reading; nil for anything that can't be read as a file.
+  // Opens an existing file for reading. On failure nil, with the errno in LastErrorCode.
   std::shared_ptr<TextInputStream> OpenAsTextFile();
-  // Opens the file in the application that the system has for its kind, in front if activate.
+  // Opens the file in the system's application for its type. The host decides whether it comes to the front.
   void Launch(bool activate) const;
   // The errno of the last failed operation on this object; 0 if there was none.
   int LastErrorCode() const { return lastError_; }
@@ -40,15 +39,9 @@ class FolderItem {
 };
 
 namespace SpecialFolder {
-// The folder for this person's settings; nil if there is none.
+// The folder for the user's settings; nil if there is none.
 FolderItemPtr Preferences();
 }  // namespace SpecialFolder
 
-// The system's save dialog, modal; nil if the person cancels. The name that is offered is
-// defaultName made a plain file name by PlainFileName.
+// The system's modal save dialog; nil if the user cancels. It suggests PlainFileName(defaultName).
 FolderItemPtr GetSaveFolderItem(const std::string& filter, const std::string& defaultName);
-
-// name without anything that could lead elsewhere or disguise it: separators, control characters,
-// bidirectional controls, bytes that are no UTF-8 and leading dots become "_", an empty base too.
-// At most 200 bytes, cut at a character, with the extension kept.
-std::string PlainFileName(const std::string& name);

@@ -2,17 +2,17 @@
 
 #include "runtime/exceptions.h"
 
-Listbox::Listbox(Window& owner, ListLook look)
-    : Control(owner, ControlKind::Listbox), list_(std::move(look)) {}
+Listbox::Listbox(Window& owner, ListLook layout)
+    : Control(owner, ControlKind::Listbox), layout_(std::move(layout)) {}
 
 std::int64_t Listbox::ListCount() const { return static_cast<std::int64_t>(selected_.size()); }
 
 std::size_t Listbox::Index(std::int64_t row, std::int64_t column) const {
-  if (row < 0 || row >= ListCount() || column < 0 || column >= list_.columns) {
+  if (row < 0 || row >= ListCount() || column < 0 || column >= layout_.columns) {
     throw OutOfBoundsException(Name() + " has no cell in row " + std::to_string(row) + ", column " +
                                std::to_string(column) + ".");
   }
-  return static_cast<std::size_t>(row * list_.columns + column);
+  return static_cast<std::size_t>(row * layout_.columns + column);
 }
 
 void Listbox::Touch() {
@@ -39,7 +39,7 @@ bool Listbox::Selected(std::int64_t row) const {
 void Listbox::AddRow(std::string text) {
   lastIndex_ = ListCount();
   cells_.push_back(std::move(text));
-  cells_.resize(cells_.size() + static_cast<std::size_t>(list_.columns - 1));
+  cells_.resize(cells_.size() + static_cast<std::size_t>(layout_.columns - 1));
   selected_.push_back(false);
   Changed();
 }
@@ -47,7 +47,7 @@ void Listbox::AddRow(std::string text) {
 void Listbox::RemoveRow(std::int64_t row) {
   const auto cell = cells_.begin() + static_cast<std::ptrdiff_t>(Index(row, 0));
   const bool wasSelected = Selected(row);
-  cells_.erase(cell, cell + list_.columns);
+  cells_.erase(cell, cell + layout_.columns);
   selCount_ -= wasSelected ? 1 : 0;
   selected_.erase(selected_.begin() + row);
   lastIndex_ = ListCount() - 1;
@@ -60,11 +60,11 @@ void Listbox::RemoveRowsFrom(std::int64_t row) {
 
 void Listbox::PersonSelects(const std::vector<std::int64_t>& rows) {
   for (std::int64_t row : rows) Index(row, 0);
-  if (!TakesPerson()) return;
+  if (!IsUsable()) return;
   selected_.assign(selected_.size(), false);
   selCount_ = 0;
   for (std::int64_t row : rows) {
-    if (selCount_ == 1 && !list_.severalSelectable) break;
+    if (selCount_ == 1 && !layout_.severalSelectable) break;
     if (!selected_[static_cast<std::size_t>(row)]) ++selCount_;
     selected_[static_cast<std::size_t>(row)] = true;
   }
@@ -73,10 +73,10 @@ void Listbox::PersonSelects(const std::vector<std::int64_t>& rows) {
 
 void Listbox::PersonClicksCell(std::int64_t row, std::int64_t column, int x, int y) {
   Index(row, column);
-  if (!TakesPerson()) return;
-  // All inside the event: the handler may close the window, and with it goes this list.
+  if (!IsUsable()) return;
+  // All inside the event: the handler may close the window and with it destroy this list.
   Raise([&] {
-    const bool dealtWith = CellClick && CellClick(row, column, x, y);
-    if (!dealtWith && row < ListCount()) PersonSelects({row});
+    const bool handled = CellClick && CellClick(row, column, x, y);
+    if (!handled && row < ListCount()) PersonSelects({row});
   });
 }

@@ -1,4 +1,4 @@
-// The menu bar as data: menus of items in the order in which a person sees them.
+// The menu bar as data: menus of items in display order.
 #pragma once
 
 #include <functional>
@@ -9,7 +9,7 @@
 
 #include "runtime/Platform.h"
 
-// Handlers by item name. A handler says whether nobody else needs to deal with the choice.
+// Handlers by item name. A handler returns whether it has handled the choice.
 using MenuHandlers = std::map<std::string, std::function<bool()>>;
 
 struct MenuItem {
@@ -17,8 +17,8 @@ struct MenuItem {
   std::string Caption = {};   // "&" marks the access key; "-" is a separator
   std::string Shortcut = {};  // such as "Cmd+Q"; "" for none
   std::optional<EditAction> Edits = {};
-  bool Quits = false;      // the platform's own quit command (QuitMenuItem)
-  bool ShowsHelp = false;  // takes the platform's own shortcut for help
+  bool Quits = false;      // ends the application (QuitMenuItem)
+  bool ShowsHelp = false;  // has the desktop's own shortcut for help
   bool Visible = true;
   bool AutoEnable = true;
   bool Enabled = true;
@@ -26,7 +26,6 @@ struct MenuItem {
   bool IsSeparator() const { return Caption == "-"; }
 };
 
-// An item that ends the application.
 struct QuitMenuItem : MenuItem {
   QuitMenuItem(std::string name, std::string caption, std::string shortcut)
       : MenuItem{std::move(name), std::move(caption), std::move(shortcut), std::nullopt, true} {}
@@ -41,6 +40,6 @@ struct Menu {
 struct MenuBar {
   std::vector<Menu> Menus;
 
-  // The item of this name, menus and separators left out; nullptr if there is none.
+  // The item of this name, never a menu or a separator; nullptr if there is none.
   MenuItem* Find(const std::string& name);
 };

@@ -7,9 +7,9 @@
 
 namespace {
 
-// Room for the digits of the largest double, a sign, a point and some places.
+// Capacity for the digits of the largest double, a sign, a point and forty decimal places.
 constexpr std::size_t kDigits = 400;
-// As many as every double keeps, so that what the arithmetic has added beyond them does not show.
+// As many as every double keeps: rounding errors of the arithmetic stay hidden.
 constexpr int kSignificantDigits = 15;
 constexpr double kLargest = std::numeric_limits<double>::max();
 
@@ -43,7 +43,7 @@ double Val(std::string_view text) {
   if (whole == 0 && end == point) return 0;
   double value = 0;
   const auto read = std::from_chars(text.data() + start, text.data() + end, value, std::chars_format::fixed);
-  // Out of range is either too large or too small; only digits before the point make it large.
+  // Out of range means too large or too small; only digits before the point make it too large.
   if (read.ec == std::errc::result_out_of_range) {
     const std::string_view digits = text.substr(start, whole);
     value = digits.find_first_not_of('0') == std::string_view::npos ? 0 : kLargest;

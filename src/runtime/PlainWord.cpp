@@ -6,7 +6,7 @@
 
 namespace {
 
-// From the most frequent to the rarest in running text; what isn't listed is rarer still.
+// From the most frequent to the rarest in running text; any other character is rarer still.
 constexpr std::string_view kByFrequency = " etaoinshrldcumwfgypbvkjxqz";
 constexpr std::string_view kPunctuation = " ,'!-_/:;\"";
 
@@ -20,46 +20,29 @@ bool IsPlain(char c) {
   return letter || (c >= '0' && c <= '9') || kPunctuation.find(c) != std::string_view::npos;
 }
 
-// The long s and the Kelvin sign are an "s" and a "k" to who ignores case.
+// "s" and "k" have relatives beyond ASCII (see FindIn).
 bool HasRelative(char c) { return c == 's' || c == 'k'; }
 
-bool HoldsRelative(std::string_view text) {
-  const auto next = [&](std::size_t from) {
-    return FindPair(text, from, {'\xC5', '\xE2'}, 1, {'\xBF', '\x84'});
-  };
-  std::size_t at = next(0);
-  while (at < text.size() && text.substr(at, 2) != "\xC5\xBF" && text.substr(at, 3) != "\xE2\x84\xAA") {
-    at = next(at + 1);
-  }
-  return at < text.size();
-}
-
-EitherByte BothCases(char lower) { return {lower, Uppercase({&lower, 1}).front()}; }
-
-char Folded(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+EitherByte BothCases(char lower) { return {lower, UpperByte(lower)}; }
 
 }  // namespace
 
 std::optional<PlainWord> PlainWord::From(std::string_view pattern) {
-  if (pattern.empty()) return std::nullopt;
+  if (!std::all_of(pattern.begin(), pattern.end(), IsPlain)) return std::nullopt;
   PlainWord word;
-  for (const char c : pattern) {
-    if (!IsPlain(c)) return std::nullopt;
-    word.folded_ += Folded(c);
-  }
-  word.hasRelatives_ = std::any_of(word.folded_.begin(), word.folded_.end(), HasRelative);
-  if (!word.ChooseMark(1) && !word.ChooseMark(0)) return std::nullopt;
+  word.folded_ = Lowercase(pattern);
+  if (!word.ChooseAnchor(1) && !word.ChooseAnchor(0)) return std::nullopt;
   return word;
 }
 
-bool PlainWord::ChooseMark(std::size_t distance) {
+bool PlainWord::ChooseAnchor(std::size_t distance) {
   std::size_t best = 0;
   for (std::size_t i = 0; i + distance < folded_.size(); ++i) {
     const char one = folded_[i], other = folded_[i + distance];
     const std::size_t rarity = Rarity(one) + Rarity(other);
     if (HasRelative(one) || HasRelative(other) || rarity <= best) continue;
     best = rarity;
-    mark_ = i;
+    anchor_ = i;
     first_ = BothCases(one);
     second_ = BothCases(other);
   }
@@ -69,18 +52,25 @@ bool PlainWord::ChooseMark(std::size_t distance) {
 
 std::optional<std::size_t> PlainWord::FindIn(std::string_view target) const {
   const auto next = [&](std::size_t from) { return FindPair(target, from, first_, distance_, second_); };
-  std::size_t at = next(0);
-  if (at == target.size()) return kNotThere;
-  if (hasRelatives_ && HoldsRelative(target)) return std::nullopt;
-  while (at < target.size() && !StandsAt(target, at)) at = next(at + 1);
-  return at < target.size() ? at - mark_ : kNotThere;
+  for (std::size_t at = next(0); at < target.size(); at = next(at + 1)) {
+    const Match match = MatchAround(target, at);
+    if (match == Match::Yes) return at - anchor_;
+    if (match == Match::Unknown) return std::nullopt;
+  }
+  return kNotThere;
 }
 
-bool PlainWord::StandsAt(std::string_view target, std::size_t mark) const {
-  if (mark < mark_ || target.size() - (mark - mark_) < folded_.size()) return false;
-  const std::size_t at = mark - mark_;
-  for (std::size_t i = 0; i < folded_.size(); ++i) {
-    if (Folded(target[at + i]) != folded_[i]) return false;
-  }
-  return true;
+PlainWord::Match PlainWord::MatchAround(std::string_view target, std::size_t at) const {
+  const auto compare = [&](std::size_t i) {
+    const std::size_t place = at + i - anchor_;  // wraps around before the start of the target
+    if (place >= target.size()) return Match::No;
+    if (LowerByte(target[place]) == folded_[i]) return Match::Yes;
+    const bool isASCII = static_cast<unsigned char>(target[place]) < 0x80;
+    return HasRelative(folded_[i]) && !isASCII ? Match::Unknown : Match::No;
+  };
+  // Outwards from the anchor: up to the first difference each character is one byte in the target too.
+  Match match = Match::Yes;
+  for (std::size_t i = anchor_; match == Match::Yes && i-- > 0;) match = compare(i);
+  for (std::size_t i = anchor_ + 1; match == Match::Yes && i < folded_.size(); ++i) match = compare(i);
+  return match;
 }

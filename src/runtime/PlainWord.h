@@ -1,8 +1,7 @@
-// Finds a term that is nothing but plain ASCII, ignoring case, where a regular expression would give the
-// very same answer only later. Most terms that people type are such words.
+// Finds a term of plain ASCII, ignoring case, with the result that a regular expression gives, only sooner.
+// Most search terms are of this kind.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,27 +10,28 @@
 
 class PlainWord {
  public:
-  // nullopt for a pattern with characters that mean something else, or beyond ASCII, or with nothing but
-  // "k" and "s", or "".
+  // nullopt for a pattern that is empty, has a character with a special meaning or beyond ASCII, or consists
+  // of "k" and "s" alone.
   static std::optional<PlainWord> From(std::string_view pattern);
 
   static constexpr std::size_t kNotThere = std::string_view::npos;
-  // Where the word stands first in target, in bytes from 0, or kNotThere. nullopt where only Unicode's
-  // rules can tell: "k" and "s" have relatives beyond ASCII, the Kelvin sign and the long s.
+  // Byte offset of the first match in target, or kNotThere. nullopt if Unicode's rules must decide: case
+  // folding also maps U+017F (long s) to "s" and U+212A (Kelvin sign) to "k".
   std::optional<std::size_t> FindIn(std::string_view target) const;
   std::size_t Size() const { return folded_.size(); }
 
  private:
+  enum class Match { No, Yes, Unknown };
+
   PlainWord() = default;
-  // The mark of distance 0 or 1; false if no character serves.
-  bool ChooseMark(std::size_t distance);
-  bool StandsAt(std::string_view target, std::size_t mark) const;
+  // Takes the rarest pair of neighbours, or for distance 0 the rarest character; false if there is none.
+  bool ChooseAnchor(std::size_t distance);
+  // Whether the word stands in target with its anchor at this offset.
+  Match MatchAround(std::string_view target, std::size_t at) const;
 
   std::string folded_;  // in lower case
-  // What every match holds as it is: one character, or two neighbours, without relatives. Of those, the
-  // ones that texts hold least often.
-  std::size_t mark_ = 0;  // index of the first
+  // What is searched for: one character or two neighbours, never "k" or "s": they are ASCII in every match.
+  std::size_t anchor_ = 0;  // index of the first
   std::size_t distance_ = 0;
   EitherByte first_{}, second_{};
-  bool hasRelatives_ = false;
 };

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "runtime/PlainWord.h"
+#include "runtime/Text.h"
 #include "runtime/exceptions.h"
 
 #define PCRE2_CODE_UNIT_WIDTH 8
@@ -13,15 +14,14 @@
 
 namespace {
 
-// A target of the usual length is first tried with a bound on the steps of backtracking alone, some
-// 50 microseconds of work at one place. What goes past that, and every longer target, is searched
-// under the clock: half a second for all of them together, and what a plain search of a text of
-// that length may take at most.
+// A target of the usual length is first searched with a limit on backtracking steps, about 50 microseconds of
+// work. A search that exceeds it, and every longer target, is timed: half a second for all of them together,
+// plus the time that a plain search of such a length may take.
 constexpr std::size_t kShortTarget = 4096;
 constexpr std::uint32_t kQuickLimit = 10'000;
 constexpr std::chrono::milliseconds kSlowBudget{500};
 constexpr std::chrono::nanoseconds kFreePerByte{50};
-constexpr int kCalloutsPerLook = 64;
+constexpr int kCalloutsPerCheck = 64;
 constexpr std::uint32_t kHeapLimitKiB = 20'000;
 constexpr std::size_t kStackAtFirst = 32 * 1024;
 constexpr std::size_t kStackAtMost = 32 * 1024 * 1024;
@@ -33,15 +33,16 @@ struct Watch {
   int callouts = 0;
 };
 
-int LookAtClock(pcre2_callout_block*, void* data) {
+int CheckTime(pcre2_callout_block*, void* data) {
   Watch& watch = *static_cast<Watch*>(data);
-  const bool over = ++watch.callouts % kCalloutsPerLook == 0 && Clock::now() > watch.deadline;
+  const bool over = ++watch.callouts % kCalloutsPerCheck == 0 && Clock::now() > watch.deadline;
   return over ? PCRE2_ERROR_MATCHLIMIT : 0;
 }
 
 std::int64_t CharactersBefore(std::string_view text, std::size_t bytes) {
   std::int64_t count = 0;
-  for (char c : text.substr(0, bytes)) count += (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+  for (std::size_t at = 0; at < bytes; ++count)
+    at += std::max<std::size_t>(CharacterLength(text.substr(at)), 1);
   return count;
 }
 
@@ -57,7 +58,7 @@ std::uint32_t CompileOptions(const RegExOptions& options) {
 pcre2_code* CompileWith(const std::string& pattern, std::uint32_t options, int& error, PCRE2_SIZE& offset) {
   pcre2_code* code = pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pattern.data()), pattern.size(), options,
                                    &error, &offset, nullptr);
-  // Without the just-in-time code the interpreter gives the same answers, only later.
+  // If this fails, the interpreter gives the same results more slowly.
   if (code) pcre2_jit_compile(code, PCRE2_JIT_COMPLETE);
   return code;
 }
@@ -67,20 +68,20 @@ pcre2_code* CompileWith(const std::string& pattern, std::uint32_t options, int& 
 struct RegEx::Compiled {
   std::string pattern;
   pcre2_code* code = nullptr;
-  pcre2_code* watched = nullptr;  // the same with a callout at each item, made at its first use
+  pcre2_code* timed = nullptr;  // the same with a callout at each item; compiled at its first use
   pcre2_match_data* match = nullptr;
   pcre2_match_context* context = nullptr;
   pcre2_jit_stack* stack = nullptr;
   std::uint32_t matchOptions = 0;
   Clock::duration slowTime{};
-  std::optional<PlainWord> word;  // where the pattern is no more than that
+  std::optional<PlainWord> word;  // if the pattern is one
   RegExMatch result;
 
   ~Compiled() {
     pcre2_jit_stack_free(stack);
     pcre2_match_context_free(context);
     pcre2_match_data_free(match);
-    pcre2_code_free(watched);
+    pcre2_code_free(timed);
     pcre2_code_free(code);
   }
   int Match(const pcre2_code* which, std::string_view target) {
@@ -132,7 +133,7 @@ const RegExMatch* RegEx::Search(std::string_view target) {
   if (found == PCRE2_ERROR_NOMATCH) return nullptr;
   if (found < 0) throw RegExMatchLimitException("it would take too long to match");
   const PCRE2_SIZE* ends = pcre2_get_ovector_pointer(c.match);
-  // A "\K" in a look-behind can set the start behind the end.
+  // A "\K" in a look-behind can move the start past the end.
   c.result = {ends[0], ends[1] > ends[0] ? ends[1] - ends[0] : 0};
   return &c.result;
 }
@@ -142,17 +143,16 @@ int RegEx::MatchSlowly(std::string_view target) {
   if (c.slowTime > kSlowBudget) return PCRE2_ERROR_MATCHLIMIT;
   int error = 0;
   PCRE2_SIZE offset = 0;
-  if (!c.watched)
-    c.watched = CompileWith(c.pattern, CompileOptions(Options) | PCRE2_AUTO_CALLOUT, error, offset);
-  // With its callouts a long pattern can be larger than PCRE2 allows. Codes of compiling are positive,
-  // as those of a match are: none may leave this function.
-  if (!c.watched) return PCRE2_ERROR_MATCHLIMIT;
+  if (!c.timed) c.timed = CompileWith(c.pattern, CompileOptions(Options) | PCRE2_AUTO_CALLOUT, error, offset);
+  // With callouts a long pattern can be too large for PCRE2. Its error codes of compiling are positive, like
+  // the result of a match, so they must not leave this function.
+  if (!c.timed) return PCRE2_ERROR_MATCHLIMIT;
   const auto free = kFreePerByte * static_cast<std::int64_t>(target.size());
   const auto start = Clock::now();
   Watch watch{start + free + kSlowBudget - c.slowTime};
-  pcre2_set_callout(c.context, LookAtClock, &watch);
+  pcre2_set_callout(c.context, CheckTime, &watch);
   pcre2_set_match_limit(c.context, std::numeric_limits<std::uint32_t>::max());
-  const int found = c.Match(c.watched, target);
+  const int found = c.Match(c.timed, target);
   pcre2_set_match_limit(c.context, kQuickLimit);
   pcre2_set_callout(c.context, nullptr, nullptr);
   c.slowTime += std::max(Clock::duration{}, Clock::now() - start - free);

@@ -1,19 +1,20 @@
-// Regular expressions. A pattern is what the person typed; a target is any run of bytes, read as
-// UTF-8 where it is UTF-8. Bytes that are no UTF-8 never match and never make a search fail.
+// Regular expressions. A pattern is what the user typed; a target is any run of bytes, read as UTF-8. Bytes
+// that are not valid UTF-8 never match and never make a search fail.
 //
-//   pattern:  Perl-compatible; "." is one character; a pattern is at most some 64,000 bytes long
-//   limits:   a target on which matching runs away is given up. All the slow searches of one RegEx
-//             together take half a second at most, and 50 nanoseconds a byte that is searched.
+//   pattern:  Perl-compatible; "." is one character; at most about 64,000 bytes
+//   limits:   a search that takes too long is given up: all slow searches of one RegEx together may take
+//             half a second, plus 50 nanoseconds for each byte that they search
 #pragma once
 
 #include <memory>
 #include <string>
 #include <string_view>
 
+// The program itself leaves all of them at their defaults.
 struct RegExOptions {
-  bool DotMatchAll = true;             // "." matches a line end too
-  bool CaseSensitive = false;          // case is told apart; else it folds by Unicode's rules
-  bool ReplaceAllMatches = false;      // for replacing, which nothing here does
+  bool DotMatchAll = true;             // "." also matches a line end
+  bool CaseSensitive = false;          // otherwise case is folded by Unicode's rules
+  bool ReplaceAllMatches = false;      // no effect: there is no replacing
   bool StringBeginIsLineBegin = true;  // "^" matches at the start of the target
   bool StringEndIsLineEnd = true;      // "$" matches at the end of the target
   bool MatchEmpty = true;              // an empty match counts
@@ -21,7 +22,7 @@ struct RegExOptions {
   bool Greedy = true;                  // quantifiers take as much as they can
 };
 
-// Where the first match lies, in bytes from 0.
+// The first match, in bytes from 0.
 struct RegExMatch {
   std::size_t start = 0;
   std::size_t length = 0;
@@ -34,14 +35,13 @@ class RegEx {
   RegEx(RegEx&&) noexcept;
   RegEx& operator=(RegEx&&) noexcept;
 
-  RegExOptions Options;  // to be set before the first Search
+  RegExOptions Options;  // Requires: set before the first Search
   std::string SearchPattern;
 
-  // Raises RegExSearchPatternException for a SearchPattern that is not valid.
+  // Raises RegExSearchPatternException for an invalid SearchPattern.
   void Compile();
-  // The first match from the beginning of target; nullptr if there is none. The match belongs
-  // to the RegEx and holds until the next Search. Compiles SearchPattern when it has changed, and
-  // raises RegExMatchLimitException for a target that was given up.
+  // The first match in target; nullptr if there is none. The RegEx owns the match, which is valid until the
+  // next Search. Compiles a changed SearchPattern. Raises RegExMatchLimitException for a search given up.
   const RegExMatch* Search(std::string_view target);
 
  private:

@@ -14,8 +14,8 @@ extern char** environ;
 
 namespace {
 
-// Starts /bin/sh -c command in a process group of its own, without input, output or any other
-// descriptor of ours; -1 on failure.
+// Starts /bin/sh -c command in its own process group, without input, output or any other descriptor of ours;
+// -1 on failure.
 pid_t Spawn(const std::string& command) {
   posix_spawn_file_actions_t files;
   posix_spawnattr_t attributes;

@@ -1,5 +1,5 @@
-// One command run by the system's shell. Its output is thrown away. A command that still runs
-// when its Shell goes is ended, with everything that it started.
+// Runs one command in the system's shell and discards its output. The destructor kills a running command with
+// all processes that it started. The program itself uses the interactive mode only.
 #pragma once
 
 #include <string>
@@ -13,25 +13,26 @@ class Shell {
   Shell(const Shell&) = delete;
   Shell& operator=(const Shell&) = delete;
 
-  // 2 is the interactive mode, in which Execute returns at once; any other waits for the end.
+  // 2 is the interactive mode, in which Execute returns at once; in any other it waits for the end.
   int Mode = 0;
-  // Milliseconds that Execute waits at most in a waiting mode; the command is ended then. -1 is no limit.
+  // Longest wait of Execute in milliseconds, after which it kills the command; -1 for no limit.
   int TimeOut = -1;
 
-  // Starts command; one that still runs is ended first.
+  // Starts command, after killing one that is running.
   void Execute(const std::string& command);
   bool IsRunning();
-  // The end of a command that runs. Without a descriptor, where the system gives none, only IsRunning tells.
+  // Ready at the end of the running command. Without a descriptor, if the system provides none, only
+  // IsRunning reports it.
   Awaited End() const { return {ended_, ended_ >= 0, false}; }
-  // The exit status of the command that ended, 0 for success; 128 and the signal if a signal ended
-  // it; 127 if it could not be started.
+  // The exit status of the last command: 0 for success, 128 plus the signal that ended it, 127 if it could
+  // not be started.
   int ErrorCode() const { return errorCode_; }
-  // Ends the command if it runs.
+  // Kills the command if it is running.
   void Close();
 
  private:
   void Collect(int options);
   int process_ = -1;
-  int ended_ = -1;  // can be read once the process has ended
+  int ended_ = -1;  // readable once the process has ended
   int errorCode_ = 0;
 };

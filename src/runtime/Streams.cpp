@@ -12,9 +12,9 @@
 #include "runtime/exceptions.h"
 
 TextOutputStream::TextOutputStream(std::unique_ptr<FileReplacement> file)
-    : file_(std::move(file)), gathered_(std::make_unique_for_overwrite<char[]>(kGather)) {}
+    : file_(std::move(file)), buffer_(std::make_unique_for_overwrite<char[]>(kBufferSize)) {}
 TextOutputStream::TextOutputStream(std::shared_ptr<MemoryBlock> block)
-    : block_(std::move(block)), gathered_(std::make_unique_for_overwrite<char[]>(kGather)) {}
+    : block_(std::move(block)), buffer_(std::make_unique_for_overwrite<char[]>(kBufferSize)) {}
 TextOutputStream::~TextOutputStream() = default;
 
 std::shared_ptr<TextOutputStream> TextOutputStream::Create(const FolderItemPtr& file) {
@@ -29,36 +29,36 @@ std::shared_ptr<TextOutputStream> TextOutputStream::Create(const FolderItemPtr& 
 }
 
 void TextOutputStream::Write(std::string_view text) {
-  if (text.size() > kGather) {
-    Room(0);
-    PassOn(text);
+  if (text.size() > kBufferSize) {
+    SpaceFor(0);
+    WriteBufferAnd(text);
   } else {
-    length_ = static_cast<std::size_t>(Put(Room(text.size()), text) - gathered_.get());
+    buffered_ = static_cast<std::size_t>(Put(SpaceFor(text.size()), text) - buffer_.get());
   }
 }
 
-char* TextOutputStream::Room(std::size_t bytes) {
+char* TextOutputStream::SpaceFor(std::size_t bytes) {
   if (!block_ && !file_) throw IOException(EBADF);
-  if (bytes > kGather - length_) PassOn("");
-  return gathered_.get() + length_;
+  if (bytes > kBufferSize - buffered_) WriteBufferAnd("");
+  return buffer_.get() + buffered_;
 }
 
-// What was gathered, and text behind it, uncopied; a failure discards the file.
-void TextOutputStream::PassOn(std::string_view text) {
-  const std::string_view gathered(gathered_.get(), std::exchange(length_, 0));
+// Writes the buffer, then text without a copy. A failure discards the file.
+void TextOutputStream::WriteBufferAnd(std::string_view text) {
+  const std::string_view buffered(buffer_.get(), std::exchange(buffered_, 0));
   if (block_) {
-    block_->Bytes().append(gathered).append(text);
+    block_->Bytes().append(buffered).append(text);
     return;
   }
   auto file = std::move(file_);
-  file->Write(gathered);
+  file->Write(buffered);
   file->Write(text);
   file_ = std::move(file);
 }
 
 void TextOutputStream::Close() {
-  Room(0);
-  PassOn("");
+  SpaceFor(0);
+  WriteBufferAnd("");
   block_.reset();
   if (const auto last = std::move(file_)) last->Commit();
 }

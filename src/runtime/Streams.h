@@ -1,5 +1,4 @@
-// Streams over files and over blocks of bytes. A stream that is destroyed without Close discards
-// what it has not yet put in place.
+// Streams that read and write files and blocks of bytes.
 #pragma once
 
 #include <cstdint>
@@ -14,54 +13,52 @@
 class FileReplacement;
 class MemoryBlock;
 
-// Writes a text file. The bytes gather in a file beside the target and take its place at Close,
-// whole or not at all: what stood there before is untouched until then, and stays if anything
-// fails. A link is followed once, at the start; mode and owner of an old file are kept, a new
-// one has what the umask gives. Where no file can be made beside the target, and for a target
-// that is no plain file, the bytes are kept in memory and written in place at Close. That may wait for the
-// reader of a pipe, with events and yields.
+// Writes a text file, whole or not at all. The bytes go to a new file beside the target, which replaces it on
+// Close; until then, and after any failure, the target is unchanged. Destroying the stream without Close
+// discards the new file. Links are followed once, at the start. An existing file keeps its mode and owner; a
+// new one obeys the umask. If the folder takes no new file, or the target is no regular file, the bytes stay
+// in memory and are written in place on Close, which delivers events while it waits for the reader of a pipe.
 class TextOutputStream {
  public:
-  // Raises IOException with the errno, which is then the file's LastErrorCode too;
-  // NilObjectException for a nil file.
+  // Raises IOException, whose errno is then the file's LastErrorCode too; NilObjectException for a nil file.
   static std::shared_ptr<TextOutputStream> Create(const FolderItemPtr& file);
-  // Writes at the end of a block in memory; nothing fails then.
+  // Appends to a block in memory; nothing fails.
   explicit TextOutputStream(std::shared_ptr<MemoryBlock> block);
   ~TextOutputStream();
 
-  // Each raises IOException; the stream is then closed and the old file stands.
+  // These raise IOException; the stream is then closed, and the target is unchanged.
   void Write(std::string_view text);
   void WriteLine(std::string_view text) { WritePieces(text, EndOfLine); }
-  // One behind the other (see runtime/pieces.h).
+  // Writes the pieces one after another (see runtime/pieces.h).
   template <typename... Piece>
   void WritePieces(const Piece&... pieces) {
     const std::size_t most = (std::size_t{0} + ... + MostBytes(pieces));
-    if (most > kGather) return Write(TextOf(pieces...));
-    char* end = Room(most);
+    if (most > kBufferSize) return Write(TextOf(pieces...));
+    char* end = SpaceFor(most);
     ((end = Put(end, pieces)), ...);
-    length_ = static_cast<std::size_t>(end - gathered_.get());
+    buffered_ = static_cast<std::size_t>(end - buffer_.get());
   }
   void Close();
 
  private:
-  static constexpr std::size_t kGather = 64 * 1024;
+  static constexpr std::size_t kBufferSize = 64 * 1024;
   explicit TextOutputStream(std::unique_ptr<FileReplacement> file);
-  // Room for at most kGather bytes.
-  char* Room(std::size_t bytes);
-  void PassOn(std::string_view text);
+  // The end of the buffer's contents, with space for so many bytes after it. Requires: bytes <= kBufferSize.
+  char* SpaceFor(std::size_t bytes);
+  void WriteBufferAnd(std::string_view text);
   std::unique_ptr<FileReplacement> file_;
   std::shared_ptr<MemoryBlock> block_;
-  std::unique_ptr<char[]> gathered_;  // small pieces on their way, kGather bytes
-  std::size_t length_ = 0;            // of them
+  std::unique_ptr<char[]> buffer_;  // kBufferSize bytes, for small pieces
+  std::size_t buffered_ = 0;        // bytes in it
 };
 
-// Reads a text file line by line. A line ends at LF, CR LF or CR. Of a line only the first
-// kLongestLine bytes are given, and of a file only the first kLongestFile bytes are read.
+// Reads a text file line by line. A line ends with LF, CR LF or CR. ReadLine gives the first kLongestLine
+// bytes of a line; only the first kLongestFile bytes of a file are read.
 class TextInputStream {
  public:
   static constexpr std::size_t kLongestLine = 4096;
   static constexpr std::size_t kLongestFile = 1 << 20;
-  // nil, with errno set, for anything but a plain file or a device that can be read.
+  // nil, with errno set, for anything but a readable regular file or character device.
   static std::shared_ptr<TextInputStream> Open(const std::string& path);
 
   // The next line without its line end; "" at the end of the file.
@@ -74,7 +71,7 @@ class TextInputStream {
   std::size_t at_ = 0;
 };
 
-// A growing block of bytes.
+// A growing block of bytes. The program itself reads it through Bytes only.
 class MemoryBlock {
  public:
   explicit MemoryBlock(std::int64_t size) : bytes_(static_cast<std::size_t>(size < 0 ? 0 : size), '\0') {}
@@ -83,25 +80,25 @@ class MemoryBlock {
   std::int64_t Byte(std::int64_t offset) const;
   std::string StringValue(std::int64_t offset, std::int64_t length) const;
 
-  // The bytes themselves, for the stream that grows the block and for who takes them over.
+  // The bytes themselves: a stream appends to them, a caller may move them out.
   std::string& Bytes() { return bytes_; }
 
  private:
   std::string bytes_;
 };
 
-// Writes raw bytes at the end of a block, which grows with it, or into a file.
+// Writes raw bytes to the end of a block or to a file.
 class BinaryStream {
  public:
   explicit BinaryStream(std::shared_ptr<MemoryBlock> block) : block_(std::move(block)) {}
-  // An empty file open for writing; without overwrite an existing file is an error. The file is
-  // written as it stands, not beside it. Raises IOException.
+  // Empties or creates a file and writes it in place; without overwrite an existing file is an error.
+  // Raises IOException.
   static std::shared_ptr<BinaryStream> Create(const FolderItemPtr& file, bool overwrite);
   ~BinaryStream();
   BinaryStream(const BinaryStream&) = delete;
   BinaryStream& operator=(const BinaryStream&) = delete;
 
-  // Raise IOException if the file can't take the bytes.
+  // These raise IOException.
   void Write(std::string_view bytes);
   void Close();
 

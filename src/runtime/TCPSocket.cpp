@@ -4,7 +4,6 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <asio.hpp>
 #include <cerrno>
@@ -20,15 +19,14 @@ using asio::ip::tcp;
 
 namespace {
 
-// What one Poll takes from the kernel: so little that it stays in the processor's cache on its way, and
-// that a fast peer can't keep Poll from returning.
+// The most that one Poll reads: it fits into the processor's cache, and Poll returns even with a fast peer.
 constexpr std::size_t kReceiveAtOnce = 128 * 1024;
 
 using Endpoints = std::vector<tcp::endpoint>;
 
-// Sockets belong to a context; nothing is ever run in it, since Poll waits for its one socket alone.
+// Sockets belong to a context; nothing runs in it, since Poll looks at its own socket only.
 asio::io_context& Context() {
-  static auto* context = new asio::io_context(1);  // outlives every socket of the program
+  static auto* context = new asio::io_context(1);  // never destroyed: it outlives every socket
   return *context;
 }
 
@@ -41,8 +39,8 @@ bool IsForLater(const asio::error_code& error) {
          error == asio::error::interrupted;
 }
 
-// What a look-up has found, and a descriptor that can be read once it has. The system's look-up blocks
-// and can't be broken off, so it has a thread that nobody waits for, and this is shared with it.
+// The result of a name look-up, and a descriptor that is readable once it is there. The system's look-up
+// blocks and cannot be cancelled, so it runs in a detached thread, which shares this object.
 struct LookUp {
   int done = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
   std::mutex mutex;
@@ -61,7 +59,7 @@ struct LookUp {
       const std::lock_guard lock(mutex);
       for (const auto& result : results) found.push_back(result.endpoint());
     } catch (const std::exception&) {
-      // Without memory or descriptors there is no answer, and nothing found says so.
+      // Without memory or descriptors nothing is found.
     }
     ::eventfd_write(done, 1);
   }
@@ -73,36 +71,36 @@ struct LookUp {
 
 }  // namespace
 
-// The stages of one connection. What happens in a step is noted, and told by Poll afterwards, so that an
+// The stages of one connection. A step only records what happened; Poll reports it afterwards, so that an
 // event may close or renew the connection.
 struct SocketCore::Connection {
   enum class Stage { LookingUp, Connecting, Connected, Failed };
 
   Stage stage = Stage::Failed;
   std::shared_ptr<LookUp> lookUp;
-  Endpoints endpoints;  // still to be tried
+  Endpoints endpoints;  // not tried yet
   tcp::socket socket{Context()};
   std::string toSend;
   std::size_t sent = 0;  // bytes of toSend that the kernel has taken
-  int sendFailure = 0;   // after which nothing is sent any more
-  bool tellConnected = false;
-  bool tellSent = false;
-  int failure = 0;  // to be told
+  int sendFailure = 0;   // an errno; nothing more is sent after it
+  bool reportConnected = false;
+  bool reportSent = false;
+  int failure = 0;  // to report
 
   void Start(const std::string& address, std::int64_t port);
   void StartLookUp(const std::string& address, std::uint16_t port);
   void TryNext(int lastError);
   bool WantsToSend() const { return sent < toSend.size() && sendFailure == 0; }
   void Open(const tcp& protocol, asio::error_code& error);
-  // What the stage waits for.
+  // What the current stage waits for.
   Awaited Next();
-  // Each does what can be done now; the last is true if bytes came.
+  // These do what is possible now. Receive is true if bytes arrived.
   void TakeLookUp();
   void TakeConnection();
   bool Receive(std::string& into);
   void Send();
   void Queue(std::string_view bytes) {
-    // What was sent goes once it is the greater part: a byte is moved once for each that follows it at most.
+    // Sent bytes are removed once they are the greater part, so that appending stays linear.
     if (sent > toSend.size() / 2) toSend.erase(0, std::exchange(sent, 0));
     toSend.append(bytes);
   }
@@ -148,7 +146,7 @@ void SocketCore::Connection::TakeLookUp() {
   TryNext(kErrorNameNotFound);
 }
 
-// A socket that no child process inherits, from its first moment on.
+// Opens a socket that no child process can inherit, not even for a moment.
 void SocketCore::Connection::Open(const tcp& protocol, asio::error_code& error) {
   const int type = SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK;
   const int descriptor = ::socket(protocol.family(), type, protocol.protocol());
@@ -161,7 +159,7 @@ void SocketCore::Connection::Open(const tcp& protocol, asio::error_code& error) 
   if (!error) socket.non_blocking(true, error);
 }
 
-// Begins a connection to the next endpoint; with none left the last error is the connection's.
+// Starts a connection to the next endpoint; without one, fails with lastError.
 void SocketCore::Connection::TryNext(int lastError) {
   while (!endpoints.empty()) {
     const tcp::endpoint peer = endpoints.front();
@@ -186,7 +184,7 @@ void SocketCore::Connection::TakeConnection() {
   ::getsockopt(socket.native_handle(), SOL_SOCKET, SO_ERROR, &error, &size);
   if (error != 0) return TryNext(error);
   stage = Stage::Connected;
-  tellConnected = true;
+  reportConnected = true;
   Send();
 }
 
@@ -196,13 +194,13 @@ bool SocketCore::Connection::Receive(std::string& into) {
   asio::error_code error;
   const std::size_t got = socket.read_some(asio::buffer(bytes), error);
   if (error && !IsForLater(error)) Fail(CodeOf(error));
-  // The system tells once why it could not send; after that a reset reads like an orderly end.
+  // The system reports a send error once; afterwards a reset reads like an orderly close.
   if (sendFailure != 0 && got == 0) Fail(sendFailure);
   into.append(bytes.data(), got);
   return got > 0;
 }
 
-// A failure is reported by the reading side, after the bytes that the peer sent before it.
+// Receive reports a failure, after the bytes that the peer sent before it.
 void SocketCore::Connection::Send() {
   if (stage != Stage::Connected || !WantsToSend()) return;
   asio::error_code error;
@@ -210,7 +208,7 @@ void SocketCore::Connection::Send() {
   if (error && !IsForLater(error)) sendFailure = error.value();
   if (sent < toSend.size()) return;
   DropUnsent();
-  tellSent = true;
+  reportSent = true;
 }
 
 SocketCore::SocketCore() = default;
@@ -243,8 +241,8 @@ void SocketCore::Poll() {
   using Stage = Connection::Stage;
   if (c->stage == Stage::LookingUp) c->TakeLookUp();
   if (c->stage == Stage::Connecting) c->TakeConnection();
-  if (std::exchange(c->tellConnected, false)) Event_Connected();
-  if (isSame() && std::exchange(c->tellSent, false)) Event_SendComplete(false);
+  if (std::exchange(c->reportConnected, false)) Event_Connected();
+  if (isSame() && std::exchange(c->reportSent, false)) Event_SendComplete(false);
   if (isSame() && c->stage == Stage::Connected && c->Receive(received_)) Event_DataAvailable();
   if (!isSame() || c->failure == 0) return;
   lastError_ = c->failure;
@@ -256,9 +254,9 @@ void SocketCore::Poll() {
 
 void SocketCore::Wait(int milliseconds) const {
   const auto& c = connection_;
-  if (c && (c->failure != 0 || c->tellConnected || c->tellSent)) return;
+  if (c && (c->failure != 0 || c->reportConnected || c->reportSent)) return;
   const Awaited next = c ? c->Next() : Awaited{};
-  // What has come already costs the host nothing.
+  // If it is ready already, the host is not asked.
   if (next.descriptor < 0 || !IsReadyWithin(0, next)) AwaitCooperatively(milliseconds, next);
 }
 
@@ -268,22 +266,6 @@ std::size_t SocketCore::BytesToSend() const {
 
 bool SocketCore::IsConnected() const {
   return connection_ && connection_->stage == Connection::Stage::Connected;
-}
-
-std::string_view TCPSocket::Lookahead() const { return std::string_view(received_).substr(receivedFrom_); }
-
-std::string TCPSocket::Read(std::int64_t count) {
-  const std::size_t have = received_.size() - receivedFrom_;
-  const std::size_t take = count < 1 ? have : std::min(static_cast<std::size_t>(count), have);
-  std::string bytes;
-  if (receivedFrom_ == 0 && take == have) {
-    bytes.swap(received_);
-    return bytes;
-  }
-  bytes.assign(received_, receivedFrom_, take);
-  receivedFrom_ += take;
-  if (receivedFrom_ == received_.size()) received_.clear(), receivedFrom_ = 0;
-  return bytes;
 }
 
 void TCPSocket::Write(std::string_view bytes) {

@@ -1,8 +1,9 @@
-// A TCP connection to one peer. Nothing but Wait blocks: what happens is reported by the Event_ calls,
-// all of them from inside Poll and on the caller's thread. Reads give raw bytes.
+// A TCP connection to one peer. Only Wait blocks. Poll reports what has happened by the Event_ calls, on the
+// caller's thread. Reads give raw bytes. The HTTP client, and so the program, has no use for Disconnect,
+// Flush, Eof, ReadError, WriteError and Event_SendComplete.
 //
-// Order of events: connected first; received bytes before the close that followed them; one
-// Event_Error for a connection that could not be made, was reset, or was closed by the peer.
+// Order of events: connected first; received bytes before the close that followed them; one Event_Error for a
+// connection that failed, was reset or was closed by the peer.
 #pragma once
 
 #include <cstdint>
@@ -11,9 +12,9 @@
 #include <string_view>
 
 // LastErrorCode is the system's errno (111 for a refused connection), or one of these.
-inline constexpr int kErrorPeerClosed = 10001;    // the peer ended the connection in good order
+inline constexpr int kErrorPeerClosed = 10001;    // the peer closed the connection in order
 inline constexpr int kErrorNameNotFound = 10002;  // no such host, or no answer from the name service
-inline constexpr int kErrorBadAddress = 10003;    // an address or port that can't be one
+inline constexpr int kErrorBadAddress = 10003;    // an invalid address or port
 
 class SocketCore {
  public:
@@ -25,20 +26,20 @@ class SocketCore {
   std::string Address;    // host name or numeric address of the peer
   std::int64_t Port = 0;  // 0 until it is set
 
-  // Starts a connection and returns; an old one is ended. LastErrorCode is 0 from here on.
-  virtual void Connect();
-  // Ends the connection without an event. Received bytes stay.
-  virtual void Close();
-  // Throws away what lies in the receive and the send buffer.
-  virtual void Purge();
+  // Ends the old connection, starts one and returns. Sets LastErrorCode to 0.
+  void Connect();
+  // Ends the connection without an event. Received bytes stay readable.
+  void Close();
+  // Discards the contents of the receive and the send buffer.
+  void Purge();
   // Handles what has happened and raises the events.
-  virtual void Poll();
-  // Waits cooperatively until Poll would find something, another event was delivered, or so many
-  // milliseconds are over, without a connection too. Raises no event of the socket.
+  void Poll();
+  // Waits cooperatively until Poll has something to handle, the host has delivered events, or `milliseconds`
+  // have passed; without a connection too. Raises no event of the socket.
   void Wait(int milliseconds) const;
 
   bool IsConnected() const;
-  // Bytes that were written and that the kernel has not taken yet.
+  // Bytes written that the kernel has not taken yet.
   std::size_t BytesToSend() const;
   int LastErrorCode() const { return lastError_; }
 
@@ -46,14 +47,14 @@ class SocketCore {
   virtual void Event_Connected() {}
   virtual void Event_DataAvailable() {}
   virtual void Event_Error() {}
-  // cancelled says that the connection went before all was sent; Event_Error follows.
+  // cancelled: the connection ended before everything was sent; Event_Error follows.
   virtual void Event_SendComplete(bool cancelled) { static_cast<void>(cancelled); }
   void SetLastErrorCode(int code) { lastError_ = code; }
 
   struct Connection;
   std::shared_ptr<Connection> connection_;
   std::string received_;
-  std::size_t receivedFrom_ = 0;  // what stands before has been read
+  std::size_t receivedFrom_ = 0;  // the bytes before have been read
 
  private:
   int lastError_ = 0;
@@ -61,20 +62,19 @@ class SocketCore {
 
 class TCPSocket : public SocketCore {
  public:
-  // All bytes in the receive buffer, which stay there. The view holds until the next call.
-  virtual std::string_view Lookahead() const;
-  // At most count bytes, taken out of the buffer; a count below 1 gives all that is there.
-  virtual std::string Read(std::int64_t count);
-  virtual std::string ReadAll() { return Read(0); }
-  // Queues bytes to be sent, before or after the connection stands. Bytes written to a connection
-  // that has gone are dropped.
-  virtual void Write(std::string_view bytes);
+  // All bytes in the receive buffer, which stay there. Valid until the next call.
+  std::string_view Lookahead() const;
+  // Removes at most count bytes from the buffer; all of them for a count below 1.
+  std::string Read(std::int64_t count);
+  std::string ReadAll() { return Read(0); }
+  // Queues bytes, also before the connection is made. Without a connection they are dropped.
+  void Write(std::string_view bytes);
 
-  // Sends what is queued as far as the peer takes it now.
-  virtual void Flush();
-  virtual void Disconnect() { Close(); }
+  // Sends as many queued bytes as the peer takes now.
+  void Flush();
+  void Disconnect() { Close(); }
   // No connection and nothing left to read.
-  virtual bool Eof() const { return !IsConnected() && Lookahead().empty(); }
-  virtual bool ReadError() const { return LastErrorCode() != 0 && LastErrorCode() != kErrorPeerClosed; }
-  virtual bool WriteError() const { return ReadError(); }
+  bool Eof() const { return !IsConnected() && Lookahead().empty(); }
+  bool ReadError() const { return LastErrorCode() != 0 && LastErrorCode() != kErrorPeerClosed; }
+  bool WriteError() const { return ReadError(); }
 };

@@ -8,9 +8,6 @@ namespace {
 
 constexpr std::string_view kWhite = " \t\n\v\f\r";
 
-char LowerByte(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-char UpperByte(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
-
 std::size_t Clamped(std::int64_t count, std::size_t most) {
   return count <= 0 ? 0 : std::min(static_cast<std::size_t>(count), most);
 }
@@ -79,34 +76,6 @@ StringArray CreateArray(std::int64_t upperBound) {
   const std::size_t count = upperBound < 0 ? 0 : static_cast<std::size_t>(upperBound) + 1;
   if (count > StringArray().max_size()) throw std::bad_alloc();
   return StringArray(count);
-}
-
-std::string Chr(std::int64_t code) {
-  if (code < 0 || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF)) return "";
-  if (code < 0x80) return ChrB(code);
-  if (code < 0x800) return ChrB(0xC0 | code >> 6) + ChrB(0x80 | (code & 0x3F));
-  const std::string tail = ChrB(0x80 | (code >> 6 & 0x3F)) + ChrB(0x80 | (code & 0x3F));
-  if (code < 0x10000) return ChrB(0xE0 | code >> 12) + tail;
-  return ChrB(0xF0 | code >> 18) + ChrB(0x80 | (code >> 12 & 0x3F)) + tail;
-}
-
-std::string ChrB(std::int64_t value) { return std::string(1, static_cast<char>(value & 0xFF)); }
-
-std::int64_t Asc(std::string_view text) {
-  if (text.empty()) return 0;
-  const auto byte = [&](std::size_t i) {
-    return static_cast<std::int64_t>(static_cast<unsigned char>(text[i]));
-  };
-  const std::int64_t first = byte(0);
-  const std::size_t more = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : first >= 0xC2 ? 1 : 0;
-  if (more == 0 || more >= text.size()) return first;
-  std::int64_t code = first & (0x3F >> more);
-  for (std::size_t i = 1; i <= more; ++i) {
-    if ((byte(i) & 0xC0) != 0x80) return first;
-    code = code << 6 | (byte(i) & 0x3F);
-  }
-  // What is longer than need be, or no character at all, does not come back as it was.
-  return Chr(code) == text.substr(0, more + 1) ? code : first;
 }
 
 std::string Hex(std::int64_t value) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "runtime/Application.h"
 #include "runtime/Window.h"
 
 namespace {
@@ -21,14 +20,14 @@ void TextField::SetText(const std::string& text) {
 }
 
 void TextField::PersonTypes(const std::string& text) {
-  if (!TakesPerson()) return;
-  Owner().Owner().NoteFocus(this);
+  if (!IsUsable()) return;
+  Owner().NoteFocus(*this);
   undo_ = text_;
   SetText(text);
 }
 
 void TextField::PersonEdits(EditAction action, std::string& clipboard) {
-  if (!TakesPerson()) return;
+  if (!IsUsable()) return;
   const std::string selected = text_.substr(SelStart, SelLength);
   const bool takesSelection = action == EditAction::Cut || action == EditAction::Copy;
   if (takesSelection && !selected.empty()) clipboard = selected;

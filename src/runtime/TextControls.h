@@ -1,4 +1,4 @@
-// The controls that hold a text. Texts are bytes, taken to be UTF-8.
+// Controls that hold a text. Texts are bytes, read as UTF-8.
 #pragma once
 
 #include <functional>
@@ -19,25 +19,24 @@ class Label : public Control {
   std::string text_;
 };
 
-// One line of any length: line breaks and NULs in what is put into it are dropped.
+// One line of any length: line breaks and NULs are dropped.
 class TextField : public Control {
  public:
   explicit TextField(Window& owner) : Control(owner, ControlKind::TextField) {}
   const std::string& Text() const { return text_; }
   void SetText(const std::string& text);
-  // The person puts text in place of what stood there; the focus is here then.
+  // The user replaces the whole text. Takes the focus.
   void PersonTypes(const std::string& text);
 
-  // What becomes of a text that arrives as the whole of the field, pasted or dropped; where it is empty,
-  // nothing.
+  // Converts a text that is to fill the whole field, pasted or dropped; may be empty.
   std::function<std::string(const std::string&)> Arriving;
-  // The user pastes text over the selection; over all of it, or into an empty field, it arrives as a whole.
+  // The user pastes text over the selection. It passes through Arriving if it replaces everything.
   void PersonPastes(const std::string& text);
-  // A whole text arrives: dropped, or handed over to the program.
+  // The user drops a text on the field, or starts the program with one: it passes through Arriving.
   void PersonDrops(const std::string& text) { PersonTypes(Arriving ? Arriving(text) : text); }
 
-  // The selection, in bytes from 0, kept inside the text; and one step of undoing. They serve
-  // the editing commands where no screen has a field of its own.
+  // The selection, in bytes from 0 and within the text, and the editing commands with one level of undo, for
+  // hosts without a screen.
   std::size_t SelStart = 0;
   std::size_t SelLength = 0;
   void PersonEdits(EditAction action, std::string& clipboard);
@@ -49,10 +48,10 @@ class TextField : public Control {
   std::string undo_;
 };
 
-// A text that several may hold and nobody changes; never nullptr.
+// A shared text that is never changed and never nullptr.
 using SharedText = std::shared_ptr<const std::string>;
 
-// One text buffer of any size.
+// A text of any size.
 class TextArea : public Control {
  public:
   explicit TextArea(Window& owner) : Control(owner, ControlKind::TextArea) {}

@@ -37,8 +37,17 @@ void Window::PersonResizes(int width, int height) {
   if (width == width_ && height == height_) return;
   width_ = width;
   height_ = height;
-  app_.Dispatch(this, [this] { Event_Resizing(); });
+  Raise([this] { Event_Resizing(); });
 }
+
+void Window::NoteFocus(Control& control) { app_.NoteFocus(&control); }
+
+void Window::MoveFocus(Control& control) {
+  NoteFocus(control);
+  app_.Host().ControlFocused(control);
+}
+
+void Window::Raise(const std::function<void()>& handler) { app_.Dispatch(this, handler); }
 
 void Window::Place(std::initializer_list<Placement> rows) {
   for (const Placement& row : rows) row.control.Construct(row);

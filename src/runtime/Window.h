@@ -1,5 +1,5 @@
-// A window as data: its frame, its controls in construction order, and the events it handles.
-// A host draws it from this record and reports what the person does to it.
+// A window as data: its frame, its controls in construction order, and the events that it handles. A host
+// draws it from this record and reports what the user does.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@
 
 class Application;
 
-// What never changes after construction. Sizes are points.
+// Set at construction and never changed. Sizes are in points.
 struct WindowFrame {
   std::string title;
   int width = 0;
@@ -27,14 +27,12 @@ struct WindowFrame {
   bool maximizeButton = false;
   bool fullScreenButton = false;
   bool resizable = true;
-  bool liveResize = true;
-  bool visible = false;  // shown as soon as it is made
-  bool menuBar = false;  // the menu bar stands here where a platform has none for all windows
-  bool dialog = false;   // a window beside the work, to be read and closed
+  bool visible = false;  // shown when it is created
+  bool menuBar = false;  // has the menu bar on a platform without a global one
+  bool dialog = false;   // a secondary window, to be read and closed
 };
 
-// Controls that belong together, in the order in which they are read; the first is the heading. Only a view
-// reads it.
+// For the view alone: controls that belong together, in reading order; the first is the heading.
 struct ControlGroup {
   std::vector<const Control*> controls;
 };
@@ -57,18 +55,21 @@ class Window {
   // nullptr if there is none of that name.
   Control* FindControl(const std::string& name) const;
 
-  // Makes the window visible or brings it forward, and the active one.
+  // Makes the window visible or brings it to the front, and activates it.
   void Show();
   void Close();
-  // What a person does; a size outside the least and greatest is brought inside. Resizing is
-  // raised for a size that differs.
+  // The user's actions. A new size is clamped to the frame's limits; a changed size raises Resizing.
   void PersonActivates();
   void PersonCloses() { Close(); }
   void PersonResizes(int width, int height);
 
+  // The focus has moved to a control of this window; and: move it there.
+  void NoteFocus(Control& control);
+  void MoveFocus(Control& control);
+
   const MenuHandlers& OwnMenuHandlers() const { return menuHandlers_; }
 
-  // Set by the one view of this window: a control's values have changed.
+  // Set by the view of this window: a value of the control has changed.
   std::function<void(Control&)> OnChange;
 
  protected:
@@ -80,17 +81,18 @@ class Window {
   void Place(std::initializer_list<Placement> rows);
   void Gather(std::vector<ControlGroup> groups) { groups_ = std::move(groups); }
 
-  // The window of this class, made and registered at the first call. Its Open is raised at once,
-  // or, for one that opens later, when the handler that made it has returned.
+  // The window of this class, created at the first call. Its Open is raised at once, or after the handler
+  // that created it has returned.
   enum class Opening { AtOnce, AfterHandler };
   template <typename W>
   static W& GetOrMake(const char* name, Opening opening);
-  // nullptr if none of that name is open.
+  // nullptr if no window of that name is open.
   static Window* Find(const std::string& name);
 
  private:
   friend class Control;
   static Window& Register(std::unique_ptr<Window> window, Opening opening);
+  void Raise(const std::function<void()>& handler);
 
   Application& app_;
   std::string name_;

@@ -1,4 +1,5 @@
-// Looks for rare bytes, and moves short runs of them, many at a time where the processor can.
+// Looks for rare bytes and moves short runs of them: sixteen at a time with SSE2, else byte by byte. Both
+// give the same results. RAVELYN_PORTABLE_BYTE_SEARCH turns SSE2 off, for a test of the other way.
 #pragma once
 
 #include <bit>
@@ -7,10 +8,13 @@
 #include <cstring>
 #include <string_view>
 
-#ifdef __SSE2__
+#if defined(__SSE2__) && !defined(RAVELYN_PORTABLE_BYTE_SEARCH)
+#define RAVELYN_SSE2
 #include <emmintrin.h>
 
-// One bit for each of the 16 bytes from here on that is one of those looked for.
+inline constexpr std::size_t kBlock = 16;
+
+// One bit for each of the 16 bytes at this address that is wanted.
 template <typename... Char>
 inline std::uint32_t HitsOf(const char* bytes, Char... wanted) {
   __m128i block;
@@ -19,25 +23,28 @@ inline std::uint32_t HitsOf(const char* bytes, Char... wanted) {
   ((hits = _mm_or_si128(hits, _mm_cmpeq_epi8(block, _mm_set1_epi8(wanted)))), ...);
   return static_cast<std::uint32_t>(_mm_movemask_epi8(hits));
 }
+
+// Offset of the first hit in a text of this size, at or after from; size if there is none. hitsAt gives the
+// hits of the block at an offset. Requires: at least a block from `from` on.
+template <typename HitsAt>
+inline std::size_t FindHit(std::size_t from, std::size_t size, const HitsAt& hitsAt) {
+  for (std::size_t at = from; at + kBlock <= size; at += kBlock) {
+    if (const auto hits = hitsAt(at)) return at + static_cast<std::size_t>(std::countr_zero(hits));
+  }
+  // The last block overlaps the one before, which has no hit.
+  const auto hits = hitsAt(size - kBlock);
+  return hits ? size - kBlock + static_cast<std::size_t>(std::countr_zero(hits)) : size;
+}
 #endif
 
-// Where the first of the wanted bytes stands in text, at or behind from; the size of text if none does.
+// Offset of the first of the wanted bytes in text, at or after from; the size of text if there is none.
 template <typename... Char>
 inline std::size_t FindFirstOf(std::string_view text, std::size_t from, Char... wanted) {
-  std::size_t at = from;
-#ifdef __SSE2__
-  constexpr std::size_t kBlock = 16;
-  for (; at + kBlock <= text.size(); at += kBlock) {
-    const auto hits = HitsOf(text.data() + at, wanted...);
-    if (hits) return at + static_cast<std::size_t>(std::countr_zero(hits));
-  }
-  // The last block overlaps what was looked at, where nothing is.
-  if (from + kBlock <= text.size()) {
-    const std::size_t last = text.size() - kBlock;
-    const auto hits = HitsOf(text.data() + last, wanted...);
-    return hits ? last + static_cast<std::size_t>(std::countr_zero(hits)) : text.size();
-  }
+#ifdef RAVELYN_SSE2
+  if (from + kBlock <= text.size())
+    return FindHit(from, text.size(), [&](std::size_t at) { return HitsOf(text.data() + at, wanted...); });
 #endif
+  std::size_t at = from;
   while (at < text.size() && ((text[at] != wanted) && ...)) ++at;
   return at;
 }
@@ -48,35 +55,27 @@ struct EitherByte {
   bool Is(char c) const { return c == one || c == other; }
 };
 
-// Where the first byte stands that is followed by the second at this distance, which may be 0, at or
-// behind from; the size of text if none does.
+// Offset of the first `first` with `second` at this distance after it, at or after from; the size of text if
+// there is none. distance may be 0.
 inline std::size_t FindPair(std::string_view text, std::size_t from, EitherByte first, std::size_t distance,
                             EitherByte second) {
   if (text.size() < from + distance) return text.size();
   const std::size_t size = text.size() - distance;
   std::size_t at = from;
-#ifdef __SSE2__
-  constexpr std::size_t kBlock = 16;
-  const auto hitsAt = [&](const char* bytes) {
-    return HitsOf(bytes, first.one, first.other) & HitsOf(bytes + distance, second.one, second.other);
-  };
-  const auto found = [](std::size_t start, std::uint32_t hits) {
-    return start + static_cast<std::size_t>(std::countr_zero(hits));
-  };
-  for (; at + kBlock <= size; at += kBlock) {
-    if (const auto hits = hitsAt(text.data() + at)) return found(at, hits);
-  }
+#ifdef RAVELYN_SSE2
   if (from + kBlock <= size) {
-    const auto hits = hitsAt(text.data() + size - kBlock);
-    return hits ? found(size - kBlock, hits) : text.size();
+    at = FindHit(from, size, [&](std::size_t place) {
+      const char* bytes = text.data() + place;
+      return HitsOf(bytes, first.one, first.other) & HitsOf(bytes + distance, second.one, second.other);
+    });
   }
 #endif
   while (at < size && !(first.Is(text[at]) && second.Is(text[at + distance]))) ++at;
   return at < size ? at : text.size();
 }
 
-// Copies a short run to a place in front of it. Whole blocks are copied, so up to kOvershoot bytes more
-// than length are read and written: they must be there, and nobody may need those at to.
+// Copies a short run to a place in front of it, in whole blocks.
+// Requires: kOvershoot bytes after both runs exist, and nobody needs the bytes after `to`.
 inline constexpr std::size_t kOvershoot = 15;
 inline void CopyForward(char* to, const char* from, std::size_t length) {
   for (std::size_t at = 0; at < length; at += kOvershoot + 1) {

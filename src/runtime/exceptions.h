@@ -1,5 +1,5 @@
-// What the runtime raises. An exception that no handler catches ends that handler only: the
-// dispatch of events shows its kind and its words (see Application.h).
+// Exceptions of the runtime. One that leaves an event handler ends that handler only, and its kind and
+// message are shown (see Application.h).
 #pragma once
 
 #include <cstdint>
@@ -8,28 +8,29 @@
 
 class RuntimeException : public std::runtime_error {
  public:
-  RuntimeException(std::string kind, const std::string& words)
-      : std::runtime_error(words), kind_(std::move(kind)) {}
-  // The name of the exception's class, as a person is shown it.
+  RuntimeException(std::string kind, const std::string& message)
+      : std::runtime_error(message), kind_(std::move(kind)) {}
+  // The name of the class, as the user sees it.
   const std::string& Kind() const { return kind_; }
 
  private:
   std::string kind_;
 };
 
-// A member access on an object that is not there.
+// A member of a nil object was used.
 class NilObjectException : public RuntimeException {
  public:
-  explicit NilObjectException(const std::string& words) : RuntimeException("NilObjectException", words) {}
+  explicit NilObjectException(const std::string& message) : RuntimeException("NilObjectException", message) {}
 };
 
-// An index outside an array, a list or a block of bytes.
+// An index is outside its array, list or block of bytes.
 class OutOfBoundsException : public RuntimeException {
  public:
-  explicit OutOfBoundsException(const std::string& words) : RuntimeException("OutOfBoundsException", words) {}
+  explicit OutOfBoundsException(const std::string& message)
+      : RuntimeException("OutOfBoundsException", message) {}
 };
 
-// A file could not be made, written or put in its place. ErrorNumber is the system's errno.
+// A file could not be created, written or replaced. ErrorNumber is the errno.
 class IOException : public RuntimeException {
  public:
   explicit IOException(int errorNumber);
@@ -39,8 +40,8 @@ class IOException : public RuntimeException {
   int errorNumber_;
 };
 
-// A pattern that is no regular expression. Position counts characters from 1; the words are
-// the reason alone, in plain English.
+// A pattern is not a valid regular expression. Position counts characters from 1; the message is the reason
+// alone, in plain English.
 class RegExSearchPatternException : public RuntimeException {
  public:
   RegExSearchPatternException(const std::string& reason, std::int64_t position)
@@ -51,12 +52,12 @@ class RegExSearchPatternException : public RuntimeException {
   std::int64_t position_;
 };
 
-// A pattern that is valid but would take practically forever on this target.
+// A valid pattern would take too long on this target.
 class RegExMatchLimitException : public RuntimeException {
  public:
   explicit RegExMatchLimitException(const std::string& reason)
       : RuntimeException("RegExMatchLimitException", reason) {}
 };
 
-// The system's words for an errno, such as "No space left on device"; never locale dependent.
+// The system's description of an errno, such as "No space left on device", in English in every locale.
 std::string ErrorWords(int errorNumber);

@@ -1,5 +1,5 @@
-// What a text can be put together of, without a string for each piece. A type of pieces has two functions:
-// MostBytes tells how much room it may take, and Put writes it there and gives the place behind it.
+// Builds a text of pieces without a string for each of them. A type of pieces has two functions: MostBytes
+// gives an upper bound of its size, and Put writes it and returns the end of what it wrote.
 #pragma once
 
 #include <charconv>
@@ -22,7 +22,7 @@ void AppendPieces(std::string& text, const Piece&... pieces) {
   text.resize(static_cast<std::size_t>(end - text.data()));
 }
 
-// Pieces as a text.
+// The pieces as one text.
 template <typename... Piece>
 std::string TextOf(const Piece&... pieces) {
   std::string text;

@@ -1,4 +1,4 @@
-// Challenges and the answers to them, recomputed from the fields on the wire (RFC 2617).
+// Challenges and the answers to them, recomputed from the fields that were sent (RFC 2617).
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr std::int64_t kPatience = 60;
+constexpr std::int64_t kPatience = 60;  // seconds; no test takes as long
 using Fields = std::map<std::string, std::string>;
 
 std::string Challenge(const std::string& kind, const std::string& value) {
@@ -25,7 +25,7 @@ std::string Sent(const std::string& request, const std::string& name) {
   return NthField(NthField(request, "\r\n" + name + ": ", 2), "\r\n", 1);
 }
 
-// The fields of a Digest value, as a server reads them: marks away, cut at commas outside of them.
+// The fields of a Digest value as a server reads them: without quotation marks, cut at commas outside them.
 Fields Read(const std::string& value) {
   Fields fields;
   std::string name, text, *into = &name;
@@ -60,13 +60,13 @@ struct Authentication : testing::Test {
                        std::string& password) {
             asked.push_back(kind + " " + realm + "|" + headers.Value(kind + "-authenticate"));
             name = "Mu, \xC3\xA9", password = "pass:word";
-            return willing;
+            return hasCredentials;
           };
     }
     socket.PageReceived = [this](const std::string&, int, HTTPSocket::HeadersPtr,
                                  const std::string& content) { page = content; };
   }
-  // The page, on either road.
+  // The page, by a blocking request or by events.
   std::string Ask(bool blocking) {
     page = "";
     if (blocking) return socket.Get(url, kPatience);
@@ -80,16 +80,16 @@ struct Authentication : testing::Test {
   std::string url = "http://" + server.Host() + "/a,b?c=\xC3\xA9";
   std::vector<std::string> asked;
   std::string page;
-  bool willing = true;
+  bool hasCredentials = true;
 };
 
-struct Roads : Authentication, testing::WithParamInterface<std::tuple<bool, std::string>> {
+struct BothKinds : Authentication, testing::WithParamInterface<std::tuple<bool, std::string>> {
   const bool blocking = std::get<0>(GetParam());
   const std::string kind = std::get<1>(GetParam());
   const std::string header = kind == "WWW" ? "Authorization" : "Proxy-Authorization";
 };
 
-TEST_P(Roads, BasicIsAnsweredAndKept) {
+TEST_P(BothKinds, BasicCredentialsAreSentAndKept) {
   server.Answer(Challenge(kind, "Basic realm=\"a, b\""));
   server.Answer(Page("open"));
   EXPECT_EQ(Ask(blocking), "open");
@@ -99,13 +99,13 @@ TEST_P(Roads, BasicIsAnsweredAndKept) {
   ASSERT_EQ(requests.size(), 3u);
   const std::string key = "Basic " + EncodeBase64("Mu, \xC3\xA9:pass:word", 0);
   EXPECT_EQ(Sent(requests[0], header) + Sent(requests[1], header) + Sent(requests[2], header), key + key);
-  EXPECT_EQ(socket.GetRequestHeaders()->NameCount(header), 0) << "the key goes out, but stays in no header";
+  EXPECT_EQ(socket.GetRequestHeaders()->NameCount(header), 0) << "the key is sent, but not kept as a header";
   EXPECT_EQ(requests[0], Replace(requests[1], header + ": " + Sent(requests[1], header) + "\r\n", "")
                              .substr(0, requests[0].size()))
-      << "else the same request again";
+      << "otherwise the same request";
 }
 
-TEST_P(Roads, DigestIsAnsweredWithTheRightResponse) {
+TEST_P(BothKinds, DigestGetsTheRightResponse) {
   const std::string first = "Digest realm=\"r, s\", nonce=\"n1,=\", qop=auth, algorithm=MD5, opaque=\"o==\"";
   server.Answer(Challenge(kind, first));
   server.Answer(Challenge(kind, first));
@@ -128,11 +128,11 @@ TEST_P(Roads, DigestIsAnsweredWithTheRightResponse) {
     all.insert({{"username", "Mu, \xC3\xA9"}, {"realm", "r, s"}, {"uri", url}, {"qop", "auth"}});
     all.insert({{"cnonce", sent["cnonce"]}, {"response", sent["response"]}});
     EXPECT_EQ(sent, all) << value;
-    EXPECT_EQ(Right(value, 2) == ", ", i == 3) << "ends so without opaque";
+    EXPECT_EQ(Right(value, 2) == ", ", i == 3) << "a trailing comma without opaque";
   }
 }
 
-TEST_P(Roads, WhatIsNotAnsweredIsAPage) {
+TEST_P(BothKinds, AnUnansweredChallengeIsAPage) {
   for (const char* challenge : {"Basic", "Negotiate abc", "basic realm=\"x\"", "Digest", ""}) {
     server.Answer(Challenge(kind, challenge));
     server.Answer(Challenge(kind, challenge));
@@ -140,8 +140,8 @@ TEST_P(Roads, WhatIsNotAnsweredIsAPage) {
     EXPECT_EQ(socket.HTTPStatusCode(), kind == "WWW" ? 401 : 407);
     EXPECT_EQ(socket.ErrorCode(), 0);
   }
-  EXPECT_EQ(asked.size(), 5u) << "the question comes all the same";
-  willing = false;
+  EXPECT_EQ(asked.size(), 5u) << "credentials were requested all the same";
+  hasCredentials = false;
   server.Answer(Challenge(kind, "Basic realm=\"x\""));
   EXPECT_EQ(Ask(blocking), "lock");
   socket.AuthenticationRequired = socket.ProxyAuthenticationRequired = nullptr;
@@ -149,9 +149,9 @@ TEST_P(Roads, WhatIsNotAnsweredIsAPage) {
   for (const std::string& request : server.Requests()) EXPECT_EQ(Sent(request, header), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(, Roads, testing::Combine(testing::Bool(), testing::Values("WWW", "Proxy")));
+INSTANTIATE_TEST_SUITE_P(, BothKinds, testing::Combine(testing::Bool(), testing::Values("WWW", "Proxy")));
 
-TEST_F(Authentication, ChallengesAreCutAtCommasOutsideMarks) {
+TEST_F(Authentication, ChallengesAreCutAtCommasOutsideQuotationMarks) {
   const Dictionary params = socket._ParseAuthenticationParams(
       " Realm=\"a, b\\\", c=d\" ,nonce = \"x=y\",qop=auth,  algorithm=MD5 , empty=\"\", bare, none=,=v, "
       "last=\"z\\\\\", end=e");
@@ -162,7 +162,7 @@ TEST_F(Authentication, ChallengesAreCutAtCommasOutsideMarks) {
   EXPECT_EQ(read, "Realm<a, b\\\", c=d>nonce<x=y>qop<auth>algorithm<MD5>empty<>none<><v>last<z\\\\>end<e>");
 }
 
-TEST_F(Authentication, ValuesAreAsTheyArePublished) {
+TEST_F(Authentication, ValuesMatchThePublishedExamples) {
   EXPECT_EQ(socket._CreateAuthenticationData("Basic", "Aladdin", "open sesame", Dictionary()),
             "Basic QWxhZGRpbjpvcGVuIHNlc2FtZQ==");
   EXPECT_EQ(socket._CreateAuthenticationData("BASIC", "a", "b", Dictionary()), "");
@@ -174,7 +174,7 @@ TEST_F(Authentication, ValuesAreAsTheyArePublished) {
       "username=Mufasa,realm=testrealm@host.com,uri=/dir/index.html,nonce=dcd98b7102dd2f0e8b11d0f600bfb0c093,"
       "nc=00000001,cnonce=0a4f113b,qop=auth");
   EXPECT_EQ(ResponseOf(published, "GET", "Circle Of Life"), "6629fae49393a05397450978507c4ef1")
-      << "the check itself, by the example of RFC 2617";
+      << "RFC 2617's example confirms this check";
   std::set<char> letters;
   for (int i = 0; i < 400; ++i) {
     const std::string nonce = HTTPSocket::_CreateNonce();

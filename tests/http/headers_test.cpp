@@ -1,4 +1,4 @@
-// The collection of header lines.
+// The collection of header lines, and the search for their end.
 
 #include "http/InternetHeaders.h"
 
@@ -48,7 +48,7 @@ TEST(Headers, KeepRepeatedNamesApart) {
   EXPECT_TRUE(h._HasHeader("x:1") && h._HasHeader("X:2") && !h._HasHeader("X:3") && !h._HasHeader("X:0"));
 }
 
-TEST(Headers, DeletingClosesTheGap) {
+TEST(Headers, DeletingRenumbersTheLaterOnes) {
   for (const auto& [index, left] :
        {std::pair(0, "b|c"), {1, "a|c"}, {2, "a|b"}, {3, "a|b|c"}, {-1, "a|b|c"}}) {
     InternetHeaders h = Made({{"X", "a"}, {"X", "b"}, {"Y", "y"}, {"X", "c"}});
@@ -60,17 +60,17 @@ TEST(Headers, DeletingClosesTheGap) {
   h.Delete("Z", 0);
   h.Delete("x");
   EXPECT_EQ(h._FormatHTTPHeaders(), "Y: y");
-  h.AppendHeader("X", "anew");
-  EXPECT_EQ(ValuesOf(h, "X"), "anew");
+  h.AppendHeader("X", "new");
+  EXPECT_EQ(ValuesOf(h, "X"), "new");
 }
 
-TEST(Headers, SettingMakesOneValueOrTheNext) {
+TEST(Headers, SettingReplacesAllValuesOrSetsOneByIndex) {
   InternetHeaders h = Made({{"X", "a"}, {"X", "b"}});
   h.SetHeader("X", "v");
   EXPECT_EQ(h._FormatHTTPHeaders(), "X: v");
   EXPECT_EQ(ValuesOf(h, "X"), "v");
   h.SetHeader("X", "w", 5);
-  EXPECT_EQ(ValuesOf(h, "x"), "v|w") << "a free index is the next one";
+  EXPECT_EQ(ValuesOf(h, "x"), "v|w") << "a free index becomes the next one";
   h.SetHeader("X", "u", 1);
   h.SetHeader("X", "t", 0);
   EXPECT_EQ(ValuesOf(h, "X"), "t|u");
@@ -89,11 +89,11 @@ TEST(Headers, AreParsedWithEveryLineEnd) {
     EXPECT_TRUE(h._HasHeader("content-length"));
     EXPECT_EQ(h.Source(), text);
   }
-  EXPECT_EQ(Parsed("A: 1\nB: 2\r\nC: 3").Value("a"), "1\nB: 2") << "CR LF goes before LF";
+  EXPECT_EQ(Parsed("A: 1\nB: 2\r\nC: 3").Value("a"), "1\nB: 2") << "CR LF takes precedence over LF";
   EXPECT_EQ(Parsed("").Count(), 0);
 }
 
-TEST(Headers, TheMailFormHasItsOrderAndNoBlindCopies) {
+TEST(Headers, TheMailFormHasAFixedOrderAndNoBCC) {
   InternetHeaders h;
   for (const std::string& line : Split("X-A:1|to:t1|BCC:secret|bcc:secret|CC:c|From:f|Subject:s|To:t2|"
                                        "Received:r1|Date:d|Received:r2|Return-path:p|X-A:2|o:3",
@@ -105,12 +105,12 @@ TEST(Headers, TheMailFormHasItsOrderAndNoBlindCopies) {
   EXPECT_EQ(Made({})._FormatEmailHeaders(), "");
 }
 
-TEST(Headers, AreWalkedWithAYieldAtEach) {
+TEST(Headers, EveryLoopYieldsAtEachItem) {
   FakePlatform host;
   const Application app(host);
   InternetHeaders h =
       Made({{"Received", "1"}, {"Received", "2"}, {"To", "3"}, {"X", "4"}, {"Received", "5"}});
-  const std::pair<std::function<void()>, int> walks[] = {
+  const std::pair<std::function<void()>, int> loops[] = {
       {[&] { h._FormatHTTPHeaders(); }, 5},
       {[&] { h._FormatEmailHeaders(); }, 3 + 1 + 5},
       {[&] { h.CommaSeparatedValues("received"); }, 3},
@@ -121,14 +121,14 @@ TEST(Headers, AreWalkedWithAYieldAtEach) {
       {[] { HTTPSocket::_EncodeHex("four"); }, 4},
       {[] { HTTPSocket()._ParseAuthenticationParams("a=1, b=2"); }, 2},
   };
-  for (const auto& [walk, passes] : walks) {
+  for (const auto& [run, passes] : loops) {
     host.yields = 0;
-    walk();
+    run();
     EXPECT_EQ(host.yields, passes);
   }
 }
 
-TEST(Headers, AMegabyteOfOneNameIsReadAtOnce) {
+TEST(Headers, AMegabyteOfOneNameTakesLinearTime) {
   std::string text;
   while (text.size() < 1 << 20) text += "a:1\r\n";
   const double start = ProcessorSeconds();
@@ -141,8 +141,8 @@ TEST(Headers, AMegabyteOfOneNameIsReadAtOnce) {
   EXPECT_LT(ProcessorSeconds() - start, 10);
 }
 
-// A quarter of a megabyte, looked at anew with each byte, would be 32,000 megabytes.
-TEST(Headers, AHeadThatComesByteByByteIsLookedAtOnce) {
+// Searching a quarter of a megabyte from its start after each byte would read 32,000 megabytes.
+TEST(Headers, HeadersThatArriveByteByByteAreSearchedOnce) {
   const std::string head = std::string(1 << 18, 'a') + "\r\n\r\n";
   const double start = ProcessorSeconds();
   HeaderEnd end;

@@ -20,8 +20,8 @@ using namespace std::string_literals;
 using Clock = std::chrono::steady_clock;
 constexpr std::int64_t kTimeOut = 30;
 
-// A clock that stands still until the server has sent all of its script, and then runs fast while
-// nothing comes: what the client gets before its time-out hangs on no machine's speed.
+// The clock stands still until the server has sent its whole reply, then runs fast during silence: what the
+// client receives before its time-out does not depend on the machine's speed.
 struct Faults : testing::Test {
   Faults() { RunClockAfter(server); }
   void RunClockAfter(const LoopbackServer& of) {
@@ -42,7 +42,7 @@ struct Faults : testing::Test {
 
 using Result = std::pair<std::string, int>;
 
-// What a reply of this text gives that is cut at length bytes.
+// Result of a reply that is cut after length bytes of text.
 Result Expected(const std::string& text, std::size_t length, bool declared, Reply::End end) {
   const std::size_t headerEnd = text.find("\r\n\r\n") + 4;
   const bool closes = end != Reply::End::Stall;
@@ -53,7 +53,7 @@ Result Expected(const std::string& text, std::size_t length, bool declared, Repl
 
 struct Cuts : Faults, testing::WithParamInterface<std::tuple<Reply::End, std::size_t>> {};
 
-TEST_P(Cuts, AtEveryByteGiveWhatCame) {
+TEST_P(Cuts, AtEveryByteGiveTheBodySoFar) {
   const auto [end, piece] = GetParam();
   for (const bool declared : {true, false}) {
     const std::string text = declared ? "HTTP/1.0 200 OK\r\nContent-Length: 6\r\n\r\na\r\n\r\nb"s
@@ -74,7 +74,7 @@ INSTANTIATE_TEST_SUITE_P(, Cuts,
                                                           Reply::End::Stall),
                                           testing::Values(0, 1)));
 
-TEST_F(Faults, SilenceEndsTheWaitAndKeepsWhatCame) {
+TEST_F(Faults, ATimeOutKeepsTheBodySoFar) {
   server.Answer(Reply{"HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\nhalf", Reply::End::Stall});
   EXPECT_EQ(Request(kTimeOut), Result("half", -1));
   EXPECT_EQ(socket.LastErrorCode(), 0);
@@ -82,8 +82,8 @@ TEST_F(Faults, SilenceEndsTheWaitAndKeepsWhatCame) {
   EXPECT_EQ(socket.HTTPStatusCode(), 200);
 }
 
-TEST_F(Faults, TheTimeOutCountsSilence) {
-  // A tenth of the time-out passes with each piece of the body, and many time-outs over them all.
+TEST_F(Faults, EachPieceOfTheBodyRestartsTheTimeOut) {
+  // A tenth of the time-out passes with each piece of the body, many time-outs with the whole of it.
   const std::string body(30'000, 'd');
   server.Answer(Reply{Page(body), Reply::End::Stall, 1});
   host.betweenEvents = kForever;
@@ -92,7 +92,7 @@ TEST_F(Faults, TheTimeOutCountsSilence) {
   EXPECT_GT(host.ticks, kTimeOut * 60 * 3);
 }
 
-TEST_F(Faults, ADownloadDoesNotMoveTheDeadline) {
+TEST_F(Faults, BytesOfADownloadDoNotRestartTheTimeOut) {
   const TemporaryFolder folder;
   server.Answer(Reply{"HTTP/1.0 200 OK\r\n\r\npart", Reply::End::Stall});
   EXPECT_FALSE(socket.Get(server.Host() + "/", std::make_shared<FolderItem>(folder / "f"), kTimeOut));
@@ -100,7 +100,7 @@ TEST_F(Faults, ADownloadDoesNotMoveTheDeadline) {
   EXPECT_EQ(ReadFile(folder / "f"), "part");
 }
 
-TEST_F(Faults, WithoutATimeOutOnlyThePageEndsTheWait) {
+TEST_F(Faults, WithoutATimeOutOnlyTheReplyEndsTheWait) {
   for (const std::int64_t none : {0L, -1L, INT64_MIN}) {
     LoopbackServer own;
     own.Answer(Reply{OpenPage("late"), Reply::End::Close, 1});
@@ -112,7 +112,7 @@ TEST_F(Faults, WithoutATimeOutOnlyThePageEndsTheWait) {
   EXPECT_EQ(Request(INT64_MAX), Result("x", 0));
 }
 
-TEST_F(Faults, AReplyMayComeBeforeTheRequest) {
+TEST_F(Faults, AReplyBeforeTheRequestIsAccepted) {
   server.Answer(Reply{Page("eager"), Reply::End::Stall, 0, true});
   EXPECT_EQ(Request(kTimeOut), Result("eager", 0));
 }
@@ -144,7 +144,7 @@ TEST_F(Faults, ABodyBeyondItsLimitIsRefused) {
   EXPECT_EQ(socket.LastErrorCode(), kErrorReplyTooLarge);
 }
 
-TEST_F(Faults, WhatCanBreakTheRequestIsNotSent) {
+TEST_F(Faults, AURLWithLineBreaksOrNULsIsNotSent) {
   server.Answer(Page("page"));
   for (const std::string& tail : {"/\r"s, "/\n"s, "/a\0b"s, "\r\n/"s, "/ HTTP/1.0\r\nX: y"s}) {
     EXPECT_EQ(socket.Get(server.Host() + tail, kTimeOut), "");
@@ -157,7 +157,7 @@ TEST_F(Faults, WhatCanBreakTheRequestIsNotSent) {
   EXPECT_EQ(server.Requests().size(), 1u);
 }
 
-TEST_F(Faults, AConnectionThatNeverStoodIsAnError) {
+TEST_F(Faults, AFailedConnectionIsAnError) {
   int closedPort = 0;
   { closedPort = LoopbackServer().Port(); }
   for (const auto& row : Rows("111~127.0.0.1:" + std::to_string(closedPort) +
@@ -175,7 +175,7 @@ TEST_F(Faults, AConnectionThatNeverStoodIsAnError) {
   }
 }
 
-TEST(Waiting, SleepsInTheKernelInOneGo) {
+TEST(Waiting, UsesNoProcessorTimeUntilTheTimeOut) {
   SilentPlatform host;
   const Application app(host);
   LoopbackServer server;
@@ -190,8 +190,8 @@ TEST(Waiting, SleepsInTheKernelInOneGo) {
   EXPECT_LT(host.waits, 8);
 }
 
-// Half the time-out goes by with each step, and hardly any time in between.
-TEST(Uploads, CountSendingAsProgress) {
+// Half the time-out passes with each piece that is sent, and hardly any time in between.
+TEST(Uploads, EachPieceSentRestartsTheTimeOut) {
   FakePlatform host;
   const Application app(host);
   LoopbackServer server;

@@ -1,48 +1,18 @@
-// Requests on the wire and replies that are as they should be, on both roads.
-
-#include <dlfcn.h>
-#include <gtest/gtest.h>
-#include <sys/stat.h>
+// Requests as they are sent, and well-formed replies to blocking requests.
 
 #include <cerrno>
 #include <utility>
 
-#include "http/HTTPSocket.h"
+#include "http_fixture.h"
 #include "runtime/Text.h"
-#include "support/LoopbackServer.h"
-#include "support/TemporaryFolder.h"
-
-// Closing the file at this path fails, once what it holds was written.
-static thread_local std::string closesBadly;
-extern "C" int close(int descriptor) {
-  static const auto real = reinterpret_cast<decltype(&close)>(::dlsym(RTLD_NEXT, "close"));
-  struct stat bad, own;
-  const bool fails = !closesBadly.empty() && ::stat(closesBadly.c_str(), &bad) == 0 &&
-                     ::fstat(descriptor, &own) == 0 && own.st_ino == bad.st_ino && bad.st_size > 0;
-  const int closed = real(descriptor);
-  if (fails) errno = EDQUOT;
-  return fails ? -1 : closed;
-}
 
 namespace {
 
 using namespace std::string_literals;
-constexpr std::int64_t kPatience = 60;  // seconds that no test waits for
-using Lines = std::vector<std::string>;
 
 const std::string kDefaults = "Accept: */*\r\nAccept-Language: en\r\n";
 
-struct HTTP : testing::Test {
-  FolderItemPtr File(const std::string& name) { return std::make_shared<FolderItem>(folder / name); }
-  std::string Url(const std::string& path) { return "http://" + server.Host() + path; }
-  std::string HostLine() { return "Host: " + server.Host(); }
-
-  LoopbackServer server;
-  HTTPSocket socket;
-  TemporaryFolder folder;
-};
-
-TEST_F(HTTP, SendsExactlyTheseBytes) {
+TEST_F(HTTP, ARequestHasExactlyTheseBytes) {
   server.Answer(Page("ok"));
   const std::string rest = " HTTP/1.0\r\n" + kDefaults + HostLine() + "\r\n\r\n";
   const std::pair<std::string, std::string> cases[] = {
@@ -61,7 +31,7 @@ TEST_F(HTTP, SendsExactlyTheseBytes) {
   EXPECT_EQ(server.Requests(), expected);
 }
 
-TEST_F(HTTP, KeepsAPortThatAURLNamed) {
+TEST_F(HTTP, APortStaysUntilAnotherURLNamesOne) {
   server.Answer(Page("ok"));
   socket.Get(Url("/1"), kPatience);
   for (const char* url : {"127.0.0.1/2", "http://127.0.0.1:0/3", "127.0.0.1:port/4"}) {
@@ -72,10 +42,10 @@ TEST_F(HTTP, KeepsAPortThatAURLNamed) {
   HTTPSocket fresh;
   fresh.Get("\x01?x=1", 1);
   EXPECT_EQ(fresh.Port, 80);
-  EXPECT_EQ(fresh.Address, "\x01?x=1") << "without a slash all of it is the host";
+  EXPECT_EQ(fresh.Address, "\x01?x=1") << "without a slash everything is the host";
 }
 
-TEST_F(HTTP, PostsContentAndForgetsItsLengthOnly) {
+TEST_F(HTTP, PostedContentIsSentAgainAndItsLengthIsNot) {
   server.Answer(Page("ok"));
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
@@ -91,7 +61,7 @@ TEST_F(HTTP, PostsContentAndForgetsItsLengthOnly) {
                                       "PUT /3" + head + type + "\r\n\r\n"}));
 }
 
-TEST_F(HTTP, EncodesFormsByWholeReplacement) {
+TEST_F(HTTP, FormsAreEncodedByReplacementInAFixedOrder) {
   server.Answer(Page("ok"));
   socket.SetFormData(Dictionary({{"a b"s, "1&2=3%"s}, {"n"s, std::int64_t{7}}, {"\xC3\xA9?"s, "\r\n"s}}));
   socket.Post(Url("/"), kPatience);
@@ -117,7 +87,7 @@ TEST_F(HTTP, RequestHeadersStayUntilTheyAreCleared) {
             "GET / HTTP/1.0\r\nAccept: */*\r\nX-A: 1X-Evil: 2\r\nX-A: 3\r\n" + HostLine() + "\r\n\r\n");
 }
 
-TEST_F(HTTP, AsksAProxyForTheWholeURL) {
+TEST_F(HTTP, AProxyIsAskedForTheWholeURL) {
   server.Answer(Page("via"));
   socket.HTTPProxyAddress = "127.0.0.1";
   socket.HTTPProxyPort = server.Port();
@@ -130,7 +100,7 @@ TEST_F(HTTP, AsksAProxyForTheWholeURL) {
   EXPECT_EQ(fresh.Port, 80) << "of a proxy without a port";
 }
 
-TEST_F(HTTP, HeadHasHeadersAndNoBody) {
+TEST_F(HTTP, HEADGivesHeadersAndNoBody) {
   server.Answer("HTTP/1.0 200 OK\r\nContent-Length: 99\r\nX: y\r\n\r\n");
   socket.SetRequestContent("dropped", "text/plain");
   const auto headers = socket.GetHeaders(Url("/h"), kPatience);
@@ -138,7 +108,7 @@ TEST_F(HTTP, HeadHasHeadersAndNoBody) {
   EXPECT_EQ(headers->_FormatHTTPHeaders(), "Content-Length: 99\r\nX: y");
   EXPECT_EQ(server.Requests(), Lines({"HEAD /h HTTP/1.0\r\n" + kDefaults + HostLine() + "\r\n\r\n"}));
   EXPECT_EQ(socket.ErrorCode(), 0);
-  EXPECT_EQ(socket.GetHeaders("127.0.0.1:1/", kPatience), nullptr) << "these are of the request before";
+  EXPECT_EQ(socket.GetHeaders("127.0.0.1:1/", kPatience), nullptr) << "not the previous request's";
 }
 
 TEST_F(HTTP, EveryStatusIsAPage) {
@@ -159,7 +129,7 @@ TEST_F(HTTP, EveryStatusIsAPage) {
 }
 
 TEST_F(HTTP, TheBodyEndsAtItsLengthOrAtTheClose) {
-  // The stalled ones end by their length alone.
+  // Stalled connections end by the length alone.
   const std::string ok = "HTTP/1.0 200 OK\r\n";
   const struct {
     std::string reply;
@@ -212,126 +182,17 @@ TEST_F(HTTP, OneObjectMakesManyRequests) {
   EXPECT_EQ(socket.PageHeaders(), nullptr) << "nil for a reply without headers";
   EXPECT_EQ(socket.Get(Url("/3"), kPatience), "");
   EXPECT_EQ(socket.Get(Url("/4"), kPatience), "4");
-  EXPECT_EQ(socket.Get("127.0.0.1:1/", kPatience), "") << "nothing of the earlier page";
+  EXPECT_EQ(socket.Get("127.0.0.1:1/", kPatience), "") << "not the previous page";
   EXPECT_EQ(socket.ErrorCode(), ECONNREFUSED);
-  EXPECT_EQ(socket.HTTPStatusCode(), 200) << "of the last reply until a connection stands";
+  EXPECT_EQ(socket.HTTPStatusCode(), 200) << "of the last reply until the next connection";
 }
 
-TEST_F(HTTP, ALengthThatWasNotReachedBoundsNoLaterPage) {
+TEST_F(HTTP, AnUnreachedLengthDoesNotLimitTheNextPage) {
   server.Answer("HTTP/1.0 200 OK\r\nContent-Length: 99\r\n\r\nhello");
   server.Answer(OpenPage(std::string(200, 'b')));
   EXPECT_EQ(socket.Get(Url("/"), kPatience), "hello");
   EXPECT_EQ(socket.Get(Url("/"), 5), std::string(200, 'b'));
   EXPECT_EQ(socket.ErrorCode(), 0);
-}
-
-TEST_F(HTTP, DownloadsIntoAFile) {
-  const std::string body(700'000, 'b');
-  server.Answer(Page(body));
-  WriteFile(folder / "f", "old");
-  EXPECT_TRUE(socket.Get(Url("/"), File("f"), kPatience));
-  EXPECT_EQ(ReadFile(folder / "f"), body);
-  EXPECT_EQ(folder.Count(), 1u);
-  EXPECT_EQ(socket.Get(Url("/"), kPatience), body) << "the next page is kept in memory again";
-  const std::size_t before = server.Requests().size();
-  EXPECT_FALSE(socket.Get(Url("/"), File(""), kPatience));
-  EXPECT_FALSE(socket.Post(Url("/"), File("none/f"), kPatience));
-  EXPECT_EQ(socket.ErrorCode(), kErrorDownloadFile);
-  EXPECT_EQ(server.Requests().size(), before) << "no connection";
-  EXPECT_FALSE(socket.Get(Url("/"), std::make_shared<FolderItem>("/dev/full"), kPatience));
-  EXPECT_EQ(socket.ErrorCode(), ENOSPC);
-}
-
-// The event road: what was raised, one line each.
-struct Events : HTTP {
-  Events() {
-    socket.Connected = [this] { seen.push_back("connected"); };
-    socket.HeadersReceived = [this](const InternetHeaders& h, int status) {
-      seen.push_back("headers " + std::to_string(status) + " " + std::to_string(h.Count()));
-    };
-    socket.ReceiveProgress = [this](std::int64_t soFar, std::int64_t total, const std::string& data) {
-      seen.push_back("progress " + std::to_string(soFar) + "/" + std::to_string(total) + " " + data);
-    };
-    socket.PageReceived = [this](const std::string& url, int, HTTPSocket::HeadersPtr,
-                                 const std::string& content) {
-      seen.push_back("page " + Replace(url, server.Host(), "") + " " + content), done = true;
-    };
-    socket.DownloadComplete = [this](const std::string&, int, HTTPSocket::HeadersPtr,
-                                     const FolderItemPtr& file) {
-      seen.push_back("file " + ReadFile(file->Path())), done = true;
-    };
-    socket.Error = [this](int code) { seen.push_back("error " + std::to_string(code)), done = true; };
-  }
-  Lines Wait() {
-    for (int i = 0; i < 500 && !done; ++i) socket.Wait(100), socket.Poll();
-    done = false;
-    return std::exchange(seen, {});
-  }
-  Lines seen;
-  bool done = false;
-};
-
-TEST_F(Events, ComeInOrder) {
-  server.Answer(Page("hello"));
-  server.Answer(OpenPage("open"));
-  socket.Get(Url("/1"));
-  EXPECT_EQ(seen, Lines()) << "the call only starts it";
-  EXPECT_EQ(Wait(), Lines({"connected", "headers 200 1", "progress 5/5 hello", "page http:///1 hello"}));
-  socket.Get(Url("/2"), File("f"));
-  EXPECT_EQ(Wait(), Lines({"connected", "headers 200 0", "progress 4/0 open", "file open"}));
-  socket.Get("127.0.0.1:1/");
-  EXPECT_EQ(Wait(), Lines({"error 111"}));
-  socket.Get(Url("/3"), File(""));
-  EXPECT_EQ(Wait(), Lines({"error 1"}));
-  socket.Get(Url("/a\rb"));
-  EXPECT_EQ(Wait(), Lines({"error 10004"}));
-  EXPECT_EQ(socket.Get(Url("/4"), kPatience), "open");
-  EXPECT_EQ(seen, Lines()) << "the blocking road raises none";
-}
-
-TEST_F(Events, BeginEachKindOfRequest) {
-  server.Answer(Page("ok"));
-  socket.Post(Url("/1"));
-  Wait();
-  socket.Post(Url("/2"), File("f"));
-  Wait();
-  EXPECT_TRUE(socket.Post(Url("/3"), File("f"), kPatience));
-  socket.HeadersReceived = [this](const InternetHeaders&, int) { done = true; };
-  socket.GetHeaders(Url("/4"));
-  Wait();
-  std::string begun;
-  for (const std::string& request : server.Requests())
-    begun += request.substr(0, request.find(" HTTP")) + "|";
-  EXPECT_EQ(begun, "POST /1|POST /2|POST /3|HEAD /4|");
-}
-
-// As a disk does that keeps a quota only when the file is closed.
-TEST_F(Events, ADownloadThatCantBeClosedIsAnError) {
-  server.Answer(Page("body"));
-  closesBadly = folder / "f";
-  EXPECT_FALSE(socket.Get(Url("/"), File("f"), kPatience));
-  EXPECT_EQ(socket.ErrorCode(), EDQUOT);
-  socket.Get(Url("/"), File("f"));
-  EXPECT_EQ(Wait().back(), "error " + std::to_string(EDQUOT));
-  closesBadly.clear();
-  EXPECT_TRUE(socket.Get(Url("/"), File("f"), kPatience));
-}
-
-TEST_F(Events, AHandlerMayAskForTheNextPage) {
-  server.Answer(Page("one"));
-  server.Answer(OpenPage("two"));
-  Lines pages;
-  socket.PageReceived = [&](const std::string&, int, HTTPSocket::HeadersPtr, const std::string& content) {
-    pages.push_back(content);
-    if (pages.size() < 3) {
-      socket.Get(Url("/"));
-    } else {
-      done = true;
-    }
-  };
-  socket.Get(Url("/"));
-  Wait();
-  EXPECT_EQ(pages, Lines({"one", "two", "two"}));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Numbers and their decimal text.
+// Numbers and their decimal text, and random numbers.
 
 #include "runtime/Numbers.h"
 
@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <limits>
 
+#include "runtime/Random.h"
 #include "runtime/Text.h"
 #include "support/TemporaryFolder.h"
 
@@ -17,7 +18,7 @@ namespace {
 constexpr double kLargest = std::numeric_limits<double>::max();
 constexpr double kSmallest = std::numeric_limits<double>::denorm_min();
 
-TEST(Numbers, ValReadsOnlyWhatStandsAtTheStart) {
+TEST(Numbers, ValReadsANumberAtTheVeryStartOnly) {
   const std::pair<const char*, double> cases[] = {
       {"", 0},         {"12.5 s", 12.5}, {"-3", -3},   {"+3.25x", 3.25}, {".5", 0.5}, {"5.", 5},
       {"-.25", -0.25}, {".", 0},         {"-", 0},     {"-.", 0},        {"+-1", 0},  {" 1", 0},
@@ -33,7 +34,7 @@ TEST(Numbers, ValReadsOnlyWhatStandsAtTheStart) {
   EXPECT_EQ(Val("1." + std::string(100000, '3')), 4.0 / 3);
 }
 
-TEST(Numbers, StrIsPlainAndShort) {
+TEST(Numbers, StrGivesFifteenDigitsWithoutAnExponent) {
   for (const char* same : {"0", "60", "3.5", "-0.1", "0.0000001", "59.996"}) EXPECT_EQ(Str(Val(same)), same);
   EXPECT_EQ(Str(-0.0) + " " + Str(1.0 / 3) + " " + Str(0.1 + 0.2), "0 0.333333333333333 0.3");
   EXPECT_EQ(Str(345.98 + 5.475) + " " + Str(-99999.9999999999999), "351.455 -100000");
@@ -59,11 +60,12 @@ TEST(Numbers, FormatRoundsTheExactDoubleHalfAwayFromZero) {
   EXPECT_EQ(Format(1e22, "0"), "1" + std::string(22, '0'));
   EXPECT_EQ(Format(kLargest, "00.00").size(), 312u);
   EXPECT_EQ(Format(kSmallest, "0.000"), "0.000");
-  EXPECT_EQ(Format(2, "0." + std::string(99, '0')), "2." + std::string(40, '0')) << "forty places at most";
+  EXPECT_EQ(Format(2, "0." + std::string(99, '0')), "2." + std::string(40, '0'))
+      << "at most forty decimal places";
   EXPECT_EQ(Format(std::nan(""), "00"), "00");
 }
 
-TEST(Numbers, BecomeIntegersTowardsZeroAndSaturate) {
+TEST(Numbers, ToIntegerTruncatesAndSaturates) {
   constexpr auto least = std::numeric_limits<std::int64_t>::min();
   constexpr auto most = std::numeric_limits<std::int64_t>::max();
   EXPECT_EQ(ToInteger(2.9), 2);
@@ -78,13 +80,18 @@ TEST(Numbers, BecomeIntegersTowardsZeroAndSaturate) {
   EXPECT_EQ(Floor(12.99), 12);
 }
 
-// A locale of the test's own, since no machine must have one with a comma.
-TEST(Numbers, DoNotListenToTheLocale) {
+TEST(Random, TwoGeneratorsHaveDifferentSeeds) {
+  Random first, second;
+  EXPECT_NE(first.InRange(0, INT64_MAX), second.InRange(0, INT64_MAX));
+}
+
+// Compiles its own locale: not every machine has one with a decimal comma.
+TEST(Numbers, IgnoreTheLocale) {
   const TemporaryFolder folder;
   WriteFile(folder / "source",
             "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \".\"\ngrouping 3\nEND LC_NUMERIC\n");
   WriteFile(folder / "ascii", "<code_set_name> ASCII\nCHARMAP\n<U0000>..<U007F> /x00\nEND CHARMAP\n");
-  // It complains of the categories that are missing, and makes the one that is there.
+  // localedef complains about the missing categories and compiles the one that is there.
   const std::string make = "localedef -c -i '" + (folder / "source") + "' -f '" + (folder / "ascii") + "' '" +
                            (folder / "comma") + "' 2> '" + (folder / "complaints") + "'";
   static_cast<void>(std::system(make.c_str()));

@@ -1,4 +1,4 @@
-// A plain word gives what the regular expression gives: the same match in every target.
+// A plain word gives the same match as the regular expression in every target.
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include "runtime/PlainWord.h"
 #include "support/plain_ways.h"
 
-TEST(PlainWord, TakesOnlyWhatMeansItself) {
+TEST(PlainWord, AcceptsOnlyCharactersWithoutASpecialMeaning) {
   for (const char* plain : {"a", "Orchestra", "azAZ09", "two words", "it's", "7:30", "is"})
     EXPECT_TRUE(PlainWord::From(plain)) << plain;
   for (const char* other : {"", "a.b", "a?", "\xD0\xBC", "[a]", "a|b", "(", "s", "KS", "\\d", "a\n", "^a",
@@ -16,7 +16,7 @@ TEST(PlainWord, TakesOnlyWhatMeansItself) {
   }
 }
 
-TEST(PlainWord, MatchesAsTheExpressionDoes) {
+TEST(PlainWord, GivesTheMatchOfTheRegularExpression) {
   const std::string words[] = {"a", "ab", "KISS", "skis", "the", "o o", "aaab",
                                "x", "is", "'",    "Zz:9", "sas", "ask", "kab"};
   const std::vector<std::string> pieces = {

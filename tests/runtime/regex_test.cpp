@@ -1,4 +1,4 @@
-// Regular expressions on what people type and what servers send.
+// Regular expressions: patterns as users type them, targets as servers send them.
 
 #include "runtime/RegEx.h"
 
@@ -22,7 +22,7 @@ std::string Found(const std::string& pattern, std::string_view target) {
   return match ? std::to_string(match->start) + "+" + std::to_string(match->length) : "";
 }
 
-TEST(RegEx, MatchesCharactersByUnicodesRules) {
+TEST(RegEx, MatchesCharactersByUnicode) {
   // Pattern, target, start and length of the match.
   for (const std::string& row : Split(
            "\\?v= watch?v=a 5+3|МОСКВА в_москва 3+12|straße STRASSE |ÉTÉ l'été 2+5|ΣΊΣΥΦΟΣ σίσυφος 0+14|a.b "
@@ -32,7 +32,7 @@ TEST(RegEx, MatchesCharactersByUnicodesRules) {
     EXPECT_EQ(Found(NthField(row, " ", 1), NthField(row, " ", 2)), NthField(row, " ", 3)) << row;
 }
 
-TEST(RegEx, SearchesTargetsThatAreNoUTF8) {
+TEST(RegEx, NeverMatchesBytesThatAreNotUTF8) {
   EXPECT_EQ(Found("dog", "\xFF\xFE dog \xC3"), "3+3");
   EXPECT_EQ(Found("МОСКВА", "\x80\xD0 москва"), "3+12");
   EXPECT_EQ(Found("a.z", "a\xFFz") + Found("z$", "\xE2\x82z"), "2+1");
@@ -40,7 +40,7 @@ TEST(RegEx, SearchesTargetsThatAreNoUTF8) {
   EXPECT_EQ(Found("b", std::string_view("a\0b", 3)), "2+1");
 }
 
-TEST(RegEx, TellsWhereAndWhyAPatternIsBad) {
+TEST(RegEx, ABadPatternGivesItsPositionAndReason) {
   for (const std::string& row : Split("a(b 4 parenthes|*a 1 quantifier|[é 3 class|é\\ 3 end|a{3,1} 6 "
                                       "order|(?<x 5 name|\xFF 1 UTF-8|a\\C 4 \\C",
                                       "|")) {
@@ -55,7 +55,7 @@ TEST(RegEx, TellsWhereAndWhyAPatternIsBad) {
   }
 }
 
-TEST(RegEx, RecoversFromABadPattern) {
+TEST(RegEx, SearchesAgainAfterABadPattern) {
   RegEx regex;
   regex.SearchPattern = "(";
   EXPECT_THROW(regex.Search("a"), RegExSearchPatternException);
@@ -65,12 +65,12 @@ TEST(RegEx, RecoversFromABadPattern) {
   EXPECT_EQ(regex.Search("ba"), nullptr);
 }
 
-TEST(RegEx, GivesUpWhatRunsAway) {
+TEST(RegEx, GivesUpOnCatastrophicBacktracking) {
   for (const char* pattern : {"(a+)+$", "(a|aa)+$", "(.*)*x", "(a*)*b", "(?:a?){40}a{40}b"}) {
     RegEx regex;
     regex.SearchPattern = pattern;
     const auto start = Clock::now();
-    // A whole track of such cues; each of the searches may be given up.
+    // A whole track of such cues; each search may be given up.
     for (int cue = 0; cue < 200; ++cue) {
       try {
         regex.Search(std::string(60, 'a') + "!");
@@ -85,7 +85,35 @@ TEST(RegEx, GivesUpWhatRunsAway) {
   EXPECT_LT(Clock::now() - start, std::chrono::milliseconds(1500));
 }
 
-// Searches that are slow, but none of which goes past the limit by itself.
+// Each option set to what is not its default.
+TEST(RegEx, OptionsChangeTheMatch) {
+  const std::tuple<bool RegExOptions::*, const char*, const char*, const char*> cases[] = {
+      {&RegExOptions::DotMatchAll, "a.b", "a\nb", ""},
+      {&RegExOptions::CaseSensitive, "b", "aBb", "2+1"},
+      {&RegExOptions::ReplaceAllMatches, "b", "abb", "1+1"},
+      {&RegExOptions::StringBeginIsLineBegin, "^a", "ab", ""},
+      {&RegExOptions::StringEndIsLineEnd, "b$", "ab", ""},
+      {&RegExOptions::MatchEmpty, "x*", "ax", "1+1"},
+      {&RegExOptions::TreatTargetAsOneLine, "^b$", "a\nb\nc", "2+1"},
+      {&RegExOptions::Greedy, "a+", "aaa", "0+1"},
+  };
+  for (const auto& [option, pattern, target, match] : cases) {
+    RegEx regex;
+    regex.SearchPattern = pattern;
+    const RegExMatch* byDefault = regex.Search(target);
+    const std::string before =
+        byDefault ? std::to_string(byDefault->start) + "+" + std::to_string(byDefault->length) : "";
+    EXPECT_EQ(before == match, option == &RegExOptions::ReplaceAllMatches) << pattern;
+    RegEx changed;
+    changed.SearchPattern = pattern;
+    changed.Options.*option = !(changed.Options.*option);
+    const RegExMatch* found = changed.Search(target);
+    EXPECT_EQ(found ? std::to_string(found->start) + "+" + std::to_string(found->length) : "", match)
+        << pattern;
+  }
+}
+
+// Slow searches, none of which exceeds the limit by itself.
 TEST(RegEx, GivesUpWhenAllSearchesTogetherTakeTooLong) {
   std::string target = "aaaaaaaaaaaaaaaa!";
   for (auto taken = Clock::duration(); taken < std::chrono::milliseconds(50) && target.size() < 60;) {
@@ -104,16 +132,15 @@ TEST(RegEx, GivesUpWhenAllSearchesTogetherTakeTooLong) {
   EXPECT_LT(searches, 100);
 }
 
-// A pattern that is too large once it has a callout at each item: no match came out of that, and none is
-// reported.
-TEST(RegEx, GivesUpWhatCanNotBeWatched) {
+// With a callout at each item the pattern is too large to compile; no match may be reported then.
+TEST(RegEx, GivesUpIfThePatternIsTooLargeForTheTimeLimit) {
   std::string words;
   while (words.size() < 6000) words += "word ";
   EXPECT_THROW(Found("(?:[aeiou]|xyz){900}", words), RegExMatchLimitException);
   EXPECT_EQ(Found("(?:[aeiou]|xyz){900}", words.substr(0, 4000)), "");
 }
 
-TEST(RegEx, NeverGivesUpOrdinaryPatterns) {
+TEST(RegEx, OrdinaryPatternsAreNeverGivenUp) {
   std::string text;
   while (text.size() < 1'000'000) text += "The harbour, at 7.30; \"wet & quiet\", Ende der Straße\n";
   for (const char* pattern : {"needle", "harbour.*needle", "(?:wet|dry) and", "[a-z]+ing\\b", "\\bq\\w+z\\b",

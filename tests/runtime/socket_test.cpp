@@ -1,4 +1,4 @@
-// The socket by itself, and with it what a child process gets of its descriptors.
+// The socket alone, and the descriptors that child processes inherit.
 
 #include "runtime/TCPSocket.h"
 
@@ -19,7 +19,7 @@
 #include "support/TemporaryFolder.h"
 #include "support/clocks.h"
 
-// This name has two addresses; nobody listens at the first.
+// A name with two addresses; nobody listens at the first.
 constexpr char kTwoAddresses[] = "two.invalid";
 extern "C" int getaddrinfo(const char* name, const char* service, const addrinfo* hints, addrinfo** found) {
   static const auto real = reinterpret_cast<decltype(&getaddrinfo)>(::dlsym(RTLD_NEXT, "getaddrinfo"));
@@ -34,7 +34,7 @@ using Lines = std::vector<std::string>;
 
 class Socket : public TCPSocket {
  public:
-  // Runs until an error or, where something is expected, so many bytes; the events, one line each.
+  // Runs until an error or until so many bytes have arrived. Gives the events, one line each.
   Lines Run(std::size_t bytes = SIZE_MAX) {
     for (int i = 0; i < 5000 && !over && Lookahead().size() < bytes; ++i) Wait(100), Poll();
     return events;
@@ -48,7 +48,7 @@ class Socket : public TCPSocket {
   void Event_Error() override { events.push_back("error " + std::to_string(LastErrorCode())), over = true; }
 };
 
-// The names in the list of descriptors of a shell that command runs in.
+// The descriptors of a shell that runs a command.
 std::string DescriptorsIn(const std::function<void(const std::string&)>& run) {
   const TemporaryFolder folder;
   run("exec > '" + (folder / "list") + "'; ls /proc/$$/fd; :");
@@ -57,7 +57,7 @@ std::string DescriptorsIn(const std::function<void(const std::string&)>& run) {
 
 }  // namespace
 
-TEST(Descriptors, OfConnectionsReachNoChild) {
+TEST(Descriptors, NoChildInheritsAConnection) {
   const auto inAnyChild = [] {
     return DescriptorsIn([](const std::string& command) { ::pclose(::popen(command.c_str(), "w")); });
   };
@@ -73,12 +73,12 @@ TEST(Descriptors, OfConnectionsReachNoChild) {
   }
   EXPECT_EQ(inAnyChild(), before);
 
-  const int careless = ::open("/dev/null", O_RDONLY);  // as a library may open one
+  const int inheritable = ::open("/dev/null", O_RDONLY);  // inheritable, as a library might open it
   EXPECT_EQ(DescriptorsIn([](const std::string& command) { Shell().Execute(command); }), "0\n1\n2\n");
-  ::close(careless);
+  ::close(inheritable);
 }
 
-// A connection whose other end the test holds.
+// A connection to a peer that the test controls.
 struct Pair {
   Pair() {
     socket.Address = "127.0.0.1";
@@ -94,7 +94,7 @@ struct Pair {
   int peer = -1;
 };
 
-TEST(Reading, TakesPiecesUntilAllIsReadOrPurged) {
+TEST(Reading, GivesTheBytesInOrderUntilTheyArePurged) {
   Pair pair;
   EXPECT_EQ(pair.socket.BytesToSend() + Socket().BytesToSend(), 0u);
   pair.socket.Write("x");
@@ -116,7 +116,7 @@ TEST(Reading, TakesPiecesUntilAllIsReadOrPurged) {
   EXPECT_FALSE(pair.socket.Eof() || pair.socket.ReadError());
   receive("l");
   char taken = 0;
-  EXPECT_EQ(::recv(pair.peer, &taken, 1, 0), 1) << "or the close would be a reset";
+  EXPECT_EQ(::recv(pair.peer, &taken, 1, 0), 1) << "otherwise the close is a reset";
   ::close(pair.peer);
   EXPECT_EQ(pair.socket.Run().back(), "error 10001");
   EXPECT_FALSE(pair.socket.Eof() || pair.socket.ReadError() || pair.socket.IsConnected());
@@ -124,7 +124,19 @@ TEST(Reading, TakesPiecesUntilAllIsReadOrPurged) {
   EXPECT_TRUE(pair.socket.Eof());
 }
 
-TEST(Sending, IntoAResetIsReportedOnceWithItsReason) {
+TEST(Reading, DisconnectKeepsTheReceivedBytesAndRaisesNothing) {
+  Pair pair;
+  EXPECT_EQ(::send(pair.peer, "abc", 3, 0), 3);
+  pair.socket.Run(3);
+  pair.socket.Disconnect();
+  pair.socket.Poll();
+  EXPECT_EQ(pair.socket.events, Lines{"connected"});
+  EXPECT_FALSE(pair.socket.IsConnected() || pair.socket.Eof());
+  EXPECT_EQ(pair.socket.ReadAll(), "abc");
+  ::close(pair.peer);
+}
+
+TEST(Sending, AResetIsReportedOnceWithItsErrno) {
   Pair pair;
   pair.socket.Write(std::string(64 << 20, 'x'));
   const linger now{1, 0};
@@ -135,12 +147,12 @@ TEST(Sending, IntoAResetIsReportedOnceWithItsReason) {
   for (int i = 0; i < 3; ++i) pair.socket.Poll();
   EXPECT_EQ(pair.socket.events.size(), 3U);
   pair.socket.Connect();
-  EXPECT_EQ(pair.socket.LastErrorCode(), 0) << "that was another connection's";
+  EXPECT_EQ(pair.socket.LastErrorCode(), 0) << "of the new connection";
 }
 
-// Sixteen times the content, to a peer that takes little at a time; 256 times the work if every piece moved
-// the rest.
-TEST(Sending, TakesAsLongAsTheContentIs) {
+// Sixteen times the content to a peer that reads little at a time: if every piece moved the rest, it would be
+// 256 times the work.
+TEST(Sending, TakesLinearTime) {
   const auto secondsFor = [](std::size_t size) {
     Pair pair;
     std::vector<char> taken(32 * 1024);

@@ -1,4 +1,4 @@
-// Text operations, dictionaries and the two digests.
+// Text operations, plain file names, dictionaries and the two digests.
 
 #include "runtime/Text.h"
 
@@ -17,8 +17,8 @@ using namespace std::string_literals;
 constexpr std::int64_t kLeast = std::numeric_limits<std::int64_t>::min();
 constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
 
-TEST(Text, ReplacesByExactBytesAndNeverScansWhatItPutIn) {
-  // Source, what is found, what is put, and the text with the first and with every one replaced.
+TEST(Text, ReplacesExactBytesAndNeverScansTheReplacement) {
+  // Source, search text, replacement, and the source with the first and with every occurrence replaced.
   for (const std::string& row : Split(
            "1,5,5~,~.~1.5,5~1.5.5|aXXb~X~XX~aXXXb~aXXXXb|a\"/>\"/>~\"/>~\"/>:::~a\"/>:::\"/>~a\"/>:::\"/>:::|"
            "aaa~aa~b~ba~ba|abc~B~x~abc~abc|abc~~x~abc~abc|~a~x~~|<p><p>~<p>~~<p>~|\xFD\xFF-\xFD\xFF~\xFD\xFF~"
@@ -31,14 +31,14 @@ TEST(Text, ReplacesByExactBytesAndNeverScansWhatItPutIn) {
   }
 }
 
-TEST(Text, LineEndingsOfEveryKindAreOne) {
+TEST(Text, EveryLineEndingIsReplaced) {
   EXPECT_EQ(ReplaceLineEndings("a\r\nb\rc\nd", " "), "a b c d");
   EXPECT_EQ(ReplaceLineEndings("\n\r\r\n\n", "|"), "||||");
   EXPECT_EQ(ReplaceLineEndings("a\r", "\r\n"), "a\r\n");
   EXPECT_EQ(ReplaceLineEndings("plain", " "), "plain");
 }
 
-TEST(Text, SplitsIntoOnePieceMoreThanDelimiters) {
+TEST(Text, NDelimitersGiveNPlusOnePieces) {
   EXPECT_EQ(Split("abc", ":"), StringArray({"abc"}));
   EXPECT_EQ(Split("a:b:", ":"), StringArray({"a", "b", ""}));
   EXPECT_EQ(Split("", ":"), StringArray({""}));
@@ -105,7 +105,7 @@ TEST(Text, CodesOfCharactersAndBytes) {
   for (const std::int64_t code : {0, 65, 0x7F, 0x80, 0x7FF, 0x800, 0xFFFF, 0x10000, 0x10FFFF}) {
     EXPECT_EQ(Asc(Chr(code) + "tail"), code);
   }
-  // Cut off, overlong, a surrogate, beyond the last character, a byte of the middle.
+  // Cut off, overlong, a surrogate, beyond the last character, a continuation byte.
   for (const char* bad : {"\xE2\x82", "\xC3(", "\xC0\x80", "\xE0\x80\x80", "\xF0\x80\x80\x80", "\xED\xA0\x80",
                           "\xF4\x90\x80\x80", "\xFF\x80\x80\x80", "\x80"}) {
     EXPECT_EQ(Asc(bad), static_cast<unsigned char>(bad[0])) << Hex(static_cast<unsigned char>(bad[0]));
@@ -117,7 +117,7 @@ TEST(Text, CodesOfCharactersAndBytes) {
   EXPECT_EQ(RuntimeAddString("a", "A"), "aA");
 }
 
-TEST(Dictionary, KeepsOrderAndFoldsKeys) {
+TEST(Dictionary, KeepsInsertionOrderAndIgnoresTheCaseOfKeys) {
   Dictionary d({{"One"s, "1"s}, {"two"s, "2"s}, {"Three"s, std::int64_t{3}}});
   d.SetValue("ONE"s, "uno"s);
   d.Remove("TWO"s);
@@ -142,7 +142,7 @@ std::string HexOf(const std::string& bytes) {
   return Lowercase(out);
 }
 
-// The test suite of RFC 1321; then the lengths around the padding, with digests of another program.
+// The test suite of RFC 1321; then lengths around the padding, with digests from an independent program.
 TEST(Digest, MD5HasThePublishedVectors) {
   const std::pair<std::string, const char*> cases[] = {
       {"", "d41d8cd98f00b204e9800998ecf8427e"},
@@ -163,7 +163,7 @@ TEST(Digest, MD5HasThePublishedVectors) {
     EXPECT_EQ(HexOf(MD5(std::string(std::stoul(row), 'x'))), NthField(row, " ", 2)) << row;
 }
 
-// The test suite of RFC 4648, and lines.
+// The test vectors of RFC 4648, and line breaks.
 TEST(Digest, Base64HasThePublishedVectors) {
   for (const std::string& row :
        Split(" |f Zg==|fo Zm8=|foo Zm9v|foob Zm9vYg==|fooba Zm9vYmE=|foobar Zm9vYmFy", "|"))

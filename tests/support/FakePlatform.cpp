@@ -26,10 +26,10 @@ void FakePlatform::ProcessEvents(int milliseconds, const Awaited& awaited) {
 void FakePlatform::Yield() {
   ++yields;
   ticks += ticksEachYield;
-  // A person's deed that yields in its turn does not happen twice.
-  if (auto deed = std::exchange(onYield, nullptr)) {
-    deed();
-    if (!onYield) onYield = std::move(deed);
+  // An action that yields itself is not repeated from inside.
+  if (auto action = std::exchange(onYield, nullptr)) {
+    action();
+    if (!onYield) onYield = std::move(action);
   }
 }
 

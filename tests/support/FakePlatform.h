@@ -1,5 +1,4 @@
-// A host without a screen that keeps what it was asked for, in order, and whose answers and failures
-// are data.
+// A host without a screen. It records the calls in order; its answers and failures are data.
 #pragma once
 
 #include <deque>
@@ -15,28 +14,28 @@
 
 class FakePlatform : public Platform {
  public:
-  // One line a call, such as "message: Hello" (a cause follows on a line of its own), "save: TEXT
-  // search_results.txt", "show: Window1".
+  // One entry per call, such as "message: Hello" (with a cause on a second line), "save: TEXT
+  // search_results.txt" or "show: Window1".
   std::vector<std::string> calls;
-  std::deque<std::optional<std::string>> saves;  // answers to the next save dialogs; then all are cancelled
+  std::deque<std::optional<std::string>>
+      saves;  // answers to the next save dialogs; without one, a dialog is cancelled
   std::string prefsFolder;
-  std::int64_t ticks = 0;  // moved by hand, and by ticksEachYield
+  std::int64_t ticks = 0;  // set by the test, and moved by ticksEachYield
   std::int64_t ticksEachYield = 0;
   std::int64_t yields = 0;
-  std::function<void()> onYield;    // what the user does meanwhile
-  int betweenEvents = 10;           // milliseconds
-  std::function<void()> onSilence;  // nothing came in a part of a wait
+  std::function<void()> onYield;    // a user action during a yield
+  int betweenEvents = 10;           // milliseconds until a wait ends by itself
+  std::function<void()> onSilence;  // such a wait has ended with nothing
   std::function<void()> onSaveDialog;
   std::string clipboard;
-  std::string running;  // the command that is shown as running
-  std::string outcome;  // of the last one that ended
+  std::string running;  // what the running command is shown as
+  std::string outcome;  // of the last command
 
   void MessageBox(const std::string& text, const std::string& cause) override;
   std::optional<std::string> AskSavePath(const std::string& filter, const std::string& name) override;
   void ShowURL(const std::string& address) override { calls.push_back("browse: " + address); }
   void Launch(const std::string& path) override { calls.push_back("launch: " + path); }
   std::string PreferencesFolder() override { return prefsFolder; }
-  // As a host on which something happens again and again.
   void ProcessEvents(int milliseconds, const Awaited& awaited) override;
   void Yield() override;
   void WindowShown(Window& window) override { calls.push_back("show: " + window.Name()); }
@@ -48,7 +47,7 @@ class FakePlatform : public Platform {
   std::int64_t Ticks() override { return ticks; }
 };
 
-// A host on which nothing ever happens, on the real clock.
+// A host on which nothing ever happens, with the real clock.
 struct SilentPlatform : FakePlatform {
   int waits = 0;
   void ProcessEvents(int milliseconds, const Awaited& awaited) override {

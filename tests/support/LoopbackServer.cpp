@@ -18,20 +18,20 @@ bool Ready(int descriptor, int milliseconds) {
   return ::poll(&waiting, 1, milliseconds) > 0;
 }
 
-// A reset connection keeps its count of unsent bytes for ever.
+// A reset connection never lowers its count of unsent bytes.
 bool IsGone(int connection) {
   pollfd state{connection, 0, 0};
   return ::poll(&state, 1, 0) > 0 && (state.revents & (POLLERR | POLLHUP)) != 0;
 }
 
-// Until the other side's kernel has taken all that was sent, or the connection is gone.
+// Waits until the peer's kernel has taken all bytes, or the connection is gone.
 void AwaitTaken(int connection, const std::atomic<bool>& stop) {
   int waiting = 0;
   while (!stop && !IsGone(connection) && ::ioctl(connection, SIOCOUTQ, &waiting) == 0 && waiting > 0)
     ::sched_yield();
 }
 
-std::size_t AnnouncedLength(const std::string& headers) {
+std::size_t DeclaredLength(const std::string& headers) {
   const std::size_t at = headers.find("Content-length: ");
   return at == std::string::npos ? 0 : std::stoul(headers.substr(at + 16, 20));
 }
@@ -41,7 +41,7 @@ std::string ReadRequest(int connection, const std::atomic<bool>& stop) {
   char bytes[64 * 1024];
   while (!stop) {
     const std::size_t end = request.find("\r\n\r\n");
-    if (end != std::string::npos && request.size() >= end + 4 + AnnouncedLength(request)) break;
+    if (end != std::string::npos && request.size() >= end + 4 + DeclaredLength(request)) break;
     if (!Ready(connection, 20)) continue;
     const ssize_t got = ::recv(connection, bytes, sizeof bytes, 0);
     if (got <= 0) break;
@@ -78,7 +78,7 @@ LoopbackServer::LoopbackServer() {
 
 LoopbackServer::~LoopbackServer() {
   stop_ = true;
-  ::shutdown(listener_, SHUT_RDWR);  // wakes the thread up
+  ::shutdown(listener_, SHUT_RDWR);  // wakes the thread
   thread_.join();
   for (const int connection : stalled_) ::close(connection);
   ::close(listener_);

@@ -1,5 +1,5 @@
-// A server on 127.0.0.1 that misbehaves on order. It answers one connection after the other from a
-// script and keeps what it was sent.
+// A server on 127.0.0.1 that misbehaves as requested. It answers one connection after the other from a script
+// and records the requests.
 #pragma once
 
 #include <atomic>
@@ -10,18 +10,18 @@
 #include <thread>
 #include <vector>
 
-// What happens on one connection, once the request's headers (and the announced content) are in.
+// The reply on one connection, after the request's headers and the content that they declare have arrived.
 struct Reply {
   std::string bytes;
   enum class End { Close, Reset, Stall } end = End::Close;
-  std::size_t piece = 0;       // bytes a write, 0 for all at once
+  std::size_t piece = 0;       // bytes per write; 0 writes all at once
   bool beforeRequest = false;  // answer without waiting for the request
-  std::size_t filler = 0;      // so many bytes "x" behind the others
+  std::size_t filler = 0;      // number of "x" bytes appended to the others
 };
 
 // "HTTP/1.0 200 OK", a Content-Length and the body.
 std::string Page(const std::string& body);
-// The same without a length, ended by the close.
+// The same without a Content-Length: it ends when the connection closes.
 std::string OpenPage(const std::string& body);
 
 // A listening socket on a free port of 127.0.0.1, which the caller closes.
@@ -36,14 +36,14 @@ class LoopbackServer {
 
   int Port() const { return port_; }
   std::string Host() const { return "127.0.0.1:" + std::to_string(port_); }
-  // The next connection gets the next reply; with none left the last one is repeated.
+  // Adds a reply to the script. Each connection gets the next one; the last is repeated.
   void Answer(Reply reply);
   void Answer(const std::string& bytes) { Answer(Reply{bytes}); }
-  // From now on every request for this path, with its query, gets this reply in place of the script's.
+  // Every later request for this path and query gets this reply instead of the script's.
   void AnswerAt(const std::string& path, Reply reply);
-  // How many replies are out; what they hold then lies in the client's kernel buffers.
+  // The number of replies that have reached the client's kernel in full.
   int Answered() const { return answered_; }
-  // All requests so far, byte for byte.
+  // All requests so far, as they were sent.
   std::vector<std::string> Requests();
 
  private:

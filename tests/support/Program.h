@@ -1,4 +1,4 @@
-// A program of one test's own.
+// The whole program on a fake host.
 #pragma once
 
 #include <functional>
@@ -15,7 +15,7 @@
 #include "support/TemporaryFolder.h"
 #include "support/captions.h"
 
-// Lets a user act while a message is shown.
+// Lets the user act while a message is shown.
 struct WaitingPlatform : FakePlatform {
   std::function<void()> onMessage;
 
@@ -25,11 +25,11 @@ struct WaitingPlatform : FakePlatform {
   }
 };
 
-// The whole program on the fake host, opened, with a server and folders of its own.
+// The opened program with its own server and folders.
 struct Program {
   LoopbackServer server;
   TemporaryFolder prefs;
-  TemporaryFolder folder;  // for what is saved
+  TemporaryFolder folder;  // for saved files
   WaitingPlatform host;
   App app{host, kCommands, EndpointsAt(server.Host())};
 
@@ -42,10 +42,10 @@ struct Program {
 
   Window1& Form() { return Window1::Get(); }
 
-  // What the host was asked for since the last time.
+  // The host calls since the last time.
   std::vector<std::string> Calls() { return std::exchange(host.calls, {}); }
 
-  // Clicks on these controls in order, each "CONTROL" of Window1 or "WINDOW.CONTROL".
+  // Clicks these controls in order, each given as "CONTROL" of Window1 or as "WINDOW.CONTROL".
   void Click(const std::string& controls) {
     for (const std::string& target : Split(controls, " ")) {
       if (target.empty()) continue;
@@ -55,14 +55,14 @@ struct Program {
     }
   }
 
-  // Searches for the video of the constructor and selects these of its tracks.
+  // Searches for the constructor's video and selects these tracks.
   void Search(const std::vector<std::int64_t>& rows) {
     Form().TextField1.PersonTypes("https://host/watch?v=abc");
     Click("PushButton2");
     Form().Listbox1.PersonSelects(rows);
   }
 
-  // The next save dialog is answered with this file in folder.
+  // The next save dialog chooses this file in folder. Gives its path.
   std::string WillSave(const std::string& name) {
     host.saves.push_back(folder / name);
     return folder / name;

@@ -1,4 +1,4 @@
-// Sessions within the test's own process, one after the other on the same folders and server.
+// Sessions inside the test's process, one after another, with the same folders and server.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@
 
 using Lines = std::vector<std::string>;
 
-// The objects that a session prints, letter by letter.
+// The objects that a session prints, as text.
 using Json = nlohmann::ordered_json;
 inline std::string Quote(const std::string& text) { return Json(text).dump(); }
 inline std::string Message(const std::string& text, const std::string& cause = "") {
@@ -51,11 +51,11 @@ class SessionDriver {
  public:
   LoopbackServer server;
   TemporaryFolder prefs;
-  TemporaryFolder folder;  // for what is saved
-  std::string outcome;     // of the last command that had one
+  TemporaryFolder folder;  // for saved files
+  std::string outcome;     // of the last command that printed one
 
-  // What the session printed, but for the "done" lines: each action must have ended with its own,
-  // or with an error, which stays in the list.
+  // Runs the actions and gives what the session printed, without the "done" lines. Each action must end with
+  // its own "done" or with an error, which stays in the list.
   Lines Run(const std::string& actions) {
     if (!session_) session_.emplace(EndpointsAt(server.Host()), prefs.Path(), out_);
     out_.str("");
@@ -65,15 +65,15 @@ class SessionDriver {
   }
 
   nlohmann::json State() { return nlohmann::json::parse(Run("dump").at(0)); }
-  // One control as it was printed, values of the first level only.
+  // One control as it is printed.
   std::string Control(const std::string& window, const std::string& name) {
     return nlohmann::ordered_json::parse(Run("dump").at(0))["windows"][window]["controls"][name].dump();
   }
 
-  // The program ends as it does with its process; the next Run starts anew.
+  // Ends the program, as the end of its process does; the next Run starts a new one.
   void End() { session_.reset(); }
 
-  // Opens, searches for the video "abc" and selects rows, and forgets what was printed.
+  // Opens the program, searches for the video "abc" and selects rows; discards what was printed.
   void OpenWith(const std::vector<Track>& tracks, const std::string& rows) {
     Offer(server, "abc", tracks);
     Run("open\ntype TextField1 https://host/watch?v=abc\nclick PushButton2\nselect " + rows);
@@ -81,7 +81,7 @@ class SessionDriver {
 
  private:
   Lines WithoutDone(const Lines& actions, const Lines& printed) {
-    Lines noticed;
+    Lines reported;
     std::size_t at = 0;
     for (const std::string& action : actions) {
       if (action.find_first_not_of(" \t\r") == std::string::npos || action[0] == '#') continue;
@@ -91,13 +91,13 @@ class SessionDriver {
         ended = printed[at] == done || printed[at].starts_with(R"({"event":"error")");
         const bool isOutcome = printed[at].starts_with(R"({"event":"outcome")");
         if (isOutcome) outcome = nlohmann::json::parse(printed[at])["text"];
-        if (printed[at] != done && !isOutcome) noticed.push_back(printed[at]);
+        if (printed[at] != done && !isOutcome) reported.push_back(printed[at]);
         ++at;
       }
       EXPECT_TRUE(ended) << action;
     }
     EXPECT_EQ(at, printed.size());
-    return noticed;
+    return reported;
   }
 
   std::ostringstream out_;

@@ -1,4 +1,4 @@
-// A folder of one test's own, gone with it, and whole files in it.
+// A folder that lives as long as its test, and whole files in it.
 #pragma once
 
 #include <cstdlib>
@@ -22,7 +22,7 @@ class TemporaryFolder {
 
   const std::string& Path() const { return path_; }
   std::string operator/(const std::string& name) const { return path_ + "/" + name; }
-  // How many entries it holds, hidden ones too.
+  // The number of entries, hidden ones included.
   std::size_t Count() const {
     return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(path_), {}));
   }

@@ -1,4 +1,4 @@
-// Videos with caption tracks, as the two servers of the program would send them.
+// Videos with caption tracks, as the program's two servers send them.
 #pragma once
 
 #include <string>
@@ -16,7 +16,7 @@ struct Track {
   std::string document;
 };
 
-// A well-formed timed-text document; the texts stand in it as they are.
+// A well-formed timed-text document; the texts are not escaped.
 inline std::string Document(const std::vector<Cue>& cues) {
   std::string xml = R"(<?xml version="1.0" encoding="utf-8" ?><transcript>)";
   for (const Cue& cue : cues)
@@ -24,7 +24,7 @@ inline std::string Document(const std::vector<Cue>& cues) {
   return xml + "</transcript>";
 }
 
-// The list of these tracks, the first of them the default.
+// The list of these tracks; the first is the default.
 inline std::string TrackList(const std::vector<Track>& tracks) {
   std::string xml = "<?xml version=\"1.0\" encoding=\"utf-8\"?><transcript_list docid=\"7\">";
   for (std::size_t i = 0; i < tracks.size(); ++i) {
@@ -40,7 +40,7 @@ inline std::string TrackPath(const std::string& video, const std::string& langua
   return "/api/timedtext?&v=" + video + "&lang=" + language;
 }
 
-// The server has this video from now on.
+// Puts this video on the server.
 inline void Offer(LoopbackServer& server, const std::string& video, const std::vector<Track>& tracks) {
   server.AnswerAt(ListPath(video), {Page(TrackList(tracks))});
   for (const Track& track : tracks) server.AnswerAt(TrackPath(video, track.code), {Page(track.document)});

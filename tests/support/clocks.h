@@ -1,4 +1,4 @@
-// What a piece of work takes, whatever else runs on the machine.
+// Time that work takes, whatever else runs on the machine.
 #pragma once
 
 #include <ctime>

@@ -6,7 +6,7 @@
 
 #include "timedtext/TimedText.h"
 
-// What the program reads in a document: "start+dur words" of each cue, and the starts that have no words.
+// "start+dur words" of each cue, with "?" for a start without words.
 inline std::vector<std::string> CuesIn(const std::string& document) {
   const TimedText track = TimedText::From(document);
   std::vector<std::string> lines;

@@ -1,4 +1,4 @@
-// Caption files on their way through the gateway's converter and the program's own reading.
+// Caption files, converted by the gateway and read by the program.
 #pragma once
 
 #include <string>

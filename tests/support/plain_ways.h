@@ -1,4 +1,4 @@
-// What the quick ways through a document give, and what the plain ones give for the same input.
+// The results of the fast implementations, and of the plain ones for the same input.
 #pragma once
 
 #include <string>
@@ -32,7 +32,7 @@ inline std::vector<std::string> PlainFields(const std::string& document) {
   return fields;
 }
 
-// Start and end of a cue as SRT has them, its start as WebVTT and as the transcript have it.
+// Start and end of a cue as in SRT, its start as in WebVTT and as in a transcript.
 inline std::vector<std::string> QuickTimes(const std::string& start, const std::string& dur) {
   TimecodeList times;
   times.AppendStart({start, dur});
@@ -61,5 +61,5 @@ inline std::pair<std::int64_t, std::size_t> FirstMatch(RegEx& regex, const std::
   return match ? std::pair(static_cast<std::int64_t>(match->start), match->length)
                : std::pair(std::int64_t{-1}, std::size_t{0});
 }
-// The same pattern in a group, which is no plain word any more.
+// The same pattern in a group, so that it is not a plain word.
 inline std::string Grouped(const std::string& pattern) { return "(?:" + pattern + ")"; }

@@ -15,7 +15,7 @@
 #include "runtime/await.h"
 #include "support/TemporaryFolder.h"
 
-// Starts these words, looked for in PATH, with descriptors as its own 0, 1, ...; -1 leaves out a number.
+// Starts a program found in PATH with these arguments. These become its descriptors 0, 1, ...; -1 skips one.
 inline pid_t Spawn(std::vector<std::string> words, const std::vector<int>& descriptors) {
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
@@ -30,7 +30,7 @@ inline pid_t Spawn(std::vector<std::string> words, const std::vector<int>& descr
   return process;
 }
 
-// The process whose number a command writes into Path().
+// The process whose id a command writes to Path().
 class NamedProcess {
  public:
   NamedProcess() { ::mkfifo(Path().c_str(), 0600); }
@@ -41,7 +41,7 @@ class NamedProcess {
   NamedProcess& operator=(const NamedProcess&) = delete;
 
   std::string Path() const { return folder_ / "number"; }
-  // Waits until it is named, while it still runs.
+  // Waits for the id. Requires: the process is still running.
   void Await() {
     int number = -1;
     std::ifstream(Path()) >> number;
@@ -54,7 +54,7 @@ class NamedProcess {
   int process_ = -1;
 };
 
-// A ping of the test's own, found before the system's.
+// A script that PATH finds as ping instead of the system's.
 class OwnPing {
  public:
   explicit OwnPing(const std::string& script) {

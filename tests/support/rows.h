@@ -1,4 +1,4 @@
-// Tables of short texts, written as one.
+// Tables of short texts, each written as one string.
 #pragma once
 
 #include <string_view>
@@ -6,7 +6,7 @@
 
 #include "runtime/Text.h"
 
-// "|" stands between rows, "~" between the fields of a row.
+// "|" separates rows, "~" the fields of a row.
 inline std::vector<StringArray> Rows(std::string_view table) {
   std::vector<StringArray> rows;
   for (const std::string& row : Split(table, "|")) rows.push_back(Split(row, "~"));

@@ -1,0 +1,216 @@
+// The application object: handlers, commands, windows and menus.
+
+#include <cerrno>
+#include <utility>
+
+#include "form_fixture.h"
+#include "runtime/Dictionary.h"
+#include "runtime/Streams.h"
+#include "runtime/exceptions.h"
+
+namespace {
+
+TEST_F(Run, AnExceptionEndsItsHandlerAndIsShown) {
+  using namespace std::string_literals;
+  const Dictionary dictionary({{"key"s, "value"s}});
+  const MemoryBlock block(2);
+  const std::pair<std::function<void()>, std::string> rows[] = {
+      {[] { Form::Get().list.Cell(7, 0); }, "OutOfBoundsException: list has no cell in row 7, column 0."},
+      {[&] { dictionary.Key(1); }, "OutOfBoundsException: The dictionary has no key at that index."},
+      {[&] { dictionary.Value(std::int64_t{5}); }, "OutOfBoundsException: The dictionary has no key 5."},
+      {[&] { block.Byte(2); }, "OutOfBoundsException: The block has no byte there."},
+      {[&] { block.StringValue(1, 2); }, "OutOfBoundsException: The block has no such run of bytes."},
+      {[] { TextOutputStream::Create(nullptr); }, "NilObjectException: There is no file to write to."},
+      {[] { BinaryStream::Create(nullptr, true); }, "NilObjectException: There is no file to write to."},
+      {[] { static_cast<void>(std::vector<int>().at(3)); },
+       "OutOfBoundsException: An index was outside its array."},
+      {[] { throw IOException(ENOSPC); }, "IOException: No space left on device"},
+      {[] { throw IOException(4095); }, "IOException: Unknown error 4095"},
+      {[] { throw std::bad_alloc(); }, "OutOfMemoryException: There is not enough memory for this."},
+      {[] { throw std::runtime_error("odd"); }, "Exception: odd"},
+  };
+  for (const auto& [fault, words] : rows) {
+    app.Dispatch(nullptr, [&, &thrower = fault] {
+      app.Dispatch(nullptr, thrower), steps.push_back("outer continues");
+    });
+    EXPECT_EQ(std::exchange(host.calls, {}), Lines({"message: " + words}));
+    EXPECT_EQ(std::exchange(steps, {}), Lines({"outer continues"}));
+  }
+}
+
+TEST_F(Run, StopActsOnceAndLeavesNoWindowAndNoFocus) {
+  struct Ending : Application {
+    using Application::Application;
+    void Event_Close() override { ++closed; }
+    int closed = 0;
+  } ending(host);
+  Form& form = Form::Get();
+  form.Show();
+  form.field.SetFocus();
+  EXPECT_EQ(host.calls, Lines({"show: Form", "focus: field"}));
+  EXPECT_EQ(ending.FocusedControl(), &form.field);
+  ending.Stop();
+  ending.Stop();
+  EXPECT_EQ(ending.closed, 1);
+  EXPECT_TRUE(ending.IsQuitting() && ending.Windows().empty());
+  EXPECT_TRUE(!ending.FocusedControl() && !ending.ActiveWindow());
+}
+
+TEST_F(Run, QuittingUnwindsEveryHandlerAtItsNextYield) {
+  app.Dispatch(nullptr, [&] {
+    const std::shared_ptr<void> guard(nullptr, [&](void*) { steps.push_back("outer unwound"); });
+    host.onYield = [&] {
+      app.Dispatch(nullptr, [&] {
+        app.Quit();
+        steps.push_back("inner continues");
+        RuntimeBackgroundTask();
+        steps.push_back("unreachable");
+      });
+    };
+    RuntimeBackgroundTask();
+    steps.push_back("unreachable");
+  });
+  EXPECT_EQ(steps, Lines({"inner continues", "outer unwound"}));
+  EXPECT_EQ(host.calls, Lines());
+  EXPECT_TRUE(app.IsQuitting());
+}
+
+TEST_F(Run, ClosingAWindowEndsItsOwnHandlersOnly) {
+  app.Dispatch(nullptr, [&] {
+    Form& form = Form::Get();
+    form.button.Action = [&] {
+      form.Close();
+      EXPECT_EQ(app.FindWindow("Form"), nullptr) << "leaves the list at once";
+      EXPECT_EQ(formsAlive, 1) << "is destroyed after the handler";
+      steps.push_back(form.button.Caption());
+      RuntimeBackgroundTask();
+      steps.push_back("unreachable");
+    };
+    form.button.PersonClicks();
+    RuntimeBackgroundTask();
+    steps.push_back("application continues");
+  });
+  EXPECT_EQ(steps, Lines({"Go", "application continues"}));
+  EXPECT_EQ(formsAlive, 0);
+  EXPECT_EQ(host.calls, Lines({"close: Form"}));
+}
+
+TEST_F(Run, PostedEventsWaitForTheHandlerThatPostedThem) {
+  app.Dispatch(nullptr, [&] {
+    app.Post(nullptr, [&] { steps.push_back("posted by outer"); });
+    app.Dispatch(nullptr, [&] {
+      app.Post(nullptr, [&] { steps.push_back("posted by inner"); });
+      steps.push_back("inner");
+    });
+    steps.push_back("outer");
+  });
+  app.Post(nullptr, [&] { steps.push_back("at once"); });
+  EXPECT_EQ(steps, Lines({"inner", "posted by inner", "outer", "posted by outer", "at once"}));
+}
+
+TEST_F(Run, AWindowOpensAfterTheHandlerThatMadeIt) {
+  app.Dispatch(nullptr, [&] {
+    Form& form = Form::Get();
+    EXPECT_EQ(&Form::Get(), &form);
+    EXPECT_EQ(form.events, Lines());
+    form.Show();
+  });
+  EXPECT_EQ(Form::Get().events, Lines({"open"}));
+  const int opened = formsOpened;
+  app.Dispatch(nullptr, [&] {
+    Form::Get().Close();
+    Form::Get().Close();  // a new window, whose posted Open is dropped
+  });
+  EXPECT_EQ(formsOpened, opened);
+  EXPECT_EQ(host.calls, Lines({"show: Form", "close: Form", "close: Form"}));
+  EXPECT_EQ(formsAlive, 0);
+  Form::Get().Close();  // no handler is running: destroyed at once
+  EXPECT_EQ(formsAlive, 0);
+}
+
+TEST_F(Run, ASecondCommandIsIgnoredUntilTheFirstHasEnded) {
+  const auto command = [&](const char* name, const Application::Handler& then) {
+    app.Dispatch(nullptr, [&] { app.Command(name, [&] { steps.push_back(name), then(); }); });
+  };
+  command("first", [&] { command("ignored", [] {}); });
+  command("throws", [] { throw IOException(EIO); });
+  EXPECT_FALSE(app.IsCommandRunning());
+  command("next", [&] { EXPECT_EQ(host.running, "next"); });
+  EXPECT_EQ(host.running, "");
+  EXPECT_EQ(steps, Lines({"first", "throws", "next"}));
+}
+
+TEST_F(Run, AnEndedCommandIsOverBeforeItsFrameUnwinds) {
+  Form& form = Form::Get();
+  for (Window* owner : {static_cast<Window*>(&form), static_cast<Window*>(nullptr)}) {
+    steps.clear();
+    app.Dispatch(owner, [&] {
+      app.Command("ended", [&] {
+        app.EndHandlerWith("Other");
+        Other::Get().Close();
+        EXPECT_EQ(host.running, "");
+        app.Dispatch(nullptr, [&] {
+          app.Command("next", [&] { steps.push_back(host.running), RuntimeBackgroundTask(); });
+        });
+        steps.push_back(app.IsCommandRunning() ? "running" : "over");
+        RuntimeBackgroundTask();
+        steps.push_back("unreachable");
+      });
+    });
+    EXPECT_EQ(steps, Lines({"next", "over"}));
+  }
+}
+
+TEST_F(Run, TheActiveWindowIsTheLastOneStillOpen) {
+  Form& form = Form::Get();
+  Other& other = Other::Get();
+  EXPECT_EQ(app.ActiveWindow(), nullptr);
+  form.Show();
+  other.PersonActivates();
+  EXPECT_EQ(app.ActiveWindow(), &form) << "a hidden window is never active";
+  other.Show();
+  form.PersonActivates();
+  other.PersonActivates();
+  other.Close();
+  EXPECT_EQ(app.ActiveWindow(), &form);
+  form.Close();
+  EXPECT_EQ(app.ActiveWindow(), nullptr);
+}
+
+TEST_F(Run, AMenuChoiceRunsOneHandler) {
+  MenuBar bar{{{"M",
+                "M",
+                {{"Help", "Help"},
+                 {"None", "None"},
+                 {"Forced", "Forced", "", {}, false, true, false, true},
+                 {"Hidden", "Hidden", "", {}, false, false},
+                 {"Closing", "Closing"},
+                 {"Line", "-"},
+                 {"Paste", "Paste", "", EditAction::Paste},
+                 QuitMenuItem("Quit", "Quit", "")}}}};
+  app.SetMenuBar(bar);
+  app.AddMenuHandler("Help", [&] { return steps.push_back("app"), false; });
+  Form& form = Form::Get();
+  app.AddMenuHandler("Hidden", [&] { return steps.push_back("hidden"), false; });
+  form.AddMenuHandler("Help", [&] { return steps.push_back("form"), false; });
+  form.AddMenuHandler("Closing", [&] {
+    form.Close();
+    RuntimeBackgroundTask();
+    return steps.push_back("unreachable"), false;
+  });
+  EXPECT_TRUE(app.ChooseMenuItem("Help"));
+  form.Show();
+  for (const char* item : {"Help", "None", "Forced", "Hidden"}) EXPECT_TRUE(app.ChooseMenuItem(item)) << item;
+  EXPECT_FALSE(app.ChooseMenuItem("Line") || app.ChooseMenuItem("Nothing"));
+  EXPECT_FALSE(bar.Find("None")->Enabled || bar.Find("Paste")->Enabled);
+  form.field.SetFocus();
+  host.clipboard = "a\nb";
+  app.ChooseMenuItem("Paste");
+  EXPECT_EQ(form.field.Text(), "abstart");
+  app.ChooseMenuItem("Closing");
+  EXPECT_EQ(steps, Lines({"app", "form"})) << "the handler of \"Closing\" ended with its window";
+  app.ChooseMenuItem("Quit");
+  EXPECT_TRUE(app.IsQuitting());
+}
+
+}  // namespace

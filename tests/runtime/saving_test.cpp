@@ -1,0 +1,254 @@
+// Saving on a real disk: a file is replaced whole or not at all.
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <functional>
+#include <utility>
+
+#include "runtime/Application.h"
+#include "runtime/FolderItem.h"
+#include "runtime/Streams.h"
+#include "runtime/exceptions.h"
+#include "support/FakePlatform.h"
+#include "support/TemporaryFolder.h"
+
+// The calls of fsync and renameat, in order.
+static thread_local std::vector<std::string> diskCalls;
+extern "C" int fsync(int descriptor) {
+  struct stat found {};
+  ::fstat(descriptor, &found);
+  diskCalls.push_back("fsync " + std::to_string(found.st_size));
+  return reinterpret_cast<decltype(&fsync)>(::dlsym(RTLD_NEXT, "fsync"))(descriptor);
+}
+extern "C" int renameat(int fromFolder, const char* from, int toFolder, const char* to) {
+  diskCalls.push_back("rename " + std::string(to));
+  return reinterpret_cast<decltype(&renameat)>(::dlsym(RTLD_NEXT, "renameat"))(fromFolder, from, toFolder,
+                                                                               to);
+}
+
+namespace {
+
+using namespace std::string_literals;
+
+FolderItemPtr At(const std::string& path) { return std::make_shared<FolderItem>(path); }
+
+// The errno with which writing text to path fails, 0 if it succeeds.
+int Save(const std::string& path, const std::string& text) {
+  try {
+    const auto stream = TextOutputStream::Create(At(path));
+    stream->Write(text);
+    stream->Close();
+  } catch (const IOException& e) {
+    return e.ErrorNumber();
+  }
+  return 0;
+}
+
+mode_t ModeOf(const std::string& path) {
+  struct stat found {};
+  ::stat(path.c_str(), &found);
+  return found.st_mode & 07777;
+}
+
+TEST(Saving, TheEarlierFileStaysWholeUntilClose) {
+  const TemporaryFolder folder;
+  WriteFile(folder / "a.txt", "old");
+  const auto stream = At(folder / "a.txt")->CreateTextFile();
+  stream->WriteLine("one");
+  stream->Write(std::string(600'000, 'x'));
+  EXPECT_EQ(ReadFile(folder / "a.txt"), "old");
+  stream->Write("\xFF\0"s);
+  stream->Close();
+  EXPECT_EQ(ReadFile(folder / "a.txt"), "one\n" + std::string(600'000, 'x') + "\xFF\0"s);
+  EXPECT_EQ(folder.Count(), 1u);
+  for (const std::size_t size : {1u, 100'000u})
+    EXPECT_THROW(stream->Write(std::string(size, 'm')), IOException);
+  EXPECT_THROW(stream->Close(), IOException);
+}
+
+TEST(Saving, AStreamThatIsDestroyedOpenLeavesNothing) {
+  const TemporaryFolder folder;
+  WriteFile(folder / "old.txt", "old");
+  for (const char* name : {"old.txt", "new.txt"})
+    TextOutputStream::Create(At(folder / name))->Write(std::string(600'000, 'x'));
+  EXPECT_EQ(ReadFile(folder / "old.txt"), "old");
+  EXPECT_EQ(folder.Count(), 1u);
+}
+
+TEST(Saving, LinksAreFollowedAndStay) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder / "sub");
+  WriteFile(folder / "sub/target", "old");
+  std::filesystem::create_symlink("sub/target", folder / "direct");
+  std::filesystem::create_symlink(folder / "direct", folder / "chain");
+  std::filesystem::create_symlink("sub/none", folder / "dangling");
+  std::filesystem::create_symlink("loop", folder / "loop");
+  EXPECT_EQ(Save(folder / "chain", "new"), 0);
+  EXPECT_EQ(Save(folder / "dangling", "made"), 0);
+  EXPECT_EQ(Save(folder / "loop", "x"), ELOOP);
+  EXPECT_EQ(ReadFile(folder / "sub/target") + ReadFile(folder / "sub/none"), "newmade");
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "chain") &&
+              std::filesystem::is_symlink(folder / "dangling"));
+  EXPECT_EQ(folder.Count(), 5u);
+}
+
+TEST(Saving, TheModeIsKeptAndANewFileObeysTheUmask) {
+  const TemporaryFolder folder;
+  for (const mode_t mode : {0600u, 0644u, 0755u, 0640u, 02755u}) {
+    WriteFile(folder / "a", "old");
+    ::chmod((folder / "a").c_str(), mode);
+    EXPECT_EQ(Save(folder / "a", "new"), 0);
+    EXPECT_EQ(ModeOf(folder / "a"), mode);
+  }
+  const mode_t before = ::umask(027);
+  EXPECT_EQ(Save(folder / "b", "new"), 0);
+  ::umask(before);
+  EXPECT_EQ(ModeOf(folder / "b"), 0640u);
+}
+
+TEST(Saving, AFailureGivesItsErrnoAndLeavesTheFolderAsItWas) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder / "sub");
+  WriteFile(folder / "file", "old");
+  ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+  const std::pair<std::string, int> cases[] = {
+      {folder / "sub", EISDIR},       {folder / std::string(300, 'n'), ENAMETOOLONG},
+      {folder / "none/file", ENOENT}, {folder / "file/below", ENOTDIR},
+      {"/dev/full", ENOSPC},          {folder / "pipe", ENXIO},
+      {folder.Path() + "/", EINVAL},  {folder / "a\0b"s, EINVAL},
+  };
+  for (const auto& [path, error] : cases) EXPECT_EQ(Save(path, "x"), error) << path;
+  EXPECT_EQ(ReadFile(folder / "file"), "old");
+  EXPECT_EQ(folder.Count(), 3u);
+  EXPECT_THROW(BinaryStream::Create(At(folder / "file"), false), IOException) << "the file exists";
+}
+
+TEST(Saving, ARelativePathIsResolvedInTheWorkingFolder) {
+  const TemporaryFolder folder;
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(folder.Path());
+  diskCalls.clear();
+  EXPECT_EQ(Save("a", "here"), 0);
+  EXPECT_EQ(diskCalls, (std::vector<std::string>{"fsync 4", "rename a"}))
+      << "the bytes reach the disk before the name";
+  std::filesystem::current_path(before);
+  EXPECT_EQ(ReadFile(folder / "a"), "here");
+  EXPECT_EQ(FolderItem("a").Name() + FolderItem("b/").Name() + FolderItem("c/d").Name(), "ad");
+}
+
+TEST(Saving, AFailedStreamLeavesItsErrnoInTheItem) {
+  const TemporaryFolder folder;
+  FolderItem item(folder.Path());
+  EXPECT_EQ(item.CreateTextFile(), nullptr);
+  EXPECT_EQ(item.LastErrorCode(), EISDIR);
+  const auto shared = At(folder.Path());
+  EXPECT_THROW(TextOutputStream::Create(shared), IOException);
+  EXPECT_EQ(shared->LastErrorCode(), EISDIR);
+}
+
+// Runs body in a child process as nobody: permission bits do not stop root.
+int AsNobody(const std::function<int()>& body) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    const bool dropped = ::getuid() != 0 || (::setgid(65534) == 0 && ::setuid(65534) == 0);
+    ::_exit(dropped ? body() : 99);
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST(Saving, AFileInALockedFolderIsWrittenInPlace) {
+  const TemporaryFolder folder;
+  for (const char* name : {"open", "locked"}) WriteFile(folder / name, "the old and longer text");
+  ::chmod(folder.Path().c_str(), 0555);
+  ::chmod((folder / "open").c_str(), 0666);
+  ::chmod((folder / "locked").c_str(), 0444);
+  for (const std::string& text : {"new"s, std::string(5000, 'x')}) {
+    EXPECT_EQ(AsNobody([&] { return Save(folder / "open", text); }), 0);
+    EXPECT_EQ(ReadFile(folder / "open"), text);
+  }
+  const auto beyondTheSizeLimit = [&] {
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit most{6000, 6000};
+    ::setrlimit(RLIMIT_FSIZE, &most);
+    return Save(folder / "open", std::string(9000, 'y'));
+  };
+  EXPECT_EQ(AsNobody(beyondTheSizeLimit), EFBIG);
+  EXPECT_EQ(ReadFile(folder / "open"), std::string(5000, 'x')) << "the space is reserved first";
+  EXPECT_EQ(AsNobody([&] { return Save(folder / "locked", "new"); }), EACCES);
+  for (const std::string& path : {folder / "made", "/made"s})
+    EXPECT_EQ(AsNobody([&] { return Save(path, "new"); }), EACCES) << path;
+  EXPECT_EQ(ReadFile(folder / "locked"), "the old and longer text");
+  ::chmod(folder.Path().c_str(), 0777);
+  EXPECT_EQ(AsNobody([&] { return Save(folder / "locked", "new"); }), EACCES) << "a read-only file stays";
+  EXPECT_EQ(AsNobody([&] { return Save(folder / "open", "mine?"); }), 0);
+  struct stat found {};
+  ::stat((folder / "open").c_str(), &found);
+  EXPECT_EQ(found.st_uid, ::getuid()) << "the owner is kept";
+  EXPECT_EQ(folder.Count(), 2u);
+}
+
+// A pipe that the test reads while the program keeps delivering events.
+struct Pipes : testing::Test {
+  Pipes() {
+    ::mkfifo(path.c_str(), 0600);
+    reader = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  }
+  ~Pipes() override {
+    sigset_t blocked, pending;
+    ::pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
+    ::sigpending(&pending);
+    EXPECT_EQ(::sigismember(&blocked, SIGPIPE) + ::sigismember(&pending, SIGPIPE), 0)
+        << "SIGPIPE is neither blocked nor pending afterwards";
+  }
+  const TemporaryFolder folder;
+  const std::string path = folder / "pipe", text = std::string(300'000, 'p') + "end";
+  int reader = -1;
+  FakePlatform host;
+  Application app{host};
+};
+
+TEST_F(Pipes, APipeWithoutAReaderRaisesBrokenPipe) {
+  const auto stream = TextOutputStream::Create(At(path));
+  stream->Write("short");
+  host.onYield = [&] { ::close(std::exchange(reader, -1)); };
+  EXPECT_EQ(Save(path, text), EPIPE) << "the reader closes during the wait";
+  app.Dispatch(nullptr, [&] { stream->Close(); });
+  EXPECT_EQ(host.calls, std::vector<std::string>{"message: IOException: Broken pipe"})
+      << "the reader closed before";
+}
+
+TEST_F(Pipes, AFullPipeIsWrittenAsItIsRead) {
+  std::string taken(2 * text.size(), '\0');
+  std::size_t length = 0;
+  const auto take = [&] {
+    const ssize_t got = ::read(reader, taken.data() + length, 50'000);
+    length += got > 0 ? static_cast<std::size_t>(got) : 0;
+    return got > 0;
+  };
+  host.onYield = take;
+  EXPECT_EQ(Save(path, text), 0);
+  while (take()) continue;
+  EXPECT_TRUE(taken.substr(0, length) == text);
+}
+
+TEST_F(Pipes, QuittingEndsTheWaitForAPipe) {
+  bool continued = false;
+  host.onYield = [&] {
+    if (host.yields == 3) app.Quit();
+  };
+  app.Dispatch(nullptr, [&] { Save(path, text), continued = true; });
+  EXPECT_FALSE(continued);
+  EXPECT_EQ(host.calls, std::vector<std::string>()) << "without a message";
+}
+
+}  // namespace
