@@ -16,8 +16,8 @@ void Content::paintEvent(QPaintEvent*) {
 
 // A horizontal or vertical line is filled, not stroked, which is as sharp as the screen allows.
 void Content::drawLine(QPainter& painter, const Line& line) const {
-  const QColor wanted =
-      line.LookOf().color ? QColor::fromRgb(*line.LookOf().color) : palette().color(QPalette::WindowText);
+  const QColor wanted = line.Appearance().color ? QColor::fromRgb(*line.Appearance().color)
+                                                : palette().color(QPalette::WindowText);
   const QColor color = legibleOn(palette().color(QPalette::Window), wanted);
   const QPoint from(scaled(line.X1()), scaled(line.Y1())), to(scaled(line.X2()), scaled(line.Y2()));
   if (from.x() != to.x() && from.y() != to.y()) {

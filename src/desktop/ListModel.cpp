@@ -28,7 +28,7 @@ bool ListModel::catchUp() {
 int ListModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rows_; }
 
 int ListModel::columnCount(const QModelIndex& parent) const {
-  return parent.isValid() || !list_ ? 0 : list_->Columns().columns;
+  return parent.isValid() || !list_ ? 0 : list_->Columns();
 }
 
 QVariant ListModel::data(const QModelIndex& index, int role) const {
@@ -39,7 +39,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
 
 QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || role != Qt::DisplayRole || !list_) return {};
-  const std::vector<std::string>& headings = list_->Columns().headings;
+  const std::vector<std::string>& headings = list_->Layout().headings;
   const auto at = static_cast<std::size_t>(section);
   return at < headings.size() ? shownText(headings[at]) : QString();
 }

@@ -54,7 +54,7 @@ void ListView::showSelection() {
     differs |= selected != seen[static_cast<std::size_t>(row)];
     if (!selected) from = row + 1;
     const bool ends = selected && (row + 1 == rows || !record_->Selected(row + 1));
-    if (ends) wanted.select(model_.index(from, 0), model_.index(row, record_->Columns().columns - 1));
+    if (ends) wanted.select(model_.index(from, 0), model_.index(row, record_->Columns() - 1));
   }
   if (differs) selectionModel()->select(wanted, QItemSelectionModel::ClearAndSelect);
 }
@@ -129,7 +129,7 @@ void ListView::copySelection() const {
   for (int row = 0; record_ && row < record_->ListCount(); ++row) {
     if (!record_->Selected(row)) continue;
     QStringList cells;
-    for (int column = 0; column < record_->Columns().columns; ++column)
+    for (int column = 0; column < record_->Columns(); ++column)
       cells << QString::fromStdString(record_->Cell(row, column));
     lines << cells.join(QChar(u'\t'));
   }

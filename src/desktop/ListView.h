@@ -17,7 +17,7 @@ class ListView : public QTableView {
   // One line for each selected row, with a tab between its cells.
   void copySelection() const;
   // The menu's name for what a click does beyond selecting, "" if it does no more.
-  QString clickOpens() const { return QString::fromStdString(record_ ? record_->Columns().clickOpens : ""); }
+  QString clickOpens() const { return QString::fromStdString(record_ ? record_->Layout().clickOpens : ""); }
   // Acts as a click on cell.
   void press(const QModelIndex& cell);
   bool severalSelectable() const { return selectionMode() == ExtendedSelection; }

@@ -13,13 +13,13 @@
 
 namespace {
 
-constexpr int kThinSolid = 2;   // of ListLook::gridHorizontal
-constexpr int kThickSolid = 3;  // of ListLook::gridVertical
+constexpr int kThinSolid = 2;   // of ListLayout::gridHorizontal
+constexpr int kThickSolid = 3;  // of ListLayout::gridVertical
 constexpr int kRowMargin = 6;
 constexpr int kCellMargins = 12;  // to the left and right of a text, and the grid's line
 
 // From a list such as "100,*": points become pixels; "*", or no entry, becomes 0, an equal share of the rest.
-std::vector<int> givenWidths(const ListLook& look) {
+std::vector<int> givenWidths(const ListLayout& look) {
   std::vector<int> widths;
   const QStringList given = QString::fromStdString(look.columnWidths).split(QChar(u','));
   for (int column = 0; column < look.columns; ++column)
@@ -52,7 +52,7 @@ class RowDelegate : public QStyledItemDelegate {
 
 void ListView::setUp() {
   setSelectionBehavior(SelectRows);
-  setSelectionMode(record_->Columns().severalSelectable ? ExtendedSelection : SingleSelection);
+  setSelectionMode(record_->Layout().severalSelectable ? ExtendedSelection : SingleSelection);
   setEditTriggers(NoEditTriggers);
   auto* delegate = new RowDelegate(*this);
   delegate->setParent(this);
@@ -95,7 +95,7 @@ int ListView::columnNeeds(int column, int own) const {
 // would begin beyond it is hidden.
 void ListView::layOutColumns() {
   if (!record_) return;
-  std::vector<int> given = givenWidths(record_->Columns());
+  std::vector<int> given = givenWidths(record_->Layout());
   for (int column = 0; column < static_cast<int>(given.size()); ++column) {
     int& own = given[static_cast<std::size_t>(column)];
     if (own > 0) own = columnNeeds(column, own);
@@ -128,7 +128,7 @@ void ListView::drawGrid() const {
   QPainter painter(viewport());
   QColor line = palette().color(QPalette::Text);
   line.setAlphaF(0.18F);
-  const ListLook& look = record_->Columns();
+  const ListLayout& look = record_->Layout();
   const QRect area = viewport()->rect();
   if (look.gridHorizontal == kThinSolid) {
     const int last = rowAt(area.bottom());

@@ -48,7 +48,7 @@ void WindowView::setUpFocus() {
 // field in the tab order; else the first.
 WindowView::Entry* WindowView::defaultButton() {
   const std::vector<Entry*> order = inTabOrder();
-  const auto isDefault = [](const Entry* e) { return e->record->LookOf().defaultButton; };
+  const auto isDefault = [](const Entry* e) { return e->record->Appearance().defaultButton; };
   const auto focused =
       std::find_if(order.begin(), order.end(), [this](Entry* e) { return e->view.widget == focusWidget(); });
   if (focused != order.end()) {

@@ -34,7 +34,7 @@ int leftmostOf(const Window& record) {
 bool startsCommands(const Window& record) {
   const auto& controls = record.Controls();
   return std::any_of(controls.begin(), controls.end(),
-                     [](const Control* c) { return c->LookOf().startsCommand; });
+                     [](const Control* c) { return c->Appearance().startsCommand; });
 }
 
 }  // namespace

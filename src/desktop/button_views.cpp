@@ -26,7 +26,7 @@ constexpr int kButtonMargin = 10;  // pixels to the left and right of a caption,
 void showCaption(QAbstractButton& button, const Button& record, int taken, int widest) {
   const QString caption = shownText(record.Caption());
   const QFont font = fittingFont(
-      record.LookOf(), [&](const QFont& tried) { return neededWidth(tried, caption) <= widest - taken; });
+      record.Appearance(), [&](const QFont& tried) { return neededWidth(tried, caption) <= widest - taken; });
   takeFont(button, font);
   const int wanted = neededWidth(font, caption) + taken;
   button.setGeometry(placeOf(record, std::clamp(wanted, std::min(button.width(), widest), widest)));
@@ -118,7 +118,7 @@ ControlView pushButtonView(Button& record, QWidget& content, const Changed& chan
   reportClicks(*button, record, changed);
   ControlView view{button,
                    [button, &record] { showCaption(*button, record, kButtonMargin, button->width()); }};
-  if (record.LookOf().startsCommand) view.busy = [button](bool busy) { button->setBusy(busy); };
+  if (record.Appearance().startsCommand) view.busy = [button](bool busy) { button->setBusy(busy); };
   return view;
 }
 

@@ -29,7 +29,7 @@ bool hasOwnName(const Control& control) {
 }
 
 QString spokenName(const Control& control) {
-  if (!control.LookOf().spoken.empty()) return shownText(control.LookOf().spoken);
+  if (!control.Appearance().spoken.empty()) return shownText(control.Appearance().spoken);
   const Label* label = labelOf(control);
   return shownText(label ? label->Text() : control.Name());
 }

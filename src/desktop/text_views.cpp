@@ -56,7 +56,7 @@ void showParagraphs(QLabel& label, const Label& record, QSize place) {
     const QRect wide(0, 0, place.width(), QWIDGETSIZE_MAX);
     return QFontMetrics(font).boundingRect(wide, Qt::TextWordWrap, shown).height() <= place.height();
   };
-  const QFont font = fittingFont(record.LookOf(), fits);
+  const QFont font = fittingFont(record.Appearance(), fits);
   takeFont(label, font);
   showWords(label, full, shown, fits(font));
 }
@@ -64,7 +64,7 @@ void showParagraphs(QLabel& label, const Label& record, QSize place) {
 // A text that still doesn't fit ends with "…", or, if it has several lines, is cut at the label's edge; the
 // tool tip shows all of it.
 void showLabel(QLabel& label, const Label& record) {
-  const Look& look = record.LookOf();
+  const Look& look = record.Appearance();
   const QSize place = placeOf(record).size();
   if (look.multiline) return showParagraphs(label, record, place);
   const QString full = shownText(record.Text(), Lines::One, kLongestLabel);
@@ -190,7 +190,7 @@ void showArea(QPlainTextEdit& area, const TextArea& record) {
 
 ControlView labelView(Label& record, QWidget& content) {
   auto* label = new QLabel(&content);
-  const Look& look = record.LookOf();
+  const Look& look = record.Appearance();
   label->setTextFormat(Qt::PlainText);
   label->setWordWrap(look.multiline);
   if (look.selectable) {
@@ -198,9 +198,9 @@ ControlView labelView(Label& record, QWidget& content) {
     label->setFocusPolicy(Qt::StrongFocus);
   }
   const auto update = [label, &record] {
-    label->setAlignment(alignmentOf(record.LookOf()));
+    label->setAlignment(alignmentOf(record.Appearance()));
     showLabel(*label, record);
-    takeColor(*label, record.LookOf());
+    takeColor(*label, record.Appearance());
   };
   return {label, update};
 }
@@ -208,7 +208,7 @@ ControlView labelView(Label& record, QWidget& content) {
 ControlView textFieldView(TextField& record, QWidget& content, const Changed& changed) {
   auto* field = new FieldEdit(record, content, changed);
   field->setMaxLength(std::numeric_limits<int>::max());
-  field->setPlaceholderText(shownText(record.LookOf().placeholder));
+  field->setPlaceholderText(shownText(record.Appearance().placeholder));
   return {field, [field, &record] { showField(*field, record); }};
 }
 

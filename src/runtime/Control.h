@@ -33,7 +33,7 @@ class Control {
   const std::string& Name() const { return name_; }
   ControlKind Kind() const { return kind_; }
   Window& Owner() const { return owner_; }
-  const Look& LookOf() const { return look_; }
+  const Look& Appearance() const { return look_; }
   int TabIndex() const { return tab_; }
 
   int Left() const { return left_; }

@@ -2,7 +2,7 @@
 
 #include "runtime/exceptions.h"
 
-Listbox::Listbox(Window& owner, ListLook layout)
+Listbox::Listbox(Window& owner, ListLayout layout)
     : Control(owner, ControlKind::Listbox), layout_(std::move(layout)) {}
 
 std::int64_t Listbox::ListCount() const { return static_cast<std::int64_t>(selected_.size()); }

@@ -9,7 +9,7 @@
 #include "runtime/Control.h"
 
 // For the view: columns, grid and selection, set at construction.
-struct ListLook {
+struct ListLayout {
   int columns = 1;
   std::string columnWidths = {};  // such as "100,*": points, and "*" for the rest
   int gridHorizontal = 0;         // 0 none, 2 thin solid
@@ -21,9 +21,10 @@ struct ListLook {
 
 class Listbox : public Control {
  public:
-  Listbox(Window& owner, ListLook layout);
+  Listbox(Window& owner, ListLayout layout);
 
-  const ListLook& Columns() const { return layout_; }
+  const ListLayout& Layout() const { return layout_; }
+  int Columns() const { return layout_.columns; }
   std::int64_t ListCount() const;
   std::int64_t SelCount() const { return selCount_; }
   // The last row that AddRow added; -1 before the first.
@@ -52,7 +53,7 @@ class Listbox : public Control {
   std::size_t Index(std::int64_t row, std::int64_t column) const;
   void Touch();
 
-  ListLook layout_;
+  ListLayout layout_;
   std::vector<std::string> cells_;  // row by row
   std::vector<bool> selected_;
   std::int64_t selCount_ = 0;

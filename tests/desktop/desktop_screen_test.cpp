@@ -183,7 +183,7 @@ TEST_F(Desktop, ColumnsWithoutAWidthShareTheRest) {
   draw();
   const ListView& list = widget<ListView>(results.resultsList);
   EXPECT_EQ(list.columnWidth(0) + list.columnWidth(1), list.viewport()->width());
-  EXPECT_EQ(list.columnWidth(0), std::stoi(results.resultsList.Columns().columnWidths));
+  EXPECT_EQ(list.columnWidth(0), std::stoi(results.resultsList.Layout().columnWidths));
 }
 
 TEST_F(Desktop, NoLabelIsElidedOrCoversAnotherControl) {
@@ -192,7 +192,7 @@ TEST_F(Desktop, NoLabelIsElidedOrCoversAnotherControl) {
   draw();
   for (const Window* window : {static_cast<Window*>(&form()), static_cast<Window*>(&aboutWin::Get())}) {
     for (const Control* control : window->Controls()) {
-      if (control->Kind() != ControlKind::Label || static_cast<const Label*>(control)->LookOf().multiline)
+      if (control->Kind() != ControlKind::Label || static_cast<const Label*>(control)->Appearance().multiline)
         continue;
       const auto& label = widget<QLabel>(*control);
       EXPECT_EQ(label.text().toStdString(), static_cast<const Label*>(control)->Text());

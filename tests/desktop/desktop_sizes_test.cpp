@@ -60,7 +60,7 @@ class Sizes : public Desktop {
                    const std::string& at) {
     const QFontMetrics metrics(widget.font());
     const auto* label = dynamic_cast<const Label*>(&control);
-    const bool lines = control.LookOf().multiline;
+    const bool lines = control.Appearance().multiline;
     const std::string whole = label ? label->Text() : static_cast<const Button&>(control).Caption();
     const std::string name = at + control.Owner().Name() + "." + control.Name();
     EXPECT_TRUE(widget.isVisible()) << name;
@@ -73,14 +73,15 @@ class Sizes : public Desktop {
     EXPECT_LE(needed.width(), available.width()) << name;
     EXPECT_LE(metrics.tightBoundingRect(text).height(), available.height()) << name;
     EXPECT_TRUE(!lines || needed.height() <= available.height()) << name;
-    const bool heading = control.LookOf().fontSize > 11;
+    const bool heading = control.Appearance().fontSize > 11;
     const int size = QFontInfo(widget.font()).pixelSize(), body = QFontInfo(QApplication::font()).pixelSize();
     EXPECT_TRUE(!heading || size > body) << name << " at " << size << " in " << body;
-    EXPECT_GE(size * 5, (control.LookOf().fontSize ? scaled(control.LookOf().fontSize) : body) * 4) << name;
+    EXPECT_GE(size * 5, (control.Appearance().fontSize ? scaled(control.Appearance().fontSize) : body) * 4)
+        << name;
     QRect place(QPoint(),
                 QSize(needed.width(), lines ? needed.height() : metrics.tightBoundingRect(text).height()));
     const bool isCentred =
-        control.LookOf().align == Align::Center || control.Kind() == ControlKind::PushButton;
+        control.Appearance().align == Align::Center || control.Kind() == ControlKind::PushButton;
     place.moveCenter(widget.geometry().center());
     const bool turned = widget.layoutDirection() == Qt::RightToLeft;
     if (!isCentred && !turned) place.moveLeft(widget.x() + mark);

@@ -18,8 +18,7 @@ Json RowsOf(const Listbox& list) {
   Json rows = Json::array();
   for (std::int64_t row = 0; row < list.ListCount(); ++row) {
     Json cells = Json::array();
-    for (std::int64_t column = 0; column < list.Columns().columns; ++column)
-      cells.push_back(list.Cell(row, column));
+    for (std::int64_t column = 0; column < list.Columns(); ++column) cells.push_back(list.Cell(row, column));
     rows.push_back(std::move(cells));
   }
   return rows;

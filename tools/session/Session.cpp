@@ -152,8 +152,7 @@ void Session::ClickCell(const std::string& text) {
   const auto numbers = TakeNumbers(text);
   if (numbers.size() != 2) throw CannotDo("cell takes a row and a column");
   CheckRow(list, numbers[0]);
-  if (numbers[1] < 0 || numbers[1] >= list.Columns().columns)
-    throw CannotDo("there is no column " + Str(numbers[1]));
+  if (numbers[1] < 0 || numbers[1] >= list.Columns()) throw CannotDo("there is no column " + Str(numbers[1]));
   list.Owner().PersonActivates();
   list.PersonClicksCell(numbers[0], numbers[1]);
 }
