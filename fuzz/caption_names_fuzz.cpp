@@ -26,8 +26,8 @@ void CheckList(const gateway::CaptionName& name) {
   HOLDS(fuzz::IsValidUTF8(document));
   fuzz::Program program;
   wire::Reset([&](const std::string&) { return wire::Reply{wire::Page(document)}; });
-  program.form.TextField1.PersonTypes("https://host/watch?v=" + std::string(name.code));
-  HOLDS(program.form.PushButton2.PersonClicks());
+  program.form.TextField1.UserTypes("https://host/watch?v=" + std::string(name.code));
+  HOLDS(program.form.PushButton2.UserClicks());
   HOLDS(program.TakeMessages().empty());
   HOLDS(program.form.Listbox1.ListCount() == 1);
   HOLDS(program.form.Listbox1.Cell(0, 1) == language);

@@ -27,9 +27,9 @@ wire::Reply OneTrack(const std::string&) {
 // The code is the text after the mark, up to the next one; without a mark it is "" and no request is sent.
 void CheckLink(fuzz::Program& program, const std::string& pasted) {
   wire::Reset(OneTrack);
-  program.form.TextField1.PersonTypes(pasted);
+  program.form.TextField1.UserTypes(pasted);
   const std::string& link = program.form.TextField1.Text();
-  HOLDS(program.form.PushButton2.PersonClicks());
+  HOLDS(program.form.PushButton2.UserClicks());
   const auto& sent = wire::Connections();
   HOLDS(sent.size() <= 1);
   const auto messages = program.TakeMessages();
@@ -49,10 +49,10 @@ void CheckLanguage(fuzz::Program& program, const std::string& language) {
   wire::Reset([](const std::string&) { return wire::Reply{wire::Page("x")}; });
   program.form.Listbox1.RemoveRowsFrom(0);
   program.GiveTrack("English", language);
-  program.form.TextField1.PersonTypes("x");
+  program.form.TextField1.UserTypes("x");
   program.form.SRTBox.SetValue(true);
   program.host.saves = {std::nullopt};
-  HOLDS(program.form.PushButton1.PersonClicks());
+  HOLDS(program.form.PushButton1.UserClicks());
   std::string path = "/api/timedtext?&v=" + program.app.vidCode + "&lang=" + language;
   std::erase(path, ' ');
   const auto messages = program.TakeMessages();

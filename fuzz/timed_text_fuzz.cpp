@@ -129,7 +129,7 @@ std::string Save(fuzz::Program& program, const std::function<void(Window1&)>& ch
   choose(program.form);
   const std::string path = fuzz::Folder() / "out";
   program.host.saves = {path};
-  HOLDS(program.form.PushButton1.PersonClicks());
+  HOLDS(program.form.PushButton1.UserClicks());
   HOLDS(program.TakeMessages().empty());
   return ReadFile(path);
 }
@@ -142,8 +142,8 @@ bool IsPlain(const std::string& term) {
 }
 
 void CheckSearch(fuzz::Program& program, const std::string& term, const StringArray& texts) {
-  program.form.searchField.PersonTypes(term);
-  HOLDS(program.form.PushButton3.PersonClicks());
+  program.form.searchField.UserTypes(term);
+  HOLDS(program.form.PushButton3.UserClicks());
   const StringArray messages = program.TakeMessages();
   const auto* window = static_cast<const SearchWin*>(program.app.FindWindow(SearchWin::kName));
   HOLDS(messages.size() == (window ? 0U : 1U));
@@ -174,7 +174,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto sound = SoundDocument::Read(document);
   fuzz::Program program;
   wire::Reset([&](const std::string&) { return wire::Reply{wire::Page(document)}; });
-  program.form.TextField1.PersonTypes("x");
+  program.form.TextField1.UserTypes("x");
   program.GiveTrack("English", "en");
   program.form.openBox.SetValue(false);
 

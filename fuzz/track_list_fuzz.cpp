@@ -16,8 +16,8 @@ constexpr char kSound[] =
 
 void Search(fuzz::Program& program, const std::string& reply) {
   wire::Reset([&](const std::string&) { return wire::Reply{wire::Page(reply)}; });
-  program.form.TextField1.PersonTypes("https://www.youtube.com/watch?v=hB7rV2kQx0w");
-  HOLDS(program.form.PushButton2.PersonClicks());
+  program.form.TextField1.UserTypes("https://www.youtube.com/watch?v=hB7rV2kQx0w");
+  HOLDS(program.form.PushButton2.UserClicks());
 }
 
 // The number of elements and headers that end in a text without ":::".

@@ -116,8 +116,8 @@ int main(int count, char** arguments) {
   const Usage rest = SilenceIn([&] { loop.exec(); }, [&] { loop.quit(); });
   Mouse mouse(OnScreen(*platform.viewOf(form)->widgetOf(form.openBox)));
   form.openBox.Action = [&] { mouse.Handled(); };
-  form.TextField1.PersonTypes("https://host/watch?v=silent");
-  const Usage waiting = SilenceIn([&] { form.PushButton2.PersonClicks(); },
+  form.TextField1.UserTypes("https://host/watch?v=silent");
+  const Usage waiting = SilenceIn([&] { form.PushButton2.UserClicks(); },
                                   [&] { mouse.Click(std::stoi(arguments[2]), [&] { app.Quit(); }); });
   std::cout << rest.milliseconds << " " << rest.wakeUps << " " << waiting.milliseconds << " "
             << waiting.wakeUps << " " << Median(mouse.times) << " "

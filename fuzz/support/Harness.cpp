@@ -45,7 +45,7 @@ Program::Program() : app(host, kCommands), form(Window1::Get()) {
 void Program::GiveTrack(const std::string& name, const std::string& code) {
   form.Listbox1.AddRow(name);
   form.Listbox1.SetCell(0, 1, code);
-  form.Listbox1.PersonSelects({0});
+  form.Listbox1.UserSelects({0});
 }
 
 std::vector<std::string> Program::TakeMessages() {

@@ -8,9 +8,9 @@
 #include "app/output_types.h"
 #include "runtime/Shell.h"
 
-void Window1::PersonHandsOver(const std::string& link) {
-  TextField1.PersonDrops(link);
-  PushButton2.PersonClicks();
+void Window1::UserHandsOver(const std::string& link) {
+  TextField1.UserDrops(link);
+  PushButton2.UserClicks();
 }
 
 void Window1::ShowTextFormBracket(bool shown) {

@@ -69,7 +69,7 @@ void ListView::selectionChanged(const QItemSelection& selected, const QItemSelec
   for (std::size_t row = 0; row < seen.size(); ++row) {
     if (seen[row]) rows.push_back(static_cast<std::int64_t>(row));
   }
-  record_->PersonSelects(rows);
+  record_->UserSelects(rows);
 }
 
 void ListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
@@ -91,7 +91,7 @@ void ListView::press(const QModelIndex& cell) {
 
 bool ListView::clickCell(const QModelIndex& cell, QPoint at) {
   if (!record_ || !record_->CellClick || !cell.isValid() || cell.row() >= record_->ListCount()) return false;
-  record_->PersonClicksCell(cell.row(), cell.column(), inPoints(at.x()), inPoints(at.y()));
+  record_->UserClicksCell(cell.row(), cell.column(), inPoints(at.x()), inPoints(at.y()));
   return true;
 }
 

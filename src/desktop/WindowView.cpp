@@ -113,7 +113,7 @@ void WindowView::dropEvent(QDropEvent* event) {
   const auto text = droppedText(*event->mimeData());
   if (!field || !text) return;
   acceptCopy(*event);
-  field->PersonDrops(text->toStdString());
+  field->UserDrops(text->toStdString());
   focus(*field);
 }
 
@@ -222,7 +222,7 @@ void WindowView::joinToLabel(const Entry& entry) {
 void WindowView::resizeEvent(QResizeEvent*) {
   if (!record_) return;
   layOut();
-  if (settled_) record_->PersonResizes(inPoints(content_->width()), inPoints(content_->height()));
+  if (settled_) record_->UserResizes(inPoints(content_->width()), inPoints(content_->height()));
   flush();
 }
 
@@ -234,7 +234,7 @@ void WindowView::showEvent(QShowEvent* event) {
 void WindowView::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (!record_) return;
-  if (event->type() == QEvent::ActivationChange && isActiveWindow()) record_->PersonActivates();
+  if (event->type() == QEvent::ActivationChange && isActiveWindow()) record_->UserActivates();
   const bool looks = event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange ||
                      event->type() == QEvent::FontChange || event->type() == QEvent::LayoutDirectionChange;
   if (!looks) return;
@@ -245,7 +245,7 @@ void WindowView::changeEvent(QEvent* event) {
 
 void WindowView::closeEvent(QCloseEvent* event) {
   event->accept();
-  if (record_) record_->PersonCloses();
+  if (record_) record_->UserCloses();
 }
 
 Control* WindowView::controlOf(const QWidget* widget) const {

@@ -116,5 +116,5 @@ void WindowView::keyPressEvent(QKeyEvent* event) {
   Entry* button = record_ && isReturn(*event) ? defaultButton() : nullptr;
   if (!button) return QWidget::keyPressEvent(event);
   event->accept();
-  button->record->PersonClicks();
+  button->record->UserClicks();
 }

@@ -39,7 +39,7 @@ void showCaption(QAbstractButton& button, const Button& record, int taken, int w
 
 // The record toggles by itself; the update after `changed` shows its state, whatever the widget did first.
 void reportClicks(QAbstractButton& button, Button& record, const Changed& changed) {
-  QObject::connect(&button, &QAbstractButton::clicked, &button, [&record] { record.PersonClicks(); });
+  QObject::connect(&button, &QAbstractButton::clicked, &button, [&record] { record.UserClicks(); });
   QObject::connect(&button, &QAbstractButton::clicked, &button, changed);
   QObject::connect(&button, &QAbstractButton::toggled, &button, changed);
 }
@@ -49,7 +49,7 @@ void reportClicks(QAbstractButton& button, Button& record, const Changed& change
 template <typename Box>
 void reportToggles(QAbstractButton& button, Box& record, bool (*disagrees)(bool shown, bool held)) {
   const auto check = [&button, &record, disagrees] {
-    if (!button.signalsBlocked() && disagrees(button.isChecked(), record.Value())) record.PersonClicks();
+    if (!button.signalsBlocked() && disagrees(button.isChecked(), record.Value())) record.UserClicks();
   };
   QObject::connect(&button, &QAbstractButton::toggled, &button, check, Qt::QueuedConnection);
 }
@@ -88,19 +88,19 @@ class CanvasButton : public CanvasView<QAbstractButton> {
   CanvasButton(Canvas& record, QWidget& content) : CanvasView(record, content) {
     setFocusPolicy(Qt::TabFocus);
     // Only an accessible action clicks it: the events below don't.
-    connect(this, &QAbstractButton::clicked, this, [this] { record_.PersonClicks(); });
+    connect(this, &QAbstractButton::clicked, this, [this] { record_.UserClicks(); });
   }
 
  protected:
   void mousePressEvent(QMouseEvent* event) override {
     if (event->button() == Qt::LeftButton)
-      record_.PersonClicksAt(inPoints(event->pos().x()), inPoints(event->pos().y()));
+      record_.UserClicksAt(inPoints(event->pos().x()), inPoints(event->pos().y()));
   }
   void mouseReleaseEvent(QMouseEvent*) override {}
   void keyPressEvent(QKeyEvent* event) override {
     const bool presses =
         event->key() == Qt::Key_Space || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    presses ? static_cast<void>(record_.PersonClicks()) : QAbstractButton::keyPressEvent(event);
+    presses ? static_cast<void>(record_.UserClicks()) : QAbstractButton::keyPressEvent(event);
   }
 };
 

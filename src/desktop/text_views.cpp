@@ -116,7 +116,7 @@ class FieldEdit : public QLineEdit {
   }
   // By an insertion, which the user can undo.
   void arrive(const QString& text) {
-    record_.PersonDrops(text.toStdString());
+    record_.UserDrops(text.toStdString());
     const QString arrived = QString::fromStdString(record_.Text());
     if (arrived == this->text()) return;
     selectAll();
@@ -130,7 +130,7 @@ class FieldEdit : public QLineEdit {
   // Reads the field itself: by the time a change is signalled, a link may have replaced the pasted text.
   void report() {
     length_ = text().size();
-    record_.PersonTypes(text().toStdString());
+    record_.UserTypes(text().toStdString());
   }
 
   TextField& record_;

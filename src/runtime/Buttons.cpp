@@ -2,7 +2,7 @@
 
 #include "runtime/Window.h"
 
-bool Button::PersonClicks() {
+bool Button::UserClicks() {
   if (!IsUsable()) return true;
   TakeClick();
   Raise([this] { RaiseAction(); });

@@ -8,7 +8,7 @@ class Button : public Control {
   const std::string& Caption() const { return caption_; }
   void SetCaption(const std::string& caption) { Set(caption_, caption); }
   std::function<void()> Action;
-  bool PersonClicks() override;
+  bool UserClicks() override;
 
  protected:
   using Control::Control;

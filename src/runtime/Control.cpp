@@ -25,7 +25,7 @@ void Control::Changed() {
 
 void Control::Raise(const std::function<void()>& handler) { owner_.Raise(handler); }
 
-bool Canvas::PersonClicksAt(int x, int y) {
+bool Canvas::UserClicksAt(int x, int y) {
   if (IsUsable() && MouseDown) Raise([this, x, y] { MouseDown(x, y); });
   return true;
 }

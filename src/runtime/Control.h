@@ -52,7 +52,7 @@ class Control {
   // Moves the focus here, on the screen too.
   void SetFocus();
   // The user clicks on it; false for a control that takes no clicks.
-  virtual bool PersonClicks() { return false; }
+  virtual bool UserClicks() { return false; }
 
  protected:
   friend class Window;
@@ -99,8 +99,8 @@ class Canvas : public Control {
   const std::string& Backdrop() const { return backdrop_; }
   // x and y in points from the canvas's upper left corner. Returns whether it has handled the click.
   std::function<bool(int x, int y)> MouseDown;
-  bool PersonClicks() override { return PersonClicksAt(0, 0); }
-  bool PersonClicksAt(int x, int y);
+  bool UserClicks() override { return UserClicksAt(0, 0); }
+  bool UserClicksAt(int x, int y);
 
  private:
   void TakeInitialText(const std::string& file) override { backdrop_ = file; }

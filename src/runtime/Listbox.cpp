@@ -58,7 +58,7 @@ void Listbox::RemoveRowsFrom(std::int64_t row) {
   while (ListCount() > row) RemoveRow(ListCount() - 1);
 }
 
-void Listbox::PersonSelects(const std::vector<std::int64_t>& rows) {
+void Listbox::UserSelects(const std::vector<std::int64_t>& rows) {
   for (std::int64_t row : rows) Index(row, 0);
   if (!IsUsable()) return;
   selected_.assign(selected_.size(), false);
@@ -71,12 +71,12 @@ void Listbox::PersonSelects(const std::vector<std::int64_t>& rows) {
   Touch();
 }
 
-void Listbox::PersonClicksCell(std::int64_t row, std::int64_t column, int x, int y) {
+void Listbox::UserClicksCell(std::int64_t row, std::int64_t column, int x, int y) {
   Index(row, column);
   if (!IsUsable()) return;
   // All inside the event: the handler may close the window and with it destroy this list.
   Raise([&] {
     const bool handled = CellClick && CellClick(row, column, x, y);
-    if (!handled && row < ListCount()) PersonSelects({row});
+    if (!handled && row < ListCount()) UserSelects({row});
   });
 }

@@ -42,8 +42,8 @@ class Listbox : public Control {
   // Returns whether it has handled the click; otherwise the click selects the row.
   std::function<bool(std::int64_t row, std::int64_t column, int x, int y)> CellClick;
   // The user selects exactly these rows; or clicks a cell, which selects its row alone.
-  void PersonSelects(const std::vector<std::int64_t>& rows);
-  void PersonClicksCell(std::int64_t row, std::int64_t column, int x = 0, int y = 0);
+  void UserSelects(const std::vector<std::int64_t>& rows);
+  void UserClicksCell(std::int64_t row, std::int64_t column, int x = 0, int y = 0);
 
   // Grows with every change except an appended row or a change to the last one: while it stays the same, all
   // rows that a view has drawn, but for the last, are up to date.

@@ -19,32 +19,32 @@ void TextField::SetText(const std::string& text) {
   SelLength = 0;
 }
 
-void TextField::PersonTypes(const std::string& text) {
+void TextField::UserTypes(const std::string& text) {
   if (!IsUsable()) return;
   Owner().NoteFocus(*this);
   undo_ = text_;
   SetText(text);
 }
 
-void TextField::PersonEdits(EditAction action, std::string& clipboard) {
+void TextField::UserEdits(EditAction action, std::string& clipboard) {
   if (!IsUsable()) return;
   const std::string selected = text_.substr(SelStart, SelLength);
   const bool takesSelection = action == EditAction::Cut || action == EditAction::Copy;
   if (takesSelection && !selected.empty()) clipboard = selected;
   if (action == EditAction::Cut || action == EditAction::Clear) PutOverSelection("");
-  if (action == EditAction::Paste) PersonPastes(clipboard);
-  if (action == EditAction::Undo) PersonTypes(std::string(undo_));
+  if (action == EditAction::Paste) UserPastes(clipboard);
+  if (action == EditAction::Undo) UserTypes(std::string(undo_));
   if (action == EditAction::SelectAll) SelStart = 0, SelLength = text_.size();
 }
 
-void TextField::PersonPastes(const std::string& text) {
-  SelLength == text_.size() ? PersonDrops(text) : PutOverSelection(text);
+void TextField::UserPastes(const std::string& text) {
+  SelLength == text_.size() ? UserDrops(text) : PutOverSelection(text);
 }
 
 void TextField::PutOverSelection(const std::string& text) {
   const std::string put = OneLine(text);
   const std::size_t caret = SelStart + put.size();
-  PersonTypes(std::string(text_).replace(SelStart, SelLength, put));
+  UserTypes(std::string(text_).replace(SelStart, SelLength, put));
   SelStart = std::min(caret, text_.size());
 }
 

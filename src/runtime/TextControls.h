@@ -26,20 +26,20 @@ class TextField : public Control {
   const std::string& Text() const { return text_; }
   void SetText(const std::string& text);
   // The user replaces the whole text. Takes the focus.
-  void PersonTypes(const std::string& text);
+  void UserTypes(const std::string& text);
 
   // Converts a text that is to fill the whole field, pasted or dropped; may be empty.
   std::function<std::string(const std::string&)> Arriving;
   // The user pastes text over the selection. It passes through Arriving if it replaces everything.
-  void PersonPastes(const std::string& text);
+  void UserPastes(const std::string& text);
   // The user drops a text on the field, or starts the program with one: it passes through Arriving.
-  void PersonDrops(const std::string& text) { PersonTypes(Arriving ? Arriving(text) : text); }
+  void UserDrops(const std::string& text) { UserTypes(Arriving ? Arriving(text) : text); }
 
   // The selection, in bytes from 0 and within the text, and the editing commands with one level of undo, for
   // hosts without a screen.
   std::size_t SelStart = 0;
   std::size_t SelLength = 0;
-  void PersonEdits(EditAction action, std::string& clipboard);
+  void UserEdits(EditAction action, std::string& clipboard);
 
  private:
   void TakeInitialText(const std::string& text) override { text_ = text; }

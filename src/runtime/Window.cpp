@@ -27,11 +27,11 @@ void Window::Show() {
 
 void Window::Close() { app_.CloseWindow(*this); }
 
-void Window::PersonActivates() {
+void Window::UserActivates() {
   if (visible_) app_.Activate(*this);
 }
 
-void Window::PersonResizes(int width, int height) {
+void Window::UserResizes(int width, int height) {
   width = std::clamp(width, frame_.minWidth, frame_.maxWidth);
   height = std::clamp(height, frame_.minHeight, frame_.maxHeight);
   if (width == width_ && height == height_) return;

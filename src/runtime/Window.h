@@ -59,9 +59,9 @@ class Window {
   void Show();
   void Close();
   // The user's actions. A new size is clamped to the frame's limits; a changed size raises Resizing.
-  void PersonActivates();
-  void PersonCloses() { Close(); }
-  void PersonResizes(int width, int height);
+  void UserActivates();
+  void UserCloses() { Close(); }
+  void UserResizes(int width, int height);
 
   // The focus has moved to a control of this window; and: move it there.
   void NoteFocus(Control& control);

@@ -41,15 +41,15 @@ std::string OptionState(Program& program) {
 TEST(ResultsWindow, ResizingMovesItsControlsWithTheEdges) {
   Program program;
   SearchWin& window = SearchWin::Get();
-  window.PersonResizes(700, 391);
-  window.PersonResizes(600, 391);
+  window.UserResizes(700, 391);
+  window.UserResizes(600, 391);
   EXPECT_EQ(window.resultsList.Height(), 291);  // 295 before
-  window.PersonResizes(800, 500);
+  window.UserResizes(800, 500);
   EXPECT_EQ((std::vector{window.resultsList.Width(), window.resultsList.Height(), window.Label1.Top(),
                          window.closeBtn.Left(), window.closeBtn.Top(), window.saveBtn.Left(),
                          window.saveBtn.Top()}),
             (std::vector{760, 400, 449, 564, 460, 664, 460}));
-  window.PersonResizes(1, 1);  // no smaller than 64 by 64
+  window.UserResizes(1, 1);  // no smaller than 64 by 64
   EXPECT_EQ(window.resultsList.Width(), 24);
   EXPECT_EQ(window.saveBtn.Left(), -72);
 }
@@ -146,7 +146,7 @@ TEST(Probe, AFailingAddressGivesOneWarningPerForm) {
     App app(host, kCommands, endpoints);
     app.Start();
     EXPECT_EQ(host.calls, words);
-    app.FindWindow("Window1")->PersonCloses();
+    app.FindWindow("Window1")->UserCloses();
     host.calls.clear();
     app.ChooseMenuItem("FileNewWindow");
     EXPECT_EQ(host.calls, words);

@@ -86,12 +86,12 @@ TEST(Causes, AClosedPortIsNamed) {
   WaitingPlatform host;
   App app(host, kCommands, EndpointsAt(nobody));
   Window1& form = Window1::Get();
-  form.TextField1.PersonTypes("https://host/watch?v=abc");
-  form.PushButton2.PersonClicks();
+  form.TextField1.UserTypes("https://host/watch?v=abc");
+  form.PushButton2.UserClicks();
   form.Listbox1.AddRow("English");
-  form.Listbox1.PersonSelects({0});
-  form.SRTBox.PersonClicks();
-  form.PushButton1.PersonClicks();
+  form.Listbox1.UserSelects({0});
+  form.SRTBox.UserClicks();
+  form.PushButton1.UserClicks();
   std::vector<std::string> causes;
   for (const std::string& call : host.calls) {
     if (call.starts_with("message: ")) causes.push_back(Below(call));

@@ -34,9 +34,9 @@ double SecondsOf(const std::function<void()>& work) {
 TEST(Cost, CommandsAreLinearInTheCues) {
   Program program({{"s", "Short", LongDocument(10'000)}, {"l", "Long", LongDocument(100'000)}});
   program.Search({});
-  program.Form().searchField.PersonTypes("NUMBER .*[05]$");
+  program.Form().searchField.UserTypes("NUMBER .*[05]$");
   const auto timeOf = [&](const std::string& button, std::int64_t row) {
-    program.Form().Listbox1.PersonSelects({row});
+    program.Form().Listbox1.UserSelects({row});
     program.WillSave("out");
     const double seconds = SecondsOf([&] { program.Click(button); });
     program.host.saves.clear();

@@ -25,14 +25,14 @@ std::string RequestFor(const std::string& path, const Program& program) {
 TEST(HostileTexts, LineEndsAddNoLineToARequest) {
   for (const std::string& bytes : {"\r\nX: y"s, "\nX: y"s, "\rX: y"s, "\0"s}) {
     Program program;
-    program.Form().TextField1.PersonTypes("https://host/watch?v=abc" + bytes);
+    program.Form().TextField1.UserTypes("https://host/watch?v=abc" + bytes);
     program.Click("PushButton2");
     const std::string code = "abc" + (bytes == "\0"s ? "" : "X: y"s);  // the field drops control characters
     EXPECT_EQ(program.server.Requests(), Lines{RequestFor(ListPath(code), program)});
     // A server may send any language name.
     program.server.AnswerAt(ListPath(code), {Page(TrackList({{"e" + bytes + "n", "English", ""}}))});
     program.Click("PushButton2");
-    program.Form().Listbox1.PersonSelects({0});
+    program.Form().Listbox1.UserSelects({0});
     program.Click("SRTBox");
     program.Calls();
     program.Click("PushButton1");

@@ -49,7 +49,7 @@ const std::map<std::string, Command> kCases = {
 struct Stage : Program {
   explicit Stage(const Command& what) : Program(kTracks), command(what) {
     Search({0, 1});
-    Form().searchField.PersonTypes("on");
+    Form().searchField.UserTypes("on");
     Click(command.before);
     WillSave("a");
     WillSave("b");
@@ -124,7 +124,7 @@ TEST(Unwinding, ClosingAWindowEndsItsCommandAtOnce) {
   AtEveryYield(
       [](Stage& stage) {
         stage.app.FindWindow(stage.command.button == "SearchWin.saveBtn" ? "SearchWin" : "Window1")
-            ->PersonCloses();
+            ->UserCloses();
       },
       [](Stage& stage) {
         EXPECT_EQ(stage.CallsAfterTheDeed(), Lines{});
@@ -159,7 +159,7 @@ TEST(Unwinding, ClosingTheResultsEndsTheWordSearchAtOnce) {
     reached = stage.Run(n, [&] {
       open = SearchWin::OpenOrNil();
       if (!open) return;
-      SearchWin::Get().PersonCloses();
+      SearchWin::Get().UserCloses();
       EXPECT_FALSE(stage.app.IsCommandRunning());
     });
     if (!open) continue;
@@ -172,11 +172,11 @@ TEST(Unwinding, ClosingTheResultsEndsTheWordSearchAtOnce) {
 TEST(Unwinding, ANewFormSearchesBeforeTheOldSearchHasUnwound) {
   Program program(kTracks);
   program.server.AnswerAt(ListPath("slow"), {"", Reply::End::Stall});
-  program.Form().TextField1.PersonTypes("?v=slow");
+  program.Form().TextField1.UserTypes("?v=slow");
   std::int64_t listed = 0;
   program.host.onYield = [&] {
     if (program.server.Requests().empty()) return;  // the server takes the next request only after this one
-    program.Form().PersonCloses();
+    program.Form().UserCloses();
     program.host.onYield = [&] {  // at the new form's probe
       program.Search({});
       listed = program.Form().Listbox1.ListCount();
@@ -221,7 +221,7 @@ TEST(Unwinding, AWindowClosedDuringADialogEndsItsCommand) {
       const std::string window = name == "results" ? "SearchWin" : "Window1";
       stage.host.onSaveDialog = [&stage, &window, quit] {
         if (quit) return stage.app.Quit();
-        stage.app.FindWindow(window)->PersonCloses();
+        stage.app.FindWindow(window)->UserCloses();
       };
       stage.Click(command.button);
       EXPECT_EQ(stage.folder.Count(), 0u) << name;
@@ -233,7 +233,7 @@ TEST(Unwinding, AWindowClosedDuringADialogEndsItsCommand) {
 TEST(Unwinding, AFormClosedDuringAMessageGetsNoFocus) {
   for (const char* button : {"PushButton1", "PushButton3"}) {
     Program program;  // without a link both commands move the focus to its field
-    program.host.onMessage = [&] { program.Form().PersonCloses(); };
+    program.host.onMessage = [&] { program.Form().UserCloses(); };
     program.Click(button);
     EXPECT_EQ(program.app.FocusedControl(), nullptr);
     EXPECT_EQ(program.Calls().back(), "close: Window1");
@@ -250,7 +250,7 @@ TEST(Unwinding, ClosingTheFormEndsItsProbeAndPing) {
       if (host.yields < 3) return;
       named.Await();
       EXPECT_FALSE(named.EndsWithin(0));
-      quit ? app.Quit() : app.FindWindow("Window1")->PersonCloses();
+      quit ? app.Quit() : app.FindWindow("Window1")->UserCloses();
     };
     app.Start();
     EXPECT_EQ(host.yields, 3);
@@ -272,13 +272,13 @@ TEST(Unwinding, OptionsClickedDuringARunActAtOnce) {
 TEST(WordSearchRun, AnEndedRunLeavesTheLabelOfALaterOne) {
   Program program(kTracks);
   program.Search({0});
-  program.Form().searchField.PersonTypes("one");
+  program.Form().searchField.UserTypes("one");
   program.host.onYield = [&] {
     if (!SearchWin::OpenOrNil()) return;
-    program.Form().PersonCloses();
+    program.Form().UserCloses();
     program.app.ChooseMenuItem("FileNewWindow");
     program.Search({0});
-    program.Form().searchField.PersonTypes("on");
+    program.Form().searchField.UserTypes("on");
     program.Click("PushButton3");
     program.host.onYield = [] {};
   };

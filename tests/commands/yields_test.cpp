@@ -49,9 +49,9 @@ TEST_F(Yields, DownloadYieldsForEachCueFormedAndWritten) {
 
 TEST_F(Yields, WordSearchYieldsForEachCueAndSavingForEachHit) {
   program.Search({0});
-  program.Form().searchField.PersonTypes("nowhere");
+  program.Form().searchField.UserTypes("nowhere");
   EXPECT_EQ(LoopsOf("PushButton3"), 2);
-  program.Form().searchField.PersonTypes("word");
+  program.Form().searchField.UserTypes("word");
   EXPECT_EQ(LoopsOf("PushButton3"), 2);
   EXPECT_EQ(LoopsOf("SearchWin.saveBtn"), 2);
 }

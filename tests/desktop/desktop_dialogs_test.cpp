@@ -15,7 +15,7 @@ class SaveDialogs : public Desktop {
     host.realSaves = true;
     Offer(server, "abc", kTwoLanguages);
     search(QStringLiteral("abc"));
-    form().SRTBox.PersonClicks();
+    form().SRTBox.UserClicks();
     clickRow(languages(), 1);
     if (aboutInFront) aboutWin::Get().Show();
     QString title;
@@ -29,7 +29,7 @@ class SaveDialogs : public Desktop {
       act(*dialog);
     });
     looking.start(1);
-    form().PushButton1.PersonClicks();
+    form().PushButton1.UserClicks();
     EXPECT_EQ(title, QStringLiteral("Save \u2013 German"));
     EXPECT_FALSE(shownDialog());
   }
@@ -46,14 +46,14 @@ TEST_F(Desktop, AFormThatClosesDismissesItsMessage) {
       const auto* box = shownDialog<QMessageBox>();
       ASSERT_TRUE(box);
       EXPECT_EQ(box->text(), QStringLiteral("This does not appear to be a YouTube URL."));
-      form().PersonCloses();
+      form().UserCloses();
     });
-    form().TextField1.PersonTypes("no link");
-    form().PushButton2.PersonClicks();
+    form().TextField1.UserTypes("no link");
+    form().PushButton2.UserClicks();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_FALSE(shownDialog());
     EXPECT_EQ(host.hasLeft, isLast);
-    if (!isLast) form().Show(), aboutWin::Get().PersonCloses();
+    if (!isLast) form().Show(), aboutWin::Get().UserCloses();
   }
 }
 
@@ -64,7 +64,7 @@ TEST_F(SaveDialogs, EscapeInTheFormStopsTheCommandAndDismissesTheDialog) {
 
 TEST_F(SaveDialogs, AClosingWindowPassesItsDialogToTheNextAndTheLastEndsIt) {
   const auto closeBoth = [&](QFileDialog& dialog) {
-    aboutWin::Get().PersonCloses();
+    aboutWin::Get().UserCloses();
     EXPECT_EQ(shownDialog(), &dialog);
     EXPECT_EQ(dialog.parentWidget(), &view(form()));
     view(form()).close();

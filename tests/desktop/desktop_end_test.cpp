@@ -56,16 +56,16 @@ void workUntil(const std::string& moment, const std::function<bool()>& isTime,
                const std::function<void()>& end) {
   Window1& form = Window1::Get();
   const bool saves = moment == "fetching" || moment == "writing";
-  form.SRTBox.PersonClicks();
-  form.openBox.PersonClicks();
+  form.SRTBox.UserClicks();
+  form.openBox.UserClicks();
   if (saves) {
-    form.TextField1.PersonTypes("https://host/watch?v=abc");
-    form.PushButton2.PersonClicks();
-    form.Listbox1.PersonSelects({0});
+    form.TextField1.UserTypes("https://host/watch?v=abc");
+    form.PushButton2.UserClicks();
+    form.Listbox1.UserSelects({0});
   }
   when(isTime, end);
-  if (moment == "message") form.PushButton2.PersonClicks();
-  if (saves) form.PushButton1.PersonClicks();
+  if (moment == "message") form.PushButton2.UserClicks();
+  if (saves) form.PushButton1.UserClicks();
 }
 
 // arguments: "--program", how the program ends, when, its server, and the folder of its saved files.

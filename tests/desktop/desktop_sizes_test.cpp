@@ -128,7 +128,7 @@ TEST_F(Sizes, NoTextIsCutAtAnyFontAndSize) {
 TEST_F(Sizes, OnADesktopThatReadsRightToLeftTheWindowIsMirrored) {
   QApplication::setLayoutDirection(Qt::RightToLeft);
   QCoreApplication::processEvents();
-  form().TextBox.PersonClicks();
+  form().TextBox.UserClicks();
   draw();
   expectWhole(form(), "right to left: ");
   EXPECT_EQ(widget<QWidget>(form().SRTBox).geometry(), QRect(562 - 319 - 100, 135, 100, 20));

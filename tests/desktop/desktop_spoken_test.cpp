@@ -79,7 +79,7 @@ TEST_F(Desktop, EveryWindowHasARoleAndEveryControlAName) {
 
 // A group covers the controls of other groups, and those of none.
 TEST_F(Desktop, AClickOnAControlReachesItThroughAllGroups) {
-  form().TextBox.PersonClicks();
+  form().TextBox.UserClicks();
   draw();
   QWidget& content = view(form()).content();
   for (const Control* control : form().Controls()) {

@@ -26,7 +26,7 @@ TEST_F(Desktop, ACommandForAMinimisedWindowRestoresIt) {
   Offer(server, "abc", kTwoLanguages);
   search(QStringLiteral("abc"));
   clickRow(languages(), 0);
-  form().searchField.PersonTypes("harbour");
+  form().searchField.UserTypes("harbour");
   click(form().PushButton3);
   aboutWin::Get().Show();
   const struct {

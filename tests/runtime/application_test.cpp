@@ -86,7 +86,7 @@ TEST_F(Run, ClosingAWindowEndsItsOwnHandlersOnly) {
       RuntimeBackgroundTask();
       steps.push_back("unreachable");
     };
-    form.button.PersonClicks();
+    form.button.UserClicks();
     RuntimeBackgroundTask();
     steps.push_back("application continues");
   });
@@ -166,11 +166,11 @@ TEST_F(Run, TheActiveWindowIsTheLastOneStillOpen) {
   Other& other = Other::Get();
   EXPECT_EQ(app.ActiveWindow(), nullptr);
   form.Show();
-  other.PersonActivates();
+  other.UserActivates();
   EXPECT_EQ(app.ActiveWindow(), &form) << "a hidden window is never active";
   other.Show();
-  form.PersonActivates();
-  other.PersonActivates();
+  form.UserActivates();
+  other.UserActivates();
   other.Close();
   EXPECT_EQ(app.ActiveWindow(), &form);
   form.Close();

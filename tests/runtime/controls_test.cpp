@@ -12,15 +12,15 @@ TEST_F(Run, ClicksAndAssignmentsRaiseTheSameEvents) {
   form.events.clear();
   form.box.SetValue(true);
   form.box.SetValue(true);
-  form.box.PersonClicks();
+  form.box.UserClicks();
   form.one.SetValue(true);
-  form.two.PersonClicks();
-  form.two.PersonClicks();
+  form.two.UserClicks();
+  form.two.UserClicks();
   EXPECT_FALSE(form.one.Value());
   form.two.SetValue(true);
   form.two.SetValue(false);
-  form.canvas.PersonClicks();
-  form.canvas.PersonClicksAt(3, 4);
+  form.canvas.UserClicks();
+  form.canvas.UserClicksAt(3, 4);
   EXPECT_EQ(form.events, Lines({"box 1", "box 0", "one", "two", "two", "canvas 0 0", "canvas 3 4"}));
 }
 
@@ -28,31 +28,31 @@ TEST_F(Run, ClicksOnDisabledAndHiddenControlsRaiseNothing) {
   Form& form = Form::Get();
   form.events.clear();
   form.one.SetEnabled(false);
-  form.one.PersonClicks();
+  form.one.UserClicks();
   form.box.SetVisible(false);
-  form.box.PersonClicks();
+  form.box.UserClicks();
   form.canvas.SetEnabled(false);
-  form.canvas.PersonClicksAt(5, 6);
+  form.canvas.UserClicksAt(5, 6);
   EXPECT_EQ(form.events, Lines());
 }
 
 TEST_F(Run, ResizingClampsTheSizeAndReportsEachNewOne) {
   Form& form = Form::Get();
   form.events.clear();
-  form.PersonResizes(10, 300);
-  form.PersonResizes(0, 300);
-  form.PersonResizes(99'999, 1);
-  form.PersonResizes(65, 99'999);
+  form.UserResizes(10, 300);
+  form.UserResizes(0, 300);
+  form.UserResizes(99'999, 1);
+  form.UserResizes(65, 99'999);
   EXPECT_EQ(form.events, Lines({"64x300", "32000x64", "65x32000"}));
 }
 
 TEST_F(Run, TextFieldsDropLineBreaksAndEditTheirSelection) {
   using namespace std::string_literals;
   TextField& field = Form::Get().field;
-  field.PersonTypes("one\r\ntwo\0three\n"s);
+  field.UserTypes("one\r\ntwo\0three\n"s);
   EXPECT_EQ(field.Text(), "onetwothree");
   std::string clipboard;
-  const auto edit = [&](EditAction action) { return field.PersonEdits(action, clipboard), field.Text(); };
+  const auto edit = [&](EditAction action) { return field.UserEdits(action, clipboard), field.Text(); };
   field.SelStart = 3, field.SelLength = 3;
   EXPECT_EQ(edit(EditAction::Cut) + "|" + clipboard, "onethree|two");
   EXPECT_EQ(edit(EditAction::Undo), "onetwothree");
@@ -94,7 +94,7 @@ TEST_F(Lists, ReportEveryChangeAndReviseAllButTheEnd) {
   for (const char* text : {"second", "second", ""}) list.SetCell(2, 1, text);
   list.SetCell(2, 1, "second");
   EXPECT_EQ(changesAndRevision(), "3/3");
-  list.PersonSelects({3, 1, 1});
+  list.UserSelects({3, 1, 1});
   list.RemoveRow(1);
   EXPECT_EQ(changesAndRevision(), "2/5");
   EXPECT_EQ(list.Cell(1, 0) + list.Cell(1, 1) + list.Cell(2, 0) + list.Cell(2, 1), "cseconddlast");
@@ -102,7 +102,7 @@ TEST_F(Lists, ReportEveryChangeAndReviseAllButTheEnd) {
 
 TEST_F(Lists, KeepTheirSelectionWhenARowIsRemoved) {
   Fill(list);
-  list.PersonSelects({3, 1, 1});
+  list.UserSelects({3, 1, 1});
   EXPECT_EQ(SelectedIn(list), "13");
   EXPECT_EQ(list.LastIndex(), 3);
   list.RemoveRow(1);
@@ -114,33 +114,33 @@ TEST_F(Lists, KeepTheirSelectionWhenARowIsRemoved) {
 
 TEST_F(Lists, SelectOneRowUnlessSeveralAreAllowed) {
   Fill(form.single);
-  form.single.PersonSelects({2, 0});
+  form.single.UserSelects({2, 0});
   EXPECT_EQ(SelectedIn(form.single), "2");
 }
 
 TEST_F(Lists, AClickSelectsItsRowUnlessTheHandlerDealtWithIt) {
   Fill(list);
-  list.PersonSelects({2});
+  list.UserSelects({2});
   Lines clicked;
   list.CellClick = [&](std::int64_t row, std::int64_t column, int x, int y) {
     clicked.push_back(std::to_string(row * 1000 + column * 100 + x * 10 + y));
     return row == 0;
   };
-  list.PersonClicksCell(0, 0);
+  list.UserClicksCell(0, 0);
   EXPECT_EQ(SelectedIn(list), "2") << "dealt with";
-  list.PersonClicksCell(1, 1, 2, 3);
+  list.UserClicksCell(1, 1, 2, 3);
   EXPECT_EQ(SelectedIn(list), "1");
   list.SetEnabled(false);
-  list.PersonSelects({0, 2});
-  list.PersonClicksCell(2, 0);
+  list.UserSelects({0, 2});
+  list.UserClicksCell(2, 0);
   EXPECT_EQ(SelectedIn(list), "1") << "disabled";
   EXPECT_EQ(clicked, Lines({"0", "1123"}));
 }
 
 TEST_F(Lists, AnAbsentRowOrColumnRaisesAndChangesNothing) {
   Fill(list);
-  list.PersonSelects({2});
-  EXPECT_THROW(list.PersonSelects({0, 4}), OutOfBoundsException);
+  list.UserSelects({2});
+  EXPECT_THROW(list.UserSelects({0, 4}), OutOfBoundsException);
   EXPECT_EQ(SelectedIn(list), "2");
   for (const std::int64_t bad : {-1, 4}) EXPECT_THROW(list.Cell(bad, 0), OutOfBoundsException);
   EXPECT_THROW(list.Cell(0, 2), OutOfBoundsException);
@@ -149,7 +149,7 @@ TEST_F(Lists, AnAbsentRowOrColumnRaisesAndChangesNothing) {
 TEST_F(Lists, AClickMayCloseTheirWindow) {
   Fill(list);
   list.CellClick = [&](auto, auto, int, int) { return form.Close(), false; };
-  list.PersonClicksCell(0, 0);
+  list.UserClicksCell(0, 0);
   EXPECT_EQ(formsAlive, 0);
 }
 

@@ -36,5 +36,5 @@ void FakePlatform::Yield() {
 void FakePlatform::Edit(EditAction action) {
   Control* focus = Application::Current().FocusedControl();
   if (focus && focus->Kind() == ControlKind::TextField)
-    static_cast<TextField*>(focus)->PersonEdits(action, clipboard);
+    static_cast<TextField*>(focus)->UserEdits(action, clipboard);
 }

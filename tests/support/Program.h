@@ -51,15 +51,15 @@ struct Program {
       if (target.empty()) continue;
       const bool named = target.find('.') != std::string::npos;
       Window* window = app.FindWindow(named ? NthField(target, ".", 1) : "Window1");
-      if (window) window->FindControl(named ? NthField(target, ".", 2) : target)->PersonClicks();
+      if (window) window->FindControl(named ? NthField(target, ".", 2) : target)->UserClicks();
     }
   }
 
   // Searches for the constructor's video and selects these tracks.
   void Search(const std::vector<std::int64_t>& rows) {
-    Form().TextField1.PersonTypes("https://host/watch?v=abc");
+    Form().TextField1.UserTypes("https://host/watch?v=abc");
     Click("PushButton2");
-    Form().Listbox1.PersonSelects(rows);
+    Form().Listbox1.UserSelects(rows);
   }
 
   // The next save dialog chooses this file in folder. Gives its path.

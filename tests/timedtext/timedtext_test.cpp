@@ -182,7 +182,7 @@ TEST(Download, ALostConnectionIsReportedAndTheNextTrackFollows) {
   // An orderly close without a reply is reported as well; any body counts as a document.
   program.server.AnswerAt(TrackPath("abc", "de"), {""});
   program.server.AnswerAt(TrackPath("abc", "en"), {"HTTP/1.0 404 Gone\r\nContent-Length: 4\r\n\r\ngone"});
-  program.Form().Listbox1.PersonSelects({0, 1});
+  program.Form().Listbox1.UserSelects({0, 1});
   program.Click("PushButton1");
   EXPECT_EQ(program.Calls(), (Lines{"save:  English.srt", "message: Error code: 0" + words}));
 }
@@ -209,12 +209,12 @@ TEST(Download, AnIncompleteFormGivesTheFirstMissingPart) {
             (Lines{"message: You must paste the URL of your YouTube movie into the first form field "
                    "before you can download the transcripts.",
                    "focus: TextField1"}));
-  program.Form().TextField1.PersonTypes("x");
+  program.Form().TextField1.UserTypes("x");
   EXPECT_EQ(pressed(), Lines{"message: There are no selected languages to retrieve. Did you click the Search "
                              "button? If you did there may be no uploaded closed captions to retrieve."});
   program.Search({});
   EXPECT_EQ(pressed(), Lines{"message: You must choose a language to continue."});
-  program.Form().Listbox1.PersonSelects({0});
+  program.Form().Listbox1.UserSelects({0});
   EXPECT_EQ(pressed(),
             Lines{"message: You need to choose either SRT File, WebVTT File, or Text Transcript to "
                   "download."});
@@ -223,6 +223,6 @@ TEST(Download, AnIncompleteFormGivesTheFirstMissingPart) {
                              "Line-by-line."});
   EXPECT_EQ(program.server.Requests().size(), 1u);
   program.Click("WebVTTBox");  // text forms no longer matter
-  program.Form().TextField1.PersonTypes("another link");
+  program.Form().TextField1.UserTypes("another link");
   EXPECT_EQ(pressed(), Lines{"save:  English.vtt"});
 }

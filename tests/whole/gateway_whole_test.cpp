@@ -28,8 +28,8 @@ class Whole : public testing::Test {
 
   Lines Search(const std::string& video) {
     Window1& form = Window1::Get();
-    form.TextField1.PersonTypes("https://youtu.be/" + CodeOf(video));
-    form.PushButton2.PersonClicks();
+    form.TextField1.UserTypes("https://youtu.be/" + CodeOf(video));
+    form.PushButton2.UserClicks();
     Lines names;
     for (std::int64_t row = 0; row < form.Listbox1.ListCount(); ++row)
       names.push_back(form.Listbox1.Cell(row, 0));
@@ -37,9 +37,9 @@ class Whole : public testing::Test {
   }
   // Saves the first track in the form that these boxes select, and returns the file.
   std::string Save(const std::vector<Button*>& boxes) {
-    for (Button* box : boxes) box->PersonClicks();
+    for (Button* box : boxes) box->UserClicks();
     host_.saves = {folder_ / "saved"};
-    Window1::Get().PushButton1.PersonClicks();
+    Window1::Get().PushButton1.UserClicks();
     return ReadFile(folder_ / "saved");
   }
 
@@ -54,7 +54,7 @@ TEST_F(Whole, APastedLinkGivesFilesHitsAndAJumpIntoTheVideo) {
   EXPECT_EQ(Search("plain"), (Lines{"English", "French (automatic)", "German 'formal'"}));
   Window1& form = Window1::Get();
   form.openBox.SetValue(false);
-  form.Listbox1.PersonSelects({0});
+  form.Listbox1.UserSelects({0});
   EXPECT_EQ(Save({&form.SRTBox}),
             "1\n00:00:00,500 --> 00:00:02,000\nR&D in en\n\n2\n00:00:02,000 --> 00:00:05,000\nit's done\n\n");
   EXPECT_EQ(Save({&form.WebVTTBox}),
@@ -64,12 +64,12 @@ TEST_F(Whole, APastedLinkGivesFilesHitsAndAJumpIntoTheVideo) {
   EXPECT_EQ(Save({&form.lineBox}), "R&D in en\nit's done\n");
   EXPECT_EQ(Save({&form.timecodeBox}), "[00:00:00.50]\tR&D in en\n[00:00:02.00]\tit's done\n");
 
-  form.searchField.PersonTypes("it's");
-  form.PushButton3.PersonClicks();
+  form.searchField.UserTypes("it's");
+  form.PushButton3.UserClicks();
   host_.calls.clear();
   SearchWin& results = SearchWin::Get();
   EXPECT_EQ(results.resultsList.Cell(0, 1), "it's done");
-  results.resultsList.PersonClicksCell(0, 0);
+  results.resultsList.UserClicksCell(0, 0);
   EXPECT_EQ(host_.calls, (Lines{"browse: https://www.youtube.com/watch?v=" + CodeOf("plain") + "&t=2"}));
   EXPECT_EQ(site_.Requests("list").size(), 1u);
   EXPECT_EQ(site_.Requests("text").size(), 1u) << "six commands, one request to the site";

@@ -53,7 +53,7 @@ struct Worker {
     host.prefsFolder = folder.Path();
     app.Start();
     Window1::Get().SRTBox.SetValue(true);
-    Window1::Get().searchField.PersonTypes("e");
+    Window1::Get().searchField.UserTypes("e");
   }
 
   // Search, Download and Word Search of one track. Returns the saved file; "" if none was saved.
@@ -61,15 +61,15 @@ struct Worker {
     Window1& form = Window1::Get();
     const std::string path = folder / "out.srt";
     std::filesystem::remove(path);
-    form.TextField1.PersonTypes(std::string("https://host/watch?v=") + wanted.video);
-    form.PushButton2.PersonClicks();
+    form.TextField1.UserTypes(std::string("https://host/watch?v=") + wanted.video);
+    form.PushButton2.UserClicks();
     for (std::int64_t row = 0; row < form.Listbox1.ListCount(); ++row) {
-      if (form.Listbox1.Cell(row, 1) == wanted.language) form.Listbox1.PersonSelects({row});
+      if (form.Listbox1.Cell(row, 1) == wanted.language) form.Listbox1.UserSelects({row});
     }
     host.saves = {path};
-    form.PushButton1.PersonClicks();
-    form.PushButton3.PersonClicks();
-    if (Window* results = app.FindWindow(SearchWin::kName)) results->PersonCloses();
+    form.PushButton1.UserClicks();
+    form.PushButton3.UserClicks();
+    if (Window* results = app.FindWindow(SearchWin::kName)) results->UserCloses();
     host.calls.clear();
     return std::filesystem::exists(path) ? ReadFile(path) : "";
   }

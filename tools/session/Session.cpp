@@ -85,8 +85,8 @@ void Session::Act(const std::string& line) {
   if (!app_) throw CannotDo("nothing is open yet");
   if (stopped_) throw CannotDo("the program has quit");
   if (word == "quit") return Quit();
-  if (word == "type") return TakeField(rest).PersonTypes(rest);
-  if (word == "paste") return TakeField(rest).PersonDrops(rest);
+  if (word == "type") return TakeField(rest).UserTypes(rest);
+  if (word == "paste") return TakeField(rest).UserDrops(rest);
   if (word == "click") return Click(rest);
   if (word == "select") return Select(rest);
   if (word == "save") return QueueSave(rest);
@@ -131,15 +131,15 @@ void Session::Click(const std::string& target) {
                                named ? target.substr(dot + 1) : target);
   if (!TakesClicks(control)) throw CannotDo(control.Name() + " takes no clicks");
   if (!control.Enabled() || !control.Visible()) return;
-  control.Owner().PersonActivates();
-  control.PersonClicks();
+  control.Owner().UserActivates();
+  control.UserClicks();
 }
 
 void Session::Select(const std::string& rows) {
   auto& list = static_cast<Listbox&>(ControlOf(OpenWindow("Window1"), "Listbox1"));
   const auto numbers = TakeNumbers(rows);
   for (const std::int64_t row : numbers) CheckRow(list, row);
-  list.PersonSelects(numbers);
+  list.UserSelects(numbers);
 }
 
 void Session::QueueSave(const std::string& path) {
@@ -153,8 +153,8 @@ void Session::ClickCell(const std::string& text) {
   if (numbers.size() != 2) throw CannotDo("cell takes a row and a column");
   CheckRow(list, numbers[0]);
   if (numbers[1] < 0 || numbers[1] >= list.Columns()) throw CannotDo("there is no column " + Str(numbers[1]));
-  list.Owner().PersonActivates();
-  list.PersonClicksCell(numbers[0], numbers[1]);
+  list.Owner().UserActivates();
+  list.UserClicksCell(numbers[0], numbers[1]);
 }
 
 void Session::Choose(const std::string& item) {
@@ -162,9 +162,9 @@ void Session::Choose(const std::string& item) {
   if (app_->IsQuitting()) Quit();
 }
 
-void Session::Activate(const std::string& window) { OpenWindow(window).PersonActivates(); }
+void Session::Activate(const std::string& window) { OpenWindow(window).UserActivates(); }
 
-void Session::CloseWindow(const std::string& window) { OpenWindow(window).PersonCloses(); }
+void Session::CloseWindow(const std::string& window) { OpenWindow(window).UserCloses(); }
 
 void Session::Resize(const std::string& text) {
   std::string rest = text;
@@ -174,7 +174,7 @@ void Session::Resize(const std::string& text) {
   const auto size = [](std::int64_t points) {
     return static_cast<int>(std::min<std::int64_t>(std::max<std::int64_t>(points, 0), 100000));
   };
-  window.PersonResizes(size(numbers[0]), size(numbers[1]));
+  window.UserResizes(size(numbers[0]), size(numbers[1]));
 }
 
 void Session::Dump() { printer_.State(*app_); }

@@ -38,7 +38,7 @@ void SessionPlatform::ControlFocused(Control& control) {
 void SessionPlatform::Edit(EditAction action) {
   Control* focus = Application::Current().FocusedControl();
   if (focus && focus->Kind() == ControlKind::TextField)
-    static_cast<TextField*>(focus)->PersonEdits(action, clipboard_);
+    static_cast<TextField*>(focus)->UserEdits(action, clipboard_);
 }
 
 void SessionPlatform::CommandEnded(const std::string& outcome) {
