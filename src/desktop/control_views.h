@@ -1,5 +1,5 @@
 // One widget for each control, made from its record by one function for each kind. The widget reports what
-// the user does by the record's Person... calls. WindowView sets place, Enabled and Visible, which are the
+// the user does by the record's User... calls. WindowView sets place, Enabled and Visible, which are the
 // same for all kinds.
 #pragma once
 

@@ -1,5 +1,7 @@
 #include "runtime/Listbox.h"
 
+#include <algorithm>
+
 #include "runtime/exceptions.h"
 
 Listbox::Listbox(Window& owner, ListLayout layout)
@@ -55,7 +57,12 @@ void Listbox::RemoveRow(std::int64_t row) {
 }
 
 void Listbox::RemoveRowsFrom(std::int64_t row) {
-  while (ListCount() > row) RemoveRow(ListCount() - 1);
+  if (row < 0 || row >= ListCount()) return;
+  cells_.resize(Index(row, 0));
+  selected_.resize(static_cast<std::size_t>(row));
+  selCount_ = std::count(selected_.begin(), selected_.end(), true);
+  lastIndex_ = row - 1;
+  Touch();
 }
 
 void Listbox::UserSelects(const std::vector<std::int64_t>& rows) {

@@ -17,11 +17,11 @@ struct MenuItem {
   std::string Caption = {};   // "&" marks the access key; "-" is a separator
   std::string Shortcut = {};  // such as "Cmd+Q"; "" for none
   std::optional<EditAction> Edits = {};
-  bool Quits = false;      // ends the application (QuitMenuItem)
-  bool ShowsHelp = false;  // has the desktop's own shortcut for help
+  bool Quits = false;  // ends the application (QuitMenuItem)
   bool Visible = true;
   bool AutoEnable = true;
   bool Enabled = true;
+  bool ShowsHelp = false;  // has the desktop's own shortcut for help
 
   bool IsSeparator() const { return Caption == "-"; }
 };
