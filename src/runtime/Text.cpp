@@ -4,6 +4,8 @@
 #include <charconv>
 #include <new>
 
+#include "runtime/byte_search.h"
+
 namespace {
 
 constexpr std::string_view kWhite = " \t\n\v\f\r";
@@ -24,7 +26,7 @@ std::string RuntimeAddString(std::string a, std::string_view b) { return std::mo
 std::int64_t RuntimeStringCompare(std::string_view a, std::string_view b) { return a.compare(b); }
 
 std::string Replace(std::string source, std::string_view find, std::string_view replacement) {
-  const std::size_t at = find.empty() ? std::string::npos : source.find(find);
+  const std::size_t at = find.empty() ? std::string::npos : FindText(source, find);
   if (at == std::string::npos) return source;
   if (find.size() == replacement.size()) {
     replacement.copy(source.data() + at, replacement.size());
@@ -35,12 +37,12 @@ std::string Replace(std::string source, std::string_view find, std::string_view 
 }
 
 std::string ReplaceAll(std::string source, std::string_view find, std::string_view replacement) {
-  std::size_t at = find.empty() ? std::string::npos : source.find(find);
+  std::size_t at = find.empty() ? std::string::npos : FindText(source, find);
   if (at == std::string::npos) return source;
   std::string out;
   out.reserve(source.size());
   std::size_t from = 0;
-  for (; at != std::string::npos; at = source.find(find, from)) {
+  for (; at != std::string::npos; at = FindText(source, find, from)) {
     out.append(source, from, at - from).append(replacement);
     from = at + find.size();
   }
@@ -63,8 +65,8 @@ std::string ReplaceLineEndings(std::string source, std::string_view lineEnding) 
 StringArray Split(std::string_view source, std::string_view delimiter) {
   StringArray pieces;
   std::size_t from = 0;
-  std::size_t at = delimiter.empty() ? std::string_view::npos : source.find(delimiter);
-  for (; at != std::string_view::npos; at = source.find(delimiter, from)) {
+  std::size_t at = delimiter.empty() ? std::string_view::npos : FindText(source, delimiter);
+  for (; at != std::string_view::npos; at = FindText(source, delimiter, from)) {
     pieces.emplace_back(source.substr(from, at - from));
     from = at + delimiter.size();
   }

@@ -17,6 +17,7 @@
 #include "http/cause.h"
 #include "runtime/RegEx.h"
 #include "runtime/Text.h"
+#include "runtime/byte_search.h"
 
 namespace {
 
@@ -24,10 +25,10 @@ constexpr std::int64_t kTrackListTimeOut = 300;  // seconds without progress
 
 // The text between the first delimiter and the next one, or the end; nullopt without a delimiter.
 std::optional<std::string_view> FieldOne(std::string_view text, std::string_view delimiter) {
-  const std::size_t at = text.find(delimiter);
+  const std::size_t at = FindText(text, delimiter);
   if (at == std::string_view::npos) return std::nullopt;
   text.remove_prefix(at + delimiter.size());
-  return text.substr(0, text.find(delimiter));
+  return text.substr(0, FindText(text, delimiter));
 }
 
 // nullopt for a text that is no link to a video. The expressions accept more than the cut: "?V=" in capitals,
@@ -82,9 +83,9 @@ std::optional<Track> TrackIn(std::string_view element) {
 // an error page.
 std::vector<Track> TracksIn(std::string_view marked) {
   std::vector<Track> tracks;
-  for (std::size_t mark = marked.find(kMark), next; mark != std::string_view::npos; mark = next) {
+  for (std::size_t mark = FindText(marked, kMark), next; mark != std::string_view::npos; mark = next) {
     const std::size_t from = mark + kMark.size();
-    next = marked.find(kMark, from);
+    next = FindText(marked, kMark, from);
     if (next == std::string_view::npos) break;
     auto track = TrackIn(marked.substr(from, next - from));
     if (!track) return {};
