@@ -115,7 +115,7 @@ gateway::WarmChild::Start Sleeper(const std::string& command, const std::string&
   return [=] {
     gateway::ScratchFolder folder(parent);
     gateway::Child child({"/bin/sh", "-c", command}, folder.Path(), 4096);
-    return std::make_unique<gateway::ReadyChild>(std::move(folder), std::move(child));
+    return std::make_unique<gateway::ReadyChild>(gateway::ReadyChild{std::move(folder), std::move(child)});
   };
 }
 
