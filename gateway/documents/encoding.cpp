@@ -47,8 +47,8 @@ bool IsUtf8(std::string_view text) {
   return true;
 }
 
-// Only the marks of UTF-8, UTF-16 and UTF-32: a text that happens to begin like another signature is more
-// likely than the signature itself.
+// Recognises only the byte order marks of UTF-8, UTF-16 and UTF-32. The first bytes of other encodings' marks
+// are more likely to be plain text.
 std::string EncodingOfMark(std::string_view bytes, std::size_t& markSize) {
   UErrorCode error = U_ZERO_ERROR;
   std::int32_t size = 0;

@@ -1,4 +1,5 @@
-// XML of caption files: without declared entities, external parts or unbounded trees.
+// A restricted XML parser for caption files: refuses files that declare entities or whose tree would take too
+// much memory, and reads nothing but the file.
 #pragma once
 
 #include <string>

@@ -28,8 +28,8 @@ void ReadNames(int folder, Visit visit) {
   while (const dirent* found = ::readdir(names.get())) visit(std::string_view(found->d_name));
 }
 
-// The names of a video's files, without parsing the names of others: for a folder that changes too often for
-// an index.
+// The names of one video's files. Does not parse the other names: used while the folder changes so often that
+// an index would cost more than it saves.
 std::vector<std::string> ReadNamesOf(int folder, std::string_view code) {
   std::vector<std::string> fileNames;
   const std::string mark = "[" + std::string(code) + "].";

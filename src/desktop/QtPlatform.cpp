@@ -46,8 +46,8 @@ bool isQuitting() {
   return app && app->IsQuitting();
 }
 
-// A handler that runs during this wait may wait itself, and a descriptor that stays ready must not keep
-// waking it.
+// A handler that runs during a wait may start a wait of its own; a descriptor that stays ready must not wake
+// that one again and again.
 void wakeOnce(QSocketNotifier& notifier) {
   QObject::connect(&notifier, &QSocketNotifier::activated, &notifier,
                    [&notifier] { notifier.setEnabled(false); });

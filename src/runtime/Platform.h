@@ -1,5 +1,6 @@
-// What only a host can do: a desktop, a tool or a test implements Platform, and the core calls it, always
-// from the main thread. Texts are UTF-8 unless foreign bytes in them are not.
+// What the core cannot do by itself: show windows and dialogs, open files, wait for events. The desktop, a
+// tool or a test implements it as the core's host; the core calls it, always from the main thread. Texts are
+// UTF-8 unless foreign bytes in them are not.
 #pragma once
 
 #include <cstdint>

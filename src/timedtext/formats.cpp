@@ -19,7 +19,7 @@ FileWriter CaptionsWriter(Window1&, const TimedText& track) {
   return [captions = FormCaptions(track)](TextOutputStream& out) { write(out, captions); };
 }
 
-// Reads the boxes for each cue, so that a change takes effect at the next one.
+// Reads the option boxes for each cue: the form stays usable, and a change takes effect at the next cue.
 FileWriter TranscriptWriter(Window1& form, const TimedText& track) {
   form.TextArea1.SetText(Transcript(track, [&form]() -> TranscriptForm {
     return {form.lineBox.Value(), form.timecodeBox.Value()};

@@ -12,8 +12,8 @@
 
 namespace {
 
-// The hits of one run, which are the last rows of the results window. The window stays the same throughout
-// the run, since closing it ends the command.
+// The hits of one run (one track), which are the last rows of the results window. The window stays the same
+// throughout the run, since closing it ends the command.
 class Run {
  public:
   std::int64_t Hits() const { return hits_; }
