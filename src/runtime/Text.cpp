@@ -4,8 +4,6 @@
 #include <charconv>
 #include <new>
 
-#include "runtime/byte_search.h"
-
 namespace {
 
 constexpr std::string_view kWhite = " \t\n\v\f\r";
@@ -26,7 +24,7 @@ std::string RuntimeAddString(std::string a, std::string_view b) { return std::mo
 std::int64_t RuntimeStringCompare(std::string_view a, std::string_view b) { return a.compare(b); }
 
 std::string Replace(std::string source, std::string_view find, std::string_view replacement) {
-  const std::size_t at = find.empty() ? std::string::npos : FindText(source, find);
+  const std::size_t at = find.empty() ? std::string::npos : source.find(find);
   if (at == std::string::npos) return source;
   if (find.size() == replacement.size()) {
     replacement.copy(source.data() + at, replacement.size());
@@ -37,16 +35,25 @@ std::string Replace(std::string source, std::string_view find, std::string_view 
 }
 
 std::string ReplaceAll(std::string source, std::string_view find, std::string_view replacement) {
-  std::size_t at = find.empty() ? std::string::npos : FindText(source, find);
+  std::size_t at = find.empty() ? std::string::npos : source.find(find);
   if (at == std::string::npos) return source;
-  std::string out;
-  out.reserve(source.size());
-  std::size_t from = 0;
-  for (; at != std::string::npos; at = FindText(source, find, from)) {
-    out.append(source, from, at - from).append(replacement);
-    from = at + find.size();
+  // The result is written over the source. If it is longer, the rest of the source makes way first.
+  std::size_t longer = 0;
+  if (replacement.size() > find.size()) {
+    for (std::size_t each = at; each != std::string::npos; each = source.find(find, each + find.size()))
+      longer += replacement.size() - find.size();
+    source.insert(at, longer, '\0');
   }
-  return std::move(out.append(source, from));
+  char* to = source.data() + at;
+  const auto put = [&](std::string_view piece) { to = std::copy(piece.begin(), piece.end(), to); };
+  for (at += longer; at != std::string::npos;) {
+    put(replacement);
+    const std::size_t from = at + find.size();
+    at = source.find(find, from);
+    put(std::string_view(source).substr(from, at - from));
+  }
+  source.resize(static_cast<std::size_t>(to - source.data()));
+  return source;
 }
 
 std::string ReplaceLineEndings(std::string source, std::string_view lineEnding) {
@@ -65,8 +72,8 @@ std::string ReplaceLineEndings(std::string source, std::string_view lineEnding) 
 StringArray Split(std::string_view source, std::string_view delimiter) {
   StringArray pieces;
   std::size_t from = 0;
-  std::size_t at = delimiter.empty() ? std::string_view::npos : FindText(source, delimiter);
-  for (; at != std::string_view::npos; at = FindText(source, delimiter, from)) {
+  std::size_t at = delimiter.empty() ? std::string_view::npos : source.find(delimiter);
+  for (; at != std::string_view::npos; at = source.find(delimiter, from)) {
     pieces.emplace_back(source.substr(from, at - from));
     from = at + delimiter.size();
   }

@@ -74,17 +74,6 @@ inline std::size_t FindPair(std::string_view text, std::size_t from, EitherByte 
   return at < size ? at : text.size();
 }
 
-// Offset of wanted in text, at or after from; npos if there is none. Quicker than find() where the first byte
-// of wanted is a common one.
-inline std::size_t FindText(std::string_view text, std::string_view wanted, std::size_t from = 0) {
-  if (wanted.empty()) return text.find(wanted, from);
-  const EitherByte first{wanted.front(), wanted.front()}, last{wanted.back(), wanted.back()};
-  std::size_t at = FindPair(text, from, first, wanted.size() - 1, last);
-  while (at < text.size() && text.compare(at, wanted.size(), wanted) != 0)
-    at = FindPair(text, at + 1, first, wanted.size() - 1, last);
-  return at < text.size() ? at : std::string_view::npos;
-}
-
 // Copies a short run to a place in front of it, in whole blocks.
 // Requires: kOvershoot bytes after both runs exist, and nobody needs the bytes after `to`.
 inline constexpr std::size_t kOvershoot = 15;

@@ -9,6 +9,7 @@
 
 #include "tracks/search.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "app/App.h"
@@ -17,7 +18,6 @@
 #include "http/cause.h"
 #include "runtime/RegEx.h"
 #include "runtime/Text.h"
-#include "runtime/byte_search.h"
 
 namespace {
 
@@ -25,10 +25,10 @@ constexpr std::int64_t kTrackListTimeOut = 300;  // seconds without progress
 
 // The text between the first delimiter and the next one, or the end; nullopt without a delimiter.
 std::optional<std::string_view> FieldOne(std::string_view text, std::string_view delimiter) {
-  const std::size_t at = FindText(text, delimiter);
+  const std::size_t at = text.find(delimiter);
   if (at == std::string_view::npos) return std::nullopt;
   text.remove_prefix(at + delimiter.size());
-  return text.substr(0, FindText(text, delimiter));
+  return text.substr(0, text.find(delimiter));
 }
 
 // nullopt for a text that is no link to a video. The expressions accept more than the cut: "?V=" in capitals,
@@ -55,40 +55,48 @@ void RemoveOldRows(Window1& form) {
 
 // Put after each tag, to cut the reply into its elements.
 constexpr std::string_view kMark = ":::";
-std::string Marked(std::string reply) {
-  reply = ReplaceAll(std::move(reply), "\">", "\">" + std::string(kMark));
-  return ReplaceAll(std::move(reply), "\"/>", "\"/>" + std::string(kMark));
+std::string Marked(std::string_view reply) {
+  std::string marked;
+  marked.reserve(reply.size() + reply.size() / 16);
+  for (std::size_t end; !reply.empty(); reply.remove_prefix(end)) {
+    end = std::min(reply.find('>'), reply.size() - 1) + 1;
+    const std::string_view upToTagEnd = reply.substr(0, end);
+    marked += upToTagEnd;
+    if (upToTagEnd.ends_with("\">") || upToTagEnd.ends_with("\"/>")) marked += kMark;
+  }
+  return marked;
 }
 
 struct Track {
-  std::string element;  // without its number and empty name
   std::string name, code;
 };
 
 // nullopt if the element holds no track.
 std::optional<Track> TrackIn(std::string_view element) {
-  std::string text = ReplaceAll(std::string(element), "<track id=\"", "");
-  text = ReplaceAll(std::move(text), "\" name=\"\" ", " ");
-  const auto code = FieldOne(text, "lang_code=\"");
-  const auto fromCode = FieldOne(text, "lang_code=");
+  const auto code = FieldOne(element, "lang_code=\"");
+  const auto fromCode = FieldOne(element, "lang_code=");
   const auto name = fromCode ? FieldOne(*fromCode, "lang_translated=\"") : std::nullopt;
   if (!code || !name) return std::nullopt;
-  Track track{"", Replace(Replace(std::string(*name), "\"/>", ""), "\" lang_default=\"true", ""),
-              std::string(code->substr(0, code->find('"')))};
-  track.element = std::move(text);
-  return track;
+  return Track{Replace(Replace(std::string(*name), "\"/>", ""), "\" lang_default=\"true", ""),
+               std::string(code->substr(0, code->find('"')))};
 }
 
-// The tracks in the elements between the first mark and the last. None if any element holds no track, as in
-// an error page.
-std::vector<Track> TracksIn(std::string_view marked) {
+// The tracks in the elements between the first mark and the last, each of which becomes a row without its
+// number and empty name. Nothing if any element holds no track, as in an error page.
+std::vector<Track> TracksIn(std::string_view marked, Listbox& rows) {
   std::vector<Track> tracks;
-  for (std::size_t mark = FindText(marked, kMark), next; mark != std::string_view::npos; mark = next) {
+  for (std::size_t mark = marked.find(kMark), next; mark != std::string_view::npos; mark = next) {
     const std::size_t from = mark + kMark.size();
-    next = FindText(marked, kMark, from);
+    next = marked.find(kMark, from);
     if (next == std::string_view::npos) break;
-    auto track = TrackIn(marked.substr(from, next - from));
-    if (!track) return {};
+    std::string element = ReplaceAll(std::string(marked.substr(from, next - from)), "<track id=\"", "");
+    element = ReplaceAll(std::move(element), "\" name=\"\" ", " ");
+    auto track = TrackIn(element);
+    if (!track) {
+      rows.RemoveRowsFrom(0);
+      return {};
+    }
+    rows.AddRow(std::move(element));
     tracks.push_back(std::move(*track));
     RuntimeBackgroundTask();
   }
@@ -116,11 +124,10 @@ class UnfinishedLists {
 
 }  // namespace
 
-void TakeTrackList(Window1& form, std::string reply) {
-  const auto marked = std::make_shared<const std::string>(Marked(std::move(reply)));
+void TakeTrackList(Window1& form, std::string_view reply) {
+  const auto marked = std::make_shared<const std::string>(Marked(reply));
   form.TextArea1.SetText(marked);
-  for (Track& track : TracksIn(*marked)) {
-    form.XMLList.AddRow(std::move(track.element));
+  for (Track& track : TracksIn(*marked, form.XMLList)) {
     form.Listbox1.AddRow(std::move(track.name));
     form.Listbox1.SetCell(form.Listbox1.LastIndex(), 1, std::move(track.code));
     RuntimeBackgroundTask();
@@ -140,14 +147,13 @@ void Search(Window1& form) {
   HTTPSocket socket;
   const std::string address =
       "http://" + app.endpoints.TrackListEndpoint + "/timedtext?type=list&v=" + app.vidCode;
-  std::string reply = socket.Get(address, kTrackListTimeOut);
-  const std::string cause = CauseOf(socket, reply);
-  TakeTrackList(form, std::move(reply));
+  const std::string reply = socket.Get(address, kTrackListTimeOut);
+  TakeTrackList(form, reply);
   lists.Done();
   app.progress.languages = form.Listbox1.ListCount();
   if (form.Listbox1.ListCount() == 0) {
     MsgBox(
         "There are no transcripts available for this video. Auto-generated transcripts contain no data and cannot be downloaded.",
-        cause);
+        CauseOf(socket, reply));
   }
 }

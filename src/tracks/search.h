@@ -1,7 +1,7 @@
 // The Search command.
 #pragma once
 
-#include <string>
+#include <string_view>
 
 class Window1;
 
@@ -11,4 +11,4 @@ void Search(Window1& form);
 
 // Adds a row to Listbox1 and one to XMLList for each track of the reply; none if any part of the reply can't
 // be cut. Leaves the reply, with its marks, in TextArea1. Requires: both lists are empty.
-void TakeTrackList(Window1& form, std::string reply);
+void TakeTrackList(Window1& form, std::string_view reply);
