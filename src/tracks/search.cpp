@@ -65,7 +65,7 @@ struct Track {
   std::string name, code;
 };
 
-// nullopt if the element holds no track.
+// nullopt if the element is not a track.
 std::optional<Track> TrackIn(std::string_view element) {
   std::string text = ReplaceAll(std::string(element), "<track id=\"", "");
   text = ReplaceAll(std::move(text), "\" name=\"\" ", " ");
@@ -79,7 +79,7 @@ std::optional<Track> TrackIn(std::string_view element) {
   return track;
 }
 
-// The tracks in the elements between the first mark and the last. None if any element holds no track, as in
+// The tracks in the elements between the first mark and the last. None if any element is not a track, as in
 // an error page.
 std::vector<Track> TracksIn(std::string_view marked) {
   std::vector<Track> tracks;
@@ -95,7 +95,7 @@ std::vector<Track> TracksIn(std::string_view marked) {
   return tracks;
 }
 
-// Clears both lists if the search does not finish: its rows would be taken for tracks of the next one.
+// Clears both lists if the search does not finish: the next one would take their rows for its own tracks.
 class UnfinishedLists {
  public:
   explicit UnfinishedLists(Window1& form) : form_(form) {}
