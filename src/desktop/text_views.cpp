@@ -123,7 +123,7 @@ class FieldEdit : public QLineEdit {
     insert(arrived);
   }
   // Qt doesn't report a paste. It is recognised by its effects: the length changes by more than one, the
-  // field holds just what the clipboard holds, and, unlike after an undo, there is nothing to redo.
+  // field contains just the clipboard's text, and, unlike after an undo, there is nothing to redo.
   void noticePaste(const QString& text) {
     if (std::abs(text.size() - length_) > 1 && !isRedoAvailable() && isInClipboard(text)) arrive(text);
   }
