@@ -10,8 +10,8 @@ class CaptionText {
  public:
   // expected: estimated length of the file.
   CaptionText(Form form, std::size_t expected);
-  // Times are decimal seconds. text is copied, but line ends become blanks, and apostrophe and quotation are
-  // what the parser has left of the two escapes of quotation marks, which become plain.
+  // Times are decimal seconds. text is copied, but line ends become blanks, and the two escapes of quotation
+  // marks, which the parser has left as apostrophe and quotation, become plain.
   void AddCue(std::string_view start, std::string_view dur, std::string_view text,
               std::string_view apostrophe, std::string_view quotation, bool escapeAgain);
   std::string Take() { return std::move(text_); }

@@ -12,7 +12,7 @@ struct Contender {
   std::function<void()> prepare = {};  // before each run, not timed
 };
 
-// A list for each contender: nanoseconds of processor time of one run in each turn. A turn has so many runs.
+// A list for each contender, with one entry per turn of `runs` runs: nanoseconds of processor time per run.
 using TurnTimes = std::vector<std::vector<double>>;
 TurnTimes Turns(const std::string& what, const std::vector<Contender>& contenders, std::size_t runs,
                 std::size_t turns);

@@ -61,7 +61,7 @@ void MeasureConversion(Effort effort, std::ostream& out, Table& table) {
   std::vector<std::size_t> sizes{1'000, 10'000, 100'000};
   if (!effort.brief) sizes.push_back(1'000'000);
   Worst worst;
-  out << "\n## Conversion in memory, ns a cue\n\n"
+  out << "\n## Conversion in memory, ns per cue\n\n"
       << TableRow({"cues", "form", "us", "pugixml", "libxml2", "bound", "us / pugixml"})
       << TableRow({"---", "---", "---", "---", "---", "---", "---"});
   for (const std::size_t cues : sizes) {

@@ -225,14 +225,14 @@ Local MeasureLocal(const Client& client, const Client& ofMany, std::size_t turns
 void Report(const Local& local, const Rest& rest, std::ostream& out, Table& table) {
   out << "\n"
       << TableRow({"measure", "seen"}) << TableRow({"---", "---"})
-      << TableRow({"text of 2,000 cues out of a folder, ms", Rounded(local.inFolder, 2)})
-      << TableRow({"the same out of the cache, ms", Rounded(local.inCache, 2)})
+      << TableRow({"text of 2,000 cues from a folder, ms", Rounded(local.inFolder, 2)})
+      << TableRow({"the same from the cache, ms", Rounded(local.inCache, 2)})
       << TableRow({"list in a folder of 20,000 files, ms", Rounded(local.listOfMany, 2)})
       << TableRow({"memory at rest, MB", Rounded(rest.megabytes, 1)})
       << TableRow({"wake-ups in 3 s at rest", std::to_string(rest.wakeUps)}) << std::flush;
   using Bound = Measure::Bound;
-  table.push_back({"text of 2,000 cues out of a folder, ms", Bound::AtMost, 2, 1, local.inFolder});
-  table.push_back({"text of 2,000 cues out of the cache, ms", Bound::AtMost, 2, 1, local.inCache});
+  table.push_back({"text of 2,000 cues from a folder, ms", Bound::AtMost, 2, 1, local.inFolder});
+  table.push_back({"text of 2,000 cues from the cache, ms", Bound::AtMost, 2, 1, local.inCache});
   table.push_back({"list in a folder of 20,000 files, ms", Bound::AtMost, 10, 1, local.listOfMany});
   table.push_back({"memory of the gateway at rest, MB", Bound::AtMost, 12, 8, rest.megabytes});
   table.push_back(

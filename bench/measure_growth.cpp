@@ -143,7 +143,7 @@ int PrintGrowthOfStages(Effort effort) {
 }
 
 void MeasureGrowth(Effort effort, std::ostream& out, Table& table) {
-  out << "\n## Growth of the stages, ns a cue\n\n"
+  out << "\n## Growth of the stages, ns per cue\n\n"
       << TableRow({"stage", "cues", "at a tenth of them", "at all of them", "growth for ten times the input"})
       << TableRow({"---", "---", "---", "---", "---"});
   const std::string self = std::filesystem::read_symlink("/proc/self/exe").string();

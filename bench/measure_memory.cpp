@@ -71,7 +71,7 @@ int PrintGrowthOfDownload(const std::string& host, const std::string& cues) {
 
 void MeasureMemory(const std::string& host, Effort effort, std::ostream& out, Table& table) {
   out << "\n## Memory of a Download as SRT\n\n"
-      << TableRow({"cues", "document, MB", "peak growth, MB", "bytes a document byte"})
+      << TableRow({"cues", "document, MB", "peak growth, MB", "bytes per document byte"})
       << TableRow({"---", "---", "---", "---"});
   double worst = 0;
   for (const std::size_t cues : {10'000, 100'000, 1'000'000}) {
@@ -83,5 +83,5 @@ void MeasureMemory(const std::string& host, Effort effort, std::ostream& out, Ta
                      Rounded(growth / length, 2)})
         << std::flush;
   }
-  table.push_back({"peak memory of a Download for each document byte", Measure::Bound::AtMost, 4, 2, worst});
+  table.push_back({"peak memory of a Download per document byte", Measure::Bound::AtMost, 4, 2, worst});
 }

@@ -70,7 +70,7 @@ double GrepTime(const TextFile& file, std::size_t turns) {
 }  // namespace
 
 void MeasureSearch(Effort effort, std::ostream& out, Table& table) {
-  out << "\n## Search of a word that stands in 1 % of the cues, ns a cue\n\n"
+  out << "\n## Search of a word that occurs in 1 % of the cues, ns per cue\n\n"
       << TableRow(
              {"cues", "us", "PCRE2 bare", "PCRE2 bare, checked", "`std::regex`", "`grep -i`", "us / bare"})
       << TableRow({"---", "---", "---", "---", "---", "---", "---"});
@@ -103,5 +103,5 @@ void MeasureSearch(Effort effort, std::ostream& out, Table& table) {
     worst = std::max(worst, ratio);
   }
   table.push_back(
-      {"search, time a cue against the bare PCRE2 loop", Measure::Bound::AtMost, 1.1, 0.4, worst});
+      {"search, time per cue against the bare PCRE2 loop", Measure::Bound::AtMost, 1.1, 0.4, worst});
 }

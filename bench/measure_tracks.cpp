@@ -8,7 +8,7 @@
 #include "samples.h"
 
 void MeasureTracks(Window1& window, Effort effort, std::ostream& out, Table&) {
-  out << "\n## List of tracks, ns a track\n\n"
+  out << "\n## List of tracks, ns per track\n\n"
       << TableRow({"tracks", "us", "pugixml", "us / pugixml"}) << TableRow({"---", "---", "---", "---"});
   for (const std::size_t tracks : {100, 10'000}) {
     const std::string document = TrackListDocument(tracks);

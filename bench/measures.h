@@ -26,7 +26,7 @@ void MeasureMemory(const std::string& host, Effort effort, std::ostream& out, Ta
 void MeasureWaiting(const std::string& host, Effort effort, std::ostream& out, Table& table);
 void MeasureDesktop(Effort effort, std::ostream& out, Table& table);
 
-// For MeasureMemory, in a process of its own: saves timed text of so many cues from host as SRT and prints by
+// For MeasureMemory, in a process of its own: saves timed text of `cues` cues from host as SRT and prints by
 // how many bytes the process grew at its peak.
 int PrintGrowthOfDownload(const std::string& host, const std::string& cues);
 // For MeasureGrowth, in a process of its own: times the stages and prints a line for each.

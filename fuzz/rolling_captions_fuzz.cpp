@@ -1,5 +1,5 @@
-// Caption files generated from an input. Those as people write them, with repeated lines, overlaps and words
-// that light up one by one, keep every cue; rolling ones give the original lines.
+// Caption files generated from an input. Handmade ones, with repeated lines, overlaps and words that light up
+// one by one, keep every cue; rolling ones give the original lines.
 
 #include "gateway/documents/convert.h"
 #include "support/Harness.h"

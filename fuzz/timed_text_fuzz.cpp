@@ -22,10 +22,10 @@ struct Cue {
 
 // Reads a well-formed document; nullopt for any other, and for words that contain a text at which
 // documents are split.
-class SoundDocument {
+class WellFormedDocument {
  public:
   static std::optional<std::vector<Cue>> Read(std::string_view document) {
-    SoundDocument reader{document};
+    WellFormedDocument reader{document};
     std::vector<Cue> cues;
     if (!reader.Take("<?xml version=\"1.0\" encoding=\"utf-8\" ?><transcript>")) return std::nullopt;
     while (reader.Take("<text start=\"")) {
@@ -41,7 +41,7 @@ class SoundDocument {
   }
 
  private:
-  explicit SoundDocument(std::string_view text) : left_(text) {}
+  explicit WellFormedDocument(std::string_view text) : left_(text) {}
 
   bool Take(std::string_view text) {
     if (!left_.starts_with(text)) return false;
@@ -101,7 +101,7 @@ double SecondsOf(const std::string& stamp, char point) {
 }
 
 // Cues of four lines, numbered from 1. Gives their texts.
-StringArray TextsOfCues(const StringArray& lines, char point, const std::optional<std::vector<Cue>>& sound) {
+StringArray TextsOfCues(const StringArray& lines, char point, const std::optional<std::vector<Cue>>& cues) {
   HOLDS(lines.size() % 4 == 0);
   StringArray texts;
   for (std::size_t i = 0; i * 4 < lines.size(); ++i) {
@@ -112,16 +112,16 @@ StringArray TextsOfCues(const StringArray& lines, char point, const std::optiona
     HOLDS(lines[i * 4 + 3].empty());
     texts.push_back(lines[i * 4 + 2]);
     HOLDS(texts.back().find('\r') == std::string::npos);
-    if (!sound) continue;
+    if (!cues) continue;
     const double start = SecondsOf(times.substr(0, arrow), point);
     const double end = SecondsOf(times.substr(arrow + 5), point);
-    HOLDS(i < sound->size());
-    HOLDS(std::fabs(start - (*sound)[i].start) < 0.00501);
-    HOLDS(std::fabs(end - (*sound)[i].start - (*sound)[i].dur) < 0.00501);
+    HOLDS(i < cues->size());
+    HOLDS(std::fabs(start - (*cues)[i].start) < 0.00501);
+    HOLDS(std::fabs(end - (*cues)[i].start - (*cues)[i].dur) < 0.00501);
     HOLDS(start <= end);
-    HOLDS(texts.back() == (*sound)[i].text);
+    HOLDS(texts.back() == (*cues)[i].text);
   }
-  HOLDS(!sound || texts.size() == sound->size());
+  HOLDS(!cues || texts.size() == cues->size());
   return texts;
 }
 
@@ -171,7 +171,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   fuzz::Input input(data, size);
   const std::string term = input.Line();
   const std::string document = input.Rest();
-  const auto sound = SoundDocument::Read(document);
+  const auto cues = WellFormedDocument::Read(document);
   fuzz::Program program;
   wire::Reset([&](const std::string&) { return wire::Reply{wire::Page(document)}; });
   program.form.TextField1.UserTypes("x");
@@ -179,11 +179,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   program.form.openBox.SetValue(false);
 
   const std::string srt = Save(program, [](Window1& form) { form.SRTBox.SetValue(true); });
-  const StringArray texts = TextsOfCues(fuzz::Lines(srt), ',', sound);
+  const StringArray texts = TextsOfCues(fuzz::Lines(srt), ',', cues);
   HOLDS(srt.empty() || srt.ends_with("\n\n"));
   const std::string vtt = Save(program, [](Window1& form) { form.WebVTTBox.SetValue(true); });
   HOLDS(vtt.starts_with("WEBVTT\n\n"));
-  HOLDS(TextsOfCues(fuzz::Lines(vtt.substr(8)), '.', sound) == texts);
+  HOLDS(TextsOfCues(fuzz::Lines(vtt.substr(8)), '.', cues) == texts);
   program.form.WebVTTBox.SetValue(false);
 
   const std::string lines = Save(program, [](Window1& form) {

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr char kSound[] =
+constexpr char kWellFormed[] =
     "<?xml version=\"1.0\" encoding=\"utf-8\" ?><transcript_list docid=\"1\">"
     "<track id=\"0\" name=\"\" lang_code=\"en\" lang_translated=\"English\" lang_default=\"true\"/>"
     "<track id=\"1\" name=\"x\" lang_code=\"de\" lang_original=\"Deutsch\" lang_translated=\"German\"/>"
@@ -51,7 +51,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   fuzz::Program program;
   Search(program, reply);
   CheckRows(program, reply);
-  Search(program, kSound);
+  Search(program, kWellFormed);
   HOLDS(program.form.Listbox1.ListCount() == 2 && program.form.XMLList.ListCount() == 2);
   HOLDS(program.form.Listbox1.Cell(0, 0) == "English" && program.form.Listbox1.Cell(0, 1) == "en");
   HOLDS(program.form.Listbox1.Cell(1, 0) == "German" && program.form.Listbox1.Cell(1, 1) == "de");

@@ -34,7 +34,7 @@ constexpr std::array<Option, 11> kOptions{{
     {"--as-is", "", "serve only .srv1 files, byte for byte, whatever they contain",
      [](Options& options, std::string_view) { options.asIs = true; }},
     {"--fetch", "",
-     "ask the video site, through yt-dlp, for captions that no folder holds. Without\n"
+     "ask the video site, through yt-dlp, for captions that no folder has. Without\n"
      "this option the gateway makes no connections and starts no programs.",
      [](Options& options, std::string_view) { options.fetch = true; }},
     {"--ytdlp", "PROGRAM", "the yt-dlp to use. Default: ~/.local/bin/yt-dlp, else the first in PATH",
@@ -96,13 +96,13 @@ Caption files:
   (en-orig, de-en); EXT is)";
 
 constexpr const char* kBelowFormats = R"(,
-  in upper or lower case. For one language the EXT that is named first here wins. Files can
-  be added, changed and removed at any time.
-  Not served are files with other names, links, anything but regular files, files that can't
-  be read or hold no captions, and files of more than 64 MiB.
+  in upper or lower case. Of several files for one language, that with the EXT named first
+  here wins. Files can be added, changed and removed at any time.
+  Files with other names, links, anything but regular files, files that can't be read or
+  contain no captions, and files of more than 64 MiB are not served.
 
 Fetched captions:
-  Texts are kept for 30 days, 256 MiB in all; the oldest go first.
+  Texts are kept for 30 days, 256 MiB in all; the oldest are removed first.
 
 Requests (GET and HEAD; one per connection):
   /timedtext?type=list&v=CODE          the list of the video's tracks; an unknown code
@@ -119,7 +119,7 @@ Limits:
   list waits at most 5 seconds for the site.
 
 Start and stop:
-  At the start, one line names the address, the folders, what they hold, and the yt-dlp in use.
+  At the start, one line names the address, the folders, their contents, and the yt-dlp in use.
   SIGTERM, SIGINT and SIGHUP end the gateway; answers under way are given up to 3 seconds.
   Started with a listening socket (LISTEN_FDS=1), it serves that socket, and --port has no effect.
 

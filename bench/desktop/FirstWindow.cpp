@@ -45,7 +45,7 @@ class Screen {
         const auto* map = reinterpret_cast<const xcb_map_notify_event_t*>(event.get());
         if (!map->override_redirect) return map->window;
       }
-      if (Clock::now() > deadline) throw std::runtime_error("no window came");
+      if (Clock::now() > deadline) throw std::runtime_error("no window appeared");
       pollfd wait{xcb_get_file_descriptor(connection_), POLLIN, 0};
       ::poll(&wait, 1, 100);
     }

@@ -101,7 +101,7 @@ void MeasureDesktop(Effort effort, std::ostream& out, Table& table) {
       {"start to the window, ms", median(us.shown), median(usual.shown), ""},
       {"start to what is drawn in it, ms", median(us.drawn), median(usual.drawn), ""},
       {"memory at rest, MB", megabytes(atRest.resident), megabytes(usualAtRest.resident), ""},
-      {"of it the program's alone, MB", megabytes(atRest.own), megabytes(usualAtRest.own), ""},
+      {"of that, shared with no other program, MB", megabytes(atRest.own), megabytes(usualAtRest.own), ""},
       {"200,000 hits to the last row drawn, ms", median(hits), "", median(items)}};
   out << "\n## The program on a screen\n\n";
   for (const auto& cells : rows) out << TableRow(cells) << std::flush;

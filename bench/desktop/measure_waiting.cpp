@@ -30,7 +30,7 @@ Window InWindow(const std::string& host, int clicks) {
   return w;
 }
 
-// Of a request that is never answered, less one that is given up earlier, so that connecting is not counted.
+// A request that is never answered, less one that is given up earlier, so that connecting is not counted.
 Usage InCurl(const std::string& url) {
   const auto waiting = [&](int seconds) {
     const Usage before = Usage::Now();

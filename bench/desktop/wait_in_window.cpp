@@ -39,7 +39,7 @@ class Host : public QtPlatform {
   std::string PreferencesFolder() override { return ""; }
 };
 
-// What 3 s of wait take; after them leave is called, which must make wait return.
+// The cost of 3 s of waiting; then calls leave, which must make wait return.
 Usage SilenceIn(const std::function<void()>& wait, const std::function<void()>& leave) {
   Usage before, spent;
   QTimer::singleShot(kUntilCalm, Qt::PreciseTimer, qApp, [&] { before = Usage::Now(); });
@@ -56,14 +56,14 @@ class Mouse {
  public:
   explicit Mouse(QPoint at) : at_(at) {}
   ~Mouse() {
-    if (hand_.joinable()) hand_.join();
+    if (thread_.joinable()) thread_.join();
   }
   Mouse(const Mouse&) = delete;
   Mouse& operator=(const Mouse&) = delete;
 
   // Returns at once; after the last click, done is called in the main thread.
   void Click(int clicks, const std::function<void()>& done) {
-    hand_ = std::thread([this, clicks, done] {
+    thread_ = std::thread([this, clicks, done] {
       const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> screen(xcb_connect(nullptr, nullptr),
                                                                                 &xcb_disconnect);
       Send(screen.get(), XCB_MOTION_NOTIFY, 0);
@@ -96,7 +96,7 @@ class Mouse {
   QPoint at_;
   std::atomic<Clock::time_point> clicked_{};
   std::atomic<int> handled_{0};
-  std::thread hand_;
+  std::thread thread_;
 };
 
 QPoint OnScreen(const QWidget& widget) { return widget.mapToGlobal(QPoint(8, widget.height() / 2)); }

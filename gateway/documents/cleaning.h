@@ -18,9 +18,9 @@ void SortByStart(Cues& cues);
 // A missing end becomes the start of the next cue that starts later; without a later cue, the start plus
 // three seconds.
 void CloseOpenEnds(Cues& cues);
-// In each line, a run of blanks of any kind and control characters becomes one blank, and none remains at
-// either end. U+FEFF is removed, and so is U+200B, except inside a line of a language that writes no blanks
-// between words (Khmer, Lao, Burmese, Thai). Empty lines are removed, then cues without words.
+// In each line, a run of blanks (also U+00A0 and U+202F) and ASCII control characters becomes one blank, none
+// at either end. U+FEFF is removed, and so is U+200B, except inside a line of a language that writes no
+// blanks between words (Khmer, Lao, Burmese, Thai). Empty lines are removed, then cues without words.
 void TidyWords(Cues& cues, std::string_view language);
 // Drops each cue with the same start and words as the one before.
 void DropRepeats(Cues& cues);

@@ -13,8 +13,8 @@ namespace {
 
 bool IsRetry(int error) { return error == EAGAIN || error == EWOULDBLOCK || error == EINTR; }
 
-// Whether `head` contains the blank line. Only the last newBytes are new, so no more is searched than they
-// need.
+// Whether `head` contains the blank line. Only the last newBytes are new, so only they and the three bytes
+// before them are searched.
 bool HoldsBlankLine(const std::string& head, std::size_t newBytes) {
   const std::size_t from = head.size() - std::min(head.size(), newBytes + 3);
   return head.find("\n\r\n", from) != std::string::npos || head.find("\n\n", from) != std::string::npos;

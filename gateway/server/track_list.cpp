@@ -15,8 +15,8 @@ void ReplaceEach(std::string& text, std::string_view find, std::string_view by) 
     text.replace(at, find.size(), by);
 }
 
-// The user sees a name as it is written here, so nothing in it is escaped. But nothing may remain at which
-// become apostrophes, and control characters blanks, since clients read a name as one line.
+// The user sees a name as it is written here, so nothing in it is escaped. But nothing at which clients split
+// may remain: quotation marks become apostrophes. Control characters become blanks, since a name is one line.
 std::string QuotedName(std::string name) {
   std::replace_if(
       name.begin(), name.end(), [](char c) { return (c >= 0 && c < ' ') || c == 0x7f; }, ' ');

@@ -34,7 +34,7 @@ using Document = std::variant<std::string, CaptionFile>;
 struct CaptionText {
   std::optional<Document> document;
   std::string cause;
-  std::shared_ptr<void> place = nullptr;  // limits large documents in memory: held as long as this one
+  std::shared_ptr<void> place = nullptr;  // limits large documents in memory; kept as long as this one
 };
 
 // The client that asks. A source that waits for something gives up once the client closes its connection.

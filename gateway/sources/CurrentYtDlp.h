@@ -14,7 +14,7 @@ namespace gateway {
 class CurrentYtDlp {
  public:
   // `found` is the yt-dlp found at the start; `named` is the program that the user named, "" for none. If
-  // searching for `named` does not give `found`, then `found` stays the program to look at.
+  // a search for `named` gives another program than `found`, Get keeps to `found`.
   CurrentYtDlp(YtDlp found, std::string named);
 
   // Searches again, and if the program is another file or has changed, asks for its version. That may take a

@@ -1,4 +1,4 @@
-// Remembers which files hold captions, so that a list need not read all files of a video each time.
+// Remembers which files contain captions, so that a list need not read all files of a video each time.
 #pragma once
 
 #include <map>
@@ -13,7 +13,7 @@ namespace gateway {
 // Any number of threads may call it. A few thousand files are remembered.
 class FileVerdicts {
  public:
-  // Why the file holds no captions, "" if it holds some; nullopt if this is not known for the file's state.
+  // Why the file contains no captions, "" if it does; nullopt if this is not known for the file's state.
   std::optional<std::string> Find(const std::string& path, const FileState& state) const;
 
   // Remembers a verdict, and logs a fault unless it was logged for this state of the file. `settled`: the

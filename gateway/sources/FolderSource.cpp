@@ -140,10 +140,10 @@ FolderSource::Stock FolderSource::TakeStock() const {
     index.VisitAll([&](int folder, const std::string& fileName) {
       const auto name = ParseCaptionName(fileName);
       struct stat facts {};
-      const bool is = name && IsServed(*name->format) &&
-                      ::fstatat(folder, fileName.c_str(), &facts, AT_SYMLINK_NOFOLLOW) == 0 &&
-                      FaultIn(facts).empty();
-      if (!is) {
+      const bool isServed = name && IsServed(*name->format) &&
+                            ::fstatat(folder, fileName.c_str(), &facts, AT_SYMLINK_NOFOLLOW) == 0 &&
+                            FaultIn(facts).empty();
+      if (!isServed) {
         ++stock.leftOut;
         return;
       }

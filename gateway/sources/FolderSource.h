@@ -20,7 +20,7 @@ namespace gateway {
 inline constexpr const char* kNoFile = "No folder holds captions of this video.";
 
 // A file is served if it is regular and not a link, can be read, is not larger than kLargestCaptionFile, has
-// a name that ParseCaptionName accepts, and holds captions. Subfolders are ignored. Files can be added,
+// a name that ParseCaptionName accepts, and contains captions. Subfolders are ignored. Files can be added,
 // changed and removed at any time. Of several files for the same video and language, the one in the earlier
 // folder wins, then the format that comes first in CaptionFormats(), then the first name in byte order. The
 // log says why a file is not served, once for each state of the file.

@@ -7,7 +7,7 @@
 namespace gateway {
 namespace {
 
-// That no folder has a file is not mentioned when the site was asked.
+// Once the site was asked, it is not mentioned that no folder has a file.
 std::string BothCauses(const std::string& folders, const std::string& site) {
   if (folders == kNoFile || folders.empty()) return site;
   return site.empty() ? folders : folders + " " + site;

@@ -12,7 +12,7 @@ namespace gateway {
 inline constexpr std::chrono::seconds kSitePatience{5};
 
 // For one language a folder's file wins. If a folder has tracks of a video, its list waits for the site no
-// longer than patience; then it holds only the folder's tracks, and the site's answer serves the next
+// longer than patience; then it contains only the folder's tracks, and the site's answer serves the next
 // request. A cause is that of a file that can't be served, followed by the site's.
 class JoinedSource final : public CaptionSource {
  public:

@@ -10,7 +10,7 @@
 
 namespace gateway {
 
-// Any number of threads may call it. It holds at most 1 MiB; larger documents are not kept.
+// Any number of threads may call it. It keeps at most 1 MiB in all; larger documents are not kept.
 class RecentDocuments {
  public:
   // nullopt if no document of the file in this state is kept.
@@ -26,7 +26,7 @@ class RecentDocuments {
   };
 
   std::mutex mutex_;
-  std::list<Kept> kept_;  // the one used last first
+  std::list<Kept> kept_;  // the most recently used first
   std::size_t bytes_ = 0;
 };
 

@@ -34,8 +34,8 @@ Cause GapIn(std::string_view messages);
 // From how a child ended, for messages without a known cause.
 Cause CauseOf(const ChildEnd& end);
 
-// Adds to the cause, or replaces it with, the doubt about this version of yt-dlp, unless the effect is
-// Verdict or Pause.
+// Adds the doubt about this version of yt-dlp to the cause, or replaces the cause with it, unless the effect
+// is Verdict or Pause.
 Cause InLightOf(std::string_view version, std::chrono::sys_days today, Cause cause);
 
 // The lines to log: errors and warnings, else the last line.

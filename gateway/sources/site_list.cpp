@@ -137,10 +137,10 @@ class Reader {
 };
 
 // Limits the nesting, since writing an entry needs stack for each level, and the number of values, and with
-// it the memory of the tree to some hundred MiB.
+// it the memory of the tree to a few hundred MiB.
 bool IsReasonable(std::string_view text) {
   constexpr int kDeepest = 32;
-  constexpr std::size_t kMostValues = 1'000'000;  // a real list has up to some 50,000
+  constexpr std::size_t kMostValues = 1'000'000;  // a real list has up to about 50,000
   int depth = 0;
   std::size_t values = 1;
   bool inString = false;

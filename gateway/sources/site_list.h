@@ -31,7 +31,7 @@ struct SiteList {
   const SiteTrack* Find(std::string_view language) const;
 };
 
-// nullopt if this is not a list of that video. Not listed are translations, the second key of an automatic
+// nullopt if this is not a list of that video. Leaves out translations, the second key of an automatic
 // track, and tracks without any of kTextFormats or with a key that IsTrackLanguage rejects. An automatic
 // track is listed as LANGUAGE-orig if there is also a written one in its language.
 std::optional<SiteList> ReadSiteList(std::string_view json, std::string_view code, const SiteLimits& limits);

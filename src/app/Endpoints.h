@@ -1,13 +1,12 @@
-// The addresses that the program uses, fixed when it is built. A packager sets others by
-// the CMake cache variables of the same names (RAVELYN_TRACK_LIST_ENDPOINT and so on). Nothing
-// changes them at run time in the product; tools and tests give App a struct of their own.
+// The addresses that the program uses, fixed when it is built. A packager sets others by the CMake cache
+// variables of the same names (RAVELYN_TRACK_LIST_ENDPOINT and so on). Nothing changes them at run time in
+// the product; tools and tests give App a struct of their own.
 #pragma once
 
 #include <string>
 
 struct Endpoints {
-  // Host and port of the two caption requests: the gateway on this machine, since the requests go
-  // out in clear text.
+  // Host and port of the two caption requests: the gateway on this machine, since they are not encrypted.
   std::string TrackListEndpoint = RAVELYN_TRACK_LIST_ENDPOINT;
   std::string TimedTextEndpoint = RAVELYN_TIMED_TEXT_ENDPOINT;
   std::string ShortLinkHost = RAVELYN_SHORT_LINK_HOST;  // ends with ".be"; short links are cut after it

@@ -1,4 +1,4 @@
-// The result of a command in numbers. Commands count in it; the screen shows it in words when one has ended.
+// The result of a command in numbers. Commands count in it; the screen shows it in words after their end.
 #pragma once
 
 #include <cstdint>
@@ -21,7 +21,6 @@ struct Progress {
   void CountSaved(const std::string& path);
   // "8 languages", "3 files saved in Documents", "2 saved, 1 cancelled", "10 hits in 2 tracks", followed by
   // the time since `begun` if that is more than two seconds. Begins with "Stopped" if the user stopped the
-  // command.
-  // "" if there is nothing to report.
+  // command. "" if there is nothing to report.
   std::string Words(bool wasStopped, std::int64_t now) const;
 };

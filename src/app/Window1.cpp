@@ -21,7 +21,7 @@ void Window1::ShowTimecodeBracket(bool shown) {
   for (Line* line : {&Line10, &Line11}) line->SetVisible(shown);
 }
 
-// Unchecking it chooses no other form, so Download asks for one; its string stays.
+// Unchecking the box chooses no other form, so Download asks for one; App::paragraphChecked stays.
 void Window1::paragraphBox_Action() {
   if (!paragraphBox.Value()) return;
   lineBox.SetValue(false);

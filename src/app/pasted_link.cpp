@@ -11,7 +11,7 @@
 namespace {
 
 constexpr std::size_t kCodeLength = 11;
-constexpr std::size_t kLongestQuery = 512;  // bytes, so that a text full of beginnings takes no time
+constexpr std::size_t kLongestQuery = 512;  // bytes; limits the work on many beginnings of links
 constexpr std::array<std::string_view, 5> kFolders = {"/shorts/", "/live/", "/embed/", "/v/", "/e/"};
 constexpr std::array<std::string_view, 4> kSubdomains = {"", "www.", "m.", "music."};
 
@@ -38,11 +38,11 @@ std::string_view CodeInQuery(std::string_view query) {
 }
 
 struct Host {
-  std::string name;  // in small letters
+  std::string name;  // in lower case
   bool isShort;
 };
 
-// Text stands for the path, lower for the same in small letters.
+// text begins with the path, lower is the same in lower case.
 std::string_view CodeInPath(std::string_view text, std::string_view lower, bool isShort) {
   if (isShort) return text.starts_with('/') ? CodeAtStart(text.substr(1)) : "";
   for (const std::string_view watch : {"/watch?", "/watch/?"})

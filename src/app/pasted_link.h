@@ -11,10 +11,10 @@ struct Endpoints;
 //   link = [ scheme "//" ] [ "www." | "m." | "music." ] host path
 //        | code                                          alone, but for white space around it
 //   host = that of the watch page, also with "-nocookie" added to its name | that of short links
-//   path = "/watch?" any parameters "v=" code
+//   path = "/watch" [ "/" ] "?" any parameters "v=" code
 //        | "/" ( "shorts" | "live" | "embed" | "v" | "e" ) "/" code
 //        | "/" code                                      of the host of short links
 //   code = 11 of [0-9A-Za-z_-]
 //
-// A link may stand inside a sentence, but its host may not be part of a longer name.
+// A link may be part of a sentence, but its host not part of a longer name.
 std::string PastedLink(const std::string& text, const Endpoints& endpoints);

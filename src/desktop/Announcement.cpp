@@ -4,7 +4,7 @@
 
 Announcement::Announcement(QWidget& content) : QWidget(&content) { hide(); }
 
-// Every version of Qt and of the screen readers reads a notification when it is shown.
+// With every version of Qt and of the screen readers, a notification is read when it is shown.
 void Announcement::announce(const QString& text) {
   if (text.isEmpty()) return;
   setAccessibleName(text);

@@ -10,6 +10,6 @@ class Announcement : public QWidget {
   // Announces text once, without moving the focus; "" announces nothing. A screen reader fetches the text a
   // moment later, so a text that may follow at once needs an Announcement of its own.
   void announce(const QString& text);
-  // The announced text is no longer true.
+  // The announced text no longer applies.
   void withdraw();
 };

@@ -21,9 +21,9 @@ void Content::drawLine(QPainter& painter, const Line& line) const {
   const QColor color = legibleOn(palette().color(QPalette::Window), wanted);
   const QPoint from(scaled(line.X1()), scaled(line.Y1())), to(scaled(line.X2()), scaled(line.Y2()));
   if (from.x() != to.x() && from.y() != to.y()) {
-    const bool turned = layoutDirection() == Qt::RightToLeft;
+    const bool rightToLeft = layoutDirection() == Qt::RightToLeft;
     const auto shown = [&](QPoint point) {
-      return QPoint(turned ? width() - 1 - point.x() : point.x(), point.y());
+      return QPoint(rightToLeft ? width() - 1 - point.x() : point.x(), point.y());
     };
     painter.setPen(color);
     painter.drawLine(shown(from), shown(to));

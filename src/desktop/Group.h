@@ -1,6 +1,5 @@
-// Controls under one heading, held together for a screen reader. To the eye and to the mouse a group doesn't
-// exist: the window lays it over its whole content, so that the controls keep their places, and masks it to
-// them alone.
+// Controls under one heading, grouped for a screen reader. A group can't be seen or clicked: the window lays
+// it over its whole content, so that the controls keep their places, and masks it to the controls.
 #pragma once
 
 #include <QPointer>

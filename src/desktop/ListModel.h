@@ -1,4 +1,4 @@
-// The rows of a Listbox as Qt's views read them. It holds no text: a cell's text is made safe to show when
+// The rows of a Listbox as Qt's views read them. It keeps no text: a cell's text is made safe to show when
 // the cell is drawn.
 #pragma once
 
@@ -11,8 +11,8 @@ class ListModel : public QAbstractTableModel {
  public:
   explicit ListModel(const Listbox& list) : list_(&list) {}
 
-  // Reports to the views what has changed since the last call; until then, rows that the list has lost are
-  // empty. False if rows were added and the last one may have changed, but nothing else.
+  // Reports to the views what has changed since the last call; until then, rows that the list has removed
+  // are empty. False if rows were added and the last one may have changed, but nothing else.
   bool catchUp();
   // From now on all cells are empty, and the list is not used.
   void forget() { list_ = nullptr; }

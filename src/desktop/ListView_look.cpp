@@ -38,9 +38,9 @@ class RowDelegate : public QStyledItemDelegate {
     const bool hasFocus = list_.hasFocus() && list_.currentIndex().row() == index.row();
     option->state.setFlag(QStyle::State_HasFocus, hasFocus);
     option->state.setFlag(QStyle::State_MouseOver, false);
-    const bool turned = option->direction == Qt::RightToLeft;
+    const bool rightToLeft = option->direction == Qt::RightToLeft;
     option->displayAlignment =
-        (turned ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute | Qt::AlignVCenter;
+        (rightToLeft ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute | Qt::AlignVCenter;
     option->direction = option->text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight;
   }
 

@@ -18,7 +18,7 @@ class WindowView;
 
 class QtPlatform : public Platform {
  public:
-  // Requires: a QApplication; the application ends, or dropViews() is called, before the platform goes.
+  // Requires: a QApplication; the application ends, or dropViews() is called, before this is destroyed.
   QtPlatform();
   ~QtPlatform() override;
 
@@ -57,10 +57,10 @@ class QtPlatform : public Platform {
   // Opens url, or shows in message that `what` could not be opened.
   void openOrReport(const QUrl& url, const QString& message, const std::string& what);
 
-  QObject guard_;  // of the connections
+  QObject guard_;  // ends the connections
   std::map<const Window*, WindowView*> views_;
   OpenDialogs dialogs_;
-  QPointer<QWidget> focus_;  // the last control's that had the focus, which a menu takes while it is open
+  QPointer<QWidget> focus_;  // of the control that last had the focus, which an open menu takes
   QString running_;
   QString saveFolder_;  // the last one used; "" before the first
   std::chrono::milliseconds lastYield_{0};

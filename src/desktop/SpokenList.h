@@ -47,7 +47,7 @@ class SpokenList : public QAccessibleWidget, public QAccessibleTableInterface {
   void modelChange(QAccessibleTableModelChangeEvent* event) override;
 
  private:
-  // Of the cell among the children, of which the headings, row -1, are the first.
+  // The cell's index among the children; the headings, row -1, come first.
   int indexOf(int row, int column) const { return (row + 1) * columnCount() + column; }
   void dropCells();
 

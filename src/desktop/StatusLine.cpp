@@ -40,8 +40,8 @@ void StatusLine::place(const QRect& line) {
   QRect words = line, button = line;
   button.setLeft(line.right() + 1 - stop_->sizeHint().width());
   words.setRight(button.left() - 1);
-  const bool turned = label_->layoutDirection() == Qt::RightToLeft;
-  label_->setAlignment((turned ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute | Qt::AlignVCenter);
+  const bool rightToLeft = label_->layoutDirection() == Qt::RightToLeft;
+  label_->setAlignment((rightToLeft ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute | Qt::AlignVCenter);
   label_->setGeometry(QStyle::visualRect(label_->layoutDirection(), line, words));
   stop_->setGeometry(QStyle::visualRect(label_->layoutDirection(), line, button));
   fit();

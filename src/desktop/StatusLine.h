@@ -14,10 +14,10 @@ class QPushButton;
 
 class StatusLine {
  public:
-  // Its widgets belong to window. stop is called when the user presses the button.
+  // window owns its widgets. stop is called when the user presses the button.
   StatusLine(QWidget& window, const std::function<void()>& stop);
 
-  void updateFont();  // from the desktop's
+  void updateFont();  // takes the desktop's
   void place(const QRect& line);
   // "" shows nothing. Text that is too long is elided in the middle.
   void show(const QString& text, bool running);
@@ -33,5 +33,5 @@ class StatusLine {
   Announcement* ended_;
   QPushButton* stop_;
   QString text_;
-  QTimer withdrawal_;  // of the announcement that a command runs, some time after its end
+  QTimer withdrawal_;  // withdraws the announcement of a command some time after its end
 };

@@ -21,7 +21,7 @@ class QScrollArea;
 class WindowView : public QWidget {
  public:
   // choose receives each item that the user picks from the menu or by its shortcut.
-  // Requires: the record outlives the view, or forget() is called before the record goes.
+  // Requires: the record outlives the view, or forget() is called before the record is destroyed.
   WindowView(Window& record, const ChooseItem& choose);
   ~WindowView() override;
 
@@ -30,7 +30,7 @@ class WindowView : public QWidget {
   // A screen reader announces, once, which command runs or how it ended.
   void announceRunning(const QString& what) { status_.announceRunning(what); }
   void announceEnded(const QString& outcome) { status_.announceEnded(outcome); }
-  // Shows which command runs; or how it ended, until the next one starts, "" for nothing.
+  // Shows which command runs; or, until the next one starts, how it ended, "" for nothing.
   void showRunning(const QString& what);
   void showEnded(const QString& outcome);
   // From now on the view shows and reports nothing, and doesn't use the record.

@@ -93,9 +93,9 @@ void WindowView::layOut() {
   }
   const int margin = leftmostOf(*record_);
   status_.place({margin, height() - high, width() - 2 * margin, high});
-  // A text area may come into sight by a new size; mirrored places are counted from the right edge.
-  const bool isTurned = layoutDirection() == Qt::RightToLeft;
+  // A new size may bring a text area into sight; mirrored places are counted from the right edge.
+  const bool rightToLeft = layoutDirection() == Qt::RightToLeft;
   for (const Entry& entry : entries_) {
-    if (isTurned || entry.record->Kind() == ControlKind::TextArea) markDirty(*entry.record);
+    if (rightToLeft || entry.record->Kind() == ControlKind::TextArea) markDirty(*entry.record);
   }
 }

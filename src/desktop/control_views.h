@@ -15,9 +15,9 @@ class QWidget;
 
 struct ControlView {
   QWidget* widget = nullptr;            // owned by the window's content; nullptr for a line, which is painted
-  std::function<void()> update;         // shows what the record holds beyond place and state
+  std::function<void()> update;         // shows the record's contents
   std::function<void(bool)> busy = {};  // a command has started or ended; empty if that changes nothing
-  std::function<void()> forget = {};    // the record is about to go; empty if blocked signals are enough
+  std::function<void()> forget = {};    // the record will be destroyed; empty if blocked signals are enough
 };
 
 // Called after the user has changed what the widget shows.

@@ -23,7 +23,7 @@ constexpr qsizetype kMostLines = 20;
 constexpr qsizetype kUsualLine = 80;  // characters after which a message box breaks a line
 constexpr qsizetype kLongestStep = 100;
 
-// So few that the button below stays on the screen, whatever the font.
+// Few enough to keep the button below on the screen, whatever the font.
 qsizetype mostLines() {
   const int high = QGuiApplication::primaryScreen()->availableSize().height() / 2;
   return std::min<qsizetype>(kMostLines, high / QFontMetrics(QApplication::font()).lineSpacing());

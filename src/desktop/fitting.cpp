@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int kUsualBody = 13;  // points, for which texts without a size of their own were laid out
+constexpr int kUsualBody = 13;  // points; texts without a size of their own were laid out for it
 constexpr int kGap = 4;         // points between two texts
 constexpr int kUnstretched = 100, kNarrowest = 92;  // per cent of a letter's width
 

@@ -19,10 +19,10 @@
 
 namespace {
 
-// Until the first window is drawn; then the icon's pictures are loaded and the gateway is started.
+// Lets the first window be drawn before the icon's pictures are loaded and the gateway is started.
 constexpr std::chrono::milliseconds kAfterTheWindow{200};
 
-// Starts the gateway, and again whenever it ends.
+// Starts the gateway, and restarts it whenever it ends.
 void keepRunning(OwnGateway& gateway) {
   gateway.Start();
   if (gateway.Ended() < 0) return;

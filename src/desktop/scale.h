@@ -18,5 +18,5 @@ int inPoints(int pixels);
 QRect placeOf(const Control& control);
 QRect placeOf(const Control& control, int width);
 
-// place, counted in pixels from the side on which reading begins, as counted from the left.
+// Converts place from pixels counted from the side on which reading begins to pixels from the left.
 QRect mirrored(const Window& window, const QRect& place);

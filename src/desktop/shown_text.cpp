@@ -19,7 +19,7 @@ bool isDirectional(char16_t c) {
          (c >= 0x2066 && c <= 0x2069);
 }
 
-// Of bytes, only as many as that number of characters can take.
+// Decodes only as many bytes as atMost characters can take.
 QString decoded(std::string_view bytes, qsizetype atMost) {
   const auto most = static_cast<std::size_t>(atMost) * 4 + 4;
   const bool cut = bytes.size() > most;

@@ -8,7 +8,7 @@
 
 enum class Lines { One, Many };
 
-// bytes as UTF-8, at most so many characters, with "…" in place of the rest. U+FFFD replaces bytes that are
+// bytes as UTF-8, at most atMost characters, with "…" in place of the rest. U+FFFD replaces bytes that are
 // not UTF-8, control characters and bidirectional overrides; other characters that only set the direction of
 // text are left out. A line break, "\r", "\n" or "\r\n", becomes "\n", or with Lines::One a blank; a tab
 // always becomes a blank. Takes time in proportion to atMost, not to the length of bytes.

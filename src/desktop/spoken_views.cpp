@@ -73,8 +73,7 @@ class SpokenButton : public QAccessibleWidget {
   BusyPushButton& button_;
 };
 
-// It is never on the screen, but while it holds a text it must count as visible, or no screen reader reads
-// it.
+// It is never on the screen, but while it has a text it must count as visible, or no screen reader reads it.
 class SpokenAnnouncement : public QAccessibleWidget {
  public:
   explicit SpokenAnnouncement(QWidget& widget) : QAccessibleWidget(&widget, QAccessible::Notification) {}

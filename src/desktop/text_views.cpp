@@ -39,8 +39,8 @@ void takeColor(QWidget& widget, const Look& look) {
 Qt::Alignment alignmentOf(const Look& look) {
   const Qt::Alignment vertical = look.multiline ? Qt::AlignTop : Qt::AlignVCenter;
   if (look.align == Align::Center) return Qt::AlignHCenter | vertical;
-  const bool turned = QGuiApplication::layoutDirection() == Qt::RightToLeft;
-  return (turned ? Qt::AlignRight | Qt::AlignAbsolute : Qt::Alignment(Qt::AlignLeft)) | vertical;
+  const bool rightToLeft = QGuiApplication::layoutDirection() == Qt::RightToLeft;
+  return (rightToLeft ? Qt::AlignRight | Qt::AlignAbsolute : Qt::Alignment(Qt::AlignLeft)) | vertical;
 }
 
 void showWords(QLabel& label, const QString& full, const QString& shown, bool fits) {
@@ -123,7 +123,7 @@ class FieldEdit : public QLineEdit {
     insert(arrived);
   }
   // Qt doesn't report a paste. It is recognised by its effects: the length changes by more than one, the
-  // field holds just what the clipboard holds, and, unlike after an undo, there is nothing to redo.
+  // field contains just the clipboard's text, and, unlike after an undo, there is nothing to redo.
   void noticePaste(const QString& text) {
     if (std::abs(text.size() - length_) > 1 && !isRedoAvailable() && isInClipboard(text)) arrive(text);
   }
@@ -160,7 +160,7 @@ bool isInSight(const QWidget& widget, const Control& record) {
   return record.Visible() && widget.parentWidget()->rect().intersects(placeOf(record));
 }
 
-// Documents come as one line, and the time to lay out a line grows faster than its length. So a long line is
+// A document is one line, and the time to lay out a line grows faster than its length. So a long line is
 // shown as several, broken at blanks if it has any.
 QString inLines(QString text) {
   qsizetype start = 0;

@@ -27,7 +27,7 @@ class InternetHeaders {
   // Removes all headers of name, or one, and renumbers the later ones. An absent one is no error.
   void Delete(const std::string& name);
   void Delete(const std::string& name, std::int64_t index);
-  // Source stays the same after parsing.
+  // Source still gives the parsed text.
   void DeleteAllHeaders();
 
   // Name and value at a position among all headers, from 0; "" out of range.
@@ -44,7 +44,7 @@ class InternetHeaders {
 
   // key is a name, or a name, a colon and an index from 1.
   bool _HasHeader(const std::string& key) const { return _Headers.HasKey(key); }
-  // Replaces all headers by those in text.
+  // Replaces all headers with those in text.
   void _ParseHeaders(const std::string& text);
   // Lines "Name: value", separated by CR LF.
   std::string _FormatHTTPHeaders() const;

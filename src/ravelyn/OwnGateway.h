@@ -25,8 +25,8 @@ class OwnGateway {
   OwnGateway& operator=(const OwnGateway&) = delete;
 
   bool IsListening() const { return listener_ >= 0; }
-  // Starts the gateway, again if it has ended by itself: at most three times a minute. After that closes the
-  // port, so that requests are refused at once. Tries a port again that was taken or closed.
+  // Starts the gateway, or restarts one that has ended, at most three times a minute; after that, closes the
+  // port, so that requests are refused at once. Tries again to listen at a port that was taken or closed.
   void Start();
   // A descriptor that is readable once the gateway has ended, valid until the next Start; -1 without a
   // gateway.
@@ -45,7 +45,7 @@ class OwnGateway {
   int ended_ = -1;
   pid_t process_ = -1;
   std::chrono::steady_clock::time_point since_{};
-  int starts_ = 0;  // in the minute from since_ on
+  int starts_ = 0;  // in the minute that began at since_
 };
 
 // ravelyn-gateway next to this program, else in PATH, with options to fetch, to end with its input and to

@@ -44,7 +44,7 @@ std::vector<char*> PointersTo(std::vector<std::string>& texts) {
   sigset_t none;
   ::sigemptyset(&none);
   ::sigprocmask(SIG_SETMASK, &none, nullptr);
-  // First out of each other's way, then into place.
+  // Copied first, since one may have the number that another one gets.
   std::array<int, 4> aside{};
   for (std::size_t i = 0; i < aside.size(); ++i) aside[i] = ::fcntl(descriptors[i], F_DUPFD, 10);
   for (std::size_t i = 0; i < aside.size(); ++i) ::dup2(aside[i], static_cast<int>(i));

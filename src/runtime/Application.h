@@ -1,5 +1,5 @@
-// Base of the application object: dispatches events, runs commands, holds the open windows and the menu. It
-// calls its windows, and they call their controls; upwards, a control calls its window, a window this.
+// Base of the application object: dispatches events, runs commands, and keeps the open windows and the menu.
+// Calls run down to the windows and on to their controls, and up from a control through its window to here.
 //
 // Each event handler runs in its own frame on one stack. A handler that waits yields, and a yield delivers
 // further events, so frames nest. A frame belongs to a window or, with nullptr, to the application. When its

@@ -1,6 +1,6 @@
-// A control as data. Code sets its values; what the user does arrives by calls of its own; both reach the
-// owner's handlers and the view in the same way. Code that sets a value to what it is raises nothing; a click
-// always acts. User actions on a disabled or hidden control have no effect.
+// A control as data. Code sets its values; the user's actions arrive through separate calls (User...). Both
+// reach the owner's handlers and the view in the same way. Setting the value that is already set raises
+// nothing; a click always acts. User actions on a disabled or hidden control have no effect.
 #pragma once
 
 #include <functional>

@@ -8,6 +8,5 @@
 // The 16 raw bytes of the digest of text.
 std::string MD5(std::string_view text);
 
-// text in Base64 with padding. A lineLength above 0 inserts CR LF after every so many characters but the
-// last; 0 gives one line.
+// text in Base64 with padding, in lines of lineLength characters with CR LF between them; 0 gives one line.
 std::string EncodeBase64(std::string_view text, std::int64_t lineLength);

@@ -24,7 +24,7 @@ std::string FolderOf(const std::string& path) {
 
 std::string NameOf(const std::string& path) { return path.substr(path.find_last_of('/') + 1); }
 
-// Follows the links that path itself ends in, also to a target that does not exist yet.
+// Follows the links that path itself ends in, even to a target that does not exist yet.
 std::string WithoutLinks(std::string path) {
   for (int i = 0; i < kMostLinks; ++i) {
     char target[PATH_MAX];

@@ -9,13 +9,13 @@ namespace {
 
 // Capacity for the digits of the largest double, a sign, a point and forty decimal places.
 constexpr std::size_t kDigits = 400;
-// As many as every double keeps: rounding errors of the arithmetic stay hidden.
+// As many as every double keeps; another digit would show the rounding errors of the arithmetic.
 constexpr int kSignificantDigits = 15;
 constexpr double kLargest = std::numeric_limits<double>::max();
 
 double Finite(double value) { return std::isnan(value) ? 0 : std::clamp(value, -kLargest, kLargest); }
 
-// Half of the last printed place is a dyadic fraction only as an odd number of 1/2^(places+1).
+// A double that lies exactly between two results is an odd multiple of 1/2^(places+1).
 bool IsHalfway(double value, int places) {
   const double scaled = std::ldexp(value, places + 1);
   return std::fabs(scaled) < 9007199254740992.0 && std::fmod(std::fabs(scaled), 2) == 1;

@@ -17,8 +17,8 @@ struct Look {
   Align align = Align::Left;
   bool selectable = false;  // a label whose text can be selected
   bool multiline = false;   // a label of several lines
-  // Return presses it: in the text field before it in the tab order and, for the first one of a window, in
-  // any other place.
+  // Return presses it: from the text field before it in the tab order and, for the first one of a window,
+  // from anywhere else.
   bool defaultButton = false;
   bool startsCommand = false;  // a button that is disabled while a command runs
   bool spellCheck = false;

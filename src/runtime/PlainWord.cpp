@@ -68,7 +68,7 @@ PlainWord::Match PlainWord::MatchAround(std::string_view target, std::size_t at)
     const bool isASCII = static_cast<unsigned char>(target[place]) < 0x80;
     return HasRelative(folded_[i]) && !isASCII ? Match::Unknown : Match::No;
   };
-  // Outwards from the anchor: up to the first difference each character is one byte in the target too.
+  // Outwards from the anchor: up to the first difference, each character is a single byte in the target too.
   Match match = Match::Yes;
   for (std::size_t i = anchor_; match == Match::Yes && i-- > 0;) match = compare(i);
   for (std::size_t i = anchor_ + 1; match == Match::Yes && i < folded_.size(); ++i) match = compare(i);

@@ -10,8 +10,8 @@
 
 class PlainWord {
  public:
-  // nullopt for a pattern that is empty, has a character with a special meaning or beyond ASCII, or consists
-  // of "k" and "s" alone.
+  // nullopt for a pattern that is empty, consists of "k" and "s" alone, or has a character other than ASCII
+  // letters, digits, blanks and a few punctuation marks.
   static std::optional<PlainWord> From(std::string_view pattern);
 
   static constexpr std::size_t kNotThere = std::string_view::npos;
@@ -26,11 +26,11 @@ class PlainWord {
   PlainWord() = default;
   // Takes the rarest pair of neighbours, or for distance 0 the rarest character; false if there is none.
   bool ChooseAnchor(std::size_t distance);
-  // Whether the word stands in target with its anchor at this offset.
+  // Whether target contains the word with its anchor at this offset.
   Match MatchAround(std::string_view target, std::size_t at) const;
 
   std::string folded_;  // in lower case
-  // What is searched for: one character or two neighbours, never "k" or "s": they are ASCII in every match.
+  // What is searched for: one character or two neighbours, never "k" or "s", so ASCII in every match.
   std::size_t anchor_ = 0;  // index of the first
   std::size_t distance_ = 0;
   EitherByte first_{}, second_{};

@@ -43,7 +43,7 @@ class TextOutputStream {
  private:
   static constexpr std::size_t kBufferSize = 64 * 1024;
   explicit TextOutputStream(std::unique_ptr<FileReplacement> file);
-  // The end of the buffer's contents, with space for so many bytes after it. Requires: bytes <= kBufferSize.
+  // The end of the buffer's contents, followed by space for `bytes`. Requires: bytes <= kBufferSize.
   char* SpaceFor(std::size_t bytes);
   void WriteBufferAnd(std::string_view text);
   std::unique_ptr<FileReplacement> file_;

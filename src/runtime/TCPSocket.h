@@ -1,5 +1,5 @@
 // A TCP connection to one peer. Only Wait blocks. Poll reports what has happened by the Event_ calls, on the
-// caller's thread. Reads give raw bytes. The HTTP client, and so the program, has no use for Disconnect,
+// caller's thread. Reads give raw bytes. The HTTP client, and so the program, does not use Disconnect,
 // Flush, Eof, ReadError, WriteError and Event_SendComplete.
 //
 // Order of events: connected first; received bytes before the close that followed them; one Event_Error for a
@@ -12,7 +12,7 @@
 #include <string_view>
 
 // LastErrorCode is the system's errno (111 for a refused connection), or one of these.
-inline constexpr int kErrorPeerClosed = 10001;    // the peer closed the connection in order
+inline constexpr int kErrorPeerClosed = 10001;    // an orderly close by the peer
 inline constexpr int kErrorNameNotFound = 10002;  // no such host, or no answer from the name service
 inline constexpr int kErrorBadAddress = 10003;    // an invalid address or port
 
@@ -54,7 +54,7 @@ class SocketCore {
   struct Connection;
   std::shared_ptr<Connection> connection_;
   std::string received_;
-  std::size_t receivedFrom_ = 0;  // the bytes before have been read
+  std::size_t receivedFrom_ = 0;  // the bytes before it have been read
 
  private:
   int lastError_ = 0;

@@ -63,7 +63,7 @@ class Window {
   void UserCloses() { Close(); }
   void UserResizes(int width, int height);
 
-  // The focus has moved to a control of this window; and: move it there.
+  // Records that the focus has moved to a control of this window; moves it there.
   void NoteFocus(Control& control);
   void MoveFocus(Control& control);
 

@@ -1,4 +1,4 @@
-// A descriptor to wait for, in the host's own way.
+// A descriptor that a host waits for.
 #pragma once
 
 #include <climits>

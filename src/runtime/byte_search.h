@@ -1,5 +1,5 @@
-// Looks for rare bytes and moves short runs of them: sixteen at a time with SSE2, else byte by byte. Both
-// give the same results. RAVELYN_PORTABLE_BYTE_SEARCH turns SSE2 off, for a test of the other way.
+// Searches for rare bytes, sixteen at a time with SSE2, else byte by byte; both ways give the same results.
+// Also copies short runs of bytes. RAVELYN_PORTABLE_BYTE_SEARCH turns SSE2 off, for a test of the other way.
 #pragma once
 
 #include <bit>
@@ -14,7 +14,7 @@
 
 inline constexpr std::size_t kBlock = 16;
 
-// One bit for each of the 16 bytes at this address that is wanted.
+// A bit for each of the 16 bytes at this address, set if the byte is wanted.
 template <typename... Char>
 inline std::uint32_t HitsOf(const char* bytes, Char... wanted) {
   __m128i block;
@@ -25,7 +25,7 @@ inline std::uint32_t HitsOf(const char* bytes, Char... wanted) {
 }
 
 // Offset of the first hit in a text of this size, at or after from; size if there is none. hitsAt gives the
-// hits of the block at an offset. Requires: at least a block from `from` on.
+// hits of the block at an offset. Requires: from + kBlock <= size.
 template <typename HitsAt>
 inline std::size_t FindHit(std::size_t from, std::size_t size, const HitsAt& hitsAt) {
   for (std::size_t at = from; at + kBlock <= size; at += kBlock) {
@@ -74,8 +74,8 @@ inline std::size_t FindPair(std::string_view text, std::size_t from, EitherByte 
   return at < size ? at : text.size();
 }
 
-// Copies a short run to a place in front of it, in whole blocks.
-// Requires: kOvershoot bytes after both runs exist, and nobody needs the bytes after `to`.
+// Copies a short run to an earlier place, in whole blocks.
+// Requires: kOvershoot bytes exist after both runs; those after the copy may be overwritten.
 inline constexpr std::size_t kOvershoot = 15;
 inline void CopyForward(char* to, const char* from, std::size_t length) {
   for (std::size_t at = 0; at < length; at += kOvershoot + 1) {

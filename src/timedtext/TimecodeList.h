@@ -1,5 +1,5 @@
-// The timecodes of a track's cues. Nearly all times are plain decimal seconds, held in hundredths of a
-// second, four bytes each; any other is held as its timecode text.
+// The timecodes of a track's cues. Nearly all times are plain decimal seconds, stored in hundredths of a
+// second, four bytes each; any other is stored as its timecode text.
 #pragma once
 
 #include <cstdint>

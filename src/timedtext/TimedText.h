@@ -6,8 +6,7 @@
 //   cue         = `<text start="` S `" dur="` D `">` T `</text>`   S and D decimal seconds
 //
 // The separators are put in before any entity is decoded, so that a decoded quotation mark never forms one.
-// In a document that breaks the pattern the fields shift; its cues then count as far as both times and texts
-// go.
+// In a document that breaks the pattern the fields shift; then only cues with both times and a text count.
 #pragma once
 
 #include <cstdint>
@@ -71,7 +70,7 @@ class TimedText {
   std::vector<std::uint32_t> ends_;
 };
 
-// The words of a cue as they stand on one line.
+// The words of a cue on one line (see CueText).
 std::string CleanCueText(std::string_view text);
-// Start plus duration, by way of its decimal text.
+// Start plus duration; the sum passes through decimal text.
 double CueEndSeconds(const TimedTextCue& cue);

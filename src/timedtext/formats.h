@@ -29,7 +29,7 @@ struct FileFormat {
 
 const FileFormat& FormatOf(Output output);
 
-// The three parallel lists of one track, one entry for each cue; the texts stand in the track.
+// The three parallel lists of one track, one entry for each cue; the texts are in the track.
 struct Captions {
   TimecodeList starts;
   TimecodeList ends;

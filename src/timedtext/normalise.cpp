@@ -14,10 +14,10 @@ struct Step {
   Reach reach;
   std::string_view find;
   std::string_view put;
-  bool isForHead = false;  // has an effect only at the front of a document
+  bool isForHead = false;  // done if the head was taken: it has the first occurrence
 };
 
-// In this order. The first two are four characters each, with a backslash: no line end.
+// In this order. The first two are four characters each, a backslash among them, and no line ends.
 constexpr Step kSteps[] = {
     {Reach::Every, "/\\r/", ""},
     {Reach::Every, "/\\n/", ""},

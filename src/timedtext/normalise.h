@@ -6,14 +6,13 @@
 #include <string_view>
 #include <vector>
 
-// Stands between two fields of a normalised document, and after the last text.
+// Separates two fields of a normalised document; also follows the last text.
 inline constexpr std::string_view kSeparator = " ||| ";
 
 // Applies the table of replacements, each to the whole document in its turn. This is what normalising means.
 std::string NormaliseStepByStep(std::string document);
 
-// A normalised document, and where its fields end: each in front of its separator, the last one with
-// the document.
+// A normalised document, and where its fields end: each before its separator, the last one with the document.
 struct TimedTextFields {
   std::string document;
   std::vector<std::uint32_t> ends;

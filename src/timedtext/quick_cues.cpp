@@ -8,37 +8,34 @@ namespace {
 
 using namespace marks;
 
-// Moves cues one by one. Nothing in the S, D and T of a cue that keeps to the pattern is looked for by a step
-// or by the split, except the escaped quotation marks in T. What follows such a cue can be normalised apart
-// from it:
+// Moves cues one by one. In the S, D and T of a cue that keeps to the pattern, the steps and the split find
+// nothing but the escaped quotation marks in T. What follows such a cue can be normalised on its own:
 //   - of all texts that the steps look for, none has a ">" except at its end, so none reaches across the end
-//   of
-//     a cue, whatever is removed after it;
-//   - once that end is the blank of a separator, only the head's steps look for a blank or a bar, and the
-//   head
-//     has had its own.
+//     of a cue, whatever is removed after it;
+//   - once that end is the blank of a separator, the only step left that looks for a blank or a bar is one of
+//     the head's, which are done.
 class CueMover {
  public:
   explicit CueMover(std::string& document)
       : document_(document), view_(document), from_(kDeclaration.size() + kRoot.size()) {
-    // A cue of three fields takes some hundred bytes; a list that turns out longer grows.
+    // A cue of three fields takes about a hundred bytes; a longer list grows.
     ends_.reserve(document.size() / 32);
   }
 
-  bool HasHead() const { return StandsAt(0, kDeclaration) && StandsAt(kDeclaration.size(), kRoot); }
+  bool HasHead() const { return HasAt(0, kDeclaration) && HasAt(kDeclaration.size(), kRoot); }
 
   // False, with nothing changed, if no cue of the pattern follows.
   bool MoveCue() {
-    if (!StandsAt(from_, kStart)) return false;
+    if (!HasAt(from_, kStart)) return false;
     const std::size_t start = from_ + kStart.size();
     const std::size_t startEnd = TimeEnd(start);
-    if (!StandsAt(startEnd, kDur)) return false;
+    if (!HasAt(startEnd, kDur)) return false;
     const std::size_t dur = startEnd + kDur.size();
     const std::size_t durEnd = TimeEnd(dur);
-    if (!StandsAt(durEnd, kTagEnd)) return false;
+    if (!HasAt(durEnd, kTagEnd)) return false;
     const std::size_t text = durEnd + kTagEnd.size();
     const std::size_t textEnd = TextEnd(text);
-    if (!StandsAt(textEnd, kTextEnd) || textEnd + kOvershoot > view_.size()) return false;
+    if (!HasAt(textEnd, kTextEnd) || textEnd + kOvershoot > view_.size()) return false;
     Move(start, startEnd);
     Separate();
     Move(dur, durEnd);
@@ -52,7 +49,7 @@ class CueMover {
   QuickCues Done() { return {from_, to_, std::move(ends_)}; }
 
  private:
-  bool StandsAt(std::size_t at, std::string_view text) const {
+  bool HasAt(std::size_t at, std::string_view text) const {
     return at <= view_.size() && view_.substr(at).starts_with(text);
   }
   std::size_t TimeEnd(std::size_t from) const { return FindFirstOf(view_, from, '"', '<', '&', '|', '\\'); }
@@ -62,16 +59,16 @@ class CueMover {
     while (at < view_.size() && MeansNothing(at)) at = FindFirstOf(view_, at + 1, '<', '"', '|', '\\');
     return at;
   }
-  // Whether one of the four begins or continues no text that is looked for. "/\r/" and "/\n/" have their
-  // backslash after a slash, and a separator has its bars in a row.
+  // Whether one of these four bytes begins or continues no text that is looked for. "/\r/" and "/\n/" have
+  // their backslash after a slash, and a separator has its bars in a row.
   bool MeansNothing(std::size_t at) const {
     switch (view_[at]) {
       case '<':
-        return !StandsAt(at, kTextEnd) && !StandsAt(at, kStart) && !StandsAt(at, kRootEnd);
+        return !HasAt(at, kTextEnd) && !HasAt(at, kStart) && !HasAt(at, kRootEnd);
       case '"':
-        return !StandsAt(at, kTagEnd) && !StandsAt(at, kDur);
+        return !HasAt(at, kTagEnd) && !HasAt(at, kDur);
       case '|':
-        return !StandsAt(at, "||");
+        return !HasAt(at, "||");
       default:
         return view_[at - 1] != '/';
     }
@@ -101,15 +98,15 @@ class CueMover {
   }
   // Gives the number of bytes that it took.
   std::size_t TakeEntity(std::size_t at) {
-    if (StandsAt(at, kApostrophe)) return Put("'"), kApostrophe.size();
-    if (StandsAt(at, kQuote)) return Put("\""), kQuote.size();
+    if (HasAt(at, kApostrophe)) return Put("'"), kApostrophe.size();
+    if (HasAt(at, kQuote)) return Put("\""), kQuote.size();
     return Put("&"), 1;
   }
 
   std::string& document_;
   std::string_view view_;  // of it
-  std::size_t from_;       // what is left begins here
-  std::size_t to_ = 0;     // what is done ends here
+  std::size_t from_;       // where the rest begins
+  std::size_t to_ = 0;     // where the result ends
   std::vector<std::uint32_t> ends_;
 };
 

@@ -7,11 +7,11 @@
 #include <vector>
 
 struct QuickCues {
-  std::size_t taken = 0;            // bytes of the document that are done; 0 if its head is not a sound one
+  std::size_t taken = 0;            // bytes of the document that are done; 0 without a well-formed head
   std::size_t length = 0;           // bytes at its front that they have become
   std::vector<std::uint32_t> ends;  // of the fields in those
 };
 
-// Normalises the cues that follow a sound head, for as long as they keep to the pattern, and moves them to
-// the front of the document. What stands between `length` and `taken` means nothing then.
+// Normalises the cues that follow a well-formed head, for as long as they keep to the pattern, and moves them
+// to the front of the document. The bytes between `length` and `taken` then mean nothing.
 QuickCues MoveQuickCues(std::string& document);

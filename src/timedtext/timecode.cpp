@@ -36,7 +36,7 @@ std::string Timecode(double seconds, std::string_view secondsPattern) {
   if (seconds >= 60.0) {
     const std::string whole = Split(Str(seconds / 60.0), ".").front();
     fields.minutes = Format(Val(whole), "00");
-    // Str may have rounded the minutes up: nothing is left then, and not less.
+    // Str may have rounded the minutes up; then no seconds are left, rather than a negative number.
     fields.secs = Str(std::max(seconds - Val(fields.minutes) * 60.0, 0.0));
   } else {
     fields.secs = Str(seconds);
@@ -49,7 +49,7 @@ std::string Timecode(double seconds, std::string_view secondsPattern) {
   return fields.hours + ":" + fields.minutes + ":" + fields.secs;
 }
 
-// Thousandths of a second that a text such as "83.33" stands for, exactly; nullopt for any other form.
+// Thousandths of a second that a text such as "83.33" means, exactly; nullopt for any other form.
 std::optional<std::int64_t> Thousandths(std::string_view text) {
   constexpr std::size_t kMostDigits = 9;
   constexpr std::int64_t kScale[] = {1000, 100, 10, 1};
@@ -66,9 +66,9 @@ std::optional<std::int64_t> Thousandths(std::string_view text) {
   return value * kScale[places];
 }
 
-// Thousandths of a second as SecsToTimecode rounds them to hundredths. A third decimal of 5 goes the way of
-// the double that Format gets, which lies on one side of the half or the other: the seconds within their
-// minute, after their way through text. fma has the exact sign of double minus decimal.
+// Thousandths of a second as SecsToTimecode rounds them to hundredths. A third decimal of 5 is rounded like
+// the double that Format gets, the seconds within their minute after a passage through text, which may lie
+// on either side of the half. fma gives the exact sign of that double minus the decimal.
 std::int64_t Rounded(std::int64_t thousandths) {
   const std::int64_t digit = thousandths % 10;
   if (digit != 5) return thousandths / 10 + (digit > 5 ? 1 : 0);
@@ -131,6 +131,6 @@ std::optional<std::int64_t> EndHundredths(std::string_view start, std::string_vi
   const auto from = Thousandths(start);
   const auto length = Thousandths(dur);
   if (!from || !length) return std::nullopt;
-  // Str gives a sum of so few digits back as the decimal that it is meant to be.
+  // For a sum of so few digits, Str gives the exact decimal.
   return Rounded(*from + *length);
 }

@@ -16,7 +16,7 @@
 std::string SecsToTimecode(double seconds);
 std::string returnTimecodeSRT(double seconds);
 std::string ToCommaTimecode(std::string plain);
-// Returns seconds as text. A missing part counts as 0; of the comma form the fraction is dropped.
+// Returns seconds as text. A missing part counts as 0; the fraction of a comma form is dropped.
 std::string timecodeToSecs(const std::string& timecode);
 
 // A cue's start and end in hundredths of a second, if its times are decimal digits with at most three after

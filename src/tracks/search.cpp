@@ -71,7 +71,7 @@ struct Track {
   std::string name, code;
 };
 
-// nullopt if the element holds no track.
+// nullopt if the element is not a track.
 std::optional<Track> TrackIn(std::string_view element) {
   const auto code = FieldOne(element, "lang_code=\"");
   const auto fromCode = FieldOne(element, "lang_code=");
@@ -82,7 +82,7 @@ std::optional<Track> TrackIn(std::string_view element) {
 }
 
 // The tracks in the elements between the first mark and the last, each of which becomes a row without its
-// number and empty name. Nothing if any element holds no track, as in an error page.
+// number and empty name. Nothing if any element is not a track, as in an error page.
 std::vector<Track> TracksIn(std::string_view marked, Listbox& rows) {
   std::vector<Track> tracks;
   for (std::size_t mark = marked.find(kMark), next; mark != std::string_view::npos; mark = next) {
@@ -103,7 +103,7 @@ std::vector<Track> TracksIn(std::string_view marked, Listbox& rows) {
   return tracks;
 }
 
-// Clears both lists if the search does not finish: its rows would be taken for tracks of the next one.
+// Clears both lists if the search does not finish: the next one would take their rows for its own tracks.
 class UnfinishedLists {
  public:
   explicit UnfinishedLists(Window1& form) : form_(form) {}

@@ -45,7 +45,7 @@ class Run {
 
 std::string Quoted(const std::string& term) { return "The term \"" + term + "\""; }
 
-// Shows a message and returns false if the term is no regular expression.
+// Shows a message and returns false if the term is no valid regular expression.
 bool CompileOrReport(RegEx& term) {
   try {
     term.Compile();

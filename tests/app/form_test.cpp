@@ -1,4 +1,4 @@
-// The option logic and the probe of the main form, and the layout of the window that can grow.
+// The option logic and the probe of the main form, and the layout of the window that can be resized.
 
 #include <gtest/gtest.h>
 

@@ -64,15 +64,15 @@ struct Stage : Program {
       if (host.yields != at) return;
       done = true;
       action();
-      atDeed = host.calls.size();
+      callsBefore = host.calls.size();
     };
     Click(command.button);
     host.onYield = nullptr;
     return done;
   }
 
-  Lines CallsAfterTheDeed() const {
-    return {host.calls.begin() + static_cast<std::ptrdiff_t>(atDeed), host.calls.end()};
+  Lines CallsAfterTheAction() const {
+    return {host.calls.begin() + static_cast<std::ptrdiff_t>(callsBefore), host.calls.end()};
   }
 
   // Every file is complete, and there is no other file.
@@ -88,7 +88,7 @@ struct Stage : Program {
   }
 
   Command command;
-  std::size_t atDeed = 0;
+  std::size_t callsBefore = 0;
 };
 
 // Runs every command once for each of its yields, with `action` there and `check` afterwards. A server on
@@ -127,7 +127,7 @@ TEST(Unwinding, ClosingAWindowEndsItsCommandAtOnce) {
             ->UserCloses();
       },
       [](Stage& stage) {
-        EXPECT_EQ(stage.CallsAfterTheDeed(), Lines{});
+        EXPECT_EQ(stage.CallsAfterTheAction(), Lines{});
         EXPECT_FALSE(stage.app.IsCommandRunning());
         if (stage.command.button == "PushButton3") ExpectCountedRows();
         stage.app.ChooseMenuItem("FileNewWindow");  // and a new form works
@@ -140,7 +140,7 @@ TEST(Unwinding, StoppingACommandLeavesItsFormAndOnlyCompleteFiles) {
   AtEveryYield([](Stage& stage) { stage.app.StopCommand(); },
                [](Stage& stage) {
                  if (stage.command.button == "SearchWin.saveBtn") return;  // not a command of the form
-                 EXPECT_EQ(stage.CallsAfterTheDeed(), Lines{});
+                 EXPECT_EQ(stage.CallsAfterTheAction(), Lines{});
                  EXPECT_FALSE(stage.app.IsCommandRunning());
                  const bool searched = stage.command.button == "PushButton2";
                  EXPECT_EQ(stage.Form().Listbox1.ListCount(), searched ? 0 : 2);
@@ -163,7 +163,7 @@ TEST(Unwinding, ClosingTheResultsEndsTheWordSearchAtOnce) {
       EXPECT_FALSE(stage.app.IsCommandRunning());
     });
     if (!open) continue;
-    EXPECT_EQ(stage.CallsAfterTheDeed(), Lines{});
+    EXPECT_EQ(stage.CallsAfterTheAction(), Lines{});
     EXPECT_EQ(SearchWin::OpenOrNil(), nullptr);
   }
   EXPECT_FALSE(reached);
@@ -192,7 +192,7 @@ TEST(Unwinding, ANewFormSearchesBeforeTheOldSearchHasUnwound) {
 TEST(Unwinding, QuittingEndsEveryCommandAndSavesThePreferences) {
   AtEveryYield([](Stage& stage) { stage.app.ChooseMenuItem("FileQuit"); },
                [](Stage& stage) {
-                 EXPECT_EQ(stage.CallsAfterTheDeed(), Lines{});
+                 EXPECT_EQ(stage.CallsAfterTheAction(), Lines{});
                  stage.app.Stop();
                  EXPECT_EQ(stage.prefs.Count(), 1u);
                  EXPECT_TRUE(stage.app.Windows().empty());
@@ -268,7 +268,7 @@ TEST(Unwinding, OptionsClickedDuringARunActAtOnce) {
   EXPECT_EQ(ReadFile(stage.folder / "a"), "one two once ");
 }
 
-// The first run is ended after its first hit and unwinds after the second, with two hits, is over.
+// The first run is ended after its first hit, and unwinds only when the second, with two hits, is over.
 TEST(WordSearchRun, AnEndedRunLeavesTheLabelOfALaterOne) {
   Program program(kTracks);
   program.Search({0});

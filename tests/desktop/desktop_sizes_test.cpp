@@ -83,9 +83,9 @@ class Sizes : public Desktop {
     const bool isCentred =
         control.Appearance().align == Align::Center || control.Kind() == ControlKind::PushButton;
     place.moveCenter(widget.geometry().center());
-    const bool turned = widget.layoutDirection() == Qt::RightToLeft;
-    if (!isCentred && !turned) place.moveLeft(widget.x() + mark);
-    if (!isCentred && turned) place.moveRight(widget.geometry().right() - mark);
+    const bool rightToLeft = widget.layoutDirection() == Qt::RightToLeft;
+    if (!isCentred && !rightToLeft) place.moveLeft(widget.x() + mark);
+    if (!isCentred && rightToLeft) place.moveRight(widget.geometry().right() - mark);
     if (lines) place.moveTop(widget.y());
     return {name, place};
   }

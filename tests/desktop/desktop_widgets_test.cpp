@@ -45,8 +45,8 @@ void describe(QTextStream& out, const QList<QAction*>& actions) {
 
 }  // namespace
 
-// After a change on purpose, look at the windows, and then replace the kept text with the printed one.
-TEST_F(Desktop, WidgetsMenusAndWindowsHaveTheKeptProperties) {
+// After a change on purpose, look at the windows, and then replace the recorded text with the printed one.
+TEST_F(Desktop, WidgetsMenusAndWindowsHaveTheRecordedProperties) {
   aboutWin::Get().Show();
   SearchWin::Get().resultsList.AddRow("00:00:00.000");
   form().Listbox1.AddRow("English");

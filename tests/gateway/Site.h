@@ -71,7 +71,7 @@ class Site {
     return found;
   }
   // The largest number of these requests that were answered at a time.
-  int Crowd(const std::string& beginning) const {
+  int MostAtOnce(const std::string& beginning) const {
     int most = 0;
     for (const auto& line : Requests(beginning))
       most = std::max(most, std::stoi(line.substr(line.rfind(' '))));

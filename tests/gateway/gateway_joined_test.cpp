@@ -18,7 +18,7 @@ using gateway::Descriptor;
 using gateway::FolderSource;
 using Lines = std::vector<std::string>;
 
-TEST(Joined, AListHoldsTheTracksOfBothSources) {
+TEST(Joined, AListContainsTheTracksOfBothSources) {
   const TemporaryFolder folder;
   WriteFile(folder / "[abc].en.srt", Srt("own"));
   WriteFile(folder / "[bad].en.srt", "");

@@ -15,7 +15,7 @@ using Kind = Places::Kind;
 
 Patience For(std::chrono::milliseconds time) { return {std::chrono::steady_clock::now() + time}; }
 
-TEST(Places, APlaceIsRefusedWhenPatienceEndsAndGoesToTheNext) {
+TEST(Places, APlaceIsRefusedWhenPatienceEndsAndGivenToTheNextRequest) {
   Places places(2, 0ms);
   auto first = places.Take(Kind::Text, For(60s));
   auto list = places.Take(Kind::List, For(60s));

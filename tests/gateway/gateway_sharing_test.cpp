@@ -1,5 +1,5 @@
 // Requests that several clients share, and the child that waits for the next one: who waits how long, what
-// ends with the last client, and what goes on.
+// ends with the last client, and what continues.
 
 #include <poll.h>
 #include <sys/socket.h>

@@ -55,8 +55,8 @@ TEST(GatewaySiteLoad, NineRequestsRunAtMostTwoChildrenAndOneList) {
     }
   });
   EXPECT_GE(std::chrono::steady_clock::now() - start, 3s) << "four lists, a second apart";
-  EXPECT_EQ(site.Crowd("list"), 1);
-  EXPECT_LE(site.Crowd("text"), 2);
+  EXPECT_EQ(site.MostAtOnce("list"), 1);
+  EXPECT_LE(site.MostAtOnce("text"), 2);
 }
 
 TEST(GatewaySiteLoad, AFetchStopsWhenItsLastClientLeaves) {

@@ -196,7 +196,7 @@ class Site(http.server.BaseHTTPRequestHandler):
             self.wfile.write(b'a')
             time.sleep(0.2)
         if fault == 'stall':
-            self.connection.recv(1)  # until the client goes
+            self.connection.recv(1)  # until the client leaves
 
     def answer(self, body, status=200, kind='text/html'):
         self.send_response(status)

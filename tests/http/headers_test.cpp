@@ -146,7 +146,7 @@ TEST(Headers, HeadersThatArriveByteByByteAreSearchedOnce) {
   const std::string head = std::string(1 << 18, 'a') + "\r\n\r\n";
   const double start = ProcessorSeconds();
   HeaderEnd end;
-  for (std::size_t come = 1; come < head.size(); ++come) ASSERT_FALSE(end.FindIn({head.data(), come}));
+  for (std::size_t size = 1; size < head.size(); ++size) ASSERT_FALSE(end.FindIn({head.data(), size}));
   EXPECT_TRUE(end.FindIn(head));
   EXPECT_EQ(end.Position(), head.size() - 4);
   EXPECT_LT(ProcessorSeconds() - start, 10);

@@ -87,7 +87,7 @@ int RunGateway() {
   }
 }
 
-// Starts a gateway, and a child that outlives both; reports their numbers and waits to be killed.
+// Starts a gateway, and a child that outlives both; reports the child's process ID and waits to be killed.
 int RunProgram(const std::string& endpoint) {
   OwnGateway gateway(EndpointsAt(endpoint), {kSelf, "--gateway"});
   gateway.Start();
@@ -145,7 +145,7 @@ TEST(OwnGateway, ARequestBeforeTheStartIsAnswered) {
 
   HTTPSocket other;
   EXPECT_EQ(other.Get("http://127.0.0.2:" + std::to_string(own.port) + "/", 20), "");
-  EXPECT_EQ(other.LastErrorCode(), ECONNREFUSED) << "it is there for this machine alone";
+  EXPECT_EQ(other.LastErrorCode(), ECONNREFUSED) << "it listens at 127.0.0.1 alone";
 
   ::close(leaky);
   for (const int signal : {SIGPIPE, SIGHUP, SIGINT}) ::signal(signal, SIG_DFL);

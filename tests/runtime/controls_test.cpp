@@ -82,7 +82,7 @@ struct Lists : Run {
   }
 };
 
-TEST_F(Lists, ReportEveryChangeAndReviseAllButTheEnd) {
+TEST_F(Lists, ReportEveryChangeAndRaiseTheRevisionExceptAtTheEnd) {
   int changes = 0;
   form.OnChange = [&](Control&) { ++changes; };
   const auto changesAndRevision = [&] {
@@ -118,7 +118,7 @@ TEST_F(Lists, SelectOneRowUnlessSeveralAreAllowed) {
   EXPECT_EQ(SelectedIn(form.single), "2");
 }
 
-TEST_F(Lists, AClickSelectsItsRowUnlessTheHandlerDealtWithIt) {
+TEST_F(Lists, AClickSelectsItsRowUnlessItIsHandled) {
   Fill(list);
   list.UserSelects({2});
   Lines clicked;
@@ -127,7 +127,7 @@ TEST_F(Lists, AClickSelectsItsRowUnlessTheHandlerDealtWithIt) {
     return row == 0;
   };
   list.UserClicksCell(0, 0);
-  EXPECT_EQ(SelectedIn(list), "2") << "dealt with";
+  EXPECT_EQ(SelectedIn(list), "2") << "handled";
   list.UserClicksCell(1, 1, 2, 3);
   EXPECT_EQ(SelectedIn(list), "1");
   list.SetEnabled(false);

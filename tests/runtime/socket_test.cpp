@@ -34,7 +34,7 @@ using Lines = std::vector<std::string>;
 
 class Socket : public TCPSocket {
  public:
-  // Runs until an error or until so many bytes have arrived. Gives the events, one line each.
+  // Runs until an error or until `bytes` have arrived. Gives the events, one line each.
   Lines Run(std::size_t bytes = SIZE_MAX) {
     for (int i = 0; i < 5000 && !over && Lookahead().size() < bytes; ++i) Wait(100), Poll();
     return events;

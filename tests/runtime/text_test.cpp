@@ -80,7 +80,7 @@ TEST(Text, CutsStayInsideTheText) {
   EXPECT_EQ(Left("abcd", kMost) + Right("abcd", 9), "abcdabcd");
 }
 
-TEST(Text, FieldsAndTrimming) {
+TEST(Text, FieldsCountFromOneAndTrimmingRemovesWhiteSpace) {
   EXPECT_EQ(NthField("a:b", ":", 2), "b");
   for (const std::int64_t n : {kLeast, std::int64_t{0}, std::int64_t{3}, kMost}) {
     EXPECT_EQ(NthField("a:b", ":", n), "") << n;
@@ -96,7 +96,7 @@ TEST(Text, FieldsAndTrimming) {
   EXPECT_EQ(Trim("\0 "s), "\0"s);
 }
 
-TEST(Text, CodesOfCharactersAndBytes) {
+TEST(Text, CharactersAndBytesBecomeCodesAndBack) {
   EXPECT_EQ(Chr(9) + Chr(0x7F) + Chr(0xE9) + Chr(0x20AC) + Chr(0x1F600),
             "\t\x7F\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
   EXPECT_EQ(Chr(0), "\0"s);

@@ -92,7 +92,7 @@ TEST(Preferences, AreSavedAtQuitAndReadByTheNextSession) {
   EXPECT_EQ(ReadFile(driver.prefs / kName), rows[6].second);
 }
 
-TEST(Preferences, ThatAreNoReadableFileDoNotKeepTheProgramFromStarting) {
+TEST(Preferences, ThatCantBeReadDoNotPreventTheStart) {
   const std::string unread = Message("I could not read preferences. Error code 2.");
   const struct {
     std::function<void(const std::string& path)> put;

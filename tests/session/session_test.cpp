@@ -196,7 +196,7 @@ TEST(Search, ARefusedLinkChangesNothing) {
   EXPECT_EQ(driver.server.Requests().size(), 1u);
 }
 
-TEST(Search, ListsTheTracksThatAReplyHolds) {
+TEST(Search, ListsTheTracksOfAReply) {
   const std::string head = "<?xml version=\"1.0\"?><transcript_list docid=\"1\">",
                     tail = "</transcript_list>";
   const auto track = [](const std::string& name, const std::string& code, const std::string& rest) {

@@ -25,7 +25,7 @@ class FakePlatform : public Platform {
   std::int64_t yields = 0;
   std::function<void()> onYield;    // a user action during a yield
   int betweenEvents = 10;           // milliseconds until a wait ends by itself
-  std::function<void()> onSilence;  // such a wait has ended with nothing
+  std::function<void()> onSilence;  // called when such a wait ends without an event
   std::function<void()> onSaveDialog;
   std::string clipboard;
   std::string running;  // what the running command is shown as

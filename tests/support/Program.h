@@ -42,7 +42,7 @@ struct Program {
 
   Window1& Form() { return Window1::Get(); }
 
-  // The host calls since the last time.
+  // The host calls since the last call of this.
   std::vector<std::string> Calls() { return std::exchange(host.calls, {}); }
 
   // Clicks these controls in order, each given as "CONTROL" of Window1 or as "WINDOW.CONTROL".

@@ -1,4 +1,4 @@
-// Time that work takes, whatever else runs on the machine.
+// Processor time, which does not depend on what else the machine runs.
 #pragma once
 
 #include <ctime>

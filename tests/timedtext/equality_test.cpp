@@ -1,4 +1,4 @@
-// The quick ways give the bytes of the plain ones: on sound documents, on broken ones, and on random
+// The quick ways give the bytes of the plain ones: on well-formed documents, on broken ones, and on random
 // sequences of the texts that the plain steps look for.
 
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@
 namespace {
 
 const std::string kDeclaration = "<?xml version=\"1.0\" encoding=\"utf-8\" ?>";
-const std::string kSound =
+const std::string kWellFormed =
     kDeclaration +
     "<transcript><text start=\"0.5\" dur=\"3.2\">It&amp;#39;s &amp;quot;so&amp;quot;></text>"
     "<text start=\"3.7\" dur=\"2\">two\nlines &amp;amp; &lt;b&gt; \" dur=</text></transcript>";
@@ -30,7 +30,7 @@ std::string RandomPieces(std::mt19937& random, std::size_t most) {
   return text;
 }
 
-// Mostly sound times, and words of which many are sound.
+// Mostly well-formed times, and words that are often well-formed.
 std::string RandomCue(std::mt19937& random) {
   const auto time = [&] { return random() % 16 ? std::to_string(random() % 5000) : RandomPieces(random, 2); };
   std::string words;
@@ -53,8 +53,8 @@ std::string RandomDocument(std::mt19937& random) {
 }  // namespace
 
 TEST(Equality, NormalisesDocumentsWithAByteCutAddedOrRemoved) {
-  for (std::size_t at = 0; at <= kSound.size(); ++at) {
-    const std::string cut = kSound.substr(0, at), tail = kSound.substr(at);
+  for (std::size_t at = 0; at <= kWellFormed.size(); ++at) {
+    const std::string cut = kWellFormed.substr(0, at), tail = kWellFormed.substr(at);
     for (const std::string& document :
          {cut, cut + tail.substr(tail.empty() ? 0 : 1), cut + tail.substr(0, 1) + tail})
       ASSERT_EQ(QuickFields(document), PlainFields(document)) << document;

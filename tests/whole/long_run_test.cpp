@@ -1,5 +1,5 @@
-// Long runs: one process that works for hours, and a hundred at once. The memory and the open descriptors of
-// the process must not grow.
+// Long runs: many rounds in one process, and a hundred processes at once. The memory and the open descriptors
+// of the one must not grow.
 
 #include <gtest/gtest.h>
 #include <unistd.h>

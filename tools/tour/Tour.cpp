@@ -17,7 +17,7 @@ bool Tour::Run() {
   Picture("Window1", "window1.png");
   SearchWords();
   ShowAbout();
-  return sound_;
+  return succeeded_;
 }
 
 void Tour::Search() {
@@ -63,7 +63,7 @@ void Tour::SearchWords() {
   Type("searchField", "orchest|harbour");
   QTest::keyClick(WidgetOf("Window1", "searchField"), Qt::Key_Return);
   Check(app_.FindWindow(SearchWin::kName) != nullptr, "the window of the hits");
-  if (!sound_) return;
+  if (!succeeded_) return;
   Picture(SearchWin::kName, "search_results.png");
   auto* results = qobject_cast<QAbstractItemView*>(WidgetOf(SearchWin::kName, "resultsList"));
   QTest::mouseClick(results->viewport(), Qt::LeftButton, Qt::NoModifier,
@@ -74,7 +74,7 @@ void Tour::SearchWords() {
 void Tour::ShowAbout() {
   Click("Window1", "Canvas1");
   Check(app_.FindWindow("aboutWin") != nullptr, "the About window");
-  if (sound_) Picture("aboutWin", "about.png");
+  if (succeeded_) Picture("aboutWin", "about.png");
 }
 
 QWidget* Tour::WidgetOf(const std::string& window, const std::string& control) const {
@@ -108,6 +108,6 @@ void Tour::Picture(const std::string& window, const std::string& file) {
 
 void Tour::Check(bool holds, const std::string& what) {
   if (holds) return;
-  sound_ = false;
+  succeeded_ = false;
   std::cout << "Something is missing: " << what << std::endl;
 }

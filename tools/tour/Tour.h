@@ -29,5 +29,5 @@ class Tour {
   App& app_;
   TourPlatform& platform_;
   std::string folder_;
-  bool sound_ = true;
+  bool succeeded_ = true;
 };

@@ -46,15 +46,15 @@ int main(int count, char** arguments) {
   endpoints.ProbeAddress = "127.0.0.1";
   TourPlatform platform(given[2].toStdString());
   App app(platform, kCommands, endpoints);
-  bool sound = false;
+  bool succeeded = false;
   QTimer::singleShot(0, [&] {
     app.Start();
-    sound = Tour(app, platform, given[2].toStdString()).Run();
+    succeeded = Tour(app, platform, given[2].toStdString()).Run();
     app.Quit();
     QApplication::quit();
   });
   QApplication::exec();
   platform.dropViews();
   app.Stop();
-  return sound ? 0 : 1;
+  return succeeded ? 0 : 1;
 }
