@@ -4,6 +4,8 @@
 #include <charconv>
 #include <new>
 
+#include "runtime/byte_search.h"
+
 namespace {
 
 constexpr std::string_view kWhite = " \t\n\v\f\r";
@@ -35,12 +37,12 @@ std::string Replace(std::string source, std::string_view find, std::string_view 
 }
 
 std::string ReplaceAll(std::string source, std::string_view find, std::string_view replacement) {
-  std::size_t at = find.empty() ? std::string::npos : source.find(find);
+  std::size_t at = find.empty() ? std::string::npos : FindText(source, find);
   if (at == std::string::npos) return source;
   // The result is written over the source. If it is longer, the rest of the source makes way first.
   std::size_t longer = 0;
   if (replacement.size() > find.size()) {
-    for (std::size_t each = at; each != std::string::npos; each = source.find(find, each + find.size()))
+    for (std::size_t each = at; each != std::string::npos; each = FindText(source, find, each + find.size()))
       longer += replacement.size() - find.size();
     source.insert(at, longer, '\0');
   }
@@ -49,7 +51,7 @@ std::string ReplaceAll(std::string source, std::string_view find, std::string_vi
   for (at += longer; at != std::string::npos;) {
     put(replacement);
     const std::size_t from = at + find.size();
-    at = source.find(find, from);
+    at = FindText(source, find, from);
     put(std::string_view(source).substr(from, at - from));
   }
   source.resize(static_cast<std::size_t>(to - source.data()));

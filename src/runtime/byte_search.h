@@ -74,6 +74,17 @@ inline std::size_t FindPair(std::string_view text, std::size_t from, EitherByte 
   return at < size ? at : text.size();
 }
 
+// Offset of wanted in text, at or after from; npos if there is none. Quicker than find() if the first byte of
+// wanted is common. Requires: wanted is not empty.
+inline std::size_t FindText(std::string_view text, std::string_view wanted, std::size_t from = 0) {
+  const char first = wanted.front(), last = wanted.back();
+  for (std::size_t at = from;; ++at) {
+    at = FindPair(text, at, {first, first}, wanted.size() - 1, {last, last});
+    if (at == text.size()) return std::string_view::npos;
+    if (text.compare(at, wanted.size(), wanted) == 0) return at;
+  }
+}
+
 // Copies a short run to an earlier place, in whole blocks.
 // Requires: kOvershoot bytes exist after both runs; those after the copy may be overwritten.
 inline constexpr std::size_t kOvershoot = 15;

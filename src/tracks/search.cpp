@@ -18,17 +18,32 @@
 #include "http/cause.h"
 #include "runtime/RegEx.h"
 #include "runtime/Text.h"
+#include "runtime/byte_search.h"
 
 namespace {
 
 constexpr std::int64_t kTrackListTimeOut = 300;  // seconds without progress
 
+// The text after the first delimiter; nullopt without one.
+std::optional<std::string_view> After(std::string_view text, std::string_view delimiter) {
+  const std::size_t at = FindText(text, delimiter);
+  if (at == std::string_view::npos) return std::nullopt;
+  return text.substr(at + delimiter.size());
+}
+
+std::string_view Before(std::string_view text, std::string_view delimiter) {
+  return text.substr(0, FindText(text, delimiter));
+}
+
 // The text between the first delimiter and the next one, or the end; nullopt without a delimiter.
 std::optional<std::string_view> FieldOne(std::string_view text, std::string_view delimiter) {
-  const std::size_t at = text.find(delimiter);
-  if (at == std::string_view::npos) return std::nullopt;
-  text.remove_prefix(at + delimiter.size());
-  return text.substr(0, text.find(delimiter));
+  const auto rest = After(text, delimiter);
+  return rest ? Before(*rest, delimiter) : rest;
+}
+
+// The text up to and with the first of these bytes, or all of it.
+std::string_view UpTo(std::string_view text, char end) {
+  return text.substr(0, std::min(text.find(end), text.size() - 1) + 1);
 }
 
 // nullopt for a text that is no link to a video. The expressions accept more than the cut: "?V=" in capitals,
@@ -58,11 +73,10 @@ constexpr std::string_view kMark = ":::";
 std::string Marked(std::string_view reply) {
   std::string marked;
   marked.reserve(reply.size() + reply.size() / 16);
-  for (std::size_t end; !reply.empty(); reply.remove_prefix(end)) {
-    end = std::min(reply.find('>'), reply.size() - 1) + 1;
-    const std::string_view upToTagEnd = reply.substr(0, end);
-    marked += upToTagEnd;
-    if (upToTagEnd.ends_with("\">") || upToTagEnd.ends_with("\"/>")) marked += kMark;
+  for (std::string_view tag; !reply.empty(); reply.remove_prefix(tag.size())) {
+    tag = UpTo(reply, '>');
+    marked += tag;
+    if (tag.ends_with("\">") || tag.ends_with("\"/>")) marked += kMark;
   }
   return marked;
 }
@@ -73,12 +87,13 @@ struct Track {
 
 // nullopt if the element is not a track.
 std::optional<Track> TrackIn(std::string_view element) {
-  const auto code = FieldOne(element, "lang_code=\"");
-  const auto fromCode = FieldOne(element, "lang_code=");
-  const auto name = fromCode ? FieldOne(*fromCode, "lang_translated=\"") : std::nullopt;
-  if (!code || !name) return std::nullopt;
+  const auto fromCode = After(element, "lang_code=\"");
+  const auto upToNext = FieldOne(element, "lang_code=");
+  const auto name = upToNext ? FieldOne(*upToNext, "lang_translated=\"") : std::nullopt;
+  if (!fromCode || !name) return std::nullopt;
+  const std::string_view code = Before(Before(UpTo(*fromCode, '"'), "lang_code=\""), "\"");
   return Track{Replace(Replace(std::string(*name), "\"/>", ""), "\" lang_default=\"true", ""),
-               std::string(code->substr(0, code->find('"')))};
+               std::string(code)};
 }
 
 // The tracks in the elements between the first mark and the last, each of which becomes a row without its
