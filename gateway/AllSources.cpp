@@ -1,19 +1,60 @@
 #include "gateway/AllSources.h"
 
-#include <chrono>
 #include <filesystem>
 
+#include "gateway/sources/CacheSource.h"
+#include "gateway/sources/FolderSource.h"
+#include "gateway/sources/JoinedSource.h"
+#include "gateway/sources/SiteSource.h"
 #include "gateway/sources/log.h"
 #include "gateway/sources/yt_dlp.h"
 
 namespace gateway {
 namespace {
 
-constexpr std::chrono::seconds kVersionPatience{10};
-
 std::string Counted(std::size_t count, const char* one) {
   return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
 }
+
+constexpr Option kFolderOptions[] = {
+    {"--folder", "DIR",
+     "serve the caption files in DIR, but not in its subfolders; may be given\n"
+     "several times. If two folders hold the same video and language, the one\n"
+     "named first wins. A missing folder counts as empty until it is made."},
+    {"--as-is", "", "serve only .srv1 files, byte for byte, whatever they contain"},
+};
+
+std::string Described(const std::string& folder) {
+  std::error_code ignored;
+  return std::filesystem::exists(folder, ignored) ? folder : folder + " (missing)";
+}
+
+// Also without --folder: the start line then counts no videos, and the site is joined with none.
+std::string AddFolders(SourceParts& parts, const Options& options, int) {
+  const auto manner = options.Has("--as-is") ? FolderSource::Manner::AsIs : FolderSource::Manner::Convert;
+  const std::vector<std::string>& folders = options.Values("--folder");
+  auto source = std::make_unique<FolderSource>(folders, manner);
+  const FolderSource::Stock stock = source->TakeStock();
+  parts.push_back(std::move(source));
+  std::string line = Counted(stock.videos, "video") + " with " + Counted(stock.tracks, "track") + " from";
+  for (const std::string& folder : folders) line += (&folder == &folders[0] ? " " : ", ") + Described(folder);
+  if (folders.empty()) line += " no folder";
+  if (stock.leftOut > 0) line += "; " + Counted(stock.leftOut, "caption file") + " left out, see --help";
+  return line;
+}
+
+constexpr Option kSiteOptions[] = {
+    {"--fetch", "",
+     "ask the video site, through yt-dlp, for captions that no folder has. Without\n"
+     "this option the gateway makes no connections and starts no programs."},
+    {"--ytdlp", "PROGRAM", "the yt-dlp to use. Default: ~/.local/bin/yt-dlp, else the first in PATH"},
+    {"--ytdlp-config", "FILE",
+     "options for yt-dlp, such as --cookies or --proxy; its other files are not read"},
+    {"--cache", "DIR",
+     "keep fetched texts in DIR. Default: ravelyn/captions in $XDG_CACHE_HOME, else\n"
+     "in ~/.cache"},
+    {"--no-cache", "", "keep no fetched texts, and use none that were kept"},
+};
 
 std::string Described(const YtDlp& found) {
   if (found.program.empty()) return "yt-dlp is not installed";
@@ -21,47 +62,39 @@ std::string Described(const YtDlp& found) {
   return "fetches by " + found.program + ", " + version;
 }
 
-std::string Described(const std::string& folder) {
-  std::error_code ignored;
-  return std::filesystem::exists(folder, ignored) ? folder : folder + " (missing)";
-}
-
 std::string CacheFolderOf(const Options& options) {
-  if (!options.keepsTexts) return "";
-  std::string folder = options.cache.empty() ? UsualCacheFolder() : options.cache;
+  if (options.Has("--no-cache")) return "";
+  std::string folder = options.Has("--cache") ? options.Value("--cache") : UsualCacheFolder();
   if (folder.empty())
     Log("no fetched text is kept: neither --cache nor XDG_CACHE_HOME nor HOME names a folder");
   return folder;
 }
 
+std::string AddSite(SourceParts& parts, const Options& options, int stop) {
+  if (!options.Has("--fetch")) return "fetches nothing";
+  const std::string named = options.Value("--ytdlp");
+  const YtDlp found = FindYtDlp(named, std::chrono::seconds(10), stop);
+  CaptionSource& before = *parts.back();
+  parts.push_back(std::make_unique<SiteSource>(
+      SiteSettings{found.program, found.version, options.Value("--ytdlp-config"), "", named}));
+  if (const std::string folder = CacheFolderOf(options); !folder.empty())
+    parts.push_back(std::make_unique<CacheSource>(*parts.back(), folder));
+  parts.push_back(std::make_unique<JoinedSource>(before, *parts.back()));
+  return Described(found);
+}
+
+constexpr SourceKind kKinds[] = {{kFolderOptions, AddFolders}, {kSiteOptions, AddSite}};
+
 }  // namespace
 
-AllSources::AllSources(const Options& options, int stop)
-    : folders_(options.folders, options.asIs ? FolderSource::Manner::AsIs : FolderSource::Manner::Convert),
-      fetching_("fetches nothing") {
-  if (!options.fetch) return;
-  const YtDlp found = FindYtDlp(options.ytdlp, kVersionPatience, stop);
-  fetching_ = Described(found);
-  site_.emplace(SiteSettings{found.program, found.version, options.ytdlpConfig, "", options.ytdlp});
-  CaptionSource* fetched = &*site_;
-  if (const std::string folder = CacheFolderOf(options); !folder.empty())
-    fetched = &cache_.emplace(*site_, folder);
-  joined_.emplace(folders_, *fetched);
-}
+std::span<const SourceKind> SourceKinds() { return kKinds; }
 
-CaptionSource& AllSources::Whole() {
-  if (joined_) return *joined_;
-  return folders_;
-}
-
-std::string AllSources::Summary(const Options& options) const {
-  const FolderSource::Stock stock = folders_.TakeStock();
-  std::string line = Counted(stock.videos, "video") + " with " + Counted(stock.tracks, "track") + " from";
-  for (const std::string& folder : options.folders)
-    line += (&folder == &options.folders[0] ? " " : ", ") + Described(folder);
-  if (options.folders.empty()) line += " no folder";
-  if (stock.leftOut > 0) line += "; " + Counted(stock.leftOut, "caption file") + " left out, see --help";
-  return line + "; " + fetching_;
+// Delegates, so that the destructor also runs if a kind throws.
+AllSources::AllSources(const Options& options, int stop) : AllSources() {
+  for (const SourceKind& kind : kKinds) {
+    const std::string words = kind.add(parts_, options, stop);
+    summary_ += (summary_.empty() || words.empty() ? "" : "; ") + words;
+  }
 }
 
 }  // namespace gateway

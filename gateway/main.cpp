@@ -58,20 +58,19 @@ int Serve(const Options& options) {
   auto handedOver = TakeHandedOver();
   OpenStandardDescriptors();
   const Descriptor end = EndSignals();
-  const Descriptor listener = handedOver ? std::move(*handedOver) : ListenOnLoopback(options.port);
+  const Descriptor listener = handedOver ? std::move(*handedOver) : ListenOnLoopback(options.Port());
   AllSources sources(options, end.Number());
-  LogUnreadable(options.folders);
-  std::printf("ravelyn-gateway: %s serves %s\n", AddressOf(listener).c_str(),
-              sources.Summary(options).c_str());
+  LogUnreadable(options.Values("--folder"));
+  std::printf("ravelyn-gateway: %s serves %s\n", AddressOf(listener).c_str(), sources.Summary().c_str());
   std::fflush(stdout);
   Server(sources.Whole())
-      .Serve(listener.Number(), {end.Number(), options.stopsWithInput ? STDIN_FILENO : -1});
+      .Serve(listener.Number(), {end.Number(), options.Has("--stop-with-input") ? STDIN_FILENO : -1});
   return 0;
 }
 
 int Run(const Options& options) {
-  if (options.help) return std::fputs(HelpText().c_str(), stdout) < 0 ? 1 : 0;
-  if (options.version) return std::puts("ravelyn-gateway " RAVELYN_VERSION) < 0 ? 1 : 0;
+  if (options.Has("--help")) return std::fputs(HelpText().c_str(), stdout) < 0 ? 1 : 0;
+  if (options.Has("--version")) return std::puts("ravelyn-gateway " RAVELYN_VERSION) < 0 ? 1 : 0;
   return Serve(options);
 }
 
@@ -79,7 +78,7 @@ int Run(const Options& options) {
 
 int main(int argc, char** argv) {
   try {
-    return Run(ParseOptions(std::span<const char* const>(argv + 1, argv + argc)));
+    return Run(Options({argv + 1, argv + argc}));
   } catch (const UsageError& error) {
     std::fprintf(stderr, "ravelyn-gateway: %s\n%s\n", error.what(), kUsage);
     return 2;

@@ -1,78 +1,46 @@
 #include "gateway/options.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
-#include <string_view>
 
+#include "gateway/AllSources.h"
 #include "gateway/documents/convert.h"
 
 namespace gateway {
 namespace {
 
-std::uint16_t PortOf(std::string_view text) {
-  std::uint16_t port = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
-  if (error != std::errc() || end != text.data() + text.size())
-    throw UsageError("--port wants a number from 0 to 65535, not \"" + std::string(text) + "\"");
-  return port;
-}
-
-struct Option {
-  std::string_view name;
-  std::string_view value;  // its value's name in --help; "" if it takes none
-  std::string_view help;   // lines
-  void (*take)(Options& options, std::string_view value);
+// The options of no kind of source.
+constexpr Option kGeneralOptions[] = {
+    {"--port", "N", "listen at 127.0.0.1, port N; 0 takes any free one. Default: 17733"},
+    {"--stop-with-input", "", "end at the end of standard input"},
+    {"--help", "", "print this text"},
+    {"--version", "", "print the version"},
 };
 
-constexpr std::array<Option, 11> kOptions{{
-    {"--folder", "DIR",
-     "serve the caption files in DIR, but not in its subfolders; may be given\n"
-     "several times. If two folders hold the same video and language, the one\n"
-     "named first wins. A missing folder counts as empty until it is made.",
-     [](Options& options, std::string_view value) { options.folders.emplace_back(value); }},
-    {"--as-is", "", "serve only .srv1 files, byte for byte, whatever they contain",
-     [](Options& options, std::string_view) { options.asIs = true; }},
-    {"--fetch", "",
-     "ask the video site, through yt-dlp, for captions that no folder has. Without\n"
-     "this option the gateway makes no connections and starts no programs.",
-     [](Options& options, std::string_view) { options.fetch = true; }},
-    {"--ytdlp", "PROGRAM", "the yt-dlp to use. Default: ~/.local/bin/yt-dlp, else the first in PATH",
-     [](Options& options, std::string_view value) { options.ytdlp = value; }},
-    {"--ytdlp-config", "FILE",
-     "options for yt-dlp, such as --cookies or --proxy; its other files are not read",
-     [](Options& options, std::string_view value) { options.ytdlpConfig = value; }},
-    {"--cache", "DIR",
-     "keep fetched texts in DIR. Default: ravelyn/captions in $XDG_CACHE_HOME, else\n"
-     "in ~/.cache",
-     [](Options& options, std::string_view value) { options.cache = value; }},
-    {"--no-cache", "", "keep no fetched texts, and use none that were kept",
-     [](Options& options, std::string_view) { options.keepsTexts = false; }},
-    {"--port", "N", "listen at 127.0.0.1, port N; 0 takes any free one. Default: 17733",
-     [](Options& options, std::string_view value) { options.port = PortOf(value); }},
-    {"--stop-with-input", "", "end at the end of standard input",
-     [](Options& options, std::string_view) { options.stopsWithInput = true; }},
-    {"--help", "", "print this text", [](Options& options, std::string_view) { options.help = true; }},
-    {"--version", "", "print the version",
-     [](Options& options, std::string_view) { options.version = true; }},
-}};
-
-const Option* Find(std::string_view name) {
-  const auto* found = std::find_if(kOptions.begin(), kOptions.end(),
-                                   [=](const Option& option) { return option.name == name; });
-  return found == kOptions.end() ? nullptr : found;
+// In the order of --help.
+std::vector<Option> AllOptions() {
+  std::vector<Option> all;
+  for (const SourceKind& kind : SourceKinds())
+    all.insert(all.end(), kind.options.begin(), kind.options.end());
+  all.insert(all.end(), std::begin(kGeneralOptions), std::end(kGeneralOptions));
+  return all;
 }
 
-void Take(Options& options, const Option& option, std::string_view value) {
-  if (value.empty()) throw UsageError(std::string(option.name) + " wants a value");
-  option.take(options, value);
+// Throws UsageError if no kind of source is selected.
+void RequireSource(const Options& options) {
+  std::string complaint;
+  for (const SourceKind& kind : SourceKinds()) {
+    const std::string name(kind.options.front().name);
+    if (options.Has(name)) return;
+    complaint += complaint.empty() ? "there is no " + name + " to serve" : ", and no " + name;
+  }
+  throw UsageError(complaint);
 }
 
 // The option, its value, and its text in a column of its own.
 std::string HelpOn(const Option& option) {
   constexpr std::size_t kColumn = 24;
-  std::string line = "  " + std::string(option.name);
-  if (!option.value.empty()) line += " " + std::string(option.value);
+  std::string line = "  " + std::string(option.name) + " " + std::string(option.value);
   line.resize(std::max(line.size() + 1, kColumn), ' ');
   for (const char c : option.help) {
     line += c;
@@ -131,33 +99,36 @@ Exit status:
 
 }  // namespace
 
-Options ParseOptions(std::span<const char* const> arguments) {
-  Options options;
+Options::Options(std::span<const char* const> arguments) {
+  const std::vector<Option> all = AllOptions();
+  for (const Option& option : all) given_[option.name];
   for (std::size_t i = 0; i < arguments.size(); ++i) {
-    const std::string_view argument = arguments[i];
-    const std::string_view name = argument.substr(0, argument.find('='));
-    const Option* option = Find(name);
-    const bool hasValue = name != argument;
-    if (option == nullptr || (hasValue && option->value.empty()))
-      throw UsageError("unknown option \"" + std::string(argument) + "\"");
-    if (option->value.empty()) {
-      option->take(options, "");
-    } else if (hasValue) {
-      Take(options, *option, argument.substr(name.size() + 1));
-    } else {
-      Take(options, *option, ++i < arguments.size() ? arguments[i] : "");
-    }
+    const std::string argument = arguments[i], name = argument.substr(0, argument.find('='));
+    const auto option = std::ranges::find(all, name, &Option::name);
+    const bool hasValue = name != argument, wantsValue = option != all.end() && !option->value.empty();
+    if (option == all.end() || (hasValue && !wantsValue))
+      throw UsageError("unknown option \"" + argument + "\"");
+    std::string value = hasValue ? argument.substr(name.size() + 1) : "";
+    if (wantsValue && !hasValue && ++i < arguments.size()) value = arguments[i];
+    if (wantsValue && value.empty()) throw UsageError(name + " wants a value");
+    given_[option->name].push_back(std::move(value));
+    Port();  // throws if it is invalid
   }
-  if (options.folders.empty() && !options.fetch && !options.help && !options.version)
-    throw UsageError("there is no --folder to serve, and no --fetch");
-  return options;
+  if (!Has("--help") && !Has("--version")) RequireSource(*this);
 }
 
-const char* const kUsage = "Usage: ravelyn-gateway [--folder DIR ...] [--fetch] [OPTION ...], see --help";
+std::uint16_t Options::Port() const {
+  const std::string text = Value("--port");
+  std::uint16_t port = kDefaultPort;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
+  if (!text.empty() && (error != std::errc() || end != text.data() + text.size()))
+    throw UsageError("--port wants a number from 0 to 65535, not \"" + text + "\"");
+  return port;
+}
 
 std::string HelpText() {
   std::string text = std::string(kUsage) + "\n" + kAbove;
-  for (const Option& option : kOptions) text += HelpOn(option);
+  for (const Option& option : AllOptions()) text += HelpOn(option);
   text += kBelow;
   for (const CaptionFormat& format : CaptionFormats()) text += " " + std::string(format.ending);
   return text + kBelowFormats;

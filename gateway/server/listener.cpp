@@ -11,7 +11,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
-#include <string_view>
 #include <system_error>
 
 namespace gateway {

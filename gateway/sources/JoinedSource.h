@@ -2,7 +2,6 @@
 #pragma once
 
 #include <chrono>
-#include <memory>
 
 #include "gateway/sources/BackgroundLists.h"
 #include "gateway/sources/CaptionSource.h"

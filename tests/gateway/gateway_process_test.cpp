@@ -95,31 +95,47 @@ TEST(GatewayOptions, HelpAndManPageGiveTheLimitsOfTheCode) {
     EXPECT_NE(help.find(" " + std::string(format.ending)), help.npos);
     EXPECT_NE(man.find(" " + std::string(format.ending)), man.npos);
   }
-  EXPECT_EQ(gateway::ParseOptions(std::array<const char*, 1>{"--fetch"}).port, gateway::kDefaultPort);
+  EXPECT_EQ(gateway::Options(std::array<const char*, 1>{"--fetch"}).Port(), gateway::kDefaultPort);
   EXPECT_EQ(Endpoints().TrackListEndpoint, "127.0.0.1:" + port);
   EXPECT_EQ(Endpoints().TimedTextEndpoint, "127.0.0.1:" + port);
   const std::string unit = ReadFile(root + "/packaging/systemd/ravelyn-gateway.socket");
   EXPECT_NE(unit.find("ListenStream=127.0.0.1:" + port + "\n"), unit.npos);
 }
 
+TEST(GatewayOptions, TheManPageDescribesEachOptionOfHelp) {
+  const std::string man = Flattened(ReadFile(RAVELYN_SOURCE_DIR "/packaging/man/ravelyn-gateway.1"));
+  std::size_t options = 0;
+  for (const std::string& line : Split(gateway::HelpText(), "\n")) {
+    if (!line.starts_with("  --")) continue;
+    const std::string option = Flattened(line.substr(2, 22)), value = NthField(option, " ", 2);
+    const std::string entry =
+        ".TP .B" + (value.empty() ? " " + option : "I " + NthField(option, " ", 1) + " \" " + value + "\" ");
+    EXPECT_NE(man.find(entry), man.npos) << entry;
+    ++options;
+  }
+  EXPECT_GT(options, 10u) << "the options were not found";
+}
+
 TEST(GatewayOptions, OptionsTakeTheirValues) {
   const auto parsed = [](std::vector<const char*> arguments) {
-    const gateway::Options o = gateway::ParseOptions(arguments);
-    std::string shown = std::to_string(o.port) + " " + o.ytdlp + " " + o.ytdlpConfig + " " + o.cache;
-    for (const std::string& folder : o.folders) shown += " " + folder;
-    for (const bool is : {o.asIs, o.fetch, o.keepsTexts, o.stopsWithInput, o.help, o.version})
-      shown += is ? " yes" : " no";
+    const gateway::Options options(arguments);
+    std::string shown = std::to_string(options.Port());
+    for (const char* name : {"--ytdlp", "--ytdlp-config", "--cache"}) shown += " " + options.Value(name);
+    for (const std::string& folder : options.Values("--folder")) shown += " " + folder;
+    for (const char* name : {"--as-is", "--fetch", "--no-cache", "--stop-with-input", "--help", "--version"})
+      shown += options.Has(name) ? " yes" : " no";
     return shown;
   };
-  EXPECT_EQ(parsed({"--folder", "a", "--folder=b=c", "--as-is", "--fetch", "--ytdlp=y", "--ytdlp-config", "f",
-                    "--cache=k", "--no-cache", "--port=65535", "--stop-with-input"}),
-            "65535 y f k a b=c yes yes no yes no no");
-  EXPECT_EQ(parsed({"--help"}), "17733    no no yes no yes no");
+  EXPECT_EQ(
+      parsed({"--folder", "a", "--folder=b=c", "--as-is", "--fetch", "--ytdlp=y", "--ytdlp-config", "f",
+              "--cache", "j", "--cache=k", "--no-cache", "--port=1", "--port=65535", "--stop-with-input"}),
+      "65535 y f k a b=c yes yes yes yes no no");
+  EXPECT_EQ(parsed({"--help"}), "17733    no no no no yes no");
   EXPECT_NE(
       gateway::HelpText().find(
           "\n  --cache DIR           keep fetched texts in DIR. Default: ravelyn/captions in $XDG_CACHE_HOME, else\n                        in ~/.cache\n"),
       std::string::npos);
-  EXPECT_EQ(parsed({"--version"}), "17733    no no yes no no yes");
+  EXPECT_EQ(parsed({"--version"}), "17733    no no no no no yes");
 }
 
 TEST(GatewayProcess, TheEndOfInputEndsIt) {
