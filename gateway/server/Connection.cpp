@@ -46,22 +46,22 @@ ssize_t Connection::Receive(char* buffer, std::size_t capacity, Clock::time_poin
   return -1;
 }
 
-Connection::Head Connection::ReadHead(RequestHead& lines) {
+Connection::Head Connection::ReadHead(RequestHead& head) {
   const auto deadline = Clock::now() + limits_.head;
-  std::string head;
+  std::string received;
   std::array<char, 2048> bytes;
-  for (std::size_t count = 0; !HoldsBlankLine(head, count);) {
-    if (head.size() > limits_.headBytes) return Head::TooLarge;
+  for (std::size_t count = 0; !HoldsBlankLine(received, count);) {
+    if (received.size() > limits_.headBytes) return Head::TooLarge;
     const ssize_t got = Receive(bytes.data(), bytes.size(), deadline);
     if (got <= 0) return Head::Gone;
     count = static_cast<std::size_t>(got);
-    head.append(bytes.data(), count);
+    received.append(bytes.data(), count);
   }
-  const std::size_t end = std::min(head.find("\n\r\n"), head.find("\n\n"));
+  const std::size_t end = std::min(received.find("\n\r\n"), received.find("\n\n"));
   if (end > limits_.headBytes) return Head::TooLarge;
-  if (std::any_of(head.begin(), head.begin() + static_cast<std::ptrdiff_t>(end), IsControl))
+  if (std::any_of(received.begin(), received.begin() + static_cast<std::ptrdiff_t>(end), IsControl))
     return Head::Malformed;
-  lines = SplitHead(std::string_view(head).substr(0, end));
+  head = SplitHead(std::string_view(received).substr(0, end));
   return Head::Complete;
 }
 

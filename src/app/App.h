@@ -23,7 +23,7 @@ class App : public Application {
   const Endpoints endpoints;
 
   std::string vidCode;                     // of the last accepted link, with whatever follows it
-  std::string checkedDL = "true";          // "Text", "SRT" or "VTT"; "true" while none was chosen
+  std::string checkedDL = "true";          // option text in kOutputTypes; "true" while none was chosen
   std::string openDL = "true";             // open each file after saving
   std::string paragraphChecked = "false";  // text transcript in paragraph form
   std::string timecodeChecked = "false";   // line-by-line text with timecode

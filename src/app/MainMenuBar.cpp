@@ -1,5 +1,7 @@
 #include "app/MainMenuBar.h"
 
+#include <algorithm>
+
 namespace {
 
 Menu MakeFileMenu() {
@@ -28,6 +30,8 @@ Menu MakeEditMenu() {
           }};
 }
 
+Menu& MenuOf(const std::string& name) { return *std::ranges::find(MainMenuBar().Menus, name, &Menu::Name); }
+
 }  // namespace
 
 MenuBar& MainMenuBar() {
@@ -35,8 +39,8 @@ MenuBar& MainMenuBar() {
   return bar;
 }
 
-Menu& FileMenu() { return MainMenuBar().Menus.front(); }
-Menu& EditMenu() { return MainMenuBar().Menus.back(); }
+Menu& FileMenu() { return MenuOf("FileMenu"); }
+Menu& EditMenu() { return MenuOf("EditMenu"); }
 MenuItem& FileQuit() { return *MainMenuBar().Find("FileQuit"); }
 MenuItem& FileNewWindow() { return *MainMenuBar().Find("FileNewWindow"); }
 MenuItem& FileAboutRavelyn() { return *MainMenuBar().Find("FileAboutRavelyn"); }

@@ -1,4 +1,5 @@
-// The one menu bar of the program, and an accessor for each menu and item.
+// The one menu bar of the program, and accessors for the menus and items of the first version. An item added
+// later is found by its name.
 #pragma once
 
 #include "runtime/Menu.h"

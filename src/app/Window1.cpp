@@ -91,8 +91,7 @@ void Window1::Event_Open() {
   } while (probe.IsRunning());
   if (probe.ErrorCode() != 0) {
     MsgBox(
-        "Ravelyn cannot work without an Internet connection. Please check your connection prior to "
-        "continuing.");
+        "Ravelyn cannot work without an Internet connection. Please check your connection prior to continuing.");
   }
 }
 

@@ -16,7 +16,7 @@ Window1::Window1()
   const Look heading{.fontSize = 14};
   const Look hint{.fontSize = 11, .color = kGrey, .selectable = true};
   const Look command{.defaultButton = true, .startsCommand = true};
-  const Look scratch{.multiline = true, .spellCheck = true, .spoken = "Document of the last command"};
+  const Look scratch{.multiline = true, .spoken = "Document of the last command"};
   const Look picture{.spoken = "About Ravelyn"};
   const Look grey{.color = kGrey};
   Place({

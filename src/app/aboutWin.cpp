@@ -6,17 +6,8 @@ namespace {
 
 // Carriage returns end the lines of a label.
 constexpr char kDescription[] =
-    "Ravelyn is a tool to make it easy to retrieve transcripts from captioned YouTube videos. When you "
-    "insert a "
-    "YouTube video URL and hit the Search button, it will provide you with a list of transcripts in "
-    "different "
-    "languages that are available for that video to download. They can be saved as paragraph text or "
-    "line-by-line "
-    "with or without timecode, or they can be saved as SRT or VTT caption files."
-    "\r\r"
-    "It can also do a word search of any captioned video. It will provide a list of search results that link "
-    "directly to the point in the YouTube video where the search term is mentioned."
-    "\r\r"
+    "Ravelyn is a tool to make it easy to retrieve transcripts from captioned YouTube videos. When you insert a YouTube video URL and hit the Search button, it will provide you with a list of transcripts in different languages that are available for that video to download. They can be saved as paragraph text or line-by-line with or without timecode, or they can be saved as SRT or VTT caption files.\r\r"
+    "It can also do a word search of any captioned video. It will provide a list of search results that link directly to the point in the YouTube video where the search term is mentioned.\r\r"
     "Hope this makes your life a little better!";
 
 }  // namespace

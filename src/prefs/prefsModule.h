@@ -1,6 +1,6 @@
 // Keeps the output choices from run to run: five lines of text, read at start and written at quit.
 //
-//   line 1  checkedDL         "Text", "SRT", "VTT", or "true" if none was chosen
+//   line 1  checkedDL         option text of a row of kOutputTypes, or "true" if none was chosen
 //   line 2  openDL            lines 2 to 5 "true" or "false"
 //   line 3  paragraphChecked
 //   line 4  timecodeChecked

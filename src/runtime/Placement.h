@@ -20,8 +20,7 @@ struct Look {
   // Return presses it: from the text field before it in the tab order and, for the first one of a window,
   // from anywhere else.
   bool defaultButton = false;
-  bool startsCommand = false;  // a button that is disabled while a command runs
-  bool spellCheck = false;
+  bool startsCommand = false;    // a button that is disabled while a command runs
   std::string placeholder = {};  // shown in an empty text field
   std::string spoken = {};       // name for screen readers, for a control without caption and label
 };

@@ -40,8 +40,7 @@ void Download(Window1& form) {
   if (form.Listbox1.SelCount() == 0) return MsgBox("You must choose a language to continue.");
   const auto types = std::count_if(kOutputTypes.begin(), kOutputTypes.end(),
                                    [&](const OutputType& type) { return IsChosen(form, type); });
-  if (types == 0)
-    return MsgBox("You need to choose either SRT File, WebVTT File, or Text Transcript to download.");
+  if (types == 0) return MsgBox(kNoOutputType);
   if (form.TextBox.Value() && !form.paragraphBox.Value() && !form.lineBox.Value())
     return MsgBox("You must choose your transcript format either in Paragraph Form or Line-by-line.");
   App::Get().progress.of = form.Listbox1.SelCount() * types;

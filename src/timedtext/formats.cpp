@@ -9,6 +9,9 @@ namespace {
 
 constexpr std::string_view LF = EndOfLine.UNIX;
 
+// Of SRT and WebVTT; eol is the stream's own line end.
+//
+//   cue = number LF start " --> " end LF text LF eol
 void WriteCue(TextOutputStream& out, std::size_t i, const ListedTimecode& start, const ListedTimecode& end,
               const CueText& text) {
   out.WritePieces(static_cast<std::int64_t>(i) + 1, LF, start, " --> ", end, LF, text, LF, EndOfLine);
@@ -32,7 +35,7 @@ constexpr FileFormat kFormats[] = {
     {Output::SRT, ".srt", "", CaptionsWriter<WriteSRT>, false},
     {Output::VTT, ".vtt", "", CaptionsWriter<WriteVTT>, false},
 };
-static_assert(std::size(kFormats) == kOutputTypes.size());
+static_assert(IsInOrderOfOutput(kFormats));
 
 }  // namespace
 
@@ -57,6 +60,9 @@ void WriteSRT(TextOutputStream& out, const Captions& captions) {
   }
 }
 
+// SRT with a header, and with points in its timecodes:
+//
+//   file = "WEBVTT" LF eol *cue
 void WriteVTT(TextOutputStream& out, const Captions& captions) {
   out.WriteLine("WEBVTT" + std::string(LF));
   for (std::size_t i = 0; i < captions.Count(); ++i) {

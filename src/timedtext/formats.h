@@ -1,7 +1,4 @@
-// The files that a track is saved as: a text transcript, SRT, and WebVTT, which is SRT with a header and with
-// points in its timecodes.
-//
-//   cue = number LF start " --> " end LF text LF eol      of SRT and WebVTT; eol is the stream's own line end
+// The files that a track is saved as: for each type of app/output_types.h its extension and its writer.
 #pragma once
 
 #include <functional>
@@ -38,7 +35,7 @@ struct Captions {
   std::size_t Count() const { return track.Cues(); }
 };
 
-// Yields after each cue, as the two writers do.
+// Yields after each cue, as the writers do.
 Captions FormCaptions(TimedText track);
 void WriteSRT(TextOutputStream& out, const Captions& captions);
 void WriteVTT(TextOutputStream& out, const Captions& captions);

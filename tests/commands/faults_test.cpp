@@ -23,8 +23,7 @@ constexpr char kOldPrefs[] = "SRT\nfalse\nfalse\nfalse\nfalse\n";
 
 std::string NoConnection(int code, const std::string& cause = "") {
   return "message: Error code: " + std::to_string(code) +
-         " - A connection to YouTube was not able to be established. Check your internet connection and try "
-         "again." +
+         " - A connection to YouTube was not able to be established. Check your internet connection and try again." +
          (cause.empty() ? "" : "\ncause: " + cause);
 }
 
@@ -113,9 +112,7 @@ TEST(FaultyReplies, ACutListGivesItsCompleteTracksOrNone) {
   Program program;
   const std::string list = TrackList({{"en", "English", ""}, {"de", "German", ""}});
   const std::string none =
-      "message: There are no transcripts available for this video. Auto-generated transcripts contain no "
-      "data "
-      "and cannot be downloaded.";
+      "message: There are no transcripts available for this video. Auto-generated transcripts contain no data and cannot be downloaded.";
   for (std::size_t cut = 0; cut <= list.size(); ++cut) {
     SCOPED_TRACE(cut);
     program.server.AnswerAt(ListPath("abc"), {OpenPage(list.substr(0, cut))});

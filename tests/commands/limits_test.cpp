@@ -6,7 +6,7 @@
 #include "support/Program.h"
 
 // Ticks are sixtieths of a second: at the last one of the time-out the program still waits.
-TEST(Limits, SilenceEndsASearchAfter300SecondsAndADownloadAfter30) {
+TEST(Limits, SilenceEndsASearchAndADownloadAfterTheirTimeOuts) {
   for (const auto& [button, seconds] : {std::pair("PushButton2", 300), {"PushButton1", 30}}) {
     Program program({{"en", "English", ""}});
     program.Search({0});

@@ -6,6 +6,7 @@
 #include <QTextStream>
 
 #include "desktop_fixture.h"
+#include "support/recorded.h"
 
 namespace {
 
@@ -45,7 +46,7 @@ void describe(QTextStream& out, const QList<QAction*>& actions) {
 
 }  // namespace
 
-// After a change on purpose, look at the windows, and then replace the recorded text with the printed one.
+// After a change on purpose, look at the windows, and then renew the recorded text (see ExpectRecorded).
 TEST_F(Desktop, WidgetsMenusAndWindowsHaveTheRecordedProperties) {
   aboutWin::Get().Show();
   SearchWin::Get().resultsList.AddRow("00:00:00.000");
@@ -79,7 +80,7 @@ TEST_F(Desktop, WidgetsMenusAndWindowsHaveTheRecordedProperties) {
       }
     }
   }
-  EXPECT_EQ(all.toStdString() + "\n", ReadFile(RAVELYN_SOURCE_DIR "/tests/desktop/widgets.txt"));
+  ExpectRecorded(all.toStdString() + "\n", "desktop/widgets.txt");
 }
 
 int main(int count, char** arguments) { return runOffscreen(count, arguments); }

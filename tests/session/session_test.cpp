@@ -7,6 +7,7 @@
 
 #include "runtime/Text.h"
 #include "support/SessionDriver.h"
+#include "support/recorded.h"
 
 namespace {
 
@@ -44,14 +45,13 @@ Outcome RunTool(const std::string& options, const std::string& input) {
 
 }  // namespace
 
-// After a change of the layout: renew the pictures in docs/, then windows.txt.
+// After a change of the layout: renew the pictures in docs/, then windows.txt (see ExpectRecorded).
 TEST(Session, ShowsTheWindowsAsInTheDocuments) {
   SessionDriver driver;
   driver.OpenWith(kThree, "0");
   driver.Run("type searchField Hello\nclick PushButton3\nclick Canvas1");
   const std::string state = ReplaceAll(driver.Run("dump").at(0), kVersion, "");
-  EXPECT_EQ(ReplaceAll(state, "},\"", "},\n\"") + "\n",
-            ReadFile(RAVELYN_SOURCE_DIR "/tests/session/windows.txt"));
+  ExpectRecorded(ReplaceAll(state, "},\"", "},\n\"") + "\n", "session/windows.txt");
 }
 
 TEST(Session, ReportsHowACommandEnded) {
