@@ -124,8 +124,8 @@ TEST(Documents, OddFilesKeepTheirWords) {
        "<transcript><text start='1.9999' dur='1'><![CDATA[a &lt; b]]><a>c</a> <z>d</z><A>e</A><Z>f</Z><_>g</_></text></transcript>",
        {"1.999+1.000 a < bc defg"}},
       {"srv1",
-       Srv1("<text start=\"1\" dur=\"1\">&amp;amp;lt; &amp;#x1F600;</text>"),
-       {"1.000+1.000 &lt; \U0001F600"}},
+       Srv1("<text start=\".5\" dur=\"1\">&amp;amp;lt; &amp;#x1F600;</text>"),
+       {"0.500+1.000 &lt; \U0001F600"}},
       {"srv3",
        "<timedtext format=\"3\"><body><p t=\"9\"><s>a</s><s> </s><s>b</s></p><p t=\"5\" d=\"1\" a=\"1\">c</p>"
        "</body></timedtext>",

@@ -142,7 +142,10 @@ TEST_F(Lists, AnAbsentRowOrColumnRaisesAndChangesNothing) {
   list.UserSelects({2});
   EXPECT_THROW(list.UserSelects({0, 4}), OutOfBoundsException);
   EXPECT_EQ(SelectedIn(list), "2");
-  for (const std::int64_t bad : {-1, 4}) EXPECT_THROW(list.Cell(bad, 0), OutOfBoundsException);
+  for (const std::int64_t bad : {-1, 4}) {
+    EXPECT_THROW(list.Cell(bad, 0), OutOfBoundsException);
+    EXPECT_THROW(list.Selected(bad), OutOfBoundsException);
+  }
   EXPECT_THROW(list.Cell(0, 2), OutOfBoundsException);
 }
 
