@@ -111,6 +111,7 @@ TEST_F(Desktop, AListIsSpokenWithHeadingsAndWithoutRowNumbers) {
     names.push_back(nameOf(*list.child(i)));
     EXPECT_EQ(list.indexOfChild(list.child(i)), i);
   }
+  EXPECT_EQ(list.indexOfChild(&list), -1);
   EXPECT_EQ(names, (std::vector<std::string>{"Time", "Text", "00:00:01.500", "at 00:00:01.500",
                                              "00:00:02.500", "at 00:00:02.500"}));
   QAccessibleInterface& hit = *list.tableInterface()->cellAt(1, 1);

@@ -14,7 +14,7 @@ namespace {
 const QByteArrayList kProperties =
     QByteArray(
         "acceptDrops accessibleName alignment autoDefault autoExclusive checked cornerButtonEnabled default "
-        "editTriggers enabled focusPolicy horizontalScrollBarPolicy maxLength objectName placeholderText "
+        "editTriggers enabled focusPolicy frameShape horizontalScrollBarPolicy maxLength objectName placeholderText "
         "readOnly selectionBehavior selectionMode showGrid tabChangesFocus tabKeyNavigation textFormat "
         "textInteractionFlags verticalScrollBarPolicy verticalScrollMode visible wordWrap")
         .split(' ');
@@ -27,7 +27,8 @@ void describe(QTextStream& out, const QWidget& widget) {
     out << " " << name << "=";
     value.typeId() == QMetaType::QString ? out << value.toString() : out << value.toInt();
   }
-  out << " italic=" << widget.font().italic();
+  out << " italic=" << widget.font().italic() << " own=" << widget.testAttribute(Qt::WA_SetFont)
+      << widget.testAttribute(Qt::WA_SetPalette) << widget.testAttribute(Qt::WA_SetCursor);
   if (!dynamic_cast<const QLabel*>(&widget)) out << " size=" << widget.font().pixelSize();
   const auto* list = dynamic_cast<const ListView*>(&widget);
   if (!list) return;

@@ -144,6 +144,7 @@ TEST_F(HTTP, TheBodyEndsAtItsLengthOrAtTheClose) {
       {"\r\n\r\nhello", Reply::End::Close, "hello"},
       {ok + "\r\nhello\r\n\r\n", Reply::End::Close, "hello\r\n\r\n"},
       {ok + "Content-Length: 0\r\n\r\nhello", Reply::End::Close, "hello"},
+      {ok + "Content-Length: 1\r\n\r\nh", Reply::End::Stall, "h"},
       {ok + "Content-Length: 99\r\n\r\nhello", Reply::End::Close, "hello"},
       {ok + "Content-Length: 99\r\n\r\nhello", Reply::End::Reset, "hello"},
       {ok + "Content-Length: 99999999999999999999999\r\n\r\nhello", Reply::End::Close, "hello"},

@@ -108,8 +108,9 @@ TEST_F(Lists, KeepTheirSelectionWhenARowIsRemoved) {
   list.RemoveRow(1);
   EXPECT_EQ(SelectedIn(list), "2");
   EXPECT_EQ(list.LastIndex(), 2);
-  list.RemoveRowsFrom(0);
-  EXPECT_EQ(list.ListCount() + list.SelCount(), 0);
+  list.RemoveRowsFrom(1);
+  EXPECT_EQ(list.ListCount() + list.SelCount(), 1);
+  EXPECT_EQ(list.LastIndex(), 0);
 }
 
 TEST_F(Lists, SelectOneRowUnlessSeveralAreAllowed) {
