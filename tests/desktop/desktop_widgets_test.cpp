@@ -27,8 +27,8 @@ void describe(QTextStream& out, const QWidget& widget) {
     out << " " << name << "=";
     value.typeId() == QMetaType::QString ? out << value.toString() : out << value.toInt();
   }
-  out << " italic=" << widget.font().italic() << " own=" << widget.testAttribute(Qt::WA_SetFont)
-      << widget.testAttribute(Qt::WA_SetPalette) << widget.testAttribute(Qt::WA_SetCursor);
+  out << " italic=" << widget.font().italic() << " own=" << widget.testAttribute(Qt::WA_SetPalette)
+      << widget.testAttribute(Qt::WA_SetCursor);
   if (!dynamic_cast<const QLabel*>(&widget)) out << " size=" << widget.font().pixelSize();
   const auto* list = dynamic_cast<const ListView*>(&widget);
   if (!list) return;
