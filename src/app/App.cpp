@@ -4,7 +4,6 @@
 #include "app/MainMenuBar.h"
 #include "app/Window1.h"
 #include "app/aboutWin.h"
-#include "runtime/Numbers.h"
 
 App::App(Platform& host, const Commands& all, Endpoints where)
     : Application(host), commands(all), endpoints(std::move(where)) {
@@ -22,10 +21,7 @@ void App::Event_Open() {
 
 void App::Event_Close() { commands.savePrefs(); }
 
-void App::Event_CommandBegins() {
-  progress = {};
-  progress.begun = Ticks();
-}
+void App::Event_CommandBegins() { progress = {.begun = Ticks()}; }
 
 std::string App::CommandOutcome(bool wasStopped) const { return progress.Words(wasStopped, Ticks()); }
 

@@ -4,38 +4,33 @@
 
 namespace {
 
-Menu MakeFileMenu() {
-  return {"FileMenu",
-          "&File",
-          {
-              QuitMenuItem("FileQuit", "&Quit", "Cmd+Q"),
-              {"FileNewWindow", "New Window", "Cmd+N"},
-              {"FileAboutRavelyn", "About Ravelyn", ""},
-              {.Name = "FileHelp", .Caption = "Help", .ShowsHelp = true},
-          }};
-}
-
-Menu MakeEditMenu() {
-  return {"EditMenu",
-          "&Edit",
-          {
-              {"EditUndo", "&Undo", "Cmd+Z", EditAction::Undo},
-              {"EditSeparator1", "-", ""},
-              {"EditCut", "Cu&t", "Cmd+X", EditAction::Cut},
-              {"EditCopy", "&Copy", "Cmd+C", EditAction::Copy},
-              {"EditPaste", "&Paste", "Cmd+V", EditAction::Paste},
-              {"EditClear", "&Delete", "", EditAction::Clear},
-              {"EditSeparator2", "-", ""},
-              {"EditSelectAll", "Select &All", "Cmd+A", EditAction::SelectAll},
-          }};
-}
-
 Menu& MenuOf(const std::string& name) { return *std::ranges::find(MainMenuBar().Menus, name, &Menu::Name); }
 
 }  // namespace
 
 MenuBar& MainMenuBar() {
-  static MenuBar bar{{MakeFileMenu(), MakeEditMenu()}};
+  static MenuBar bar{{
+      {"FileMenu",
+       "&File",
+       {
+           QuitMenuItem("FileQuit", "&Quit", "Cmd+Q"),
+           {"FileNewWindow", "New Window", "Cmd+N"},
+           {"FileAboutRavelyn", "About Ravelyn", ""},
+           {.Name = "FileHelp", .Caption = "Help", .ShowsHelp = true},
+       }},
+      {"EditMenu",
+       "&Edit",
+       {
+           {"EditUndo", "&Undo", "Cmd+Z", EditAction::Undo},
+           {"EditSeparator1", "-", ""},
+           {"EditCut", "Cu&t", "Cmd+X", EditAction::Cut},
+           {"EditCopy", "&Copy", "Cmd+C", EditAction::Copy},
+           {"EditPaste", "&Paste", "Cmd+V", EditAction::Paste},
+           {"EditClear", "&Delete", "", EditAction::Clear},
+           {"EditSeparator2", "-", ""},
+           {"EditSelectAll", "Select &All", "Cmd+A", EditAction::SelectAll},
+       }},
+  }};
   return bar;
 }
 

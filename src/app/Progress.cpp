@@ -14,13 +14,10 @@ std::string Counted(std::int64_t count, const std::string& one) {
 
 void Add(std::string& list, const std::string& item) { list += (list.empty() ? "" : ", ") + item; }
 
-std::string FolderOf(const std::string& path) { return path.substr(0, path.rfind('/')); }
-
 std::string Files(const Progress& progress) {
   if (progress.cancelled == 0 && progress.failed == 0) {
-    const std::string where =
-        progress.inSeveralFolders ? "" : " in " + progress.folder.substr(progress.folder.rfind('/') + 1);
-    return Counted(progress.saved, "file") + " saved" + (where == " in " ? "" : where);
+    const std::string folder = progress.folder.substr(progress.folder.rfind('/') + 1);
+    return Counted(progress.saved, "file") + " saved" + (folder.empty() ? "" : " in " + folder);
   }
   std::string words;
   if (progress.saved > 0) Add(words, Str(progress.saved) + " saved");
@@ -46,9 +43,8 @@ std::string Seconds(std::int64_t ticks) {
 }  // namespace
 
 void Progress::CountSaved(const std::string& path) {
-  const std::string in = FolderOf(path);
-  inSeveralFolders |= saved > 0 && in != folder;
-  folder = in;
+  const std::string in = path.substr(0, path.rfind('/'));
+  folder = saved == 0 || in == folder ? in : "";
   ++saved;
 }
 

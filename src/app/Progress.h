@@ -8,9 +8,8 @@ struct Progress {
   std::int64_t begun = 0;                             // Ticks, plus the time that the user spent at dialogs
   std::int64_t languages = -1;                        // listed by a search; -1 if none ran
   std::int64_t saved = 0, cancelled = 0, failed = 0;  // files
-  std::string folder;                                 // path, while all saved files are in one folder
-  bool inSeveralFolders = false;
-  std::string item;                         // language of the file being saved
+  std::string folder = {};                            // path; "" unless all saved files are in it
+  std::string item = {};                              // language of the file being saved
   std::int64_t place = 0, of = 0;           // that file is number `place`, from 1, of `of` requested
   std::int64_t searched = 0, withHits = 0;  // tracks
   std::int64_t hits = 0;

@@ -32,15 +32,13 @@ void Window1::paragraphBox_Action() {
   PushButton1.SetCaption("Download Transcript(s)");
   App& app = App::Get();
   app.paragraphChecked = "true";
-  app.linebyline = "false";
-  app.timecodeChecked = "false";
+  app.linebyline = app.timecodeChecked = "false";
 }
 
 void Window1::lineBox_Action() {
   App& app = App::Get();
   if (!lineBox.Value()) {
-    app.linebyline = "false";
-    app.timecodeChecked = "false";
+    app.linebyline = app.timecodeChecked = "false";
     return;
   }
   paragraphBox.SetValue(false);
@@ -72,10 +70,7 @@ void Window1::Choose(Output output) {
   if (!hasForms) app.paragraphChecked = app.timecodeChecked = app.linebyline = "false";
 }
 
-bool Window1::Canvas1_MouseDown(int, int) {
-  aboutWin::Get().Show();
-  return false;
-}
+bool Window1::Canvas1_MouseDown(int, int) { return _FileAboutRavelyn_Action(); }
 
 // The ConnectivityProbe: one echo request, and a warning if it fails. The form stays usable while it runs.
 void Window1::Event_Open() {

@@ -11,7 +11,6 @@
 
 // The kinds of file that Download writes (see app/output_types.h).
 enum class Output { Text, SRT, VTT };
-struct OutputType;
 
 class Window1 : public Window {
  public:

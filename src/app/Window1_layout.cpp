@@ -77,16 +77,12 @@ Window1::Window1()
 }
 
 void Window1::BindActions() {
-  Application& app = Owner();
-  PushButton1.Action = [this, &app] {
-    app.Command("Downloading captions", [this] { PushButton1_Action(); });
+  const auto bindCommand = [this](PushButton& button, const char* what, void (Window1::*run)()) {
+    button.Action = [this, what, run] { Owner().Command(what, [this, run] { (this->*run)(); }); };
   };
-  PushButton2.Action = [this, &app] {
-    app.Command("Looking for captions", [this] { PushButton2_Action(); });
-  };
-  PushButton3.Action = [this, &app] {
-    app.Command("Searching the captions", [this] { PushButton3_Action(); });
-  };
+  bindCommand(PushButton1, "Downloading captions", &Window1::PushButton1_Action);
+  bindCommand(PushButton2, "Looking for captions", &Window1::PushButton2_Action);
+  bindCommand(PushButton3, "Searching the captions", &Window1::PushButton3_Action);
   paragraphBox.Action = [this] { paragraphBox_Action(); };
   lineBox.Action = [this] { lineBox_Action(); };
   timecodeBox.Action = [this] { timecodeBox_Action(); };

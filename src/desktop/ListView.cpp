@@ -3,7 +3,6 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
-#include <QItemSelectionModel>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QScopedValueRollback>

@@ -38,7 +38,7 @@ class ListView : public QTableView {
  private:
   void setUp();
   void updateRowHeight();
-  int columnNeeds(int column, int own) const;
+  std::vector<int> ownWidths() const;
   void layOutColumns();
   void showSelection();
   void drawGrid() const;

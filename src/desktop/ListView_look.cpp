@@ -18,19 +18,10 @@ constexpr int kThickSolid = 3;  // of ListLayout::gridVertical
 constexpr int kRowMargin = 6;
 constexpr int kCellMargins = 12;  // to the left and right of a text, and the grid's line
 
-// From a list such as "100,*": points become pixels; "*", or no entry, becomes 0, an equal share of the rest.
-std::vector<int> givenWidths(const ListLayout& look) {
-  std::vector<int> widths;
-  const QStringList given = QString::fromStdString(look.columnWidths).split(QChar(u','));
-  for (int column = 0; column < look.columns; ++column)
-    widths.push_back(column < given.size() ? scaled(given[column].toInt()) : 0);
-  return widths;
-}
-
 // Shows the focus on the whole row, not on one cell, and each text in the direction of its script.
 class RowDelegate : public QStyledItemDelegate {
  public:
-  explicit RowDelegate(const ListView& list) : list_(list) {}
+  explicit RowDelegate(ListView& list) : QStyledItemDelegate(&list), list_(list) {}
 
  protected:
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
@@ -54,9 +45,7 @@ void ListView::setUp() {
   setSelectionBehavior(SelectRows);
   setSelectionMode(record_->Layout().severalSelectable ? ExtendedSelection : SingleSelection);
   setEditTriggers(NoEditTriggers);
-  auto* delegate = new RowDelegate(*this);
-  delegate->setParent(this);
-  setItemDelegate(delegate);
+  setItemDelegate(new RowDelegate(*this));
   setTabKeyNavigation(false);
   setShowGrid(false);
   setWordWrap(false);
@@ -84,32 +73,35 @@ void ListView::changeEvent(QEvent* event) {
   layOutColumns();
 }
 
-// A column with a width of its own is widened to fit the text of its first row, as all times are equally
-// long.
-int ListView::columnNeeds(int column, int own) const {
-  const QString text = model_.index(0, column).data().toString();
-  return std::clamp(fontMetrics().horizontalAdvance(text) + kCellMargins, own, 2 * own);
+// From a list such as "100,*", in pixels: "*", or no entry, becomes 0, an equal share of the rest. A column
+// with a width of its own is widened to fit the text of its first row, as all times are equally long.
+std::vector<int> ListView::ownWidths() const {
+  std::vector<int> widths;
+  const QStringList given = QString::fromStdString(record_->Layout().columnWidths).split(QChar(u','));
+  for (int column = 0; column < record_->Columns(); ++column) {
+    const int own = scaled(given.value(column).toInt());
+    const QString text = model_.index(0, column).data().toString();
+    const int needed = fontMetrics().horizontalAdvance(text) + kCellMargins;
+    widths.push_back(std::clamp(needed, own, 2 * own));
+  }
+  return widths;
 }
 
 // A column that would reach beyond the right edge ends there, so that its texts are elided; a column that
 // would begin beyond it is hidden.
 void ListView::layOutColumns() {
   if (!record_) return;
-  std::vector<int> given = givenWidths(record_->Layout());
-  for (int column = 0; column < static_cast<int>(given.size()); ++column) {
-    int& own = given[static_cast<std::size_t>(column)];
-    if (own > 0) own = columnNeeds(column, own);
-  }
-  const int shares = static_cast<int>(std::count(given.begin(), given.end(), 0));
+  const std::vector<int> widths = ownWidths();
+  const int shares = static_cast<int>(std::ranges::count(widths, 0));
   int rest = viewport()->width();
-  for (const int width : given) rest -= width;
-  int left = 0;
-  for (int column = 0; column < static_cast<int>(given.size()); ++column) {
-    const int own = given[static_cast<std::size_t>(column)];
+  for (const int own : widths) rest -= own;
+  int column = 0, left = 0;
+  for (const int own : widths) {
     const int wanted = own > 0 ? own : std::max(rest, 0) / std::max(shares, 1);
     const int width = std::min(wanted, viewport()->width() - left);
     setColumnHidden(column, width <= 0);
     if (width > 0) setColumnWidth(column, width);
+    ++column;
     left += wanted;
   }
 }

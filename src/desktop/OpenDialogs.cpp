@@ -29,8 +29,8 @@ int OpenDialogs::run(QDialog& dialog) {
   QObject::connect(&dialog, &QDialog::finished, &waiting, &QEventLoop::quit);
   showBeside(dialog, app.IsCommandRunning());
   waiting.exec();
-  const auto mine = std::find_if(open_.begin(), open_.end(),
-                                 [&](const OpenDialog& each) { return each.dialog == &dialog; });
+  const auto mine =
+      std::ranges::find_if(open_, [&](const OpenDialog& each) { return each.dialog == &dialog; });
   const bool dismissed = mine->dismissed;
   open_.erase(mine);
   return dismissed ? QDialog::Rejected : dialog.result();

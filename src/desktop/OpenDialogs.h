@@ -8,8 +8,6 @@
 #include <memory>
 #include <vector>
 
-class QWidget;
-
 class OpenDialogs {
  public:
   // Shows dialog and returns its result after it is answered, 0 after it is dismissed, or 0 at once if its

@@ -11,8 +11,6 @@
 #include <QStandardPaths>
 #include <QTimer>
 #include <QUrl>
-#include <algorithm>
-#include <optional>
 
 #include "desktop/WindowView.h"
 #include "desktop/dialogs.h"
@@ -31,14 +29,9 @@ constexpr int kLongestDelivery = 10;  // milliseconds
 
 // Takes a few nanoseconds, but advances in steps of up to 4 ms.
 std::chrono::milliseconds cheapNow() {
-#ifdef CLOCK_MONOTONIC_COARSE
   timespec now{};
   ::clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
   return std::chrono::milliseconds(std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1'000'000);
-#else
-  return std::chrono::duration_cast<std::chrono::milliseconds>(
-      std::chrono::steady_clock::now().time_since_epoch());
-#endif
 }
 
 bool isQuitting() {
@@ -98,13 +91,11 @@ void QtPlatform::WindowClosed(Window& window) {
     views_.erase(at);
     view->forget();
     dialogs_.dismissEnded();
-    dialogs_.handOver(*view, parentForDialog());
+    dialogs_.handOver(*view, viewInFront());
     view->hide();
     view->deleteLater();
   }
-  Application& app = window.Owner();
-  const auto& open = app.Windows();
-  if (std::none_of(open.begin(), open.end(), [](const auto& w) { return w->Visible(); })) app.Quit();
+  if (!window.Owner().ActiveWindow()) window.Owner().Quit();
   quitIfAsked();
 }
 
@@ -153,7 +144,7 @@ void QtPlatform::CommandEnded(const std::string& outcome) {
   if (WindowView* view = viewInFront()) view->announceEnded(shownText(outcome));
 }
 
-// All windows show a command's state; only this one announces it.
+// All windows show a command's state; only this one announces it. It is also the parent of new dialogs.
 WindowView* QtPlatform::viewInFront() const {
   const Window* active = Application::Current().ActiveWindow();
   return active ? viewOf(*active) : nullptr;
@@ -177,8 +168,6 @@ void QtPlatform::Yield() {
   lastYield_ = cheapNow();
 }
 
-QWidget* QtPlatform::parentForDialog() const { return viewInFront(); }
-
 int QtPlatform::run(QDialog& dialog) {
   if (isQuitting()) return QDialog::Rejected;
   addQuitShortcut(dialog, *Application::Current().CurrentMenuBar(),
@@ -187,24 +176,24 @@ int QtPlatform::run(QDialog& dialog) {
 }
 
 void QtPlatform::MessageBox(const std::string& text, const std::string& cause) {
-  run(*makeMessage(text, cause, parentForDialog()));
+  run(*makeMessage(text, cause, viewInFront()));
 }
 
 std::optional<std::string> QtPlatform::AskSavePath(const std::string& filter, const std::string& name) {
   if (saveFolder_.isEmpty()) saveFolder_ = documentsFolder();
   const auto dialog =
-      makeSaveDialog(filter, name, saveFolder_, Application::Current().CommandStep(), parentForDialog());
+      makeSaveDialog(filter, name, saveFolder_, Application::Current().CommandStep(), viewInFront());
   QString path;
   do {
     if (run(*dialog) != QDialog::Accepted || dialog->selectedFiles().isEmpty()) return std::nullopt;
     path = withExtension(dialog->selectedFiles().constFirst(), name);
-  } while (QFileInfo::exists(path) && run(*makeReplaceQuestion(path, parentForDialog())) != QMessageBox::Yes);
+  } while (QFileInfo::exists(path) && run(*makeReplaceQuestion(path, viewInFront())) != QMessageBox::Yes);
   saveFolder_ = QFileInfo(path).absolutePath();
   return QFile::encodeName(path).toStdString();
 }
 
 void QtPlatform::openOrReport(const QUrl& url, const QString& message, const std::string& what) {
-  const auto make = [this, message, what] { return makeCannotOpen(message, what, parentForDialog()); };
+  const auto make = [this, message, what] { return makeCannotOpen(message, what, viewInFront()); };
   const auto reportLater = [this, make] { dialogs_.show(make()); };
   if (url.isEmpty() || !openBySystem(url, reportLater)) run(*make());
 }

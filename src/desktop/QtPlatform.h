@@ -11,9 +11,7 @@
 #include "desktop/OpenDialogs.h"
 #include "runtime/Platform.h"
 
-class QDialog;
 class QUrl;
-class QWidget;
 class WindowView;
 
 class QtPlatform : public Platform {
@@ -53,7 +51,6 @@ class QtPlatform : public Platform {
   WindowView* viewInFront() const;
   // Shows dialog until it is answered and returns its result; 0 at once if the program is quitting.
   int run(QDialog& dialog);
-  QWidget* parentForDialog() const;
   // Opens url, or shows in message that `what` could not be opened.
   void openOrReport(const QUrl& url, const QString& message, const std::string& what);
 

@@ -70,7 +70,7 @@ QString SpokenCell::localizedActionDescription(const QString& name) const {
 // A click may open a dialog, so it is queued until the screen reader has its answer.
 void SpokenCell::doAction(const QString& name) {
   if (!isValid() || isHeading()) return;
-  if (name == toggleAction()) return SpokenList::select(*list_, row_, !isSelected());
+  if (name == toggleAction()) SpokenList::select(*list_, row_, !isSelected());
   if (name != pressAction()) return;
   const QPersistentModelIndex cell = index();
   QMetaObject::invokeMethod(

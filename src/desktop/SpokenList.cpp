@@ -5,8 +5,6 @@
 
 SpokenList::SpokenList(ListView& list) : QAccessibleWidget(&list, QAccessible::Table), list_(list) {}
 
-SpokenList::~SpokenList() { dropCells(); }
-
 void SpokenList::report(ListView& list, QAccessible::Event event, const QModelIndex& cell) {
   const bool hasHappened = event != QAccessible::Focus || list.hasFocus();
   if (!QAccessible::isActive() || !hasHappened || !cell.isValid()) return;
@@ -17,11 +15,13 @@ void SpokenList::report(ListView& list, QAccessible::Event event, const QModelIn
   QAccessible::updateAccessibility(&reported);
 }
 
-void SpokenList::select(ListView& list, int row, bool selected) {
+bool SpokenList::select(ListView& list, int row, bool selected) {
+  if (row < 0 || row >= list.model()->rowCount()) return false;
   const auto how = !selected                  ? QItemSelectionModel::Deselect
                    : list.severalSelectable() ? QItemSelectionModel::Select
                                               : QItemSelectionModel::ClearAndSelect;
   list.selectionModel()->select(list.model()->index(row, 0), how | QItemSelectionModel::Rows);
+  return true;
 }
 
 void SpokenList::dropCells() {
@@ -48,8 +48,6 @@ int SpokenList::columnCount() const {
 }
 
 int SpokenList::rowCount() const { return list_.model()->rowCount(); }
-
-int SpokenList::childCount() const { return indexOf(rowCount(), 0); }
 
 int SpokenList::indexOfChild(const QAccessibleInterface* child) const {
   const auto* cell = dynamic_cast<const SpokenCell*>(child);
@@ -100,21 +98,7 @@ QList<int> SpokenList::selectedRows() const {
   return rows;
 }
 
-int SpokenList::selectedRowCount() const { return static_cast<int>(selectedRows().size()); }
-
 bool SpokenList::isRowSelected(int row) const { return list_.selectionModel()->isRowSelected(row); }
-
-bool SpokenList::selectRow(int row) {
-  if (row < 0 || row >= rowCount()) return false;
-  select(list_, row, true);
-  return true;
-}
-
-bool SpokenList::unselectRow(int row) {
-  if (row < 0 || row >= rowCount()) return false;
-  select(list_, row, false);
-  return true;
-}
 
 // Cells read their texts when asked, and rows are only added at the end, so neither change makes a cell
 // wrong.

@@ -1,7 +1,6 @@
 #include "desktop/StatusLine.h"
 
 #include <QLabel>
-#include <QObject>
 #include <QPushButton>
 #include <QStyle>
 

@@ -1,6 +1,5 @@
 #include "desktop/WindowView.h"
 
-#include <QApplication>
 #include <QCloseEvent>
 #include <QLabel>
 #include <QMenuBar>
@@ -173,11 +172,6 @@ void WindowView::markDirty(const Control& control) {
   if (!frame_.isActive()) frame_.start();
 }
 
-void WindowView::markAllDirty() {
-  for (Entry& entry : entries_) entry.dirty = true;
-  if (!frame_.isActive()) frame_.start();
-}
-
 void WindowView::flush() {
   if (!record_) return;
   frame_.stop();
@@ -240,7 +234,7 @@ void WindowView::changeEvent(QEvent* event) {
   if (!looks) return;
   drawnScale_ == scale() ? status_.updateFont() : takeSize();
   layOut();
-  markAllDirty();
+  for (const Entry& entry : entries_) markDirty(*entry.record);
 }
 
 void WindowView::closeEvent(QCloseEvent* event) {
@@ -249,9 +243,8 @@ void WindowView::closeEvent(QCloseEvent* event) {
 }
 
 Control* WindowView::controlOf(const QWidget* widget) const {
-  const auto at = std::find_if(entries_.begin(), entries_.end(),
-                               [&](const Entry& entry) { return widget && entry.view.widget == widget; });
-  return record_ && at != entries_.end() ? at->record : nullptr;
+  const auto at = std::ranges::find(entries_, widget, [](const Entry& entry) { return entry.view.widget; });
+  return record_ && widget && at != entries_.end() ? at->record : nullptr;
 }
 
 QWidget* WindowView::widgetOf(const Control& control) const {

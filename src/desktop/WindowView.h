@@ -4,7 +4,6 @@
 
 #include <QTimer>
 #include <QWidget>
-#include <functional>
 #include <unordered_map>
 #include <vector>
 
@@ -75,7 +74,6 @@ class WindowView : public QWidget {
   TextField* fieldForDrops() const;
   void showDefaultButton();
   void markDirty(const Control& control);
-  void markAllDirty();
   void apply(Entry& entry);
   void nameAll();
   void joinToLabel(const Entry& entry);

@@ -26,9 +26,7 @@ std::vector<WindowView::Entry*> WindowView::inTabOrder() {
   for (Entry& entry : entries_) {
     if (entry.view.widget && entry.record->TabIndex() >= 0) order.push_back(&entry);
   }
-  std::stable_sort(order.begin(), order.end(), [](const Entry* a, const Entry* b) {
-    return a->record->TabIndex() < b->record->TabIndex();
-  });
+  std::ranges::stable_sort(order, {}, [](const Entry* e) { return e->record->TabIndex(); });
   return order;
 }
 
@@ -37,8 +35,7 @@ void WindowView::setUpFocus() {
   const std::vector<Entry*> order = inTabOrder();
   for (std::size_t i = 1; i < order.size(); ++i)
     setTabOrder(order[i - 1]->view.widget, order[i]->view.widget);
-  auto first = std::find_if(order.begin(), order.end(),
-                            [](Entry* e) { return e->record->Kind() == ControlKind::TextField; });
+  auto first = std::ranges::find(order, ControlKind::TextField, [](Entry* e) { return e->record->Kind(); });
   if (first == order.end()) first = order.begin();
   if (first != order.end()) (*first)->view.widget->setFocus();
   connect(qApp, &QApplication::focusChanged, &frame_, [this] { showDefaultButton(); });
@@ -49,15 +46,14 @@ void WindowView::setUpFocus() {
 WindowView::Entry* WindowView::defaultButton() {
   const std::vector<Entry*> order = inTabOrder();
   const auto isDefault = [](const Entry* e) { return e->record->Appearance().defaultButton; };
-  const auto focused =
-      std::find_if(order.begin(), order.end(), [this](Entry* e) { return e->view.widget == focusWidget(); });
+  const auto focused = std::ranges::find(order, focusWidget(), [](Entry* e) { return e->view.widget; });
   if (focused != order.end()) {
     if (isDefault(*focused)) return *focused;
     const auto next = std::next(focused);
     const bool inField = (*focused)->record->Kind() == ControlKind::TextField;
     if (inField && next != order.end() && isDefault(*next)) return *next;
   }
-  const auto first = std::find_if(order.begin(), order.end(), isDefault);
+  const auto first = std::ranges::find_if(order, isDefault);
   return first == order.end() ? nullptr : *first;
 }
 

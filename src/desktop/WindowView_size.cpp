@@ -1,6 +1,5 @@
 // The size of a window and the places of its parts, at the scale of the desktop's font.
 
-#include <QApplication>
 #include <QMenuBar>
 #include <QScreen>
 #include <QScrollArea>
@@ -32,9 +31,7 @@ int leftmostOf(const Window& record) {
 }
 
 bool startsCommands(const Window& record) {
-  const auto& controls = record.Controls();
-  return std::any_of(controls.begin(), controls.end(),
-                     [](const Control* c) { return c->Appearance().startsCommand; });
+  return std::ranges::any_of(record.Controls(), [](auto* c) { return c->Appearance().startsCommand; });
 }
 
 }  // namespace

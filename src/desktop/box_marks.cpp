@@ -29,12 +29,8 @@ void drawFrame(QAbstractButton& box, QStyle::SubElement mark, void (QPainter::*d
 
 }  // namespace
 
-void MarkedCheckBox::paintEvent(QPaintEvent* event) {
-  QCheckBox::paintEvent(event);
-  drawFrame(*this, QStyle::SE_CheckBoxIndicator, &QPainter::drawRect);
-}
+void drawFrame(QCheckBox& box) { drawFrame(box, QStyle::SE_CheckBoxIndicator, &QPainter::drawRect); }
 
-void MarkedRadioButton::paintEvent(QPaintEvent* event) {
-  QRadioButton::paintEvent(event);
-  drawFrame(*this, QStyle::SE_RadioButtonIndicator, &QPainter::drawEllipse);
+void drawFrame(QRadioButton& button) {
+  drawFrame(button, QStyle::SE_RadioButtonIndicator, &QPainter::drawEllipse);
 }

@@ -5,18 +5,18 @@
 #include <QCheckBox>
 #include <QRadioButton>
 
-class MarkedCheckBox : public QCheckBox {
+// Draws the frame over what Qt has drawn, if it is needed.
+void drawFrame(QCheckBox& box);
+void drawFrame(QRadioButton& button);
+
+template <typename Box>
+class Marked : public Box {
  public:
-  using QCheckBox::QCheckBox;
+  using Box::Box;
 
  protected:
-  void paintEvent(QPaintEvent* event) override;
-};
-
-class MarkedRadioButton : public QRadioButton {
- public:
-  using QRadioButton::QRadioButton;
-
- protected:
-  void paintEvent(QPaintEvent* event) override;
+  void paintEvent(QPaintEvent* event) override {
+    Box::paintEvent(event);
+    drawFrame(*this);
+  }
 };

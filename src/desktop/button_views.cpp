@@ -45,28 +45,42 @@ void reportClicks(QAbstractButton& button, Button& record, const Changed& change
 }
 
 // A screen reader may toggle a box without a click. The check is queued, so that a click's own handlers run
-// first: if the record disagrees even then, there was no click, and the toggle is reported as one.
-template <typename Box>
-void reportToggles(QAbstractButton& button, Box& record, bool (*disagrees)(bool shown, bool held)) {
-  const auto check = [&button, &record, disagrees] {
-    if (!button.signalsBlocked() && disagrees(button.isChecked(), record.Value())) record.UserClicks();
+// first: if the record disagrees even then, there was no click, and the toggle is reported as one. But an
+// exclusive button is unchecked only because another is checked.
+template <typename Box, typename Record>
+void reportToggles(Box& box, Record& record, bool exclusive) {
+  const auto check = [&box, &record, exclusive] {
+    if (box.signalsBlocked() || box.isChecked() == record.Value()) return;
+    if (box.isChecked() || !exclusive) record.UserClicks();
   };
-  QObject::connect(&button, &QAbstractButton::toggled, &button, check, Qt::QueuedConnection);
+  QObject::connect(&box, &QAbstractButton::toggled, &box, check, Qt::QueuedConnection);
 }
 
-int takenByIndicator(const QWidget& widget, QStyle::PixelMetric width, QStyle::PixelMetric spacing) {
-  return widget.style()->pixelMetric(width) + widget.style()->pixelMetric(spacing);
+// width and spacing are those of the mark. The record may uncheck the only checked button, which an exclusive
+// group of widgets forbids.
+template <typename Box, typename Record>
+ControlView boxView(Record& record, QWidget& content, const Changed& changed, QStyle::PixelMetric width,
+                    QStyle::PixelMetric spacing) {
+  auto* box = new Marked<Box>(&content);
+  const bool exclusive = box->autoExclusive();
+  reportClicks(*box, record, changed);
+  reportToggles(*box, record, exclusive);
+  const auto update = [box, &record, exclusive, width, spacing] {
+    const int taken = box->style()->pixelMetric(width) + box->style()->pixelMetric(spacing);
+    showCaption(*box, record, taken, freeWidth(record));
+    const QSignalBlocker quiet(box);
+    box->setAutoExclusive(false);
+    box->setChecked(record.Value());
+    box->setAutoExclusive(exclusive);
+  };
+  return {box, update};
 }
 
 // A picture, on a QLabel if it only shows, or on a button.
 template <typename Base>
 class CanvasView : public Base {
  public:
-  CanvasView(Canvas& record, QWidget& content) : Base(&content), record_(record) {}
-  void showBackdrop() {
-    file_ = record_.Backdrop();
-    this->update();
-  }
+  CanvasView(Canvas& record, QWidget& content) : Base(&content), record_(record), file_(record.Backdrop()) {}
 
  protected:
   void paintEvent(QPaintEvent*) override {
@@ -80,7 +94,7 @@ class CanvasView : public Base {
   Canvas& record_;
 
  private:
-  std::string file_;
+  const std::string file_;
 };
 
 class CanvasButton : public CanvasView<QAbstractButton> {
@@ -104,12 +118,6 @@ class CanvasButton : public CanvasView<QAbstractButton> {
   }
 };
 
-template <typename View>
-ControlView viewOfCanvas(Canvas& record, QWidget& content) {
-  auto* view = new View(record, content);
-  return {view, [view] { view->showBackdrop(); }};
-}
-
 }  // namespace
 
 ControlView pushButtonView(Button& record, QWidget& content, const Changed& changed) {
@@ -123,39 +131,17 @@ ControlView pushButtonView(Button& record, QWidget& content, const Changed& chan
 }
 
 ControlView checkBoxView(CheckBox& record, QWidget& content, const Changed& changed) {
-  auto* box = new MarkedCheckBox(&content);
-  reportClicks(*box, record, changed);
-  reportToggles(*box, record, [](bool shown, bool held) { return shown != held; });
-  const auto update = [box, &record] {
-    showCaption(*box, record,
-                takenByIndicator(*box, QStyle::PM_IndicatorWidth, QStyle::PM_CheckBoxLabelSpacing),
-                freeWidth(record));
-    const QSignalBlocker quiet(box);
-    box->setChecked(record.Value());
-  };
-  return {box, update};
+  return boxView<QCheckBox>(record, content, changed, QStyle::PM_IndicatorWidth,
+                            QStyle::PM_CheckBoxLabelSpacing);
 }
 
-// The record may uncheck the only checked button, which the widget's own exclusive group forbids.
 ControlView radioButtonView(RadioButton& record, QWidget& content, const Changed& changed) {
-  auto* button = new MarkedRadioButton(&content);
-  reportClicks(*button, record, changed);
-  // A button is unchecked only because another is checked.
-  reportToggles(*button, record, [](bool shown, bool held) { return shown && !held; });
-  const auto update = [button, &record] {
-    showCaption(
-        *button, record,
-        takenByIndicator(*button, QStyle::PM_ExclusiveIndicatorWidth, QStyle::PM_RadioButtonLabelSpacing),
-        freeWidth(record));
-    const QSignalBlocker quiet(button);
-    button->setAutoExclusive(false);
-    button->setChecked(record.Value());
-    button->setAutoExclusive(true);
-  };
-  return {button, update};
+  return boxView<QRadioButton>(record, content, changed, QStyle::PM_ExclusiveIndicatorWidth,
+                               QStyle::PM_RadioButtonLabelSpacing);
 }
 
 ControlView canvasView(Canvas& record, QWidget& content) {
-  return record.MouseDown ? viewOfCanvas<CanvasButton>(record, content)
-                          : viewOfCanvas<CanvasView<QLabel>>(record, content);
+  QWidget* const view = record.MouseDown ? static_cast<QWidget*>(new CanvasButton(record, content))
+                                         : new CanvasView<QLabel>(record, content);
+  return {view, [view] { view->update(); }};
 }

@@ -21,15 +21,15 @@ QColor mixed(const QColor& color, const QColor& other, double share) {
   return {mix(color.red(), other.red()), mix(color.green(), other.green()), mix(color.blue(), other.blue())};
 }
 
+bool isDark(const QColor& background) {
+  return contrast(background, Qt::white) > contrast(background, Qt::black);
+}
+
 }  // namespace
 
 double contrast(const QColor& one, const QColor& other) {
   const auto [darker, brighter] = std::minmax({luminance(one), luminance(other)});
   return (brighter + 0.05) / (darker + 0.05);
-}
-
-bool isDark(const QColor& background) {
-  return contrast(background, Qt::white) > contrast(background, Qt::black);
 }
 
 QColor legibleOn(const QColor& background, const QColor& color, double least) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QColor>
-#include <QPalette>
 
 // The contrast ratio of two colours by the W3C's WCAG 2.1: 1 for equal colours, 21 for black on white.
 double contrast(const QColor& one, const QColor& other);
@@ -16,5 +15,3 @@ QColor legibleOn(const QColor& background, const QColor& color, double least = k
 
 // The colour halfway from background to text, or as much nearer to text as a contrast of `least` needs.
 QColor mutedOn(const QColor& background, const QColor& text, double least = kLegible);
-
-bool isDark(const QColor& background);

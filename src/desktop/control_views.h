@@ -3,11 +3,9 @@
 // same for all kinds.
 #pragma once
 
-#include <QString>
 #include <functional>
 
 #include "runtime/Buttons.h"
-#include "runtime/Control.h"
 #include "runtime/Listbox.h"
 #include "runtime/TextControls.h"
 

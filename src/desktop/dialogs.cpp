@@ -5,7 +5,6 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -45,8 +44,7 @@ QString messageText(const std::string& text) {
 // "*.txt *.text" for ".text;.txt": the shortest extension comes first.
 QString patternsOf(const FileType& type) {
   QStringList extensions = QString::fromStdString(type.Extensions).split(QChar(u';'));
-  std::stable_sort(extensions.begin(), extensions.end(),
-                   [](const QString& a, const QString& b) { return a.size() < b.size(); });
+  std::ranges::stable_sort(extensions, {}, &QString::size);
   return QChar(u'*') + extensions.join(QStringLiteral(" *"));
 }
 

@@ -17,16 +17,10 @@ bool clipboardHasText() {
 }
 
 bool canEditField(const QLineEdit& field, EditAction action) {
-  switch (action) {
-    case EditAction::Undo:
-      return field.isUndoAvailable();
-    case EditAction::Paste:
-      return clipboardHasText();
-    case EditAction::SelectAll:
-      return !field.text().isEmpty();
-    default:
-      return field.hasSelectedText();
-  }
+  if (action == EditAction::Undo) return field.isUndoAvailable();
+  if (action == EditAction::Paste) return clipboardHasText();
+  if (action == EditAction::SelectAll) return !field.text().isEmpty();
+  return field.hasSelectedText();
 }
 
 void editField(QLineEdit& field, EditAction action) {

@@ -6,7 +6,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <system_error>
 
 namespace {
 

@@ -23,9 +23,8 @@ const Label* labelOf(const Control& control) {
 }
 
 bool hasOwnName(const Control& control) {
-  const bool noText = control.Kind() == ControlKind::TextField || control.Kind() == ControlKind::TextArea ||
-                      control.Kind() == ControlKind::Listbox || control.Kind() == ControlKind::Canvas;
-  return !noText;
+  return control.Kind() != ControlKind::TextField && control.Kind() != ControlKind::TextArea &&
+         control.Kind() != ControlKind::Listbox && control.Kind() != ControlKind::Canvas;
 }
 
 QString spokenName(const Control& control) {

@@ -1,7 +1,6 @@
 // Labels, text fields and text areas.
 
 #include <QClipboard>
-#include <QDropEvent>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
@@ -18,7 +17,6 @@
 #include "desktop/scale.h"
 #include "desktop/shown_text.h"
 #include "desktop/tool_tips.h"
-#include "runtime/Window.h"
 
 namespace {
 
@@ -26,12 +24,10 @@ constexpr qsizetype kLongestLabel = 10'000;
 constexpr qsizetype kLongestArea = 100'000;
 constexpr qsizetype kLongestLine = 1'000;
 
-void takeColor(QWidget& widget, const Look& look) {
-  if (!look.color) return;
+void takeColor(QWidget& widget, QPalette::ColorRole role, const QColor& color) {
   QPalette palette = widget.palette();
-  const QColor shown = legibleOn(palette.color(QPalette::Window), QColor::fromRgb(*look.color));
-  if (palette.color(QPalette::WindowText) == shown) return;
-  palette.setColor(QPalette::WindowText, shown);
+  if (palette.color(role) == color) return;
+  palette.setColor(role, color);
   widget.setPalette(palette);
 }
 
@@ -137,17 +133,11 @@ class FieldEdit : public QLineEdit {
   qsizetype length_ = 0;
 };
 
-void takePlaceholderColor(QLineEdit& field) {
-  QPalette palette = field.palette();
-  const QColor shown = mutedOn(palette.color(QPalette::Base), palette.color(QPalette::Text));
-  if (palette.color(QPalette::PlaceholderText) == shown) return;
-  palette.setColor(QPalette::PlaceholderText, shown);
-  field.setPalette(palette);
-}
-
 // A change by code keeps the cursor's position if the text is long enough.
 void showField(QLineEdit& field, const TextField& record) {
-  takePlaceholderColor(field);
+  const QPalette& palette = field.palette();
+  takeColor(field, QPalette::PlaceholderText,
+            mutedOn(palette.color(QPalette::Base), palette.color(QPalette::Text)));
   const QString text = QString::fromStdString(record.Text());
   if (field.text() == text) return;
   const QSignalBlocker quiet(&field);
@@ -197,10 +187,12 @@ ControlView labelView(Label& record, QWidget& content) {
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     label->setFocusPolicy(Qt::StrongFocus);
   }
-  const auto update = [label, &record] {
-    label->setAlignment(alignmentOf(record.Appearance()));
+  const auto update = [label, &record, &look] {
+    label->setAlignment(alignmentOf(look));
     showLabel(*label, record);
-    takeColor(*label, record.Appearance());
+    if (!look.color) return;
+    const QColor ground = label->palette().color(QPalette::Window);
+    takeColor(*label, QPalette::WindowText, legibleOn(ground, QColor::fromRgb(*look.color)));
   };
   return {label, update};
 }

@@ -1,6 +1,5 @@
 #include "ravelyn/OwnGateway.h"
 
-#include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <poll.h>
@@ -10,7 +9,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <utility>
 
 #include "ravelyn/gateway_process.h"
@@ -90,9 +88,7 @@ bool OwnGateway::MayStart() {
 void OwnGateway::Collect() {
   CloseOne(input_);
   CloseOne(ended_);
-  if (process_ >= 0) {
-    while (::waitpid(process_, nullptr, 0) < 0 && errno == EINTR) continue;
-  }
+  while (process_ >= 0 && ::waitpid(process_, nullptr, 0) < 0 && errno == EINTR) continue;
   process_ = -1;
 }
 
