@@ -7,21 +7,12 @@
 HTTPSocket::HTTPSocket() {
   _ResetVariables();
   _InitializeRequestHeaders();
-  _DefaultPort = 80;
 }
 
 void HTTPSocket::_InitializeRequestHeaders() {
   requestHeaders = std::make_shared<InternetHeaders>();
   requestHeaders->SetHeader("Accept", "*/*");
   requestHeaders->SetHeader("Accept-Language", "en");
-}
-
-std::string HTTPSocket::Get(const std::string& url, std::int64_t timeout) {
-  return SendRequest("GET", url, timeout);
-}
-
-std::string HTTPSocket::Post(const std::string& url, std::int64_t timeout) {
-  return SendRequest("POST", url, timeout);
 }
 
 std::string HTTPSocket::SendRequest(const std::string& method, const std::string& url, std::int64_t timeout) {
@@ -61,19 +52,11 @@ HTTPSocket::HeadersPtr HTTPSocket::PageHeaders() const {
   return _pageHeaders && _pageHeaders->Count() > 0 ? _pageHeaders : nullptr;
 }
 
-void HTTPSocket::ClearRequestHeaders() {
-  if (requestHeaders) requestHeaders->DeleteAllHeaders();
-}
+void HTTPSocket::ClearRequestHeaders() { requestHeaders->DeleteAllHeaders(); }
 
-void HTTPSocket::SetRequestHeader(const std::string& name, const std::string& value) {
-  if (!requestHeaders) _InitializeRequestHeaders();
-  std::string oneLine = value;
-  std::erase_if(oneLine, BreaksLines);
-  if (oneLine.empty()) {
-    requestHeaders->Delete(name);
-  } else {
-    requestHeaders->SetHeader(name, oneLine);
-  }
+void HTTPSocket::SetRequestHeader(const std::string& name, std::string value) {
+  std::erase_if(value, BreaksLines);
+  value.empty() ? requestHeaders->Delete(name) : requestHeaders->SetHeader(name, value);
 }
 
 void HTTPSocket::SetRequestContent(const std::string& content, const std::string& contentType) {

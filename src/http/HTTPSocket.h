@@ -42,16 +42,16 @@ class HTTPSocket : public TCPSocket {
   bool Yield = false;  // a blocking request also runs the application's event loop
 
   // The body, or what arrived of it before the time-out; "" for none.
-  std::string Get(const std::string& url, std::int64_t timeoutSeconds);
-  std::string Post(const std::string& url, std::int64_t timeoutSeconds);
-  std::string SendRequest(const std::string& method, const std::string& url, std::int64_t timeoutSeconds);
+  std::string Get(const std::string& url, std::int64_t timeout) { return SendRequest("GET", url, timeout); }
+  std::string Post(const std::string& url, std::int64_t timeout) { return SendRequest("POST", url, timeout); }
+  std::string SendRequest(const std::string& method, const std::string& url, std::int64_t timeout);
   // Downloads into file, which is emptied first; true if ErrorCode is 0.
-  bool Get(const std::string& url, const FolderItemPtr& file, std::int64_t timeoutSeconds);
-  bool Post(const std::string& url, const FolderItemPtr& file, std::int64_t timeoutSeconds);
+  bool Get(const std::string& url, const FolderItemPtr& file, std::int64_t timeout);
+  bool Post(const std::string& url, const FolderItemPtr& file, std::int64_t timeout);
   bool SendRequest(const std::string& method, const std::string& url, const FolderItemPtr& file,
-                   std::int64_t timeoutSeconds);
+                   std::int64_t timeout);
   // nil if no reply arrived.
-  HeadersPtr GetHeaders(const std::string& url, std::int64_t timeoutSeconds);
+  HeadersPtr GetHeaders(const std::string& url, std::int64_t timeout);
 
   void Get(const std::string& url) { SendRequest("GET", url); }
   void Get(const std::string& url, const FolderItemPtr& file) { SendRequest("GET", url, file); }
@@ -82,7 +82,7 @@ class HTTPSocket : public TCPSocket {
   HeadersPtr GetRequestHeaders() const { return requestHeaders; }
   void ClearRequestHeaders();
   // An empty value deletes the header. CR, LF and NUL in a value are dropped.
-  void SetRequestHeader(const std::string& name, const std::string& value);
+  void SetRequestHeader(const std::string& name, std::string value);
   void SetRequestContent(const std::string& content, const std::string& contentType);
   [[deprecated("use SetRequestContent")]] void SetPostContent(const std::string& content,
                                                               const std::string& contentType);
@@ -120,7 +120,6 @@ class HTTPSocket : public TCPSocket {
   void Refuse(int code);
   // CR, LF and NUL: they could add lines to a request.
   static bool BreaksLines(char c) { return c == '\r' || c == '\n' || c == '\0'; }
-  bool KeepsWithinLimits();
   std::string PageText();
 
   int mErrorCode = 0;
@@ -131,12 +130,12 @@ class HTTPSocket : public TCPSocket {
   std::string _authenticationKey;  // kept for later requests
   std::string _proxyAuthenticationKey;
   std::string _lastServerNonce;
-  std::optional<Dictionary> _Nonces;  // uses of each server nonce
+  Dictionary _Nonces;  // uses of each server nonce
   bool _connectionValid = false;
   std::int64_t _contentlength = 0;  // bytes of the body that are missing
   std::int64_t _currentLength = 0;  // bytes of the body so far
   std::int64_t _totalLength = 0;    // declared bytes of the body; 0 if none
-  std::int64_t _DefaultPort = 0;
+  static constexpr std::int64_t _DefaultPort = 80;
   FolderItemPtr _downloadFile;
   std::shared_ptr<BinaryStream> _downloadStream;
   std::string _httpAction;

@@ -10,37 +10,6 @@
 
 namespace {
 
-// The parameters of a challenge, one item each, trimmed, in the form name="value": quotation marks are added
-// to a value without them.
-StringArray CutChallenge(std::string_view text) {
-  StringArray items;
-  std::string item;
-  bool quoted = false;
-  const auto finish = [&] {
-    item = Trim(item);
-    const std::size_t equals = item.find('=');
-    if (equals != std::string::npos) {
-      const std::string name = Trim(std::string_view(item).substr(0, equals));
-      const std::string value = Trim(std::string_view(item).substr(equals + 1));
-      const bool hasMarks = value.size() >= 2 && value.front() == '"' && value.back() == '"';
-      items.push_back(name + "=" + (hasMarks ? value : "\"" + value + "\""));
-    }
-    item.clear();
-  };
-  bool escaped = false;
-  for (const char c : text) {
-    if (c == '"' && !escaped) quoted = !quoted;
-    escaped = quoted && c == '\\' && !escaped;
-    if (c == ',' && !quoted) {
-      finish();
-    } else {
-      item += c;
-    }
-  }
-  finish();
-  return items;
-}
-
 std::string Quoted(const std::string& text) { return "\"" + text + "\""; }
 
 }  // namespace
@@ -51,11 +20,8 @@ bool HTTPSocket::_SetAuthentication(const std::string& kind) {
   Dictionary params = _ParseAuthenticationParams(Mid(challenge, Len(scheme) + 2));
   params.SetValue("method", _httpAction);
   params.SetValue("uri", _processingURL);
-  if (params.HasKey("nonce")) {
-    _lastServerNonce = ToString(params.Value("nonce"));
-  } else {
-    params.SetValue("nonce", _lastServerNonce);
-  }
+  _lastServerNonce = ToString(params.Lookup("nonce", _lastServerNonce));
+  params.SetValue("nonce", _lastServerNonce);
   const Credentials& ask = kind == "Proxy" ? ProxyAuthenticationRequired : AuthenticationRequired;
   std::string name, password;
   if (!ask || !ask(ToString(params.Lookup("realm", "")), *_pageHeaders, name, password)) return false;
@@ -65,13 +31,31 @@ bool HTTPSocket::_SetAuthentication(const std::string& kind) {
   return true;
 }
 
+// Each item between commas outside quotation marks is name=value or name="value", with blanks around either.
+// An item without "=" is skipped.
 Dictionary HTTPSocket::_ParseAuthenticationParams(const std::string& text) const {
   Dictionary params;
-  for (const std::string& item : CutChallenge(text)) {
-    const std::string name = Left(item, InStr(0, item, "=") - 1);
-    params.SetValue(name, Mid(item, Len(name) + 3, Len(item) - 3 - Len(name)));
-    RuntimeBackgroundTask();
+  std::string item;
+  const auto finish = [&] {
+    if (const std::size_t equals = item.find('='); equals != std::string::npos) {
+      const std::string value = Trim(item.substr(equals + 1));
+      const bool hasMarks = value.size() >= 2 && value.front() == '"' && value.back() == '"';
+      params.SetValue(Trim(item.substr(0, equals)), hasMarks ? value.substr(1, value.size() - 2) : value);
+      RuntimeBackgroundTask();
+    }
+    item.clear();
+  };
+  bool quoted = false, escaped = false;
+  for (const char c : text) {
+    if (c == '"' && !escaped) quoted = !quoted;
+    escaped = quoted && c == '\\' && !escaped;
+    if (c == ',' && !quoted) {
+      finish();
+    } else {
+      item += c;
+    }
   }
+  finish();
   return params;
 }
 
@@ -83,9 +67,8 @@ std::string HTTPSocket::_CreateAuthenticationData(const std::string& scheme, con
     return ToString(params.Lookup(key, fallback));
   };
   const std::string nonce = param("nonce", "");
-  if (!_Nonces) _Nonces.emplace();
-  const std::int64_t count = std::get<std::int64_t>(_Nonces->Lookup(nonce, std::int64_t{0})) + 1;
-  _Nonces->SetValue(nonce, count);
+  const std::int64_t count = std::get<std::int64_t>(_Nonces.Lookup(nonce, std::int64_t{0})) + 1;
+  _Nonces.SetValue(nonce, count);
   const std::string nc = Format(static_cast<double>(count), "00000000");
   const std::string cnonce = _CreateNonce();
   const std::string realm = param("realm", "");

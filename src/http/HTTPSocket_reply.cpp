@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <utility>
 
 #include "http/HTTPSocket.h"
 #include "runtime/Numbers.h"
@@ -35,12 +36,11 @@ void HTTPSocket::Event_Error() {
 }
 
 void HTTPSocket::_HandleNewData() {
-  if (threadProtection) return;
+  if (std::exchange(threadProtection, true)) return;
   struct Protection {
     bool& held;
-    explicit Protection(bool& flag) : held(flag) { held = true; }
     ~Protection() { held = false; }
-  } protection(threadProtection);
+  } protection{threadProtection};
 
   if (_pageHeaders) return _ProcessData(Read(_contentlength));
 
@@ -71,22 +71,16 @@ void HTTPSocket::_ParseHeaders(const std::string& text) {
   }
 }
 
-// The limit applies to a body in memory only; a file may fill the disk.
-bool HTTPSocket::KeepsWithinLimits() {
-  if (_downloadStream || _currentLength <= kLargestBody) return true;
-  Close();
-  Purge();
-  _pageBuffer->Bytes() = std::string();
-  _currentLength = 0;
-  Refuse(kErrorReplyTooLarge);
-  return false;
-}
-
 void HTTPSocket::_ProcessData(const std::string& data) {
   if (_httpAction == "HEAD") return;
   _currentLength += LenB(data);
   _contentlength -= LenB(data);
-  if (!KeepsWithinLimits()) return;
+  // The limit applies to a body in memory only; a file may fill the disk.
+  if (!_downloadStream && _currentLength > kLargestBody) {
+    _pageBuffer->Bytes() = std::string();
+    _currentLength = 0;
+    return Close(), Purge(), Refuse(kErrorReplyTooLarge);
+  }
   // Reserves the declared length once part of the body has arrived, so that growth does not move it.
   if (!_downloadStream && _currentLength >= kReserveFrom && _totalLength <= kLargestBody) {
     _pageBuffer->Bytes().reserve(static_cast<std::size_t>(std::max<std::int64_t>(_totalLength, 0)));
@@ -122,8 +116,5 @@ void HTTPSocket::_ProcessPage() {
 
 // Moves the body out; the buffer is empty until the next request.
 std::string HTTPSocket::PageText() {
-  if (_currentLength < 1) return "";
-  std::string text;
-  text.swap(_pageBuffer->Bytes());
-  return text;
+  return _currentLength < 1 ? "" : std::exchange(_pageBuffer->Bytes(), {});
 }

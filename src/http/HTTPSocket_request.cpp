@@ -1,6 +1,7 @@
 // The request: connecting, sending and the wait for the reply.
 
 #include <algorithm>
+#include <cerrno>
 #include <limits>
 
 #include "http/HTTPSocket.h"
@@ -67,29 +68,21 @@ void HTTPSocket::_ParseURL(const std::string& url) {
   _path = Mid(rest, Len(_server) + 1);
   if (_path.empty()) _path = "/";
   const std::int64_t port = ToInteger(Val(NthField(_server, ":", 2)));
-  if (port != 0) {
-    Port = port;
-  } else if (Port == 0) {
-    Port = _DefaultPort;
-  }
+  if (port != 0) Port = port;
+  if (Port == 0) Port = _DefaultPort;
   Address = NthField(_server, ":", 1);
 }
 
 bool HTTPSocket::_SetDownloadFile(const FolderItemPtr& file) {
   _KillDownloadStream();  // of the previous request; its failure does not count here
   if (!file) return true;
-  const auto failed = [this] {
-    SetError(kErrorDownloadFile);
-    return false;
-  };
-  if (file->Exists() && file->Directory()) return failed();
-  const auto text = file->CreateTextFile();
-  if (!text) return failed();
   try {
-    text->Close();
+    if (file->Directory()) throw IOException(EISDIR);
+    TextOutputStream::Create(file)->Close();
     _downloadStream = BinaryStream::Create(file, true);
   } catch (const IOException&) {
-    return failed();
+    SetError(kErrorDownloadFile);
+    return false;
   }
   _downloadFile = file;
   return true;
@@ -107,7 +100,6 @@ int HTTPSocket::_KillDownloadStream() {
 }
 
 void HTTPSocket::_SendRequest(const std::string& action) {
-  if (!requestHeaders) _InitializeRequestHeaders();
   requestHeaders->SetHeader("Host", _server);
   if (!_authenticationKey.empty()) SetRequestHeader("Authorization", _authenticationKey);
   if (!_proxyAuthenticationKey.empty()) SetRequestHeader("Proxy-Authorization", _proxyAuthenticationKey);

@@ -2,7 +2,6 @@
 
 #include "runtime/Application.h"
 #include "runtime/Numbers.h"
-#include "runtime/Platform.h"
 #include "runtime/Text.h"
 
 namespace {
@@ -31,11 +30,7 @@ void InternetHeaders::SetHeader(const std::string& name, const std::string& valu
 
 void InternetHeaders::SetHeader(const std::string& name, const std::string& value, std::int64_t index) {
   const std::string key = KeyOf(PlainName(name), index);
-  if (_Headers.HasKey(key)) {
-    _Headers.SetValue(key, value);
-  } else {
-    AppendHeader(name, value);
-  }
+  _Headers.HasKey(key) ? _Headers.SetValue(key, value) : AppendHeader(name, value);
 }
 
 // From the last to the first: there is no gap while a yield lets others read the headers.

@@ -21,13 +21,9 @@ void ApplyFormat(Window1& form, const std::string& format) {
 }
 
 void ApplyOpening(Window1& form, const std::string& open) {
-  if (open.empty() || open == "true") {
-    form.openBox.SetValue(true);
-  } else if (open == "false") {
-    form.openBox.SetValue(false);
-  } else {
-    MsgBox("I could read preferences. Error code 1.");
-  }
+  const bool isOn = open.empty() || open == "true";
+  if (!isOn && open != "false") return MsgBox("I could read preferences. Error code 1.");
+  form.openBox.SetValue(isOn);
 }
 
 }  // namespace

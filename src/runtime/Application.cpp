@@ -96,19 +96,17 @@ void Application::RunPosted() {
 void Application::Command(const std::string& what, const Handler& handler) {
   assert(!frames_.empty());
   if (IsCommandRunning()) return;
+  frames_.back().isCommand = true;
+  Event_CommandBegins();
+  host_.CommandRunning(what);
   struct Running {
     Application& app;
-    Running(Application& a, const std::string& w) : app(a) {
-      app.frames_.back().isCommand = true;
-      app.Event_CommandBegins();
-      app.host_.CommandRunning(w);
-    }
     ~Running() {
       Frame& frame = app.frames_.back();
       frame.isCommand = false;
       if (!frame.ended) app.host_.CommandEnded(app.CommandOutcome(false));
     }
-  } running(*this, what);
+  } running{*this};
   handler();
 }
 
@@ -179,21 +177,18 @@ void Application::EnableMenuItems() {
     for (MenuItem& item : menu.Items) {
       if (!item.AutoEnable) continue;
       item.Enabled =
-          item.Quits || (item.Edits && host_.CanEdit(*item.Edits)) || MenuHandlerOf(item.Name, nullptr);
+          item.Quits || (item.Edits && host_.CanEdit(*item.Edits)) || MenuHandlerOf(item.Name).second;
     }
   }
 }
 
-const std::function<bool()>* Application::MenuHandlerOf(const std::string& item, Window** owner) const {
-  if (owner) *owner = nullptr;
+std::pair<Window*, Application::Handler> Application::MenuHandlerOf(const std::string& item) const {
   if (Window* active = ActiveWindow()) {
-    if (const auto own = active->OwnMenuHandlers().find(item); own != active->OwnMenuHandlers().end()) {
-      if (owner) *owner = active;
-      return &own->second;
-    }
+    const auto own = active->OwnMenuHandlers().find(item);
+    if (own != active->OwnMenuHandlers().end()) return {active, own->second};
   }
   const auto general = menuHandlers_.find(item);
-  return general == menuHandlers_.end() ? nullptr : &general->second;
+  return {nullptr, general == menuHandlers_.end() ? Handler() : general->second};
 }
 
 bool Application::ChooseMenuItem(const std::string& name) {
@@ -206,11 +201,8 @@ bool Application::ChooseMenuItem(const std::string& name) {
   } else if (item->Edits) {
     host_.Edit(*item->Edits);
   } else {
-    Window* owner = nullptr;
-    const auto* found = MenuHandlerOf(name, &owner);
-    if (!found) return true;
-    const std::function<bool()> handler = *found;
-    Dispatch(owner, [&] { handler(); });
+    const auto [owner, handler] = MenuHandlerOf(name);
+    if (handler) Dispatch(owner, handler);
   }
   return true;
 }

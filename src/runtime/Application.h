@@ -15,9 +15,6 @@
 #include "runtime/Menu.h"
 #include "runtime/Platform.h"
 
-class Control;
-class Window;
-
 // Deliberately no RuntimeException: nothing between the yield and Dispatch may catch it as a failure.
 struct HandlerEnded {};
 
@@ -28,7 +25,6 @@ class Application {
   explicit Application(Platform& host);
   virtual ~Application();
   Application(const Application&) = delete;
-  Application& operator=(const Application&) = delete;
 
   // The application that exists; NilObjectException if there is none.
   static Application& Current();
@@ -116,7 +112,8 @@ class Application {
   };
   void RunPosted();
   void End(Frame& frame);
-  const std::function<bool()>* MenuHandlerOf(const std::string& item, Window** owner) const;
+  // The handler that runs for an item, and the window that owns it; empty if there is none.
+  std::pair<Window*, Handler> MenuHandlerOf(const std::string& item) const;
 
   Platform& host_;
   std::vector<std::unique_ptr<Window>> windows_;

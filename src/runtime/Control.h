@@ -28,7 +28,6 @@ class Control {
   Control(Window& owner, ControlKind kind);
   virtual ~Control() = default;
   Control(const Control&) = delete;
-  Control& operator=(const Control&) = delete;
 
   const std::string& Name() const { return name_; }
   ControlKind Kind() const { return kind_; }

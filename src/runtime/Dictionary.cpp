@@ -52,11 +52,6 @@ void Dictionary::Remove(const Variant& key) {
   places_.erase(place);
 }
 
-void Dictionary::Clear() {
-  entries_.clear();
-  places_.clear();
-}
-
 void Dictionary::Compact() const {
   if (entries_.size() == places_.size()) return;
   std::erase(entries_, std::nullopt);

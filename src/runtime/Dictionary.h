@@ -16,8 +16,7 @@ std::string ToString(const Variant& value);
 
 class Dictionary {
  public:
-  Dictionary() = default;
-  explicit Dictionary(const std::vector<std::pair<Variant, Variant>>& pairs);
+  explicit Dictionary(const std::vector<std::pair<Variant, Variant>>& pairs = {});
 
   std::int64_t Count() const { return static_cast<std::int64_t>(places_.size()); }
   bool HasKey(const Variant& key) const { return places_.contains(Folded(key)); }
@@ -29,7 +28,7 @@ class Dictionary {
   void SetValue(const Variant& key, Variant value);
   // An absent key is no error.
   void Remove(const Variant& key);
-  void Clear();
+  void Clear() { *this = Dictionary(); }
 
  private:
   using Entry = std::optional<std::pair<Variant, Variant>>;

@@ -12,54 +12,39 @@ using Block = std::array<std::uint32_t, 16>;
 using State = std::array<std::uint32_t, 4>;
 
 // Floor of 2^32 times the absolute sine of 1 to 64, in radians.
-const std::array<std::uint32_t, 64>& Sines() {
-  static const auto table = [] {
-    std::array<std::uint32_t, 64> sines{};
-    for (std::size_t i = 0; i < sines.size(); ++i) {
-      sines[i] = static_cast<std::uint32_t>(
-          std::floor(std::fabs(std::sin(static_cast<double>(i + 1))) * 4294967296.0));
-    }
-    return sines;
-  }();
-  return table;
-}
-
-// The word of the block that a step takes, and its mix of three registers.
-std::size_t WordOf(std::size_t step) {
-  switch (step / 16) {
-    case 0:
-      return step;
-    case 1:
-      return (5 * step + 1) % 16;
-    case 2:
-      return (3 * step + 5) % 16;
-    default:
-      return 7 * step % 16;
+const auto kSines = [] {
+  std::array<std::uint32_t, 64> sines{};
+  for (std::size_t i = 0; i < sines.size(); ++i) {
+    sines[i] = static_cast<std::uint32_t>(
+        std::floor(std::fabs(std::sin(static_cast<double>(i + 1))) * 4294967296.0));
   }
-}
+  return sines;
+}();
 
-std::uint32_t Mix(std::size_t step, std::uint32_t b, std::uint32_t c, std::uint32_t d) {
-  switch (step / 16) {
-    case 0:
-      return (b & c) | (~b & d);
-    case 1:
-      return (d & b) | (~d & c);
-    case 2:
-      return b ^ c ^ d;
-    default:
-      return c ^ (b | ~d);
-  }
-}
+// Sixteen steps. Each takes one word of the block: factor times the step, plus offset.
+struct Round {
+  std::size_t factor, offset;
+  int turns[4];
+  std::uint32_t (*mix)(std::uint32_t b, std::uint32_t c, std::uint32_t d);
+};
+
+constexpr Round kRounds[] = {
+    {1, 0, {7, 12, 17, 22}, [](auto b, auto c, auto d) { return (b & c) | (~b & d); }},
+    {5, 1, {5, 9, 14, 20}, [](auto b, auto c, auto d) { return (d & b) | (~d & c); }},
+    {3, 5, {4, 11, 16, 23}, [](auto b, auto c, auto d) { return b ^ c ^ d; }},
+    {7, 0, {6, 10, 15, 21}, [](auto b, auto c, auto d) { return c ^ (b | ~d); }},
+};
 
 void Digest(State& state, const Block& block) {
-  static constexpr int kTurns[4][4] = {{7, 12, 17, 22}, {5, 9, 14, 20}, {4, 11, 16, 23}, {6, 10, 15, 21}};
   auto [a, b, c, d] = state;
   for (std::size_t step = 0; step < 64; ++step) {
-    const std::uint32_t sum = a + Mix(step, b, c, d) + block[WordOf(step)] + Sines()[step];
+    const Round& round = kRounds[step / 16];
+    const std::uint32_t word = block[(round.factor * step + round.offset) % 16];
+    const std::uint32_t sum = a + round.mix(b, c, d) + word + kSines[step];
     a = d;
     d = c;
     c = b;
-    b += std::rotl(sum, kTurns[step / 16][step % 4]);
+    b += std::rotl(sum, round.turns[step % 4]);
   }
   state = {state[0] + a, state[1] + b, state[2] + c, state[3] + d};
 }

@@ -6,8 +6,8 @@
 #include <cerrno>
 #include <climits>
 #include <csignal>
-#include <cstdlib>
 #include <random>
+#include <utility>
 
 #include "runtime/Application.h"
 #include "runtime/exceptions.h"
@@ -141,9 +141,7 @@ void FileReplacement::Commit() {
   if (beside_.empty()) return CommitInPlace();
   // The bytes reach the disk before the name, so that a power cut leaves one of the two files whole.
   if (::fsync(descriptor_) != 0 && errno != EINVAL) throw IOException(errno);
-  const int closed = ::close(descriptor_);
-  descriptor_ = -1;
-  if (closed != 0) throw IOException(errno);
+  if (::close(std::exchange(descriptor_, -1)) != 0) throw IOException(errno);
   if (::renameat(folder_, beside_.c_str(), folder_, NameOf(target_).c_str()) != 0) throw IOException(errno);
   beside_.clear();
 }

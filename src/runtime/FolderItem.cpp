@@ -9,11 +9,6 @@
 #include "runtime/Text.h"
 #include "runtime/exceptions.h"
 
-std::string FolderItem::Name() const {
-  const std::size_t slash = path_.find_last_of('/');
-  return slash == std::string::npos ? path_ : path_.substr(slash + 1);
-}
-
 FolderItemPtr FolderItem::Child(const std::string& name) const {
   const bool plain = !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos &&
                      name.find('\0') == std::string::npos;

@@ -16,7 +16,7 @@ class FolderItem {
 
   const std::string& Path() const { return path_; }
   // The last component.
-  std::string Name() const;
+  std::string Name() const { return path_.substr(path_.find_last_of('/') + 1); }
   // The entry of that name in this folder, existing or not; nil for a name that leads out of the folder.
   FolderItemPtr Child(const std::string& name) const;
   bool Exists() const;

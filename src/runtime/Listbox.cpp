@@ -7,7 +7,7 @@
 Listbox::Listbox(Window& owner, ListLayout layout)
     : Control(owner, ControlKind::Listbox), layout_(std::move(layout)) {}
 
-std::int64_t Listbox::ListCount() const { return static_cast<std::int64_t>(selected_.size()); }
+std::int64_t Listbox::SelCount() const { return std::count(selected_.begin(), selected_.end(), true); }
 
 std::size_t Listbox::Index(std::int64_t row, std::int64_t column) const {
   if (row < 0 || row >= ListCount() || column < 0 || column >= layout_.columns) {
@@ -39,7 +39,6 @@ bool Listbox::Selected(std::int64_t row) const {
 }
 
 void Listbox::AddRow(std::string text) {
-  lastIndex_ = ListCount();
   cells_.push_back(std::move(text));
   cells_.resize(cells_.size() + static_cast<std::size_t>(layout_.columns - 1));
   selected_.push_back(false);
@@ -48,11 +47,8 @@ void Listbox::AddRow(std::string text) {
 
 void Listbox::RemoveRow(std::int64_t row) {
   const auto cell = cells_.begin() + static_cast<std::ptrdiff_t>(Index(row, 0));
-  const bool wasSelected = Selected(row);
   cells_.erase(cell, cell + layout_.columns);
-  selCount_ -= wasSelected ? 1 : 0;
   selected_.erase(selected_.begin() + row);
-  lastIndex_ = ListCount() - 1;
   Touch();
 }
 
@@ -60,8 +56,6 @@ void Listbox::RemoveRowsFrom(std::int64_t row) {
   if (row < 0 || row >= ListCount()) return;
   cells_.resize(Index(row, 0));
   selected_.resize(static_cast<std::size_t>(row));
-  selCount_ = std::count(selected_.begin(), selected_.end(), true);
-  lastIndex_ = row - 1;
   Touch();
 }
 
@@ -69,11 +63,9 @@ void Listbox::UserSelects(const std::vector<std::int64_t>& rows) {
   for (std::int64_t row : rows) Index(row, 0);
   if (!IsUsable()) return;
   selected_.assign(selected_.size(), false);
-  selCount_ = 0;
   for (std::int64_t row : rows) {
-    if (selCount_ == 1 && !layout_.severalSelectable) break;
-    if (!selected_[static_cast<std::size_t>(row)]) ++selCount_;
     selected_[static_cast<std::size_t>(row)] = true;
+    if (!layout_.severalSelectable) break;
   }
   Touch();
 }

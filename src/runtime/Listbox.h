@@ -25,10 +25,10 @@ class Listbox : public Control {
 
   const ListLayout& Layout() const { return layout_; }
   int Columns() const { return layout_.columns; }
-  std::int64_t ListCount() const;
-  std::int64_t SelCount() const { return selCount_; }
-  // The last row that AddRow added; -1 before the first.
-  std::int64_t LastIndex() const { return lastIndex_; }
+  std::int64_t ListCount() const { return static_cast<std::int64_t>(selected_.size()); }
+  std::int64_t SelCount() const;
+  // The last row, so the one that AddRow has just added; -1 if there is none.
+  std::int64_t LastIndex() const { return ListCount() - 1; }
   const std::string& Cell(std::int64_t row, std::int64_t column) const;
   void SetCell(std::int64_t row, std::int64_t column, std::string text);
   bool Selected(std::int64_t row) const;
@@ -56,7 +56,5 @@ class Listbox : public Control {
   ListLayout layout_;
   std::vector<std::string> cells_;  // row by row
   std::vector<bool> selected_;
-  std::int64_t selCount_ = 0;
-  std::int64_t lastIndex_ = -1;
   std::int64_t revision_ = 0;
 };

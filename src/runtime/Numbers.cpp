@@ -72,7 +72,6 @@ std::string Str(std::int64_t value) { return std::to_string(value); }
 
 std::string Format(double value, std::string_view pattern) {
   const std::size_t point = std::min(pattern.find('.'), pattern.size());
-  const std::size_t before = point;
   const int places =
       point == pattern.size() ? 0 : static_cast<int>(std::min<std::size_t>(pattern.size() - point - 1, 40));
   value = Finite(value);
@@ -82,7 +81,7 @@ std::string Format(double value, std::string_view pattern) {
       std::to_chars(digits, digits + sizeof digits, std::fabs(value), std::chars_format::fixed, places).ptr;
   std::string text(digits, end);
   const std::size_t wholeDigits = std::min(text.find('.'), text.size());
-  if (wholeDigits < before) text.insert(0, before - wholeDigits, '0');
+  if (wholeDigits < point) text.insert(0, point - wholeDigits, '0');
   const bool isZero = text.find_first_not_of("0.") == std::string::npos;
   return value < 0 && !isZero ? "-" + text : text;
 }

@@ -90,13 +90,10 @@ struct RegEx::Compiled {
   }
 };
 
-RegEx::RegEx() = default;
-RegEx::~RegEx() = default;
-RegEx::RegEx(RegEx&&) noexcept = default;
-RegEx& RegEx::operator=(RegEx&&) noexcept = default;
+void RegEx::Discard::operator()(Compiled* compiled) const { delete compiled; }
 
 void RegEx::Compile() {
-  auto fresh = std::make_unique<Compiled>();
+  std::unique_ptr<Compiled, Discard> fresh(new Compiled);
   fresh->pattern = SearchPattern;
   int error = 0;
   PCRE2_SIZE offset = 0;

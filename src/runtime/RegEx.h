@@ -30,11 +30,6 @@ struct RegExMatch {
 
 class RegEx {
  public:
-  RegEx();
-  ~RegEx();
-  RegEx(RegEx&&) noexcept;
-  RegEx& operator=(RegEx&&) noexcept;
-
   RegExOptions Options;  // Requires: set before the first Search
   std::string SearchPattern;
 
@@ -47,5 +42,8 @@ class RegEx {
  private:
   struct Compiled;
   int MatchSlowly(std::string_view target);
-  std::unique_ptr<Compiled> compiled_;
+  struct Discard {
+    void operator()(Compiled* compiled) const;
+  };
+  std::unique_ptr<Compiled, Discard> compiled_;
 };

@@ -11,10 +11,8 @@
 #include "runtime/FileReplacement.h"
 #include "runtime/exceptions.h"
 
-TextOutputStream::TextOutputStream(std::unique_ptr<FileReplacement> file)
-    : file_(std::move(file)), buffer_(std::make_unique_for_overwrite<char[]>(kBufferSize)) {}
-TextOutputStream::TextOutputStream(std::shared_ptr<MemoryBlock> block)
-    : block_(std::move(block)), buffer_(std::make_unique_for_overwrite<char[]>(kBufferSize)) {}
+TextOutputStream::TextOutputStream(std::unique_ptr<FileReplacement> file) : file_(std::move(file)) {}
+TextOutputStream::TextOutputStream(std::shared_ptr<MemoryBlock> block) : block_(std::move(block)) {}
 TextOutputStream::~TextOutputStream() = default;
 
 std::shared_ptr<TextOutputStream> TextOutputStream::Create(const FolderItemPtr& file) {
@@ -129,7 +127,5 @@ void BinaryStream::Write(std::string_view bytes) {
 void BinaryStream::Close() {
   block_.reset();
   if (descriptor_ < 0) return;
-  const int closed = ::close(descriptor_);
-  descriptor_ = -1;
-  if (closed != 0) throw IOException(errno);
+  if (::close(std::exchange(descriptor_, -1)) != 0) throw IOException(errno);
 }

@@ -48,8 +48,9 @@ class TextOutputStream {
   void WriteBufferAnd(std::string_view text);
   std::unique_ptr<FileReplacement> file_;
   std::shared_ptr<MemoryBlock> block_;
-  std::unique_ptr<char[]> buffer_;  // kBufferSize bytes, for small pieces
-  std::size_t buffered_ = 0;        // bytes in it
+  // For small pieces.
+  std::unique_ptr<char[]> buffer_ = std::make_unique_for_overwrite<char[]>(kBufferSize);
+  std::size_t buffered_ = 0;  // bytes in it
 };
 
 // Reads a text file line by line. A line ends with LF, CR LF or CR. ReadLine gives the first kLongestLine

@@ -7,7 +7,6 @@
 #include <array>
 #include <asio.hpp>
 #include <cerrno>
-#include <chrono>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -30,10 +29,6 @@ asio::io_context& Context() {
   return *context;
 }
 
-int CodeOf(const asio::error_code& error) {
-  return error == asio::error::eof ? kErrorPeerClosed : error.value();
-}
-
 bool IsForLater(const asio::error_code& error) {
   return error == asio::error::would_block || error == asio::error::try_again ||
          error == asio::error::interrupted;
@@ -46,9 +41,6 @@ struct LookUp {
   std::mutex mutex;
   Endpoints found;
 
-  LookUp() = default;
-  LookUp(const LookUp&) = delete;
-  LookUp& operator=(const LookUp&) = delete;
   ~LookUp() { ::close(done); }
 
   void Run(const std::string& address, std::uint16_t port) {
@@ -193,7 +185,7 @@ bool SocketCore::Connection::Receive(std::string& into) {
   Send();
   asio::error_code error;
   const std::size_t got = socket.read_some(asio::buffer(bytes), error);
-  if (error && !IsForLater(error)) Fail(CodeOf(error));
+  if (error && !IsForLater(error)) Fail(error == asio::error::eof ? kErrorPeerClosed : error.value());
   // The system reports a send error once; afterwards a reset reads like an orderly close.
   if (sendFailure != 0 && got == 0) Fail(sendFailure);
   into.append(bytes.data(), got);
@@ -211,7 +203,6 @@ void SocketCore::Connection::Send() {
   reportSent = true;
 }
 
-SocketCore::SocketCore() = default;
 SocketCore::~SocketCore() { SocketCore::Close(); }
 
 void SocketCore::Connect() {

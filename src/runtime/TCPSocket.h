@@ -18,7 +18,7 @@ inline constexpr int kErrorBadAddress = 10003;    // an invalid address or port
 
 class SocketCore {
  public:
-  SocketCore();
+  SocketCore() = default;
   virtual ~SocketCore();
   SocketCore(const SocketCore&) = delete;
   SocketCore& operator=(const SocketCore&) = delete;

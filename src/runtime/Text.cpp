@@ -19,6 +19,13 @@ std::size_t IndexOf(std::int64_t position, std::size_t size) {
   return Clamped(std::max<std::int64_t>(position, 1) - 1, size);
 }
 
+template <char (*change)(char)>
+std::string EachByte(std::string_view text) {
+  std::string out(text);
+  std::transform(out.begin(), out.end(), out.begin(), change);
+  return out;
+}
+
 }  // namespace
 
 std::string RuntimeAddString(std::string a, std::string_view b) { return std::move(a.append(b)); }
@@ -27,12 +34,7 @@ std::int64_t RuntimeStringCompare(std::string_view a, std::string_view b) { retu
 
 std::string Replace(std::string source, std::string_view find, std::string_view replacement) {
   const std::size_t at = find.empty() ? std::string::npos : source.find(find);
-  if (at == std::string::npos) return source;
-  if (find.size() == replacement.size()) {
-    replacement.copy(source.data() + at, replacement.size());
-  } else {
-    source.replace(at, find.size(), replacement);
-  }
+  if (at != std::string::npos) source.replace(at, find.size(), replacement);
   return source;
 }
 
@@ -59,26 +61,17 @@ std::string ReplaceAll(std::string source, std::string_view find, std::string_vi
 }
 
 std::string ReplaceLineEndings(std::string source, std::string_view lineEnding) {
-  std::size_t at = source.find_first_of("\r\n");
-  if (at == std::string::npos) return source;
-  std::string out;
-  out.reserve(source.size());
-  std::size_t from = 0;
-  for (; at != std::string::npos; at = source.find_first_of("\r\n", from)) {
-    out.append(source, from, at - from).append(lineEnding);
-    from = at + (source.compare(at, 2, "\r\n") == 0 ? 2 : 1);
-  }
-  return std::move(out.append(source, from));
+  source = ReplaceAll(ReplaceAll(std::move(source), "\r\n", "\n"), "\r", "\n");
+  return ReplaceAll(std::move(source), "\n", lineEnding);
 }
 
 StringArray Split(std::string_view source, std::string_view delimiter) {
+  if (delimiter.empty()) return {std::string(source)};
   StringArray pieces;
   std::size_t from = 0;
-  std::size_t at = delimiter.empty() ? std::string_view::npos : source.find(delimiter);
-  for (; at != std::string_view::npos; at = source.find(delimiter, from)) {
+  for (std::size_t at; (at = source.find(delimiter, from)) != std::string_view::npos;
+       from = at + delimiter.size())
     pieces.emplace_back(source.substr(from, at - from));
-    from = at + delimiter.size();
-  }
   pieces.emplace_back(source.substr(from));
   return pieces;
 }
@@ -104,8 +97,6 @@ std::int64_t InStr(std::int64_t start, std::string_view source, std::string_view
   if (find.empty() || at == source.end()) return 0;
   return at - source.begin() + 1;
 }
-
-std::string Mid(std::string_view text, std::int64_t start) { return Mid(text, start, LenB(text)); }
 
 std::string Mid(std::string_view text, std::int64_t start, std::int64_t length) {
   const std::size_t from = IndexOf(start, text.size());
@@ -142,14 +133,6 @@ std::string LTrim(std::string_view text) {
   return first == std::string_view::npos ? "" : std::string(text.substr(first));
 }
 
-std::string Lowercase(std::string_view text) {
-  std::string out(text);
-  std::transform(out.begin(), out.end(), out.begin(), LowerByte);
-  return out;
-}
+std::string Lowercase(std::string_view text) { return EachByte<LowerByte>(text); }
 
-std::string Uppercase(std::string_view text) {
-  std::string out(text);
-  std::transform(out.begin(), out.end(), out.begin(), UpperByte);
-  return out;
-}
+std::string Uppercase(std::string_view text) { return EachByte<UpperByte>(text); }

@@ -68,8 +68,7 @@ inline std::int64_t LenB(std::string_view text) { return static_cast<std::int64_
 inline std::int64_t Len(std::string_view text) { return LenB(text); }
 // From position start to the end, or at most length bytes. A start below 1 counts as 1, a length or count
 // below 0 as 0.
-std::string Mid(std::string_view text, std::int64_t start);
-std::string Mid(std::string_view text, std::int64_t start, std::int64_t length);
+std::string Mid(std::string_view text, std::int64_t start, std::int64_t length = INT64_MAX);
 std::string Left(std::string_view text, std::int64_t count);
 std::string Right(std::string_view text, std::int64_t count);
 // The n-th field, from 1, between the occurrences of delimiter; "" if there is none.

@@ -3,7 +3,6 @@
 
 #include <functional>
 #include <memory>
-#include <string_view>
 
 #include "runtime/Control.h"
 #include "runtime/Platform.h"

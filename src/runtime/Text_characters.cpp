@@ -32,11 +32,7 @@ std::string WithoutDisguises(std::string_view name) {
   for (std::size_t at = 0; at < name.size();) {
     const std::size_t length = CharacterLength(name.substr(at));
     const std::string_view character = name.substr(at, std::max<std::size_t>(length, 1));
-    if (length == 0 || IsDisguise(character)) {
-      plain += '_';
-    } else {
-      plain += character;
-    }
+    plain += length == 0 || IsDisguise(character) ? "_" : character;
     at += character.size();
   }
   return plain;
@@ -77,12 +73,9 @@ std::size_t CharacterLength(std::string_view text) {
   if (text.empty()) return 0;
   const std::int64_t first = ByteAt(text, 0);
   if (first < 0x80) return 1;
-  const std::size_t length = first >= 0xF5   ? 0
-                             : first >= 0xF0 ? 4
-                             : first >= 0xE0 ? 3
-                             : first >= 0xC2 ? 2
-                                             : 0;
-  if (length == 0 || length > text.size()) return 0;
+  if (first < 0xC2 || first > 0xF4) return 0;
+  const std::size_t length = first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+  if (length > text.size()) return 0;
   for (std::size_t i = 1; i < length; ++i) {
     if ((ByteAt(text, i) & 0xC0) != 0x80) return 0;
   }

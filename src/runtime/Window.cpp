@@ -11,8 +11,6 @@ Window::Window(Application& app, std::string name, WindowFrame frame)
       width_(frame_.width),
       height_(frame_.height) {}
 
-Window::~Window() = default;
-
 Control* Window::FindControl(const std::string& name) const {
   const auto at =
       std::find_if(controls_.begin(), controls_.end(), [&](Control* c) { return c->Name() == name; });

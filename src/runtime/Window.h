@@ -2,11 +2,9 @@
 // draws it from this record and reports what the user does.
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <initializer_list>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -40,9 +38,8 @@ struct ControlGroup {
 class Window {
  public:
   Window(Application& app, std::string name, WindowFrame frame);
-  virtual ~Window();
+  virtual ~Window() = default;
   Window(const Window&) = delete;
-  Window& operator=(const Window&) = delete;
 
   const std::string& Name() const { return name_; }
   const WindowFrame& Frame() const { return frame_; }

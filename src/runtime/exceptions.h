@@ -18,14 +18,12 @@ class RuntimeException : public std::runtime_error {
 };
 
 // A member of a nil object was used.
-class NilObjectException : public RuntimeException {
- public:
+struct NilObjectException : RuntimeException {
   explicit NilObjectException(const std::string& message) : RuntimeException("NilObjectException", message) {}
 };
 
 // An index is outside its array, list or block of bytes.
-class OutOfBoundsException : public RuntimeException {
- public:
+struct OutOfBoundsException : RuntimeException {
   explicit OutOfBoundsException(const std::string& message)
       : RuntimeException("OutOfBoundsException", message) {}
 };
@@ -53,8 +51,7 @@ class RegExSearchPatternException : public RuntimeException {
 };
 
 // A valid pattern would take too long on this target.
-class RegExMatchLimitException : public RuntimeException {
- public:
+struct RegExMatchLimitException : RuntimeException {
   explicit RegExMatchLimitException(const std::string& reason)
       : RuntimeException("RegExMatchLimitException", reason) {}
 };

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <functional>
-#include <string>
 
 #include "runtime/Streams.h"
 #include "timedtext/TimecodeList.h"

@@ -8,10 +8,8 @@
 
 namespace {
 
-enum class Reach { First, Every };
-
 struct Step {
-  Reach reach;
+  std::string (*replace)(std::string, std::string_view find, std::string_view replacement);
   std::string_view find;
   std::string_view put;
   bool isForHead = false;  // done if the head was taken: it has the first occurrence
@@ -19,24 +17,23 @@ struct Step {
 
 // In this order. The first two are four characters each, a backslash among them, and no line ends.
 constexpr Step kSteps[] = {
-    {Reach::Every, "/\\r/", ""},
-    {Reach::Every, "/\\n/", ""},
-    {Reach::First, marks::kRoot, "", true},
-    {Reach::First, marks::kRootEnd, ""},
-    {Reach::Every, marks::kStart, ""},
-    {Reach::Every, marks::kDur, kSeparator},
-    {Reach::Every, marks::kTagEnd, kSeparator},
-    {Reach::Every, marks::kTextEnd, kSeparator},
-    {Reach::First, marks::kDeclaration, "", true},
-    {Reach::Every, marks::kApostrophe, "'"},
-    {Reach::Every, marks::kQuote, "\""},
+    {ReplaceAll, "/\\r/", ""},
+    {ReplaceAll, "/\\n/", ""},
+    {Replace, marks::kRoot, "", true},
+    {Replace, marks::kRootEnd, ""},
+    {ReplaceAll, marks::kStart, ""},
+    {ReplaceAll, marks::kDur, kSeparator},
+    {ReplaceAll, marks::kTagEnd, kSeparator},
+    {ReplaceAll, marks::kTextEnd, kSeparator},
+    {Replace, marks::kDeclaration, "", true},
+    {ReplaceAll, marks::kApostrophe, "'"},
+    {ReplaceAll, marks::kQuote, "\""},
 };
 
 std::string TakeSteps(std::string text, bool headIsTaken) {
   for (const Step& step : kSteps) {
     if (headIsTaken && step.isForHead) continue;
-    text = step.reach == Reach::Every ? ReplaceAll(std::move(text), step.find, step.put)
-                                      : Replace(std::move(text), step.find, step.put);
+    text = step.replace(std::move(text), step.find, step.put);
   }
   return text;
 }

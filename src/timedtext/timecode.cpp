@@ -95,8 +95,7 @@ std::string timecodeToSecs(const std::string& timecode) {
 
 std::optional<std::int64_t> StartHundredths(std::string_view start) {
   const auto exact = Thousandths(start);
-  if (!exact) return std::nullopt;
-  return Rounded(*exact);
+  return exact ? std::optional(Rounded(*exact)) : std::nullopt;
 }
 
 char* PutTimecode(char* to, std::int64_t hundredths) {

@@ -9,27 +9,13 @@ SearchWin::SearchWin()
     : Window(
           App::Get(), kName,
           {.title = "Search Results", .width = 600, .height = 391, .maximizeButton = true, .visible = true}) {
+  const Look blue{.color = 0x3B66C7};
+  const Look grey{.color = 0x6F7573};
   Place({
       // control     name            L    T    W    H   tab  caption or text
-      {searchTerm,
-       "searchTerm",
-       20,
-       12,
-       560,
-       20,
-       -1,
-       "Showing 1135 results for search term: ",
-       {.color = 0x3B66C7}},
+      {searchTerm, "searchTerm", 20, 12, 560, 20, -1, "Showing 1135 results for search term: ", blue},
       {resultsList, "resultsList", 20, 44, 560, 295, 0},
-      {Label1,
-       "Label1",
-       20,
-       340,
-       313,
-       20,
-       -1,
-       "Click on each entry to view that part of the video.",
-       {.color = 0x6F7573}},
+      {Label1, "Label1", 20, 340, 313, 20, -1, "Click on each entry to view that part of the video.", grey},
       {closeBtn, "closeBtn", 364, 351, 88, 20, 1, "Close"},
       {saveBtn, "saveBtn", 464, 351, 116, 20, 2, "Save as File", {.startsCommand = true}},
   });
@@ -63,12 +49,7 @@ bool SearchWin::resultsList_CellClick(std::int64_t row, std::int64_t, int, int) 
 std::string SearchWin::ResultsBody() {
   std::string body;
   for (std::int64_t row = 0; row < resultsList.ListCount(); ++row) {
-    body.append("[")
-        .append(resultsList.Cell(row, 0))
-        .append("]")
-        .append(Chr(9))
-        .append(resultsList.Cell(row, 1));
-    body.append(EndOfLine).append(EndOfLine);
+    AppendPieces(body, "[", resultsList.Cell(row, 0), "]\t", resultsList.Cell(row, 1), EndOfLine, EndOfLine);
     RuntimeBackgroundTask();
   }
   body = ReplaceAll(std::move(body), "  ", " ");
