@@ -42,7 +42,6 @@ struct SocketCore::Connection {
   bool IsOver() const { return reply && at == reply->bytes.size(); }
 };
 
-SocketCore::SocketCore() = default;
 SocketCore::~SocketCore() { SocketCore::Close(); }
 
 void SocketCore::Connect() {
