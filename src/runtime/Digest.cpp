@@ -12,14 +12,15 @@ using Block = std::array<std::uint32_t, 16>;
 using State = std::array<std::uint32_t, 4>;
 
 // Floor of 2^32 times the absolute sine of 1 to 64, in radians.
-const auto kSines = [] {
+std::array<std::uint32_t, 64> Sines() {
   std::array<std::uint32_t, 64> sines{};
   for (std::size_t i = 0; i < sines.size(); ++i) {
     sines[i] = static_cast<std::uint32_t>(
         std::floor(std::fabs(std::sin(static_cast<double>(i + 1))) * 4294967296.0));
   }
   return sines;
-}();
+}
+const auto kSines = Sines();
 
 // Sixteen steps. Each takes one word of the block: factor times the step, plus offset.
 struct Round {
