@@ -108,7 +108,6 @@ bool FileReplacement::OpenBeside() {
   const int error = errno;
   if (descriptor_ >= 0 && TakeModeAndOwner()) return true;
   if (descriptor_ >= 0) ::unlinkat(folder_, beside_.c_str(), 0), ::close(descriptor_);
-  descriptor_ = -1;
   beside_.clear();
   if (!targetExists_) throw IOException(error);
   return false;

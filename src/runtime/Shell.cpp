@@ -26,7 +26,6 @@ pid_t Spawn(const std::string& command) {
   }
   posix_spawn_file_actions_addclosefrom_np(&files, 3);
   posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
-  posix_spawnattr_setpgroup(&attributes, 0);
   std::string shell = "sh", dash = "-c", text = command;
   char* arguments[] = {shell.data(), dash.data(), text.data(), nullptr};
   pid_t process = -1;

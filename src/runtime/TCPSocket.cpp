@@ -177,7 +177,6 @@ void SocketCore::Connection::TakeConnection() {
   if (error != 0) return TryNext(error);
   stage = Stage::Connected;
   reportConnected = true;
-  Send();
 }
 
 bool SocketCore::Connection::Receive(std::string& into) {
@@ -198,9 +197,7 @@ void SocketCore::Connection::Send() {
   asio::error_code error;
   sent += socket.write_some(asio::buffer(toSend.data() + sent, toSend.size() - sent), error);
   if (error && !IsForLater(error)) sendFailure = error.value();
-  if (sent < toSend.size()) return;
-  DropUnsent();
-  reportSent = true;
+  reportSent = sent == toSend.size();
 }
 
 SocketCore::~SocketCore() { SocketCore::Close(); }
