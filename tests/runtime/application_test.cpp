@@ -1,10 +1,12 @@
 // The application object: handlers, commands, windows and menus.
 
 #include <cerrno>
+#include <chrono>
 #include <utility>
 
 #include "form_fixture.h"
 #include "runtime/Dictionary.h"
+#include "runtime/RegEx.h"
 #include "runtime/Streams.h"
 #include "runtime/exceptions.h"
 
@@ -24,6 +26,13 @@ TEST_F(Run, AnExceptionEndsItsHandlerAndIsShown) {
       {[] { BinaryStream::Create(nullptr, true); }, "NilObjectException: There is no file to write to."},
       {[] { static_cast<void>(std::vector<int>().at(3)); },
        "OutOfBoundsException: An index was outside its array."},
+      {[] { throw RegExSearchPatternException("odd", 1); }, "RegExSearchPatternException: odd"},
+      {[] {
+         RegEx regex;
+         regex.SearchPattern = "(?:[aeiou]|xyz){900}";  // too large for a time limit
+         regex.Search(std::string(6000, 'w'));
+       },
+       "RegExMatchLimitException: it would take too long to match"},
       {[] { throw IOException(ENOSPC); }, "IOException: No space left on device"},
       {[] { throw IOException(4095); }, "IOException: Unknown error 4095"},
       {[] { throw std::bad_alloc(); }, "OutOfMemoryException: There is not enough memory for this."},
@@ -39,21 +48,37 @@ TEST_F(Run, AnExceptionEndsItsHandlerAndIsShown) {
 }
 
 TEST_F(Run, StopActsOnceAndLeavesNoWindowAndNoFocus) {
-  struct Ending : Application {
-    using Application::Application;
-    void Event_Close() override { ++closed; }
-    int closed = 0;
-  } ending(host);
   Form& form = Form::Get();
   form.Show();
   form.field.SetFocus();
   EXPECT_EQ(host.calls, Lines({"show: Form", "focus: field"}));
-  EXPECT_EQ(ending.FocusedControl(), &form.field);
-  ending.Stop();
-  ending.Stop();
-  EXPECT_EQ(ending.closed, 1);
-  EXPECT_TRUE(ending.IsQuitting() && ending.Windows().empty());
-  EXPECT_TRUE(!ending.FocusedControl() && !ending.ActiveWindow());
+  EXPECT_EQ(app.FocusedControl(), &form.field);
+  app.Stop();
+  app.Stop();
+  EXPECT_EQ(app.events, Lines({"close"}));
+  EXPECT_TRUE(app.IsQuitting() && app.Windows().empty());
+  EXPECT_TRUE(!app.FocusedControl() && !app.ActiveWindow());
+}
+
+TEST_F(Run, WithoutAnApplicationOnlyTheClockGoesOn) {
+  { const Application other(host); }
+  const auto sixtieths = [] {
+    return std::chrono::nanoseconds(std::chrono::steady_clock::now().time_since_epoch()).count() * 3 /
+           50'000'000;
+  };
+  const std::int64_t before = sixtieths(), ticks = Ticks();
+  EXPECT_TRUE(before <= ticks && ticks <= sixtieths());
+  EXPECT_EQ(AskSavePath("", ""), std::nullopt);
+  RuntimeBackgroundTask();
+  app.Dispatch(nullptr, [] { MsgBox("unseen"); });
+  EXPECT_EQ(host.calls, Lines({"message: NilObjectException: There is no application."}));
+}
+
+TEST_F(Run, TheTimeOfAnAnswerIsReported) {
+  host.ticks = 5;
+  host.onSaveDialog = [&] { host.ticks += 7; };
+  AskSavePath("", "a");
+  EXPECT_EQ(app.events, Lines({"answer 7"}));
 }
 
 TEST_F(Run, QuittingUnwindsEveryHandlerAtItsNextYield) {
@@ -120,8 +145,10 @@ TEST_F(Run, AWindowOpensAfterTheHandlerThatMadeIt) {
   app.Dispatch(nullptr, [&] {
     Form::Get().Close();
     Form::Get().Close();  // a new window, whose posted Open is dropped
+    EXPECT_EQ(formsOpened, opened);
+    Other::Get();
+    EXPECT_EQ(formsOpened, opened + 1) << "this one opens at once";
   });
-  EXPECT_EQ(formsOpened, opened);
   EXPECT_EQ(host.calls, Lines({"show: Form", "close: Form", "close: Form"}));
   EXPECT_EQ(formsAlive, 0);
   Form::Get().Close();  // no handler is running: destroyed at once
@@ -130,14 +157,33 @@ TEST_F(Run, AWindowOpensAfterTheHandlerThatMadeIt) {
 
 TEST_F(Run, ASecondCommandIsIgnoredUntilTheFirstHasEnded) {
   const auto command = [&](const char* name, const Application::Handler& then) {
-    app.Dispatch(nullptr, [&] { app.Command(name, [&] { steps.push_back(name), then(); }); });
+    app.Command(name, [&] { steps.push_back(host.running), then(); });
   };
-  command("first", [&] { command("ignored", [] {}); });
-  command("throws", [] { throw IOException(EIO); });
-  EXPECT_FALSE(app.IsCommandRunning());
-  command("next", [&] { EXPECT_EQ(host.running, "next"); });
-  EXPECT_EQ(host.running, "");
-  EXPECT_EQ(steps, Lines({"first", "throws", "next"}));
+  app.Dispatch(nullptr, [&] {
+    command("first", [&] { app.Dispatch(nullptr, [&] { command("ignored", [] {}); }); });
+    command("next", [] {});
+    command("throws", [] { throw IOException(EIO); });
+  });
+  EXPECT_EQ(host.running + host.outcome, "finished");
+  EXPECT_EQ(steps, Lines({"first", "next", "throws"}));
+  EXPECT_EQ(app.events, Lines(3, "begins"));
+}
+
+TEST_F(Run, StoppingACommandEndsItsHandlerAlone) {
+  app.Dispatch(nullptr, [&] {
+    app.Dispatch(nullptr, [&] {
+      app.Command("one", [&] {
+        app.StopCommand();
+        EXPECT_EQ(host.running + host.outcome, "stopped");
+        EXPECT_TRUE(app.HasEnded(2) && !app.HasEnded(1) && !app.HasEnded(0));
+        RuntimeBackgroundTask();
+        steps.push_back("unreachable");
+      });
+    });
+    RuntimeBackgroundTask();
+    steps.push_back("outer continues");
+  });
+  EXPECT_EQ(steps, Lines({"outer continues"}));
 }
 
 TEST_F(Run, AnEndedCommandIsOverBeforeItsFrameUnwinds) {
@@ -171,10 +217,11 @@ TEST_F(Run, TheActiveWindowIsTheLastOneStillOpen) {
   other.Show();
   form.UserActivates();
   other.UserActivates();
+  form.field.SetFocus();
   other.Close();
-  EXPECT_EQ(app.ActiveWindow(), &form);
+  EXPECT_TRUE(app.ActiveWindow() == &form && app.FocusedControl() == &form.field);
   form.Close();
-  EXPECT_EQ(app.ActiveWindow(), nullptr);
+  EXPECT_TRUE(!app.ActiveWindow() && !app.FocusedControl());
 }
 
 TEST_F(Run, AMenuChoiceRunsOneHandler) {
@@ -202,7 +249,7 @@ TEST_F(Run, AMenuChoiceRunsOneHandler) {
   form.Show();
   for (const char* item : {"Help", "None", "Forced", "Hidden"}) EXPECT_TRUE(app.ChooseMenuItem(item)) << item;
   EXPECT_FALSE(app.ChooseMenuItem("Line") || app.ChooseMenuItem("Nothing"));
-  EXPECT_FALSE(bar.Find("None")->Enabled || bar.Find("Paste")->Enabled);
+  EXPECT_FALSE(bar.Find("None")->Enabled || bar.Find("Paste")->Enabled || bar.Find("Help")->ShowsHelp);
   form.field.SetFocus();
   host.clipboard = "a\nb";
   app.ChooseMenuItem("Paste");

@@ -7,6 +7,25 @@
 
 namespace {
 
+using namespace std::string_literals;
+
+TEST_F(Run, ControlsAndWindowsAreAsTheirRowsSayAndPlainOtherwise) {
+  const Form& form = Form::Get();
+  const PushButton& button = form.button;
+  EXPECT_EQ((std::vector{button.Left(), button.Top(), button.Width(), button.Height(), button.TabIndex(),
+                         button.Appearance().fontSize, form.box.TabIndex()}),
+            (std::vector{1, 2, 3, 4, 0, 12, -1}));
+  const Look& look = form.box.Appearance();
+  EXPECT_FALSE(look.fontSize || look.italic || look.selectable || look.multiline || look.defaultButton ||
+               look.startsCommand);
+  const ListLayout& layout = form.single.Layout();
+  EXPECT_EQ(layout.columns + layout.gridHorizontal + layout.gridVertical, 1);
+  const WindowFrame& frame = Other::Get().Frame();
+  EXPECT_TRUE(frame.closeButton && frame.minimizeButton && frame.resizable);
+  EXPECT_FALSE(frame.width || frame.height || frame.maximizeButton || frame.fullScreenButton ||
+               frame.visible || frame.menuBar || frame.dialog);
+}
+
 TEST_F(Run, ClicksAndAssignmentsRaiseTheSameEvents) {
   Form& form = Form::Get();
   form.events.clear();
@@ -19,49 +38,63 @@ TEST_F(Run, ClicksAndAssignmentsRaiseTheSameEvents) {
   EXPECT_FALSE(form.one.Value());
   form.two.SetValue(true);
   form.two.SetValue(false);
-  form.canvas.UserClicks();
-  form.canvas.UserClicksAt(3, 4);
+  EXPECT_FALSE(form.two.Value() || form.box.Value());
+  EXPECT_TRUE(form.canvas.UserClicks() && form.canvas.UserClicksAt(3, 4) && form.button.UserClicks());
+  EXPECT_FALSE(form.label.UserClicks());
   EXPECT_EQ(form.events, Lines({"box 1", "box 0", "one", "two", "two", "canvas 0 0", "canvas 3 4"}));
 }
 
-TEST_F(Run, ClicksOnDisabledAndHiddenControlsRaiseNothing) {
+TEST_F(Run, ANewValueIsReportedOnce) {
+  Form& form = Form::Get();
+  Lines changed;
+  form.OnChange = [&](Control& control) { changed.push_back(control.Name()); };
+  for (int i = 0; i < 2; ++i) {
+    form.button.SetCaption("new");
+    form.field.SetText("new");
+    form.area.SetText("new");
+    form.label.SetLeft(7);
+  }
+  EXPECT_EQ(changed, Lines({"button", "field", "area", "label"}));
+  EXPECT_EQ(form.button.Caption() + form.field.Text() + form.area.Text(), "newnewnew");
+}
+
+TEST_F(Run, ActionsOnDisabledAndHiddenControlsDoNothing) {
   Form& form = Form::Get();
   form.events.clear();
-  form.one.SetEnabled(false);
-  form.one.UserClicks();
+  for (Control* control : form.Controls()) control->SetEnabled(false);
+  form.box.SetEnabled(true);
   form.box.SetVisible(false);
-  form.box.UserClicks();
-  form.canvas.SetEnabled(false);
-  form.canvas.UserClicksAt(5, 6);
+  EXPECT_TRUE(form.one.UserClicks() && form.box.UserClicks() && form.canvas.UserClicksAt(5, 6));
+  form.field.UserTypes("typed");
   EXPECT_EQ(form.events, Lines());
+  EXPECT_EQ(form.field.Text(), "start");
 }
 
 TEST_F(Run, ResizingClampsTheSizeAndReportsEachNewOne) {
   Form& form = Form::Get();
   form.events.clear();
-  form.UserResizes(10, 300);
-  form.UserResizes(0, 300);
-  form.UserResizes(99'999, 1);
-  form.UserResizes(65, 99'999);
-  EXPECT_EQ(form.events, Lines({"64x300", "32000x64", "65x32000"}));
+  for (const auto& [width, height] : {std::pair(10, 300), {0, 300}, {99'999, 300}, {99'999, 1}, {65, 99'999}})
+    form.UserResizes(width, height);
+  EXPECT_EQ(form.events, Lines({"64x300", "32000x300", "32000x64", "65x32000"}));
 }
 
 TEST_F(Run, TextFieldsDropLineBreaksAndEditTheirSelection) {
-  using namespace std::string_literals;
   TextField& field = Form::Get().field;
   field.UserTypes("one\r\ntwo\0three\n"s);
-  EXPECT_EQ(field.Text(), "onetwothree");
   std::string clipboard;
-  const auto edit = [&](EditAction action) { return field.UserEdits(action, clipboard), field.Text(); };
+  // The text and the selection afterwards.
+  const auto edit = [&](EditAction action) {
+    field.UserEdits(action, clipboard);
+    return field.Text() + " " + std::to_string(field.SelStart) + "+" + std::to_string(field.SelLength);
+  };
   field.SelStart = 3, field.SelLength = 3;
-  EXPECT_EQ(edit(EditAction::Cut) + "|" + clipboard, "onethree|two");
-  EXPECT_EQ(edit(EditAction::Undo), "onetwothree");
-  EXPECT_EQ(edit(EditAction::Paste), "onetwothreetwo");
-  EXPECT_EQ(field.SelStart, 14u);
-  edit(EditAction::SelectAll);
-  EXPECT_EQ(edit(EditAction::Copy), clipboard);
-  EXPECT_EQ(edit(EditAction::Clear), "");
-  EXPECT_EQ(edit(EditAction::Copy) + clipboard, "onetwothreetwo") << "nothing selected, nothing copied";
+  EXPECT_EQ(edit(EditAction::Cut) + " " + clipboard, "onethree 3+0 two");
+  EXPECT_EQ(edit(EditAction::Undo), "onetwothree 11+0");
+  EXPECT_EQ(edit(EditAction::Paste), "onetwothreetwo 14+0");
+  EXPECT_EQ(edit(EditAction::SelectAll), "onetwothreetwo 0+14");
+  EXPECT_EQ(edit(EditAction::Copy) + " " + clipboard, "onetwothreetwo 0+14 onetwothreetwo");
+  EXPECT_EQ(edit(EditAction::Clear), " 0+0");
+  EXPECT_EQ(edit(EditAction::Copy) + " " + clipboard, " 0+0 onetwothreetwo") << "nothing selected";
   EXPECT_EQ(app.FocusedControl(), &field);
 }
 
@@ -104,13 +137,16 @@ TEST_F(Lists, KeepTheirSelectionWhenARowIsRemoved) {
   Fill(list);
   list.UserSelects({3, 1, 1});
   EXPECT_EQ(SelectedIn(list), "13");
-  EXPECT_EQ(list.LastIndex(), 3);
   list.RemoveRow(1);
   EXPECT_EQ(SelectedIn(list), "2");
   EXPECT_EQ(list.LastIndex(), 2);
-  list.RemoveRowsFrom(1);
-  EXPECT_EQ(list.ListCount() + list.SelCount(), 1);
-  EXPECT_EQ(list.LastIndex(), 0);
+  list.SetCell(1, 1, "gone");
+  for (const std::int64_t row : {1, 1, -1}) list.RemoveRowsFrom(row);
+  EXPECT_EQ(list.Revision(), 4) << "one for each change";
+  list.AddRow("e");
+  EXPECT_EQ(list.Cell(0, 0) + list.Cell(1, 0) + list.Cell(1, 1) + SelectedIn(list), "ae");
+  list.RemoveRowsFrom(0);
+  EXPECT_EQ(list.LastIndex(), -1);
 }
 
 TEST_F(Lists, SelectOneRowUnlessSeveralAreAllowed) {
@@ -148,13 +184,18 @@ TEST_F(Lists, AnAbsentRowOrColumnRaisesAndChangesNothing) {
     EXPECT_THROW(list.Selected(bad), OutOfBoundsException);
   }
   EXPECT_THROW(list.Cell(0, 2), OutOfBoundsException);
+  EXPECT_THROW(list.UserClicksCell(4, 0), OutOfBoundsException);
 }
 
-TEST_F(Lists, AClickMayCloseTheirWindow) {
+TEST_F(Lists, AClickMayRemoveItsRowOrCloseTheWindow) {
   Fill(list);
+  list.CellClick = [&](auto row, auto, int, int) { return list.RemoveRow(row), false; };
+  list.UserClicksCell(3, 0);
+  EXPECT_EQ(SelectedIn(list), "");
   list.CellClick = [&](auto, auto, int, int) { return form.Close(), false; };
   list.UserClicksCell(0, 0);
   EXPECT_EQ(formsAlive, 0);
+  EXPECT_EQ(host.calls, Lines({"close: Form"})) << "without a message";
 }
 
 }  // namespace

@@ -28,15 +28,18 @@ TEST(Reading, EveryLineEndCountsAndLinesAndFilesAreBounded) {
   const TemporaryFolder folder;
   const std::string longLine(10'000, 'l');
   WriteFile(folder / "a", "one\ntwo\r\nthree\r\r\n" + longLine + "\nna\0me\n\nlast"s);
-  const auto stream = At(folder / "a")->OpenAsTextFile();
+  auto stream = At(folder / "a")->OpenAsTextFile();
   ASSERT_NE(stream, nullptr);
   for (const std::string& line :
        {"one"s, "two"s, "three"s, ""s, longLine.substr(0, 4096), "na\0me"s, ""s, "last"s, ""s, ""s}) {
     EXPECT_EQ(stream->ReadLine(), line);
   }
-  std::filesystem::resize_file(folder / "a", std::uintmax_t{3} << 30);
-  const auto huge = At(folder / "a")->OpenAsTextFile();
-  EXPECT_EQ(huge->ReadLine(), "one");
+  stream->Close();
+  EXPECT_EQ(stream->ReadLine(), "");
+  WriteFile(folder / "a", std::string((1 << 20) - 1, '\n') + "end");
+  stream = At(folder / "a")->OpenAsTextFile();
+  for (int line = 1; line < 1 << 20; ++line) stream->ReadLine();
+  EXPECT_EQ(stream->ReadLine(), "e") << "the rest is beyond the longest file";
   EXPECT_EQ(At("/dev/zero")->OpenAsTextFile()->ReadLine().size(), 4096u);
 }
 
@@ -44,15 +47,21 @@ TEST(Reading, APipeOrAFolderIsNilAndNeverBlocks) {
   const TemporaryFolder folder;
   ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
   FolderItem none(folder / "none");
+  EXPECT_EQ(none.LastErrorCode(), 0);
   EXPECT_EQ(none.OpenAsTextFile(), nullptr);
   EXPECT_EQ(none.LastErrorCode(), ENOENT);
   EXPECT_FALSE(none.Exists() || none.Directory());
+  const auto descriptors = [] {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+  };
+  const auto before = descriptors();
   for (const std::string& path : {folder / "pipe", folder.Path()}) {
     FolderItem item(path);
     EXPECT_EQ(item.OpenAsTextFile(), nullptr);
     EXPECT_EQ(item.LastErrorCode(), EISDIR);
+    EXPECT_TRUE(item.Exists() && item.Directory() == (path == folder.Path()));
   }
-  EXPECT_TRUE(At(folder.Path())->Directory());
+  EXPECT_EQ(descriptors(), before);
   EXPECT_THROW(BinaryStream::Create(At(folder / "pipe"), true), IOException);
 }
 
@@ -62,14 +71,24 @@ TEST(Blocks, AStreamExtendsItsBlockAndReadsAreChecked) {
   stream.Write("a\xFF");
   EXPECT_EQ(block->Size(), 4);
   EXPECT_EQ(block->Byte(3), 255);
-  EXPECT_EQ(block->StringValue(1, 2), "\0a"s);
-  EXPECT_EQ(block->StringValue(4, 0), "");
+  EXPECT_EQ(block->StringValue(0, 4) + block->StringValue(1, 2) + block->StringValue(4, 0), "\0\0a\xFF\0a"s);
   for (const std::int64_t bad : {-1, 4}) EXPECT_THROW(block->Byte(bad), OutOfBoundsException);
-  EXPECT_THROW(block->StringValue(1, 4), OutOfBoundsException);
-  EXPECT_THROW(block->StringValue(1, INT64_MAX), OutOfBoundsException);
+  for (const auto& [offset, length] : {std::pair(-1, INT64_C(1)), {0, -1}, {5, 0}, {1, 4}, {1, INT64_MAX}})
+    EXPECT_THROW(block->StringValue(offset, length), OutOfBoundsException) << offset;
   EXPECT_EQ(MemoryBlock(-5).Size(), 0);
   stream.Close();
   EXPECT_THROW(stream.Write("more"), IOException);
+}
+
+TEST(Blocks, AStreamToAFileReplacesItsBytesInPlace) {
+  const TemporaryFolder folder;
+  WriteFile(folder / "a", "longer");
+  const auto stream = BinaryStream::Create(At(folder / "a"), true);
+  stream->Write("new");
+  EXPECT_EQ(ReadFile(folder / "a"), "new");
+  stream->Close();
+  EXPECT_THROW(stream->Write("more"), IOException);
+  EXPECT_THROW(BinaryStream::Create(At(folder / "a"), false), IOException) << "the file exists";
 }
 
 TEST(Blocks, PiecesOfAnySizeArriveInOrder) {

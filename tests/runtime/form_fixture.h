@@ -20,12 +20,14 @@ inline int formsAlive = 0, formsOpened = 0;
 class Form : public Window {
  public:
   Form() : Window(Application::Current(), "Form", {"A form", 200, 100}) {
-    Place({{button, "button", 1, 2, 3, 4, 0, "Go"},
+    Place({{button, "button", 1, 2, 3, 4, 0, "Go", {12, true}},
            {box, "box", 0, 0, 1, 1},
            {one, "one", 0, 0, 1, 1},
            {two, "two", 0, 0, 1, 1},
            {field, "field", 0, 0, 1, 1, 1, "start"},
            {list, "list", 0, 0, 1, 1},
+           {area, "area", 0, 0, 1, 1},
+           {label, "label", 0, 0, 1, 1},
            {single, "single", 0, 0, 1, 1}});
     box.Action = [this] { events.push_back("box " + std::to_string(box.Value())); };
     one.Action = [this] { events.push_back("one"); };
@@ -38,10 +40,7 @@ class Form : public Window {
   ~Form() override { --formsAlive; }
   static Form& Get() { return GetOrMake<Form>("Form", Opening::AfterHandler); }
   using Window::AddMenuHandler;
-  void Event_Open() override {
-    events.push_back("open");
-    ++formsOpened;
-  }
+  void Event_Open() override { events.push_back("open"), ++formsOpened; }
   void Event_Resizing() override {
     events.push_back(std::to_string(Width()) + "x" + std::to_string(Height()));
   }
@@ -53,6 +52,8 @@ class Form : public Window {
   TextField field{*this};
   Listbox list{*this, {2, "", 0, 0, true}};
   Listbox single{*this, {}};
+  TextArea area{*this};
+  Label label{*this};
   Canvas canvas{*this};
 };
 
@@ -60,10 +61,25 @@ class Other : public Window {
  public:
   Other() : Window(Application::Current(), "Other", {}) {}
   static Other& Get() { return GetOrMake<Other>("Other", Opening::AtOnce); }
+  void Event_Open() override { ++formsOpened; }
+};
+
+class RecordingApplication : public Application {
+ public:
+  using Application::Application;
+  Lines events;
+
+ private:
+  void Event_Close() override { events.push_back("close"); }
+  void Event_CommandBegins() override { events.push_back("begins"); }
+  void Event_UserAnswered(std::int64_t ticks) override {
+    events.push_back("answer " + std::to_string(ticks));
+  }
+  std::string CommandOutcome(bool stopped) const override { return stopped ? "stopped" : "finished"; }
 };
 
 struct Run : testing::Test {
   FakePlatform host;
-  Application app{host};
+  RecordingApplication app{host};
   Lines steps;
 };

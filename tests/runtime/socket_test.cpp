@@ -1,4 +1,4 @@
-// The socket alone, and the descriptors that child processes inherit.
+// The socket alone.
 
 #include "runtime/TCPSocket.h"
 
@@ -6,24 +6,25 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <netdb.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
-#include <memory>
+#include <tuple>
 
 #include "runtime/Application.h"
-#include "runtime/Shell.h"
-#include "support/FakePlatform.h"
 #include "support/LoopbackServer.h"
 #include "support/TemporaryFolder.h"
 #include "support/clocks.h"
 
-// A name with two addresses; nobody listens at the first.
-constexpr char kTwoAddresses[] = "two.invalid";
+// A name with two addresses, nobody listens at the first, and a name without one.
+constexpr char kTwoAddresses[] = "two.invalid", kNoAddress[] = "none.invalid";
 extern "C" int getaddrinfo(const char* name, const char* service, const addrinfo* hints, addrinfo** found) {
   static const auto real = reinterpret_cast<decltype(&getaddrinfo)>(::dlsym(RTLD_NEXT, "getaddrinfo"));
-  if (!name || std::string_view(name) != kTwoAddresses) return real(name, service, hints, found);
+  if (std::string_view(name) == kNoAddress) return EAI_NONAME;
+  if (std::string_view(name) != kTwoAddresses) return real(name, service, hints, found);
   real("127.0.0.2", service, hints, found);
   return real("127.0.0.1", service, hints, &(*found)->ai_next);
 }
@@ -36,7 +37,7 @@ class Socket : public TCPSocket {
  public:
   // Runs until an error or until `bytes` have arrived. Gives the events, one line each.
   Lines Run(std::size_t bytes = SIZE_MAX) {
-    for (int i = 0; i < 5000 && !over && Lookahead().size() < bytes; ++i) Wait(100), Poll();
+    while (!over && Lookahead().size() < bytes) Wait(kForever), Poll();
     return events;
   }
   Lines events;
@@ -44,22 +45,20 @@ class Socket : public TCPSocket {
 
  private:
   void Event_Connected() override { events.push_back("connected"); }
+  void Event_DataAvailable() override {
+    if (events.back() != "data") events.push_back("data");
+  }
   void Event_SendComplete(bool cancelled) override { events.push_back(cancelled ? "cancelled" : "sent"); }
   void Event_Error() override { events.push_back("error " + std::to_string(LastErrorCode())), over = true; }
 };
 
-// The descriptors of a shell that runs a command.
-std::string DescriptorsIn(const std::function<void(const std::string&)>& run) {
-  const TemporaryFolder folder;
-  run("exec > '" + (folder / "list") + "'; ls /proc/$$/fd; :");
-  return ReadFile(folder / "list");
-}
-
 }  // namespace
 
-TEST(Descriptors, NoChildInheritsAConnection) {
+TEST(Connecting, NoChildInheritsAConnection) {
   const auto inAnyChild = [] {
-    return DescriptorsIn([](const std::string& command) { ::pclose(::popen(command.c_str(), "w")); });
+    const TemporaryFolder folder;
+    ::pclose(::popen(("ls /proc/$$/fd > '" + (folder / "list") + "'").c_str(), "w"));
+    return ReadFile(folder / "list");
   };
   const std::string before = inAnyChild();
   LoopbackServer server;
@@ -69,13 +68,37 @@ TEST(Descriptors, NoChildInheritsAConnection) {
   for (Socket* socket : {&byNumber, &byName}) {
     socket->Port = server.Port();
     socket->Connect();
-    ASSERT_EQ(socket->Run(1), Lines{"connected"}) << "the second address is tried";
+    ASSERT_EQ(socket->Run(1), (Lines{"connected", "data"})) << "the second address is tried";
   }
   EXPECT_EQ(inAnyChild(), before);
+}
 
-  const int inheritable = ::open("/dev/null", O_RDONLY);  // inheritable, as a library might open it
-  EXPECT_EQ(DescriptorsIn([](const std::string& command) { Shell().Execute(command); }), "0\n1\n2\n");
-  ::close(inheritable);
+TEST(Connecting, AFailureIsReportedWithItsCode) {
+  const auto connect = [](const std::string& address, std::int64_t port) {
+    Socket socket;
+    socket.Address = address;
+    if (port != 0) socket.Port = port;
+    socket.Connect();
+    return socket.Run();
+  };
+  const std::tuple<std::string, std::int64_t, int> cases[] = {{"127.0.0.1", 1, ECONNREFUSED},
+                                                              {"127.0.0.1", 65535, ECONNREFUSED},
+                                                              {"127.0.0.1", 0, 10003},
+                                                              {"127.0.0.1", 65536, 10003},
+                                                              {"127.0.0.1", -1, 10003},
+                                                              {"", 1, 10003},
+                                                              {std::string("a\0b", 3), 1, 10003},
+                                                              {kNoAddress, 1, 10002},
+                                                              {kTwoAddresses, 1, ECONNREFUSED}};
+  for (const auto& [address, port, error] : cases)
+    EXPECT_EQ(connect(address, port), Lines{"error " + std::to_string(error)}) << address << " " << port;
+  rlimit before{};
+  ::getrlimit(RLIMIT_NOFILE, &before);
+  const rlimit none{0, before.rlim_max};
+  ::setrlimit(RLIMIT_NOFILE, &none);
+  for (const char* address : {"127.0.0.1", kTwoAddresses})
+    EXPECT_EQ(connect(address, 1), Lines{"error 24"}) << address;
+  ::setrlimit(RLIMIT_NOFILE, &before);
 }
 
 // A connection to a peer that the test controls.
@@ -96,8 +119,10 @@ struct Pair {
 
 TEST(Reading, GivesTheBytesInOrderUntilTheyArePurged) {
   Pair pair;
-  EXPECT_EQ(pair.socket.BytesToSend() + Socket().BytesToSend(), 0u);
+  EXPECT_EQ(Socket().BytesToSend() + static_cast<std::size_t>(Socket().LastErrorCode()), 0u);
   pair.socket.Write("x");
+  EXPECT_EQ(pair.socket.BytesToSend(), 0u);
+  pair.socket.Wait(kForever);
   pair.socket.Poll();
   EXPECT_EQ(pair.socket.events, (Lines{"connected", "sent"}));
   const auto receive = [&](const std::string& text) {
@@ -118,7 +143,7 @@ TEST(Reading, GivesTheBytesInOrderUntilTheyArePurged) {
   char taken = 0;
   EXPECT_EQ(::recv(pair.peer, &taken, 1, 0), 1) << "otherwise the close is a reset";
   ::close(pair.peer);
-  EXPECT_EQ(pair.socket.Run().back(), "error 10001");
+  EXPECT_EQ(pair.socket.Run(), (Lines{"connected", "sent", "data", "error 10001"}));
   EXPECT_FALSE(pair.socket.Eof() || pair.socket.ReadError() || pair.socket.IsConnected());
   EXPECT_EQ(pair.socket.ReadAll(), "l");
   EXPECT_TRUE(pair.socket.Eof());
@@ -130,14 +155,25 @@ TEST(Reading, DisconnectKeepsTheReceivedBytesAndRaisesNothing) {
   pair.socket.Run(3);
   pair.socket.Disconnect();
   pair.socket.Poll();
-  EXPECT_EQ(pair.socket.events, Lines{"connected"});
+  EXPECT_EQ(pair.socket.events, (Lines{"connected", "data"}));
   EXPECT_FALSE(pair.socket.IsConnected() || pair.socket.Eof());
   EXPECT_EQ(pair.socket.ReadAll(), "abc");
   ::close(pair.peer);
 }
 
+TEST(Waiting, LastsUntilSomethingHappens) {
+  const Pair pair;
+  const auto start = std::chrono::steady_clock::now();
+  pair.socket.Wait(30);
+  Socket().Wait(30);
+  EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(50));
+}
+
 TEST(Sending, AResetIsReportedOnceWithItsErrno) {
   Pair pair;
+  pair.socket.Write(std::string(64 << 20, 'x'));
+  pair.socket.Purge();
+  EXPECT_EQ(pair.socket.BytesToSend(), 0u);
   pair.socket.Write(std::string(64 << 20, 'x'));
   const linger now{1, 0};
   ::setsockopt(pair.peer, SOL_SOCKET, SO_LINGER, &now, sizeof now);
