@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <regex>
 #include <set>
 #include <string>
 #include <vector>
@@ -20,14 +21,7 @@ struct Include {
 };
 
 const fs::path kRoot = RAVELYN_SOURCE_DIR;
-
-// The name in an #include line; "" for any other line.
-std::string TargetOf(const std::string& line) {
-  const std::size_t word = line.find_first_not_of("# \t");
-  if (!line.starts_with('#') || word == line.npos || line.compare(word, 7, "include") != 0) return "";
-  const std::size_t open = line.find_first_of("<\"", word);
-  return open == line.npos ? "" : line.substr(open + 1, line.find_first_of(">\"", open + 1) - open - 1);
-}
+const std::regex kInclude("^#[ \\t]*include[ \\t]*[<\"]([^>\"]*)");
 
 std::vector<Include> IncludesBelow(const std::string& folder) {
   std::vector<Include> includes;
@@ -35,9 +29,8 @@ std::vector<Include> IncludesBelow(const std::string& folder) {
     const std::string file = fs::relative(entry.path(), kRoot).string();
     if (!file.ends_with(".h") && !file.ends_with(".cpp")) continue;
     std::ifstream in(entry.path());
-    for (std::string line; std::getline(in, line);) {
-      if (const std::string target = TargetOf(line); !target.empty()) includes.push_back({file, target});
-    }
+    for (std::string line; std::getline(in, line);)
+      if (std::smatch found; std::regex_search(line, found, kInclude)) includes.push_back({file, found[1]});
   }
   return includes;
 }

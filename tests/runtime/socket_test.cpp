@@ -12,19 +12,20 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
-#include <tuple>
 
 #include "runtime/Application.h"
 #include "support/LoopbackServer.h"
 #include "support/TemporaryFolder.h"
 #include "support/clocks.h"
+#include "support/rows.h"
+
+using namespace std::literals;
 
 // A name with two addresses, nobody listens at the first, and a name without one.
-constexpr char kTwoAddresses[] = "two.invalid", kNoAddress[] = "none.invalid";
 extern "C" int getaddrinfo(const char* name, const char* service, const addrinfo* hints, addrinfo** found) {
   static const auto real = reinterpret_cast<decltype(&getaddrinfo)>(::dlsym(RTLD_NEXT, "getaddrinfo"));
-  if (std::string_view(name) == kNoAddress) return EAI_NONAME;
-  if (std::string_view(name) != kTwoAddresses) return real(name, service, hints, found);
+  if (name == "none.invalid"sv) return EAI_NONAME;
+  if (name != "two.invalid"sv) return real(name, service, hints, found);
   real("127.0.0.2", service, hints, found);
   return real("127.0.0.1", service, hints, &(*found)->ai_next);
 }
@@ -64,7 +65,7 @@ TEST(Connecting, NoChildInheritsAConnection) {
   LoopbackServer server;
   server.Answer({"x", Reply::End::Stall, 0, true});
   Socket byNumber, byName;
-  byNumber.Address = "127.0.0.1", byName.Address = kTwoAddresses;
+  byNumber.Address = "127.0.0.1", byName.Address = "two.invalid";
   for (Socket* socket : {&byNumber, &byName}) {
     socket->Port = server.Port();
     socket->Connect();
@@ -81,22 +82,15 @@ TEST(Connecting, AFailureIsReportedWithItsCode) {
     socket.Connect();
     return socket.Run();
   };
-  const std::tuple<std::string, std::int64_t, int> cases[] = {{"127.0.0.1", 1, ECONNREFUSED},
-                                                              {"127.0.0.1", 65535, ECONNREFUSED},
-                                                              {"127.0.0.1", 0, 10003},
-                                                              {"127.0.0.1", 65536, 10003},
-                                                              {"127.0.0.1", -1, 10003},
-                                                              {"", 1, 10003},
-                                                              {std::string("a\0b", 3), 1, 10003},
-                                                              {kNoAddress, 1, 10002},
-                                                              {kTwoAddresses, 1, ECONNREFUSED}};
-  for (const auto& [address, port, error] : cases)
-    EXPECT_EQ(connect(address, port), Lines{"error " + std::to_string(error)}) << address << " " << port;
+  for (const auto& row :
+       Rows("111~127.0.0.1~1|111~127.0.0.1~65535|10003~127.0.0.1~0|10003~127.0.0.1~65536|10003~127.0.0.1~-1|"
+            "10003~~1|10003~a\0b~1|10002~none.invalid~1|111~two.invalid~1"s))
+    EXPECT_EQ(connect(row[1], std::stoll(row[2])), Lines{"error " + row[0]}) << row[1] << " " << row[2];
   rlimit before{};
   ::getrlimit(RLIMIT_NOFILE, &before);
   const rlimit none{0, before.rlim_max};
   ::setrlimit(RLIMIT_NOFILE, &none);
-  for (const char* address : {"127.0.0.1", kTwoAddresses})
+  for (const char* address : {"127.0.0.1", "two.invalid"})
     EXPECT_EQ(connect(address, 1), Lines{"error 24"}) << address;
   ::setrlimit(RLIMIT_NOFILE, &before);
 }

@@ -11,12 +11,9 @@
 
 #include <algorithm>
 
-namespace {
+#include "runtime/await.h"
 
-bool Ready(int descriptor, int milliseconds) {
-  pollfd waiting{descriptor, POLLIN, 0};
-  return ::poll(&waiting, 1, milliseconds) > 0;
-}
+namespace {
 
 // A reset connection never lowers its count of unsent bytes.
 bool IsGone(int connection) {
@@ -42,7 +39,7 @@ std::string ReadRequest(int connection, const std::atomic<bool>& stop) {
   while (!stop) {
     const std::size_t end = request.find("\r\n\r\n");
     if (end != std::string::npos && request.size() >= end + 4 + DeclaredLength(request)) break;
-    if (!Ready(connection, 20)) continue;
+    if (!IsReadyWithin(20, {connection, true, false})) continue;
     const ssize_t got = ::recv(connection, bytes, sizeof bytes, 0);
     if (got <= 0) break;
     request.append(bytes, static_cast<std::size_t>(got));
@@ -101,7 +98,7 @@ std::vector<std::string> LoopbackServer::Requests() {
 
 void LoopbackServer::Serve() {
   while (!stop_) {
-    if (!Ready(listener_, 20)) continue;
+    if (!IsReadyWithin(20, {listener_, true, false})) continue;
     const int connection = ::accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
     if (connection >= 0) Handle(connection);
   }
