@@ -13,9 +13,9 @@ TEST_F(Run, ControlsAndWindowsAreAsTheirRowsSayAndPlainOtherwise) {
   const Form& form = Form::Get();
   const PushButton& button = form.button;
   EXPECT_EQ((std::vector{button.Left(), button.Top(), button.Width(), button.Height(), button.TabIndex(),
-                         button.Appearance().fontSize, form.box.TabIndex()}),
+                         button.Appearance().fontSize, form.label.TabIndex()}),
             (std::vector{1, 2, 3, 4, 0, 12, -1}));
-  const Look& look = form.box.Appearance();
+  const Look& look = form.label.Appearance();
   EXPECT_FALSE(look.fontSize || look.italic || look.selectable || look.multiline || look.defaultButton ||
                look.startsCommand);
   const ListLayout& layout = form.single.Layout();

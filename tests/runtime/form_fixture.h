@@ -21,14 +21,10 @@ class Form : public Window {
  public:
   Form() : Window(Application::Current(), "Form", {"A form", 200, 100}) {
     Place({{button, "button", 1, 2, 3, 4, 0, "Go", {12, true}},
-           {box, "box", 0, 0, 1, 1},
-           {one, "one", 0, 0, 1, 1},
-           {two, "two", 0, 0, 1, 1},
            {field, "field", 0, 0, 1, 1, 1, "start"},
            {list, "list", 0, 0, 1, 1},
            {area, "area", 0, 0, 1, 1},
-           {label, "label", 0, 0, 1, 1},
-           {single, "single", 0, 0, 1, 1}});
+           {label, "label", 0, 0, 1, 1}});
     box.Action = [this] { events.push_back("box " + std::to_string(box.Value())); };
     one.Action = [this] { events.push_back("one"); };
     two.Action = [this] { events.push_back("two"); };
