@@ -81,7 +81,9 @@ void WriteAll(int descriptor, std::string_view bytes) {
   }
 }
 
-FileReplacement::FileReplacement(const std::string& path) : target_(WithoutLinks(path)) {
+// Delegates, so that the destructor closes what is open if the rest throws.
+FileReplacement::FileReplacement(const std::string& path) : FileReplacement() {
+  target_ = WithoutLinks(path);
   if (target_.find('\0') != std::string::npos || NameOf(target_).empty()) throw IOException(EINVAL);
   targetExists_ = ::lstat(target_.c_str(), &old_) == 0;
   if (!targetExists_ && errno != ENOENT) throw IOException(errno);
@@ -108,6 +110,7 @@ bool FileReplacement::OpenBeside() {
   const int error = errno;
   if (descriptor_ >= 0 && TakeModeAndOwner()) return true;
   if (descriptor_ >= 0) ::unlinkat(folder_, beside_.c_str(), 0), ::close(descriptor_);
+  descriptor_ = -1;
   beside_.clear();
   if (!targetExists_) throw IOException(error);
   return false;

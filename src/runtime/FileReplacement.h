@@ -24,6 +24,7 @@ class FileReplacement {
   void Commit();
 
  private:
+  FileReplacement() = default;
   void OpenInPlace();
   bool OpenBeside();
   bool TakeModeAndOwner();

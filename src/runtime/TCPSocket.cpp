@@ -177,6 +177,7 @@ void SocketCore::Connection::TakeConnection() {
   if (error != 0) return TryNext(error);
   stage = Stage::Connected;
   reportConnected = true;
+  Send();
 }
 
 bool SocketCore::Connection::Receive(std::string& into) {
@@ -197,7 +198,9 @@ void SocketCore::Connection::Send() {
   asio::error_code error;
   sent += socket.write_some(asio::buffer(toSend.data() + sent, toSend.size() - sent), error);
   if (error && !IsForLater(error)) sendFailure = error.value();
-  reportSent = sent == toSend.size();
+  if (sent < toSend.size()) return;
+  DropUnsent();
+  reportSent = true;
 }
 
 SocketCore::~SocketCore() { SocketCore::Close(); }
