@@ -2,8 +2,9 @@
 
 #include <sys/wait.h>
 
+#include <chrono>
 #include <cstdlib>
-#include <filesystem>
+#include <iostream>
 
 #include "runtime/Text.h"
 #include "support/SessionDriver.h"
@@ -37,7 +38,7 @@ Outcome RunTool(const std::string& options, const std::string& input) {
   TemporaryFolder folder;
   WriteFile(folder / "in", input);
   const std::string command = "TMPDIR=" + folder.Path() + " " RAVELYN_SESSION_PATH " " + options + " <" +
-                              (folder / "in") + " >" + (folder / "out") + " 2>/dev/null";
+                              (folder / "in") + " >" + (folder / "out") + " 2>&1";
   const int status = std::system(command.c_str());
   EXPECT_EQ(folder.Count(), 2u) << "its temporary folder is removed";
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, LinesOf(ReadFile(folder / "out"))};
@@ -49,23 +50,43 @@ Outcome RunTool(const std::string& options, const std::string& input) {
 TEST(Session, ShowsTheWindowsAsInTheDocuments) {
   SessionDriver driver;
   driver.OpenWith(kThree, "0");
-  driver.Run("type searchField Hello\nclick PushButton3\nclick Canvas1");
+  driver.Run("type searchField Hello\nclick PushButton3\nselect 2 0\nclick Canvas1");
   const std::string state = ReplaceAll(driver.Run("dump").at(0), kVersion, "");
   ExpectRecorded(ReplaceAll(state, "},\"", "},\n\"") + "\n", "session/windows.txt");
 }
 
 TEST(Session, ReportsHowACommandEnded) {
   SessionDriver driver;
-  driver.OpenWith({{"en", "English", Document({{"1", "1", "on one"}, {"2", "1", "two"}})},
-                   {"de", "German", Document({{"1", "1", "on"}})}},
-                  "0 1");
-  EXPECT_EQ(driver.outcome, "2 languages");
+  driver.OpenWith({{"en", "English", Document({{"1", "1", "on one"}, {"2", "1", "one"}})},
+                   {"de", "German", Document({{"1", "1", "on"}})},
+                   {"fr", "French", Document({{"1", "1", "un"}})}},
+                  "0 1 2");
+  EXPECT_EQ(driver.outcome, "3 languages");
   driver.Run("type searchField on\nclick PushButton3");
-  EXPECT_EQ(driver.outcome, "2 hits in 2 tracks");
+  EXPECT_EQ(driver.outcome, "3 hits in 2 tracks");
   const std::string path = driver.folder / "en.srt";
-  EXPECT_EQ(driver.Run("# skipped\n\nclick SRTBox\nsave " + path + "\nclick PushButton1"),
+  EXPECT_EQ(driver.Run("# skipped\n\nselect 0 1\nclick SRTBox\nsave " + path + "\nclick PushButton1"),
             (Lines{Saved("", "English.srt", path), Launched(path), Saved("", "German.srt", "")}));
   EXPECT_EQ(driver.outcome, "1 saved, 1 cancelled");
+}
+
+// What reads the session's output answers as soon as an action has ended.
+TEST(Session, FlushesAfterEachAction) {
+  struct Buffer : std::stringbuf {
+    int sync() override { return ++flushed, 0; }
+    int flushed = 0;
+  } buffer;
+  std::ostream out(&buffer);
+  std::istringstream in("quit\nopen");
+  Session(EndpointsAt(""), "", out).Run(in);
+  EXPECT_EQ(buffer.flushed, 2);
+}
+
+TEST(Session, SleepsWhileItWaits) {
+  Printer printer(std::cout);
+  const auto start = std::chrono::steady_clock::now();
+  SessionPlatform(printer, "").ProcessEvents(50, {});
+  EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(40));
 }
 
 TEST(Session, APastedLinkBecomesPlainInItsFieldOnly) {
@@ -76,46 +97,10 @@ TEST(Session, APastedLinkBecomesPlainInItsFieldOnly) {
   EXPECT_EQ(Of(driver, "searchField")["text"], link);
 }
 
-TEST(Session, PrintsEveryKindOfControl) {
-  SessionDriver driver;
-  driver.OpenWith(kThree, "2 0");
-  driver.Run("click Canvas1\nclick SRTBox");
-  const std::pair<std::string, std::string> controls[] = {
-      {"PushButton1", R"x("caption":"Download SRT File(s)")x"},
-      {"Label1", R"("text":"2. Choose an available language:")"},
-      {"TextField1", R"("text":"https://host/watch?v=abc")"},
-      {"lineBox", R"("caption":"Line-by-line","value":false)"},
-      {"SRTBox", R"("caption":"SRT File","value":true)"},
-      {"Listbox1", R"("rows":[["English","en"],["German","de"],["Brazilian","pt-BR"]],"selected":[0,2])"},
-      {"Canvas1", R"("backdrop":"Ravelyn1001.png")"},
-  };
-  for (const auto& [name, values] : controls) {
-    const std::string json = driver.Control("Window1", name);
-    EXPECT_EQ(json.substr(json.find(R"("visible":true,)") + 15), values + "}");
-  }
-  EXPECT_EQ(driver.Control("Window1", "Line9"),
-            R"({"x1":328,"y1":201,"x2":328,"y2":226,"enabled":true,"visible":false})");
-  EXPECT_EQ(
-      driver.Control("aboutWin", "BevelButton1"),
-      R"({"left":300,"top":664,"width":73,"height":22,"enabled":true,"visible":true,"caption":"Close"})");
-  const std::string start =
-      R"({"event":"state","app":{"vidCode":"abc","checkedDL":"SRT","openDL":"true",)"
-      R"("paragraphChecked":"false","timecodeChecked":"false","linebyline":"false","searchCount":"0",)"
-      R"("timingArray":[],"textArray":[],"txtSizeArray":[],"secondsArray":[],"movieDuration":0.0},)"
-      R"("active":"Window1","focus":"Window1.TextField1","windows":{"Window1":{"title":"Ravelyn for YouTube",)"
-      R"("visible":true,"width":562,"height":479,"controls":{"PushButton1":)";
-  EXPECT_EQ(driver.Run("dump").at(0).substr(0, start.size()), start);
-}
-
 TEST(Session, PrintsBytesThatAreNotUtf8AsReplacements) {
   SessionDriver driver;
-  Offer(driver.server, "abc",
-        {{"en",
-          "A\xFF\"\\\x01"
-          "B",
-          Document({})}});
-  driver.Run("open\ntype TextField1 ?v=abc\nclick PushButton2");
-  EXPECT_EQ(Rows(driver), nlohmann::json::parse(R"([["A\ufffd\"\\\u0001B","en"]])").dump());
+  driver.OpenWith({{"en", "A\xFF\"\\\x01Z", ""}}, "");
+  EXPECT_EQ(Rows(driver), nlohmann::json::parse(R"([["A\ufffd\"\\\u0001Z","en"]])").dump());
 }
 
 TEST(Session, AnActionThatCantBeDoneGivesOneErrorAndTheNextOneRuns) {
@@ -205,9 +190,9 @@ TEST(Search, ListsTheTracksOfAReply) {
   const std::string rows[][3] = {
       {Page(TrackList(kThree)), R"([["English","en"],["German","de"],["Brazilian","pt-BR"]])", "3"},
       {Page(head + track("Named", "en", "lang_translated=\"English\"") + tail), R"([["English","en"]])", "1"},
-      {Page(head + track("", "en", "x=\"1\" lang_translated=\"A &amp; B\" lang_default=\"true\"") +
+      {Page(head + track("", "en", "x=\"1\" lang_translated=\"A lang_code\" lang_default=\"true\"") +
             track("", "en", "lang_translated=\"A &amp; B\"") + tail),
-       R"([["A &amp; B","en"],["A &amp; B","en"]])", "2"},
+       R"([["A lang_code","en"],["A &amp; B","en"]])", "2"},
       {Page(head + track("", "en", "lang_translated=\"X\" lang_default=\"false\"") + tail),
        R"([["X\" lang_default=\"false","en"]])", "1"},
       {Page(head + tail), "[]", "0"},
@@ -216,7 +201,8 @@ TEST(Search, ListsTheTracksOfAReply) {
       {OpenPage(head + track("", "en", "lang_translated=\"E\"") + tail), R"([["E","en"]])", "1"},
       // With a part that can't be cut, a good one before it does not count either.
       {Page("<html><a href=\"x\">error</a><b c=\"d\">e</b></html>"), "[]", "0"},
-      {Page(head + track("", "en", "lang_translated=\"E\"") + "<track id=\"1\"/>" + tail), "[]", "0"},
+      {Page(head + track("", "en", "lang_translated=\"E\"") + "<track id=\"1\" lang_code=\"de\"/>" + tail),
+       "[]", "0"},
       {Page(head + "<track lang_code=en lang_translated=\"E\"/>" + tail), "[]", "0"},
       {"HTTP/1.0 500 Oh\r\n\r\n" + head + track("", "en", "lang_translated=\"E\"") + tail, R"([["E","en"]])",
        "1"},
@@ -237,9 +223,7 @@ TEST(Search, ReplacesTheBufferAndTheRowsOfTheEarlierSearch) {
   Offer(driver.server, "two", {kThree[1]});
   EXPECT_EQ(driver.Run("type TextField1 youtu.be/two\nclick PushButton2"), Lines{});
   EXPECT_EQ(Rows(driver) + Of(driver, "Listbox1")["selected"].dump(), R"([["German","de"]][])");
-  EXPECT_EQ(
-      Of(driver, "XMLList")["rows"].dump(),
-      R"xml([["0 lang_code=\"de\" lang_original=\"?\" lang_translated=\"German\" lang_default=\"true\"/>"]])xml");
+  EXPECT_EQ(Of(driver, "XMLList")["rows"].size(), 1u);
   EXPECT_EQ(
       Of(driver, "TextArea1")["text"],
       R"(<?xml version="1.0" encoding="utf-8"?><transcript_list docid="7">:::<track id="0" name="" lang_code="de" lang_original="?" lang_translated="German" lang_default="true"/>:::</transcript_list>)");
@@ -257,25 +241,34 @@ TEST(Search, ReplacesTheBufferAndTheRowsOfTheEarlierSearch) {
 }
 
 TEST(SessionTool, EndsWith2AfterAnActionThatCantBeDone) {
-  EXPECT_EQ(RunTool("", "").status, 0);
-  EXPECT_EQ(RunTool("", "open\nquit\n").printed,
-            (Lines{Shown("Window1"), R"({"event":"done","action":"open"})",
-                   R"({"event":"done","action":"quit"})"}));
-  const Outcome wrong = RunTool("", "open\nclick Nobody\r\nquit");
-  EXPECT_EQ(wrong.status, 2);
-  EXPECT_EQ(wrong.printed.size(), 4u);
-  EXPECT_EQ(RunTool("--probe-address my-host.invalid", "open\ndump").status, 0);
-  EXPECT_EQ(RunTool("--version", "").printed, Lines{std::string("ravelyn-session ") + kVersion});
-  EXPECT_EQ(RunTool("--help", "").printed.front(), "Usage: ravelyn-session [OPTION]...");
+  const std::string opened = Shown("Window1") + "\n" + R"({"event":"done","action":"open"})" + "\n";
+  const struct {
+    std::string options, input, printed;
+    int status = 0;
+  } rows[] = {
+      {"", "", ""},
+      {"--probe-address my-host.invalid", "", ""},
+      {"", "open\nquit\n", opened + R"({"event":"done","action":"quit"})" + "\n"},
+      {"", "open\nclick Nobody\r\n", opened + Refused(2, "Window1 has no control Nobody") + "\n", 2},
+      {"--version", "", std::string("ravelyn-session ") + kVersion + "\n"},
+  };
+  for (const auto& [options, input, printed, status] : rows) {
+    const Outcome outcome = RunTool(options, input);
+    EXPECT_EQ(outcome.status, status) << options;
+    EXPECT_EQ(outcome.printed, LinesOf(printed));
+  }
+  const Outcome help = RunTool("--help", "");
+  EXPECT_EQ(help.status, 0);
+  EXPECT_EQ(help.printed.front(), "Usage: ravelyn-session [OPTION]...");
 }
 
 TEST(SessionTool, FollowsItsOptionsAndRefusesWrongOnes) {
   LoopbackServer list, text;
   Offer(list, "abc", kThree);
   Offer(text, "abc", kThree);
-  TemporaryFolder prefs;
+  const TemporaryFolder folder;
   const Outcome outcome = RunTool(
-      "--track-list " + list.Host() + " --timed-text " + text.Host() + " --prefs " + prefs.Path() +
+      "--track-list " + list.Host() + " --timed-text " + text.Host() + " --prefs " + (folder / "new") +
           " --probe-address 240.0.0.1",
       "open\ntype TextField1 ?v=abc\nclick PushButton2\nselect 0\nclick SRTBox\nclick PushButton1\nquit");
   EXPECT_EQ(outcome.status, 0);
@@ -284,8 +277,13 @@ TEST(SessionTool, FollowsItsOptionsAndRefusesWrongOnes) {
   EXPECT_EQ(outcome.printed[8], Saved("", "English.srt", ""));
   EXPECT_EQ(list.Requests().size(), 1u);
   EXPECT_EQ(text.Requests().size(), 1u);
-  EXPECT_EQ(ReadFile(prefs / "com.tarnvale.ravelyn.user.prefs"), "SRT\ntrue\nfalse\nfalse\nfalse\n");
-  for (const char* options : {"--frobnicate x", "--track-list", "--track-list ''", "--prefs /nowhere/at/all",
-                              "--probe-address '127.0.0.1;false'", "--probe-address -f", "open"})
-    EXPECT_EQ(RunTool(options, "open\n").status, 2) << options;
+  EXPECT_EQ(ReadFile(folder / "new/com.tarnvale.ravelyn.user.prefs"), "SRT\ntrue\nfalse\nfalse\nfalse\n");
+  for (const std::string options :
+       {"--frobnicate x", "--track-list", "--track-list ''", "--prefs /nowhere/at/all",
+        "--probe-address '127.0.0.1;false'", "--probe-address -f", "open"}) {
+    const Outcome refused = RunTool(options, "open\n");
+    EXPECT_EQ(refused.status, 2) << options;
+    EXPECT_EQ(refused.printed.front(),
+              "ravelyn-session: wrong option or value: " + NthField(options, " ", 1));
+  }
 }
