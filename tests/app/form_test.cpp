@@ -118,11 +118,9 @@ TEST(Options, AClickSetsTheOtherOptionsAndTheirStrings) {
       {"lineBox", "TextBox 0 0 1 ||||||" + text + "Text true false false false"},  // the box stays checked
       {"lineBox", "TextBox 0 1 1 ||||||" + text + "Text true false false true"},
       {"paragraphBox", "TextBox 1 0 0- ||||.." + paragraph + "Text true true false false"},
-      {"TextBox", "TextBox 1 0 0 ||||||" + text + "Text true true false false"},  // clicked again
-      {"lineBox", "TextBox 0 1 0 ||||||" + text + "Text true false false true"},
-      {"paragraphBox", "TextBox 1 0 0- ||||.." + paragraph + "Text true true false false"},
       {"lineBox", "TextBox 0 1 0 ||||||" + paragraph + "Text true false false true"},
       {"timecodeBox", "TextBox 0 1 1 ||||||" + paragraph + "Text true false true true"},
+      {"TextBox", "TextBox 0 1 1 ||||||" + text + "Text true false true true"},  // clicked again
       {"SRTBox", "SRTBox 0- 0- 0- ......" + srt + "SRT true false false false"},
       {"lineBox", "SRTBox 0- 0- 0- ......" + srt + "SRT true false false false"},
       {"openBox", "SRTBox 0- 0- 0- ......" + srt + "SRT false false false false"},

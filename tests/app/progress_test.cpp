@@ -48,10 +48,7 @@ TEST(Progress, MoreThanTwoSecondsAndAStopAreNamed) {
 }
 
 TEST(Progress, AStepCountsTheFilesIfThereAreSeveral) {
-  Progress step{.item = "German", .place = 2, .of = 2};
-  EXPECT_EQ(step.Step(), "German, 2 of 2");
-  step.place = 3;
-  EXPECT_EQ(step.Step(), "German");
-  step.place = step.of = 1;
-  EXPECT_EQ(step.Step(), "German");
+  EXPECT_EQ((Progress{.item = "German", .place = 2, .of = 2}.Step()), "German, 2 of 2");
+  EXPECT_EQ((Progress{.item = "German", .place = 3, .of = 2}.Step()), "German");
+  EXPECT_EQ((Progress{.item = "German", .place = 1, .of = 1}.Step()), "German");
 }

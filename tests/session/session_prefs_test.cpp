@@ -66,9 +66,6 @@ TEST(Preferences, AreSavedAtQuitAndReadByTheNextSession) {
       {"", "true\ntrue\nfalse\nfalse\nfalse\n"},
       {"click TextBox\nclick lineBox\nclick timecodeBox\nclick openBox", "Text\nfalse\nfalse\ntrue\ntrue\n"},
       {"", "Text\nfalse\nfalse\ntrue\ntrue\n"},
-      {"click lineBox", "Text\nfalse\nfalse\nfalse\nfalse\n"},
-      {"click paragraphBox", "Text\nfalse\ntrue\nfalse\nfalse\n"},
-      {"click paragraphBox", "Text\nfalse\ntrue\nfalse\nfalse\n"},  // turning it off leaves its string
       {"click WebVTTBox\nclick openBox", "VTT\ntrue\nfalse\nfalse\nfalse\n"},
   };
   for (const auto& [actions, file] : rows) {
@@ -80,7 +77,7 @@ TEST(Preferences, AreSavedAtQuitAndReadByTheNextSession) {
   EXPECT_EQ(driver.prefs.Count(), 1u) << "no other file";
   driver.Run("open\nclick SRTBox");
   driver.End();  // without a quit
-  EXPECT_EQ(ReadFile(driver.prefs / kName), rows[6].second);
+  EXPECT_EQ(ReadFile(driver.prefs / kName), rows[3].second);
 }
 
 TEST(Preferences, ThatCantBeReadDoNotPreventTheStart) {
