@@ -76,7 +76,6 @@ bool Window1::Canvas1_MouseDown(int, int) { return _FileAboutRavelyn_Action(); }
 void Window1::Event_Open() {
   Shell probe;
   probe.Mode = 2;
-  probe.TimeOut = -1;
   probe.Execute("ping -n -q -W 5 -c 1 " + App::Get().endpoints.ProbeAddress);
   // Some systems can't report the end of a process; then it is checked every 25 milliseconds.
   const int longestWait = probe.End().descriptor < 0 ? 25 : kForever;

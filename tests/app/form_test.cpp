@@ -1,92 +1,135 @@
-// The option logic and the probe of the main form, and the layout of the window that can be resized.
+// The option logic and the probe of the main form, and how the windows and menus are drawn.
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
+#include "app/FileTypes1.h"
 #include "app/MainMenuBar.h"
 #include "ravelyn/commands.h"
 #include "support/Program.h"
 #include "support/processes.h"
+#include "support/recorded.h"
 #include "wordsearch/SearchWin.h"
 
 namespace {
 
 using Lines = std::vector<std::string>;
 
-std::string OnOff(const CheckBox& box) {
-  return std::string(box.Value() ? "on" : "off") + (box.Enabled() ? "" : "/dis");
-}
-
-// File type, three boxes, two brackets; then the button's caption and the option strings.
+// The chosen file type, the three boxes (with "-" for a disabled one), two brackets; then the button's
+// caption and the option strings.
 std::string OptionState(Program& program) {
   Window1& f = program.Form();
   const App& app = program.app;
-  const auto bracket = [](std::initializer_list<const Line*> lines) {
-    const bool first = (*lines.begin())->Visible();
-    for (const Line* line : lines) EXPECT_EQ(line->Visible(), first) << line->Name();
-    return first ? " shown" : " hidden";
-  };
-  EXPECT_LE(f.TextBox.Value() + f.SRTBox.Value() + f.WebVTTBox.Value(), 1);
-  return std::string(f.TextBox.Value()     ? "text "
-                     : f.SRTBox.Value()    ? "SRT "
-                     : f.WebVTTBox.Value() ? "VTT "
-                                           : "none ") +
-         OnOff(f.paragraphBox) + " " + OnOff(f.lineBox) + " " + OnOff(f.timecodeBox) +
-         bracket({&f.Line1, &f.Line2, &f.Line3, &f.Line9}) + bracket({&f.Line10, &f.Line11}) + " | " +
-         f.PushButton1.Caption() + " | " + app.checkedDL + " " + app.openDL + " " + app.paragraphChecked +
-         " " + app.timecodeChecked + " " + app.linebyline;
+  std::string state;
+  for (const RadioButton* type : {&f.TextBox, &f.SRTBox, &f.WebVTTBox})
+    if (type->Value()) state += type->Name() + " ";
+  for (const CheckBox* box : {&f.paragraphBox, &f.lineBox, &f.timecodeBox})
+    state += std::string(box->Value() ? "1" : "0") + (box->Enabled() ? " " : "- ");
+  for (const Line* line : {&f.Line1, &f.Line2, &f.Line3, &f.Line9, &f.Line10, &f.Line11})
+    state += line->Visible() ? "|" : ".";
+  return state + " " + f.PushButton1.Caption() + " " + app.checkedDL + " " + app.openDL + " " +
+         app.paragraphChecked + " " + app.timecodeChecked + " " + app.linebyline;
+}
+
+void Draw(std::ostream& out, const ListLayout& l) {
+  out << " columns=" << l.columns << " widths=" << l.columnWidths << " grid=" << l.gridHorizontal
+      << l.gridVertical << " several=" << l.severalSelectable << " opens=" << l.clickOpens;
+  for (const std::string& heading : l.headings) out << " heading=" << heading;
+}
+
+// What a view needs of a window, besides the values that a session prints.
+void Draw(std::ostream& out, const Window& window) {
+  const WindowFrame& f = window.Frame();
+  out << window.Name() << " maximizable=" << f.maximizeButton << " shown=" << f.visible
+      << " menus=" << f.menuBar << " dialog=" << f.dialog;
+  for (const auto& handler : window.OwnMenuHandlers()) out << " " << handler.first;
+  for (const Control* c : window.Controls()) {
+    const Look& l = c->Appearance();
+    out << "\n  " << c->Name() << " tab=" << c->TabIndex() << " font=" << l.fontSize << " italic=" << l.italic
+        << " color=" << std::hex << l.color.value_or(0) << std::dec
+        << " centred=" << (l.align == Align::Center) << " selectable=" << l.selectable
+        << " lines=" << l.multiline << " default=" << l.defaultButton << " command=" << l.startsCommand
+        << " \"" << l.placeholder << l.spoken << "\"";
+    if (c->Kind() == ControlKind::Listbox) Draw(out, static_cast<const Listbox&>(*c).Layout());
+  }
+  out << "\n";
+}
+
+void Draw(std::ostream& out, const Menu& menu) {
+  out << menu.Name << " " << menu.Caption << "\n";
+  for (const MenuItem& i : menu.Items)
+    out << "  " << i.Name << " " << i.Caption << " " << i.Shortcut << " quits=" << i.Quits
+        << " help=" << i.ShowsHelp << " edits=" << (i.Edits ? static_cast<int>(*i.Edits) : -1) << "\n";
 }
 
 }  // namespace
 
+// After a change: RAVELYN_KEEP=1 in the environment renews the file.
+TEST(Windows, AreDrawnAsRecorded) {
+  Program program;
+  program.Click("Canvas1");
+  std::ostringstream out;
+  out << "\"" << SearchWin::Get().searchTerm.Text() << "\"\n";
+  for (const auto& window : program.app.Windows()) Draw(out, *window);
+  for (const Menu& menu : MainMenuBar().Menus) Draw(out, menu);
+  const FileType& t = FileTypes1::Text();
+  out << t.Name << t.Extensions << t.MacType << t.MacCreator << t.MimeType << t.ConformsTo << t.UTI
+      << t.Imported;
+  ExpectRecorded(out.str() + "\n", "app/drawn.txt");
+}
+
 TEST(ResultsWindow, ResizingMovesItsControlsWithTheEdges) {
   Program program;
   SearchWin& window = SearchWin::Get();
-  window.UserResizes(700, 391);
-  window.UserResizes(600, 391);
-  EXPECT_EQ(window.resultsList.Height(), 291);  // 295 before
   window.UserResizes(800, 500);
   EXPECT_EQ((std::vector{window.resultsList.Width(), window.resultsList.Height(), window.Label1.Top(),
                          window.closeBtn.Left(), window.closeBtn.Top(), window.saveBtn.Left(),
                          window.saveBtn.Top()}),
             (std::vector{760, 400, 449, 564, 460, 664, 460}));
-  window.UserResizes(1, 1);  // no smaller than 64 by 64
-  EXPECT_EQ(window.resultsList.Width(), 24);
-  EXPECT_EQ(window.saveBtn.Left(), -72);
+}
+
+TEST(Commands, AreNamedWhileTheyRun) {
+  Program program({{"en", "English", Document({{"1", "1", "one"}})}});
+  std::string names;
+  program.host.onYield = [&] {
+    if (!names.ends_with(program.host.running + ".")) names += program.host.running + ".";
+  };
+  program.Form().UserHandsOver("https://host/watch?v=abc");
+  program.Form().Listbox1.UserSelects({0});
+  program.Click("SRTBox PushButton1 PushButton3");
+  Listbox& results = SearchWin::Get().resultsList;
+  results.SetCell(0, 0, "00:00:01,000");
+  program.Click("SearchWin.saveBtn");
+  EXPECT_EQ(names, "Looking for captions.Downloading captions.Searching the captions.Saving the results.");
+  EXPECT_EQ(results.Cell(0, 0), "00:00:01.000");
 }
 
 // Each row starts with the state of the previous one.
 TEST(Options, AClickSetsTheOtherOptionsAndTheirStrings) {
   Program program;
-  EXPECT_EQ(OptionState(program),
-            "none off/dis off/dis off/dis hidden hidden | Download | true true false false false");
-  const std::string text = " | Download Text Transcript(s) | ", srt = " | Download SRT File(s) | ";
-  const std::string paragraph = " | Download Transcript(s) | ";
+  const std::string text = " Download Text Transcript(s) ", srt = " Download SRT File(s) ";
+  const std::string paragraph = " Download Transcript(s) ";
   const std::pair<const char*, std::string> rows[] = {
-      {"paragraphBox", "none off/dis off/dis off/dis hidden hidden | Download | true true false false false"},
-      {"TextBox", "text off off off shown shown" + text + "Text true false false false"},
-      {"timecodeBox", "text off off on shown shown" + text + "Text true false true false"},
-      {"lineBox", "text off on on shown shown" + text + "Text true false true true"},
-      {"lineBox",
-       "text off off on shown shown" + text + "Text true false false false"},  // the box stays checked
-      {"lineBox", "text off on on shown shown" + text + "Text true false false true"},
-      {"paragraphBox", "text on off off/dis shown hidden" + paragraph + "Text true true false false"},
-      {"TextBox", "text on off off shown shown" + text + "Text true true false false"},  // clicked again
-      {"lineBox", "text off on off shown shown" + text + "Text true false false true"},
-      {"paragraphBox", "text on off off/dis shown hidden" + paragraph + "Text true true false false"},
-      {"lineBox", "text off on off shown shown" + paragraph + "Text true false false true"},
-      {"timecodeBox", "text off on on shown shown" + paragraph + "Text true false true true"},
-      {"SRTBox", "SRT off/dis off/dis off/dis hidden hidden" + srt + "SRT true false false false"},
-      {"lineBox", "SRT off/dis off/dis off/dis hidden hidden" + srt + "SRT true false false false"},
-      {"openBox", "SRT off/dis off/dis off/dis hidden hidden" + srt + "SRT false false false false"},
-      {"TextBox", "text off off off shown shown" + text + "Text false false false false"},
-      {"paragraphBox", "text on off off/dis shown hidden" + paragraph + "Text false true false false"},
-      {"paragraphBox", "text off off off/dis shown hidden" + paragraph + "Text false true false false"},
-      {"WebVTTBox", "VTT off/dis off/dis off/dis hidden hidden" + text + "VTT false false false false"},
-      {"SRTBox", "SRT off/dis off/dis off/dis hidden hidden" + srt + "SRT false false false false"},
-      {"SRTBox", "SRT off/dis off/dis off/dis hidden hidden" + srt + "SRT false false false false"},
-      {"WebVTTBox", "VTT off/dis off/dis off/dis hidden hidden" + text + "VTT false false false false"},
-      {"openBox", "VTT off/dis off/dis off/dis hidden hidden" + text + "VTT true false false false"},
-      {"TextBox", "text off off off shown shown" + text + "Text true false false false"},
+      {"", "0- 0- 0- ...... Download true true false false false"},
+      {"TextBox", "TextBox 0 0 0 ||||||" + text + "Text true false false false"},
+      {"timecodeBox", "TextBox 0 0 1 ||||||" + text + "Text true false true false"},
+      {"lineBox", "TextBox 0 1 1 ||||||" + text + "Text true false true true"},
+      {"lineBox", "TextBox 0 0 1 ||||||" + text + "Text true false false false"},  // the box stays checked
+      {"lineBox", "TextBox 0 1 1 ||||||" + text + "Text true false false true"},
+      {"paragraphBox", "TextBox 1 0 0- ||||.." + paragraph + "Text true true false false"},
+      {"lineBox", "TextBox 0 1 0 ||||||" + paragraph + "Text true false false true"},
+      {"timecodeBox", "TextBox 0 1 1 ||||||" + paragraph + "Text true false true true"},
+      {"TextBox", "TextBox 0 1 1 ||||||" + text + "Text true false true true"},  // clicked again
+      {"SRTBox", "SRTBox 0- 0- 0- ......" + srt + "SRT true false false false"},
+      {"lineBox", "SRTBox 0- 0- 0- ......" + srt + "SRT true false false false"},
+      {"openBox", "SRTBox 0- 0- 0- ......" + srt + "SRT false false false false"},
+      {"TextBox", "TextBox 0 0 0 ||||||" + text + "Text false false false false"},
+      {"paragraphBox", "TextBox 1 0 0- ||||.." + paragraph + "Text false true false false"},
+      {"paragraphBox", "TextBox 0 0 0- ||||.." + paragraph + "Text false true false false"},
+      {"WebVTTBox", "WebVTTBox 0- 0- 0- ......" + text + "VTT false false false false"},
+      {"SRTBox", "SRTBox 0- 0- 0- ......" + srt + "SRT false false false false"},
+      {"openBox", "SRTBox 0- 0- 0- ......" + srt + "SRT true false false false"},
   };
   int number = 0;
   for (const auto& [click, state] : rows) {
@@ -99,31 +142,33 @@ TEST(Options, AValueSetByCodeActsAsAClickIfItChanges) {
   Program program;
   Window1& form = program.Form();
   form.lineBox.SetValue(true);  // its handler runs although it is disabled
-  EXPECT_EQ(OptionState(program),
-            "none off/dis on/dis off hidden shown | Download | true true false false true");
+  EXPECT_EQ(OptionState(program), "0- 1- 0 ....|| Download true true false false true");
   form.TextBox.SetValue(true);
   form.PushButton1.SetCaption("mine");
   form.TextBox.SetValue(true);
   form.openBox.SetValue(true);
   form.TextBox.SetValue(false);  // switching off raises no Action
-  EXPECT_EQ(OptionState(program), "none off on off shown shown | mine | Text true false false true");
+  EXPECT_EQ(OptionState(program), "0 1 0 |||||| mine Text true false false true");
+  form.paragraphBox.SetValue(true);
+  EXPECT_EQ(OptionState(program), "TextBox 1 0 0- ||||.. Download Transcript(s) Text true true false false");
 }
 
 TEST(MenuBar, EachAccessorGivesTheItemOfItsName) {
-  const std::pair<MenuItem&, const char*> items[] = {{FileQuit(), "FileQuit"},
-                                                     {FileNewWindow(), "FileNewWindow"},
-                                                     {FileAboutRavelyn(), "FileAboutRavelyn"},
-                                                     {FileHelp(), "FileHelp"},
-                                                     {EditUndo(), "EditUndo"},
-                                                     {EditSeparator1(), "EditSeparator1"},
-                                                     {EditCut(), "EditCut"},
-                                                     {EditCopy(), "EditCopy"},
-                                                     {EditPaste(), "EditPaste"},
-                                                     {EditClear(), "EditClear"},
-                                                     {EditSeparator2(), "EditSeparator2"},
-                                                     {EditSelectAll(), "EditSelectAll"}};
-  for (const auto& [item, name] : items) EXPECT_EQ(item.Name, name);
-  EXPECT_EQ(FileMenu().Name + EditMenu().Name, "FileMenuEditMenu");
+  std::string names = FileMenu().Name + " " + EditMenu().Name;
+  for (const auto item : {FileQuit, FileNewWindow, FileAboutRavelyn, FileHelp, EditUndo, EditSeparator1,
+                          EditCut, EditCopy, EditPaste, EditClear, EditSeparator2, EditSelectAll})
+    names += " " + item().Name;
+  EXPECT_EQ(
+      names,
+      "FileMenu EditMenu FileQuit FileNewWindow FileAboutRavelyn FileHelp EditUndo EditSeparator1 EditCut EditCopy EditPaste EditClear EditSeparator2 EditSelectAll");
+}
+
+TEST(Application, StoppedBeforeItsStartSavesNoPreferences) {
+  FakePlatform host;
+  const TemporaryFolder prefs;
+  host.prefsFolder = prefs.Path();
+  App(host, kCommands).Stop();
+  EXPECT_EQ(prefs.Count(), 0u);
 }
 
 TEST(Probe, AFailingAddressGivesOneWarningPerForm) {
@@ -133,8 +178,6 @@ TEST(Probe, AFailingAddressGivesOneWarningPerForm) {
       "message: Ravelyn cannot work without an Internet connection. Please check your connection prior to continuing."};
   for (const auto& [address, words] : {std::pair{"127.0.0.1", shown}, std::pair{"240.0.0.1", warned}}) {
     FakePlatform host;
-    TemporaryFolder prefs;
-    host.prefsFolder = prefs.Path();
     Endpoints endpoints;
     endpoints.ProbeAddress = address;
     App app(host, kCommands, endpoints);

@@ -10,11 +10,12 @@
 namespace {
 
 const Endpoints kEndpoints;
+const std::string kPage = "https://www.youtube.com/watch?v=-Az09_Za5Qy";
 std::string Pasted(const std::string& text) { return PastedLink(text, kEndpoints); }
 
 // Replaces CODE with a video's code.
 std::vector<std::string> TextsIn(const std::string& list) {
-  return Split(ReplaceAll(list, "CODE", "-Qn3_tW8yLc"), "|");
+  return Split(ReplaceAll(list, "CODE", "-Az09_Za5Qy"), "|");
 }
 
 }  // namespace
@@ -23,7 +24,7 @@ TEST(PastedLink, ATextThatNamesAVideoGivesItsWatchPage) {
   for (const std::string& text :
        TextsIn("https://www.youtube.com/watch?v=CODE|"
                "https://www.youtube.com/watch?app=desktop&list=PLv=1&v=CODE&t=30s#top|"
-               "https://www.youtube.com/watch/?feature=share&amp;v=CODE|HTTPS://M.YouTube.COM/Watch?v=CODE|"
+               "https://www.youtube.com/watch/?v=CODE|HTTPS://M.YouTube.COM/Watch?feature=share&amp;v=CODE|"
                "//music.youtube.com/watch?v=CODE&si=abc|youtube.com/watch?v=CODE|"
                "https://youtu.be/CODE?si=Xy_9-abcdefghijk|https://youtu.be/CODE&t=30|youtu.be/CODE#t=1m2s|"
                "http://www.youtu.be/CODE|https://www.youtube.com/shorts/CODE?feature=share|"
@@ -33,19 +34,34 @@ TEST(PastedLink, ATextThatNamesAVideoGivesItsWatchPage) {
                "first\nhttps://youtu.be/CODE\nhttps://youtu.be/hB7rV2kQx0w|"
                "<a href=\"https://www.youtube.com/watch?v=CODE\">|"
                "https://www.youtube.com/@someone then https://youtu.be/CODE"))
-    EXPECT_EQ(Pasted(text), "https://www.youtube.com/watch?v=-Qn3_tW8yLc") << text;
+    EXPECT_EQ(Pasted(text), kPage) << text;
 }
 
 TEST(PastedLink, ATextThatNamesNoVideoIsUnchanged) {
-  for (const std::string& text :
-       TextsIn("| two words |-Qn3_tW8yL|CODEd|-Qn3_tW8yL.|https://www.youtube.com/watch?v=-Qn3_tW8yL|"
-               "https://www.youtube.com/watch?v=CODEd|https://www.youtube.com/watch?list=x v=CODE|"
-               "https://www.youtube.com/watch#?v=CODE|https://www.youtube.com/@CODE|"
-               "https://notyoutube.com/watch?v=CODE|https://x.youtube.com/watch?v=CODE|"
-               "https://www.youtube.com.example/watch?v=CODE|https://myyoutu.be/CODE|me@youtu.be/CODE|"
-               "https://host/watch?v=abc"))
+  for (
+      const std::string& text : TextsIn(
+          "| two words |-Az09_Za5Q|CODEd|-Az09_Za5Q.|https://www.youtube.com/watch?v=-Az09_Za5Q|"
+          "https://www.youtube.com/watch?v=CODEd|https://www.youtube.com/watch?list=x &v=CODE|"
+          "https://www.youtube.com/watch?ampsv=CODE&v_CODE|https://www.youtube.com/watch#?v=CODE|https://www.youtube.com/@CODE|"
+          "https://notyoutube.com/watch?v=CODE|https://x.youtube.com/watch?v=CODE|"
+          "https://www.youtube.com.example/watch?v=CODE|https://xyoutu.be/CODE|xyoutu.be/CODE|me@youtu.be/CODE|"
+          "https://host/watch?v=abc"))
     EXPECT_EQ(Pasted(text), text);
   std::string beginnings;
   while (beginnings.size() < 2'000'000) beginnings += "/youtube.com/watch?&";
   EXPECT_EQ(Pasted(beginnings), beginnings) << "quickly";
+}
+
+TEST(PastedLink, TheCodeIsSoughtInTheFirst512BytesOfAQuery) {
+  const std::string code = "&v=-Az09_Za5Qy", query = std::string(512 - code.size(), 'x');
+  EXPECT_EQ(Pasted("youtube.com/watch?" + query + code), kPage);
+  EXPECT_EQ(Pasted("youtube.com/watch?x" + query + code), "youtube.com/watch?x" + query + code);
+}
+
+TEST(PastedLink, TheHostsMayBeOthers) {
+  Endpoints others;
+  others.WatchPageBase = "WWWatch.Example", others.ShortLinkHost = "S.Be";
+  for (const char* text :
+       {"m.wwwatch.example/v/-Az09_Za5Qy", "wwwatch-nocookie.example/e/-Az09_Za5Qy", "s.be/-Az09_Za5Qy"})
+    EXPECT_EQ(PastedLink(text, others), "https://WWWatch.Example/watch?v=-Az09_Za5Qy");
 }

@@ -4,35 +4,52 @@
 
 #include <gtest/gtest.h>
 
+namespace {
+
+Progress Saving(const std::vector<std::string>& paths) {
+  Progress progress;
+  for (const std::string& path : paths) progress.CountSaved(path);
+  return progress;
+}
+
+}  // namespace
+
 TEST(Progress, CountsGiveOneLineOfWords) {
-  Progress none, list, one, files, apart, mixed, found, nothing;
-  list.languages = 8;
-  one.CountSaved("/home/u/Documents/a.srt");
-  Progress root;
-  root.CountSaved("/a.srt");
-  EXPECT_EQ(root.Words(false, 0), "1 file saved");
-  for (const char* name : {"a.srt", "b.srt", "c.srt"})
-    files.CountSaved(std::string("/home/u/Documents/") + name);
-  for (const char* folder : {"/x/", "/y/", "/y/"}) apart.CountSaved(folder + std::string("a.srt"));
-  mixed = files;
+  const Progress files = Saving({"/home/u/Documents/a.srt", "/home/u/Documents/b.srt"});
+  Progress mixed = files;
   mixed.cancelled = 1, mixed.failed = 2;
-  found.searched = 3, found.withHits = 2, found.hits = 10;
-  nothing.searched = 1;
-  Progress single = found, empty, cancelled;
-  single.withHits = single.hits = 1;
-  empty.languages = 0;
-  cancelled.cancelled = 1;
-  std::string words;
-  for (const Progress& each :
-       {none, list, empty, one, files, apart, mixed, cancelled, found, single, nothing})
-    words += each.Words(false, 120) + "|";
-  EXPECT_EQ(words,
-            "|8 languages|No languages|1 file saved in Documents|3 files saved in Documents|3 files saved|"
-            "3 saved, 1 cancelled, 2 failed|1 cancelled|10 hits in 2 tracks|1 hit in 1 track|No hits|");
+  const std::pair<Progress, std::string> rows[] = {
+      {{}, ""},
+      {{.languages = 8}, "8 languages"},
+      {{.languages = 0}, "No languages"},
+      {Saving({"/home/u/Documents/a.srt"}), "1 file saved in Documents"},
+      {Saving({"/a.srt"}), "1 file saved"},
+      {files, "2 files saved in Documents"},
+      {Saving({"/x/a.srt", "/y/a.srt", "/y/b.srt"}), "3 files saved"},
+      {mixed, "2 saved, 1 cancelled, 2 failed"},
+      {{.cancelled = 1}, "1 cancelled"},
+      {{.failed = 1}, "1 failed"},
+      {{.searched = 3, .withHits = 2, .hits = 10}, "10 hits in 2 tracks"},
+      {{.searched = 3, .withHits = 1, .hits = 1}, "1 hit in 1 track"},
+      {{.searched = 1}, "No hits"},
+  };
+  for (const auto& [progress, words] : rows) EXPECT_EQ(progress.Words(false, 120), words);
+}
+
+TEST(Progress, MoreThanTwoSecondsAndAStopAreNamed) {
+  Progress list{.languages = 8};
   EXPECT_EQ(list.Words(false, 121), "8 languages, after 2.0 s");
-  EXPECT_EQ(list.Words(true, 3'690), "Stopped, 8 languages, after 61.5 s");
-  EXPECT_EQ(none.Words(true, 0), "Stopped");
-  EXPECT_EQ(none.Words(false, 9'999), "");
   EXPECT_EQ(list.Words(false, INT64_MAX), "8 languages, after 153722867280912930.1 s")
       << "a clock that jumps";
+  list.begun = 1'000;
+  EXPECT_EQ(list.Words(false, 1'120), "8 languages");
+  EXPECT_EQ(list.Words(true, 4'690), "Stopped, 8 languages, after 61.5 s");
+  EXPECT_EQ(Progress().Words(true, 0), "Stopped");
+  EXPECT_EQ(Progress().Words(false, 9'999), "");
+}
+
+TEST(Progress, AStepCountsTheFilesIfThereAreSeveral) {
+  EXPECT_EQ((Progress{.item = "German", .place = 2, .of = 2}.Step()), "German, 2 of 2");
+  EXPECT_EQ((Progress{.item = "German", .place = 3, .of = 2}.Step()), "German");
+  EXPECT_EQ((Progress{.item = "German", .place = 1, .of = 1}.Step()), "German");
 }

@@ -2,29 +2,23 @@
 
 #include "support/SessionDriver.h"
 
-namespace {
-
-const std::string kPage = "http://www.tarnvale.com/ravelyn";
-
-std::string Active(SessionDriver& driver) { return driver.State()["active"].dump(); }
-
-}  // namespace
-
 TEST(Menu, HelpOpensThePageOfTheActiveWindow) {
   SessionDriver driver;
-  EXPECT_EQ(driver.Run("open\nmenu FileHelp"), (Lines{Shown("Window1"), Browsed(kPage)}));
-  EXPECT_EQ(driver.Run("menu FileAboutRavelyn\nmenu FileHelp"),
-            (Lines{Shown("aboutWin"), Browsed(kPage + "#help")}));
-  EXPECT_EQ(driver.Run("activate Window1\nmenu FileHelp\nmenu FileNewWindow"),
-            (Lines{Browsed(kPage), Shown("Window1")}));
-  EXPECT_EQ(driver.Run("activate aboutWin\nclick lineBox\nmenu FileHelp\nclick openBox\nmenu FileHelp"),
-            (Lines{Browsed(kPage + "#help"), Browsed(kPage)}))
-      << "a click that does nothing activates no window";
-  EXPECT_EQ(driver.Run("activate aboutWin\nmenu FileNewWindow\nmenu FileHelp"),
-            (Lines{Shown("Window1"), Browsed(kPage)}));
-  EXPECT_EQ(driver.Run("close Window1\nclose aboutWin\nmenu FileHelp"),
-            (Lines{Closed("Window1"), Closed("aboutWin"), Browsed(kPage + "#help")}));
-  EXPECT_EQ(Active(driver), "null");
+  const std::pair<const char*, const char*> rows[] = {
+      {"open", ""},
+      {"menu FileAboutRavelyn", "#help"},
+      {"activate Window1", ""},
+      {"activate aboutWin\nclick lineBox", "#help"},  // a click that does nothing activates no window
+      {"click openBox", ""},
+      {"activate aboutWin\nmenu FileNewWindow", ""},
+      {"close Window1\nclose aboutWin", "#help"},
+  };
+  for (const auto& [actions, place] : rows) {
+    driver.Run(actions);
+    EXPECT_EQ(driver.Run("menu FileHelp"),
+              Lines{Browsed("http://www.tarnvale.com/ravelyn" + std::string(place))});
+  }
+  EXPECT_EQ(driver.State()["active"], nullptr);
 }
 
 TEST(Menu, MakesOneWindowOfEachKindAndAnotherAfterItWasClosed) {
@@ -32,11 +26,17 @@ TEST(Menu, MakesOneWindowOfEachKindAndAnotherAfterItWasClosed) {
   driver.Run("open\ntype TextField1 x\nclick SRTBox");
   EXPECT_EQ(driver.Run("menu FileAboutRavelyn\nmenu FileAboutRavelyn\nclick Canvas1"),
             (Lines{Shown("aboutWin"), Shown("aboutWin"), Shown("aboutWin")}));
-  EXPECT_EQ(driver.State()["windows"].size(), 2u);
-  EXPECT_EQ(driver.Run("resize aboutWin 500 500\nclick aboutWin.BevelButton1"), Lines{Closed("aboutWin")});
+  driver.Run("resize aboutWin 500 600\nresize Window1 -7 99999999999");
+  auto windows = driver.State()["windows"];
+  EXPECT_EQ(windows.size(), 2u);
+  EXPECT_EQ(windows["aboutWin"]["width"].dump() + windows["aboutWin"]["height"].dump(), "500600");
+  EXPECT_EQ(windows["Window1"]["width"].dump() + windows["Window1"]["height"].dump(), "6432000");
+  EXPECT_EQ(driver.Run("click aboutWin.BevelButton1"), Lines{Closed("aboutWin")});
+  EXPECT_EQ(driver.State()["windows"].size(), 1u);
   EXPECT_EQ(driver.Run("menu FileAboutRavelyn"), Lines{Shown("aboutWin")});
   EXPECT_EQ(driver.State()["windows"]["aboutWin"]["width"], 396);
-  EXPECT_EQ(driver.Run("menu FileNewWindow"), Lines{Shown("Window1")});
+  EXPECT_EQ(driver.Run("menu FileNewWindow\nmenu FileNewWindow"),
+            (Lines{Shown("Window1"), Shown("Window1")}));
   EXPECT_EQ(driver.State()["windows"]["Window1"]["controls"]["TextField1"]["text"], "x");
   // A new form starts from its layout; the program keeps the options.
   EXPECT_EQ(driver.Run("close Window1\nmenu FileNewWindow"), (Lines{Closed("Window1"), Shown("Window1")}));
@@ -58,15 +58,13 @@ TEST(Menu, EditActsOnTheFocusedTextField) {
   driver.Run("open");
   const std::pair<const char*, const char*> rows[] = {
       {"menu EditPaste", ""},  // nothing has the focus
-      {"type searchField word", "word"},
-      {"menu EditSelectAll\nmenu EditCopy\nmenu EditPaste", "word"},
-      {"menu EditPaste", "wordword"},
+      {"type searchField word\nmenu EditSelectAll\nmenu EditCopy\nmenu EditPaste\nmenu EditPaste",
+       "wordword"},
       {"menu EditUndo", "word"},
       {"menu EditSelectAll\nmenu EditCut", ""},
       {"menu EditPaste\nmenu EditPaste\nmenu EditPaste", "wordwordword"},
       {"menu EditSelectAll\nmenu EditClear", ""},
-      {"menu EditUndo", "wordwordword"},
-      {"type TextField1 link\nmenu EditSelectAll\nmenu EditCut", "wordwordword"},
+      {"type TextField1 link\nmenu EditSelectAll\nmenu EditCut", ""},
       {"type searchField\nmenu EditPaste", "link"},
   };
   for (const auto& [actions, text] : rows) {

@@ -3,11 +3,11 @@
 #include <sys/wait.h>
 
 #include <cstdlib>
-#include <filesystem>
 
 #include "runtime/Text.h"
 #include "support/SessionDriver.h"
 #include "support/recorded.h"
+#include "support/rows.h"
 
 namespace {
 
@@ -17,11 +17,8 @@ const std::vector<Track> kThree = {{"en", "English", Document({{"1.5", "2", "Hel
 
 const std::string kNoTracks =
     "There are no transcripts available for this video. Auto-generated transcripts contain no data and cannot be downloaded.";
+const std::string kHeaders = " HTTP/1.0\r\nAccept: */*\r\nAccept-Language: en\r\nHost: ";
 const std::string kNoLink = Message("This does not appear to be a YouTube URL.");
-
-std::string Request(const std::string& path, const std::string& host) {
-  return "GET " + path + " HTTP/1.0\r\nAccept: */*\r\nAccept-Language: en\r\nHost: " + host + "\r\n\r\n";
-}
 
 nlohmann::json Of(SessionDriver& driver, const char* control) {
   return driver.State()["windows"]["Window1"]["controls"][control];
@@ -30,17 +27,17 @@ std::string Rows(SessionDriver& driver) { return Of(driver, "Listbox1")["rows"].
 
 struct Outcome {
   int status;
-  Lines printed;
+  std::string printed;
 };
 
 Outcome RunTool(const std::string& options, const std::string& input) {
   TemporaryFolder folder;
   WriteFile(folder / "in", input);
   const std::string command = "TMPDIR=" + folder.Path() + " " RAVELYN_SESSION_PATH " " + options + " <" +
-                              (folder / "in") + " >" + (folder / "out") + " 2>/dev/null";
+                              (folder / "in") + " >" + (folder / "out") + " 2>&1";
   const int status = std::system(command.c_str());
   EXPECT_EQ(folder.Count(), 2u) << "its temporary folder is removed";
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, LinesOf(ReadFile(folder / "out"))};
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(folder / "out")};
 }
 
 }  // namespace
@@ -49,23 +46,36 @@ Outcome RunTool(const std::string& options, const std::string& input) {
 TEST(Session, ShowsTheWindowsAsInTheDocuments) {
   SessionDriver driver;
   driver.OpenWith(kThree, "0");
-  driver.Run("type searchField Hello\nclick PushButton3\nclick Canvas1");
+  driver.Run("type searchField Hello\nclick PushButton3\nselect 2 0\nclick Canvas1");
   const std::string state = ReplaceAll(driver.Run("dump").at(0), kVersion, "");
   ExpectRecorded(ReplaceAll(state, "},\"", "},\n\"") + "\n", "session/windows.txt");
 }
 
 TEST(Session, ReportsHowACommandEnded) {
   SessionDriver driver;
-  driver.OpenWith({{"en", "English", Document({{"1", "1", "on one"}, {"2", "1", "two"}})},
-                   {"de", "German", Document({{"1", "1", "on"}})}},
-                  "0 1");
-  EXPECT_EQ(driver.outcome, "2 languages");
+  driver.OpenWith({{"en", "English", Document({{"1", "1", "on one"}, {"2", "1", "one"}})},
+                   {"de", "German", Document({{"1", "1", "on"}})},
+                   {"fr", "French", Document({{"1", "1", "un"}})}},
+                  "0 1 2");
+  EXPECT_EQ(driver.outcome, "3 languages");
   driver.Run("type searchField on\nclick PushButton3");
-  EXPECT_EQ(driver.outcome, "2 hits in 2 tracks");
+  EXPECT_EQ(driver.outcome, "3 hits in 2 tracks");
   const std::string path = driver.folder / "en.srt";
-  EXPECT_EQ(driver.Run("# skipped\n\nclick SRTBox\nsave " + path + "\nclick PushButton1"),
+  EXPECT_EQ(driver.Run("# skipped\n\nselect 0 1\nclick SRTBox\nsave " + path + "\nclick PushButton1"),
             (Lines{Saved("", "English.srt", path), Launched(path), Saved("", "German.srt", "")}));
   EXPECT_EQ(driver.outcome, "1 saved, 1 cancelled");
+}
+
+// What reads the session's output answers as soon as an action has ended.
+TEST(Session, FlushesAfterEachAction) {
+  struct Buffer : std::stringbuf {
+    int sync() override { return ++flushed, 0; }
+    int flushed = 0;
+  } buffer;
+  std::ostream out(&buffer);
+  std::istringstream in("quit\nopen");
+  Session(EndpointsAt(""), "", out).Run(in);
+  EXPECT_EQ(buffer.flushed, 2);
 }
 
 TEST(Session, APastedLinkBecomesPlainInItsFieldOnly) {
@@ -76,46 +86,10 @@ TEST(Session, APastedLinkBecomesPlainInItsFieldOnly) {
   EXPECT_EQ(Of(driver, "searchField")["text"], link);
 }
 
-TEST(Session, PrintsEveryKindOfControl) {
-  SessionDriver driver;
-  driver.OpenWith(kThree, "2 0");
-  driver.Run("click Canvas1\nclick SRTBox");
-  const std::pair<std::string, std::string> controls[] = {
-      {"PushButton1", R"x("caption":"Download SRT File(s)")x"},
-      {"Label1", R"("text":"2. Choose an available language:")"},
-      {"TextField1", R"("text":"https://host/watch?v=abc")"},
-      {"lineBox", R"("caption":"Line-by-line","value":false)"},
-      {"SRTBox", R"("caption":"SRT File","value":true)"},
-      {"Listbox1", R"("rows":[["English","en"],["German","de"],["Brazilian","pt-BR"]],"selected":[0,2])"},
-      {"Canvas1", R"("backdrop":"Ravelyn1001.png")"},
-  };
-  for (const auto& [name, values] : controls) {
-    const std::string json = driver.Control("Window1", name);
-    EXPECT_EQ(json.substr(json.find(R"("visible":true,)") + 15), values + "}");
-  }
-  EXPECT_EQ(driver.Control("Window1", "Line9"),
-            R"({"x1":328,"y1":201,"x2":328,"y2":226,"enabled":true,"visible":false})");
-  EXPECT_EQ(
-      driver.Control("aboutWin", "BevelButton1"),
-      R"({"left":300,"top":664,"width":73,"height":22,"enabled":true,"visible":true,"caption":"Close"})");
-  const std::string start =
-      R"({"event":"state","app":{"vidCode":"abc","checkedDL":"SRT","openDL":"true",)"
-      R"("paragraphChecked":"false","timecodeChecked":"false","linebyline":"false","searchCount":"0",)"
-      R"("timingArray":[],"textArray":[],"txtSizeArray":[],"secondsArray":[],"movieDuration":0.0},)"
-      R"("active":"Window1","focus":"Window1.TextField1","windows":{"Window1":{"title":"Ravelyn for YouTube",)"
-      R"("visible":true,"width":562,"height":479,"controls":{"PushButton1":)";
-  EXPECT_EQ(driver.Run("dump").at(0).substr(0, start.size()), start);
-}
-
 TEST(Session, PrintsBytesThatAreNotUtf8AsReplacements) {
   SessionDriver driver;
-  Offer(driver.server, "abc",
-        {{"en",
-          "A\xFF\"\\\x01"
-          "B",
-          Document({})}});
-  driver.Run("open\ntype TextField1 ?v=abc\nclick PushButton2");
-  EXPECT_EQ(Rows(driver), nlohmann::json::parse(R"([["A\ufffd\"\\\u0001B","en"]])").dump());
+  driver.OpenWith({{"en", "A\xFF\"\\\x01Z", ""}}, "");
+  EXPECT_EQ(Rows(driver), nlohmann::json::parse(R"([["A\ufffd\"\\\u0001Z","en"]])").dump());
 }
 
 TEST(Session, AnActionThatCantBeDoneGivesOneErrorAndTheNextOneRuns) {
@@ -125,7 +99,7 @@ TEST(Session, AnActionThatCantBeDoneGivesOneErrorAndTheNextOneRuns) {
                    Refused(5, "nothing is open yet")}));
   driver.OpenWith(kThree, "1");
   for (
-      const std::string& row : Split(
+      const auto& row : Rows(
           "open~the program was opened before|frobnicate PushButton1~unknown action \"frobnicate\"|"
           "click Nobody~Window1 has no control Nobody|click~Window1 has no control |"
           "click Label1~Label1 takes no clicks|click Listbox1~Listbox1 takes no clicks|"
@@ -138,9 +112,8 @@ TEST(Session, AnActionThatCantBeDoneGivesOneErrorAndTheNextOneRuns) {
           "menu FileMenu~there is no menu item FileMenu|"
           "menu EditSeparator1~there is no menu item EditSeparator1|"
           "activate SearchWin~no window SearchWin is open|close Nobody~no window Nobody is open|"
-          "resize Window1 100~resize takes a width and a height|resize Window1 a b~\"a\" is no number",
-          "|"))
-    EXPECT_EQ(driver.Run(NthField(row, "~", 1)), Lines{Refused(1, NthField(row, "~", 2))}) << row;
+          "resize Window1 100~resize takes a width and a height|resize Window1 a b~\"a\" is no number"))
+    EXPECT_EQ(driver.Run(row[0]), Lines{Refused(1, row[1])}) << row[0];
   EXPECT_EQ(Of(driver, "Listbox1")["selected"].dump(), "[1]");
   EXPECT_EQ(driver.Run("quit\nclick PushButton1\nopen"),
             (Lines{Refused(2, "the program has quit"), Refused(3, "the program was opened before")}));
@@ -154,7 +127,6 @@ TEST(Session, TypesSelectsAndAnswersDialogsAsAUserWould) {
   EXPECT_EQ(Of(driver, "Listbox1")["selected"].dump(), "[1,2]");
   driver.Run("type searchField\nselect");
   EXPECT_EQ(Of(driver, "searchField")["text"], "");
-  EXPECT_EQ(driver.State()["focus"], "Window1.searchField");
   EXPECT_EQ(Of(driver, "Listbox1")["selected"].dump(), "[]");
   const std::string path = driver.folder / "a b.srt";
   EXPECT_EQ(driver.Run("select 1\nclick SRTBox\ncancel\nsave " + path +
@@ -168,17 +140,18 @@ TEST(Search, TakesTheCodeOutOfALink) {
   driver.server.Answer(Page(TrackList({kThree[0]})));
   driver.Run("open");
   // The code ends at the next "v="; the long form takes precedence.
-  for (const std::string& row :
-       Split("https://host/watch?v=abc~abc|https://host/watch?v=abc&t=30#x~abc&t=30#x|"
-             "https://host/watch?v=abc&v=second~abc&|http://v=front/?v=abc~front/?|"
-             "https://elsewhere.example/?v=abc~abc|https://host/watch?v=~|https://host/watch?v=a b~a b|"
-             "https://youtu.be/abc?si=1~abc?si=1|YOUTU.BE/x youtu.be/abc~abc|youtu.be/short?v=long~long|"
-             "youtu.be/a.be/b~a|youtuXbe/x.be/abc~abc",
-             "|")) {
-    const std::string link = NthField(row, "~", 1), code = NthField(row, "~", 2);
+  for (const auto& row :
+       Rows("https://host/watch?v=abc~abc|https://host/watch?v=abc&t=30#x~abc&t=30#x|"
+            "https://host/watch?v=abc&v=second~abc&|http://v=front/?v=abc~front/?|"
+            "https://elsewhere.example/?v=abc~abc|https://host/watch?v=~|https://host/watch?v=a b~a b|"
+            "https://youtu.be/abc?si=1~abc?si=1|YOUTU.BE/x youtu.be/abc~abc|youtu.be/short?v=long~long|"
+            "youtu.be/a.be/b~a|youtuXbe/x.be/abc~abc")) {
+    const std::string link = row[0], code = row[1];
     EXPECT_EQ(driver.Run("type TextField1 " + link + "\nclick PushButton2"), Lines{}) << link;
     EXPECT_EQ(driver.State()["app"]["vidCode"], code) << link;
-    EXPECT_EQ(driver.server.Requests().back(), Request(ListPath(code), driver.server.Host())) << link;
+    EXPECT_EQ(driver.server.Requests().back(),
+              "GET " + ListPath(code) + kHeaders + driver.server.Host() + "\r\n\r\n")
+        << link;
   }
 }
 
@@ -197,37 +170,34 @@ TEST(Search, ARefusedLinkChangesNothing) {
 }
 
 TEST(Search, ListsTheTracksOfAReply) {
-  const std::string head = "<?xml version=\"1.0\"?><transcript_list docid=\"1\">",
-                    tail = "</transcript_list>";
-  const auto track = [](const std::string& name, const std::string& code, const std::string& rest) {
-    return "<track id=\"0\" name=\"" + name + "\" lang_code=\"" + code + "\" " + rest + "/>";
+  const auto list = [](const std::string& tracks) {
+    return "<?xml version=\"1.0\"?><transcript_list docid=\"1\">" + tracks + "</transcript_list>";
   };
-  const std::string rows[][3] = {
-      {Page(TrackList(kThree)), R"([["English","en"],["German","de"],["Brazilian","pt-BR"]])", "3"},
-      {Page(head + track("Named", "en", "lang_translated=\"English\"") + tail), R"([["English","en"]])", "1"},
-      {Page(head + track("", "en", "x=\"1\" lang_translated=\"A &amp; B\" lang_default=\"true\"") +
-            track("", "en", "lang_translated=\"A &amp; B\"") + tail),
-       R"([["A &amp; B","en"],["A &amp; B","en"]])", "2"},
-      {Page(head + track("", "en", "lang_translated=\"X\" lang_default=\"false\"") + tail),
-       R"([["X\" lang_default=\"false","en"]])", "1"},
-      {Page(head + tail), "[]", "0"},
-      {Page(head.substr(0, 20)), "[]", "0"},
-      {Page(""), "[]", "0"},
-      {OpenPage(head + track("", "en", "lang_translated=\"E\"") + tail), R"([["E","en"]])", "1"},
+  const auto track = [](const std::string& rest, const std::string& name = "") {
+    return "<track id=\"0\" name=\"" + name + "\" lang_code=\"en\" lang_translated=\"" + rest + "\"/>";
+  };
+  const std::pair<std::string, std::string> rows[] = {
+      {Page(TrackList(kThree)), R"([["English","en"],["German","de"],["Brazilian","pt-BR"]])"},
+      {Page(list(track("English", "Named"))), R"([["English","en"]])"},
+      {Page(list(track("A lang_code\" lang_default=\"true") + track("A &amp; B"))),
+       R"([["A lang_code","en"],["A &amp; B","en"]])"},
+      {Page(list(track("X\" lang_default=\"false"))), R"([["X\" lang_default=\"false","en"]])"},
+      {Page(list("")), "[]"},
+      {Page(list("").substr(0, 20)), "[]"},
+      {Page(""), "[]"},
       // With a part that can't be cut, a good one before it does not count either.
-      {Page("<html><a href=\"x\">error</a><b c=\"d\">e</b></html>"), "[]", "0"},
-      {Page(head + track("", "en", "lang_translated=\"E\"") + "<track id=\"1\"/>" + tail), "[]", "0"},
-      {Page(head + "<track lang_code=en lang_translated=\"E\"/>" + tail), "[]", "0"},
-      {"HTTP/1.0 500 Oh\r\n\r\n" + head + track("", "en", "lang_translated=\"E\"") + tail, R"([["E","en"]])",
-       "1"},
+      {Page("<html><a href=\"x\">error</a><b c=\"d\">e</b></html>"), "[]"},
+      {Page(list(track("E") + "<track id=\"1\" lang_code=\"de\"/>")), "[]"},
+      {Page(list("<track lang_code=en lang_translated=\"E\"/>")), "[]"},
+      {"HTTP/1.0 500 Oh\r\n\r\n" + list(track("E")), R"([["E","en"]])"},
   };
   SessionDriver driver;
   driver.Run("open\ntype TextField1 ?v=abc");
-  for (const auto& [reply, cells, elements] : rows) {
+  for (const auto& [reply, cells] : rows) {
     driver.server.AnswerAt(ListPath("abc"), {reply});
     EXPECT_EQ(driver.Run("click PushButton2"), cells == "[]" ? Lines{Message(kNoTracks)} : Lines{}) << reply;
     EXPECT_EQ(Rows(driver), cells) << reply;
-    EXPECT_EQ(std::to_string(Of(driver, "XMLList")["rows"].size()), elements);
+    EXPECT_EQ(Of(driver, "XMLList")["rows"].size(), nlohmann::json::parse(cells).size());
   }
 }
 
@@ -237,9 +207,7 @@ TEST(Search, ReplacesTheBufferAndTheRowsOfTheEarlierSearch) {
   Offer(driver.server, "two", {kThree[1]});
   EXPECT_EQ(driver.Run("type TextField1 youtu.be/two\nclick PushButton2"), Lines{});
   EXPECT_EQ(Rows(driver) + Of(driver, "Listbox1")["selected"].dump(), R"([["German","de"]][])");
-  EXPECT_EQ(
-      Of(driver, "XMLList")["rows"].dump(),
-      R"xml([["0 lang_code=\"de\" lang_original=\"?\" lang_translated=\"German\" lang_default=\"true\"/>"]])xml");
+  EXPECT_EQ(Of(driver, "XMLList")["rows"].size(), 1u);
   EXPECT_EQ(
       Of(driver, "TextArea1")["text"],
       R"(<?xml version="1.0" encoding="utf-8"?><transcript_list docid="7">:::<track id="0" name="" lang_code="de" lang_original="?" lang_translated="German" lang_default="true"/>:::</transcript_list>)");
@@ -247,45 +215,54 @@ TEST(Search, ReplacesTheBufferAndTheRowsOfTheEarlierSearch) {
   EXPECT_EQ(driver.Run("type TextField1 another\nselect 0\nclick SRTBox\nclick PushButton1"),
             Lines{Saved("", "German.srt", "")});
   driver.server.AnswerAt(ListPath("gone"), {"", Reply::End::Reset});
-  EXPECT_EQ(
-      driver.Run("type TextField1 ?v=gone\nclick PushButton2\nclick PushButton1"),
-      (Lines{
-          Message(kNoTracks, "The reply broke off before the first byte of its text."),
-          Message(
-              "There are no selected languages to retrieve. Did you click the Search button? If you did there may be no uploaded closed captions to retrieve.")}));
+  EXPECT_EQ(driver.Run("type TextField1 ?v=gone\nclick PushButton2"),
+            Lines{Message(kNoTracks, "The reply broke off before the first byte of its text.")});
+  EXPECT_EQ(Rows(driver), "[]");
   EXPECT_EQ(driver.State()["app"]["vidCode"], "gone");
 }
 
-TEST(SessionTool, EndsWith2AfterAnActionThatCantBeDone) {
-  EXPECT_EQ(RunTool("", "").status, 0);
-  EXPECT_EQ(RunTool("", "open\nquit\n").printed,
-            (Lines{Shown("Window1"), R"({"event":"done","action":"open"})",
-                   R"({"event":"done","action":"quit"})"}));
-  const Outcome wrong = RunTool("", "open\nclick Nobody\r\nquit");
-  EXPECT_EQ(wrong.status, 2);
-  EXPECT_EQ(wrong.printed.size(), 4u);
-  EXPECT_EQ(RunTool("--probe-address my-host.invalid", "open\ndump").status, 0);
-  EXPECT_EQ(RunTool("--version", "").printed, Lines{std::string("ravelyn-session ") + kVersion});
-  EXPECT_EQ(RunTool("--help", "").printed.front(), "Usage: ravelyn-session [OPTION]...");
+TEST(SessionTool, EndsWith2AfterAWrongOptionAndAnActionThatCantBeDone) {
+  const std::string opened = Shown("Window1") + "\n" + R"({"event":"done","action":"open"})" + "\n";
+  const std::string wrong = "ravelyn-session: wrong option or value: ";
+  const struct {
+    std::string options, actions, beginning;
+    int status = 2;
+  } rows[] = {
+      {"--probe-address my-host.invalid", "", "", 0},
+      {"", "open\nquit\n", opened + R"({"event":"done","action":"quit"})" + "\n", 0},
+      {"", "open\nclick Nobody\r\n", opened + Refused(2, "Window1 has no control Nobody") + "\n"},
+      {"--version", "", std::string("ravelyn-session ") + kVersion + "\n", 0},
+      {"--help", "", "Usage: ravelyn-session [OPTION]...\n", 0},
+      {"--frobnicate x", "open", wrong + "--frobnicate\n"},
+      {"--track-list", "open", wrong + "--track-list\n"},
+      {"--track-list ''", "open", wrong + "--track-list\n"},
+      {"--prefs /nowhere/at/all", "open", wrong + "--prefs\n"},
+      {"--probe-address '127.0.0.1;false'", "open", wrong + "--probe-address\n"},
+      {"--probe-address -f", "open", wrong + "--probe-address\n"},
+      {"open", "open", wrong + "open\n"},
+  };
+  for (const auto& [options, actions, beginning, status] : rows) {
+    const Outcome outcome = RunTool(options, actions);
+    EXPECT_EQ(outcome.status, status) << options;
+    EXPECT_EQ(outcome.printed.substr(0, beginning.size()), beginning) << options;
+  }
 }
 
-TEST(SessionTool, FollowsItsOptionsAndRefusesWrongOnes) {
+TEST(SessionTool, FollowsItsOptions) {
   LoopbackServer list, text;
   Offer(list, "abc", kThree);
   Offer(text, "abc", kThree);
-  TemporaryFolder prefs;
+  const TemporaryFolder folder;
   const Outcome outcome = RunTool(
-      "--track-list " + list.Host() + " --timed-text " + text.Host() + " --prefs " + prefs.Path() +
+      "--track-list " + list.Host() + " --timed-text " + text.Host() + " --prefs " + (folder / "new") +
           " --probe-address 240.0.0.1",
       "open\ntype TextField1 ?v=abc\nclick PushButton2\nselect 0\nclick SRTBox\nclick PushButton1\nquit");
   EXPECT_EQ(outcome.status, 0);
-  ASSERT_EQ(outcome.printed.size(), 12u);
-  EXPECT_TRUE(outcome.printed[1].starts_with(R"({"event":"message","text":"Ravelyn cannot work)"));
-  EXPECT_EQ(outcome.printed[8], Saved("", "English.srt", ""));
+  const Lines printed = LinesOf(outcome.printed);
+  ASSERT_EQ(printed.size(), 12u);
+  EXPECT_TRUE(printed[1].starts_with(R"({"event":"message","text":"Ravelyn cannot work)"));
+  EXPECT_EQ(printed[8], Saved("", "English.srt", ""));
   EXPECT_EQ(list.Requests().size(), 1u);
   EXPECT_EQ(text.Requests().size(), 1u);
-  EXPECT_EQ(ReadFile(prefs / "com.tarnvale.ravelyn.user.prefs"), "SRT\ntrue\nfalse\nfalse\nfalse\n");
-  for (const char* options : {"--frobnicate x", "--track-list", "--track-list ''", "--prefs /nowhere/at/all",
-                              "--probe-address '127.0.0.1;false'", "--probe-address -f", "open"})
-    EXPECT_EQ(RunTool(options, "open\n").status, 2) << options;
+  EXPECT_EQ(ReadFile(folder / "new/com.tarnvale.ravelyn.user.prefs"), "SRT\ntrue\nfalse\nfalse\nfalse\n");
 }
