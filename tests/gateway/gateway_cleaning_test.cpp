@@ -61,6 +61,10 @@ TEST(Cleaning, RepeatedLinesOfAFileThatDoesNotRollStay) {
       // A refrain: the same line again, as long as the first time.
       {At("01.000", "02.000", "la la") + At("02.000", "03.000", "la la") + At("03.000", "04.000", "la la"),
        {"1.000+1.000 la la", "2.000+1.000 la la", "3.000+1.000 la la"}},
+      // The whole line twice, with and without tags.
+      {At("01.000", "02.000", "<i>a</i>") + At("02.000", "03.000", "a") + At("03.000", "04.000", "<i>b</i>") +
+           At("04.000", "05.000", "b"),
+       {"1.000+1.000 a", "2.000+1.000 a", "3.000+1.000 b", "4.000+1.000 b"}},
       // Karaoke: the same line with the next word marked.
       {At("01.000", "02.000", "<00:00:01.100>a b") + At("02.000", "03.000", "a <00:00:02.100>b") +
            At("03.000", "04.000", "a<00:00:03.100> b"),
@@ -88,10 +92,11 @@ TEST(Cleaning, RepeatedLinesOfAFileThatDoesNotRollStay) {
 }
 
 TEST(Cleaning, OnlyOverlapsOfAutomaticTracksAreCut) {
-  const std::string file = Vtt(At("01.000", "09.000", "a") + At("01.000", "04.000", "b") +
-                               At("03.000", "05.000", "c") + At("05.000", "06.000", "d"));
-  const Lines kept = {"1.000+8.000 a", "1.000+3.000 b", "3.000+2.000 c", "5.000+1.000 d"};
-  const Lines cut = {"1.000+2.000 a", "1.000+2.000 b", "3.000+2.000 c", "5.000+1.000 d"};
+  const std::string file =
+      Vtt(At("01.000", "09.000", "a") + At("01.000", "04.000", "b") + At("03.000", "05.000", "c") +
+          At("05.000", "09.000", "d") + At("07.000", "08.000", " "));
+  const Lines kept = {"1.000+8.000 a", "1.000+3.000 b", "3.000+2.000 c", "5.000+4.000 d"};
+  const Lines cut = {"1.000+2.000 a", "1.000+2.000 b", "3.000+2.000 c", "5.000+4.000 d"};
   EXPECT_EQ(CuesOf("vtt", file, {"en", false}), kept);
   EXPECT_EQ(CuesOf("vtt", file, {"original", false}), kept);
   EXPECT_EQ(CuesOf("vtt", file, {"en", true}), cut);
@@ -115,7 +120,7 @@ TEST(Cleaning, BlanksAndInvisibleCharactersAreTidied) {
       "e \u200B ";
   EXPECT_EQ(CuesOf("vtt", Vtt(At("01.000", "02.000", words))), (Lines{"1.000+1.000 a b cd e"}));
   const std::string khmer = Vtt(At("01.000", "02.000", words + "\n\u200B f \u200B g"));
-  for (const char* language : {"km", "th-TH", "LO", "my-orig"})
+  for (const char* language : {"km", "th-TH", "LO", "my_MM-orig"})
     EXPECT_EQ(CuesOf("vtt", khmer, {language}), (Lines{"1.000+1.000 a b c\u200Bd e f \u200B g"})) << language;
   EXPECT_EQ(CuesOf("vtt", khmer, {"kmb"}), (Lines{"1.000+1.000 a b cd e f g"}));
   EXPECT_EQ(Convert("vtt", Vtt(At("01.000", "02.000", words))).document.find('\r'), std::string::npos);
