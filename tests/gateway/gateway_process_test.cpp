@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/un.h>
 
+#include <regex>
 #include <sstream>
 
 #include "app/Endpoints.h"
@@ -66,16 +67,7 @@ std::string Counted(auto count, const char* unit) {
 
 // The text on one line, without the backslashes of a man page.
 std::string Flattened(const std::string& text) {
-  std::string flat;
-  for (const char c : text) {
-    if (c == '\\') continue;
-    if (c != '\n' && c != ' ') {
-      flat += c;
-    } else if (!flat.ends_with(' ')) {
-      flat += ' ';
-    }
-  }
-  return flat;
+  return std::regex_replace(ReplaceAll(text, "\\", ""), std::regex("\\s+"), " ");
 }
 
 TEST(GatewayOptions, HelpAndManPageGiveTheLimitsOfTheCode) {
