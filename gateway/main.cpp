@@ -68,9 +68,14 @@ int Serve(const Options& options) {
   return 0;
 }
 
+// Flushes at once, since a write that fails at the end of the process would go unnoticed.
+int Print(const std::string& text) {
+  return std::fputs(text.c_str(), stdout) < 0 || std::fflush(stdout) != 0 ? 1 : 0;
+}
+
 int Run(const Options& options) {
-  if (options.Has("--help")) return std::fputs(HelpText().c_str(), stdout) < 0 ? 1 : 0;
-  if (options.Has("--version")) return std::puts("ravelyn-gateway " RAVELYN_VERSION) < 0 ? 1 : 0;
+  if (options.Has("--help")) return Print(HelpText());
+  if (options.Has("--version")) return Print("ravelyn-gateway " RAVELYN_VERSION "\n");
   return Serve(options);
 }
 

@@ -22,8 +22,7 @@ constexpr ByteSet kSpecialBytes("\x7F\xC2\xE2\xEF", 0x20);
 
 bool WritesNoBlanks(std::string_view language) {
   constexpr std::array<std::string_view, 4> kLanguages = {"km", "lo", "my", "th"};
-  const std::string base =
-      Lowercase(language.substr(0, std::min(language.find_first_of("-_"), std::size_t{3})));
+  const std::string base = Lowercase(language.substr(0, language.find_first_of("-_")));
   return std::find(kLanguages.begin(), kLanguages.end(), base) != kLanguages.end();
 }
 

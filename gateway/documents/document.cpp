@@ -53,7 +53,7 @@ void AppendWords(std::string& to, std::string_view words) {
     if (at > 0 && words[at - 1] == ' ' && left.starts_with("|||")) to.back() = '\n';
     const Escape* escape = EscapeAt(left);
     escape ? to += escape->replacement : to += left.front();
-    const bool mayOverlap = escape && escape->text.size() > 1 && escape->text.back() == '/';
+    const bool mayOverlap = escape && escape->text.back() == '/';
     from = at + (escape ? escape->text.size() - (mayOverlap ? 1 : 0) : 1);
   }
 }

@@ -18,7 +18,7 @@ void UnifyLineEnds(std::string& text) {
   if (from == std::string::npos) return;
   std::size_t to = from;
   for (; from < text.size(); ++from) {
-    if (text[from] == '\r' && from + 1 < text.size() && text[from + 1] == '\n') continue;
+    if (text[from] == '\r' && text[from + 1] == '\n') continue;
     text[to++] = text[from] == '\r' ? '\n' : text[from];
   }
   text.resize(to);

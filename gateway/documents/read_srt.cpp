@@ -26,8 +26,7 @@ constexpr std::array<std::string_view, 10> kTags = {"b",  "c",    "em", "font", 
 // Any other text in brackets is part of the words: "<sighs>".
 Markup::Tag TagOf(std::string_view inside) {
   if (inside.starts_with('/')) inside.remove_prefix(1);
-  const std::string name =
-      Lowercase(inside.substr(0, std::min<std::size_t>(inside.find_first_of(" \t\n/.="), 7)));
+  const std::string name = Lowercase(inside.substr(0, inside.find_first_of(" \t\n/.=")));
   if (name == "br") return Markup::Tag::Break;
   return std::find(kTags.begin(), kTags.end(), name) != kTags.end() ? Markup::Tag::Mark : Markup::Tag::None;
 }

@@ -37,9 +37,8 @@ void SkipBlanks(std::string_view& text) {
   text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
 }
 
+// Each number is at most kLatestTime, so that the sum fits.
 std::int64_t Total(std::int64_t hours, std::int64_t minutes, std::int64_t seconds, std::int64_t thousandths) {
-  constexpr std::int64_t kMost = kLatestTime / 3'600'000;
-  if (std::max({hours, minutes / 60, seconds / 3600}) > kMost) return kLatestTime;
   return std::min(((hours * 60 + minutes) * 60 + seconds) * 1000 + thousandths, kLatestTime);
 }
 

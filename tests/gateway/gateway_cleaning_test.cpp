@@ -1,4 +1,4 @@
-// How the cues of caption files are cleaned, and which files keep their cues.
+// How the cues of caption files are cleaned, which files keep their cues, and which are too large.
 
 #include <gtest/gtest.h>
 
@@ -43,8 +43,9 @@ TEST(Cleaning, RollingLinesAppearOnce) {
   EXPECT_EQ(CuesOf("vtt", longHolds), (Lines{"1.000+2.000 a b", "3.000+3.000 c d"}));
   // The longest run counts if several lines have the same words.
   EXPECT_EQ(
-      CuesOf("vtt", longHolds + At("06.000", "07.000", "c d\nx\nx\nx") + At("07.000", "08.000", "x\nx\ny")),
-      (Lines{"1.000+2.000 a b", "3.000+3.000 c d", "6.000+1.000 x x x", "7.000+1.000 y"}));
+      CuesOf("vtt", longHolds + At("06.000", "07.000", "c d\nx\nx\nx") + At("07.000", "08.000", "x\nx\ny") +
+                        At("08.000", "09.000", "x\nz")),
+      (Lines{"1.000+2.000 a b", "3.000+3.000 c d", "6.000+1.000 x x x", "7.000+1.000 y", "8.000+1.000 x z"}));
   EXPECT_EQ(CuesOf("vtt", longHolds + At("07.000", "08.000", "x\nz") + At("07.000", "08.000", "x\nz\nx") +
                               At("07.000", "08.000", "x\nz\nx\nx")),
             (Lines{"1.000+2.000 a b", "3.000+3.000 c d", "7.000+1.000 x z", "7.000+1.000 x"}));
@@ -61,6 +62,10 @@ TEST(Cleaning, RepeatedLinesOfAFileThatDoesNotRollStay) {
       // A refrain: the same line again, as long as the first time.
       {At("01.000", "02.000", "la la") + At("02.000", "03.000", "la la") + At("03.000", "04.000", "la la"),
        {"1.000+1.000 la la", "2.000+1.000 la la", "3.000+1.000 la la"}},
+      // The whole line twice, with and without tags.
+      {At("01.000", "02.000", "<i>a</i>") + At("02.000", "03.000", "a") + At("03.000", "04.000", "<i>b</i>") +
+           At("04.000", "05.000", "b"),
+       {"1.000+1.000 a", "2.000+1.000 a", "3.000+1.000 b", "4.000+1.000 b"}},
       // Karaoke: the same line with the next word marked.
       {At("01.000", "02.000", "<00:00:01.100>a b") + At("02.000", "03.000", "a <00:00:02.100>b") +
            At("03.000", "04.000", "a<00:00:03.100> b"),
@@ -76,6 +81,9 @@ TEST(Cleaning, RepeatedLinesOfAFileThatDoesNotRollStay) {
        {"1.000+1.000 a", "1.949+0.010 a", "3.000+1.000 b", "3.949+0.010 b"}},
       {At("01.000", "02.000", "a") + At("02.000", "02.051", "a") + At("02.051", "02.102", "a"),
        {"1.000+1.000 a", "2.000+0.051 a", "2.051+0.051 a"}},
+      {At("01.000", "02.000", "a") + At("02.000", "02.010", "x") + At("02.010", "02.020", "y") +
+           At("03.000", "04.000", "b") + At("04.000", "05.000", "b\nc"),
+       {"1.000+1.000 a", "2.000+0.010 x", "2.010+0.010 y", "3.000+1.000 b", "4.000+1.000 b c"}},
       {At("01.000", "02.000", "aab") + At("02.000", "02.010", "ab") + At("02.010", "02.020", "b") +
            At("02.020", "03.000", "b\nc"),
        {"1.000+1.000 aab", "2.000+0.010 ab", "2.010+0.010 b", "2.020+0.980 b c"}},
@@ -88,10 +96,11 @@ TEST(Cleaning, RepeatedLinesOfAFileThatDoesNotRollStay) {
 }
 
 TEST(Cleaning, OnlyOverlapsOfAutomaticTracksAreCut) {
-  const std::string file = Vtt(At("01.000", "09.000", "a") + At("01.000", "04.000", "b") +
-                               At("03.000", "05.000", "c") + At("05.000", "06.000", "d"));
-  const Lines kept = {"1.000+8.000 a", "1.000+3.000 b", "3.000+2.000 c", "5.000+1.000 d"};
-  const Lines cut = {"1.000+2.000 a", "1.000+2.000 b", "3.000+2.000 c", "5.000+1.000 d"};
+  const std::string file =
+      Vtt(At("01.000", "09.000", "a") + At("01.000", "04.000", "b") + At("03.000", "05.000", "c") +
+          At("05.000", "09.000", "d") + At("07.000", "08.000", " "));
+  const Lines kept = {"1.000+8.000 a", "1.000+3.000 b", "3.000+2.000 c", "5.000+4.000 d"};
+  const Lines cut = {"1.000+2.000 a", "1.000+2.000 b", "3.000+2.000 c", "5.000+4.000 d"};
   EXPECT_EQ(CuesOf("vtt", file, {"en", false}), kept);
   EXPECT_EQ(CuesOf("vtt", file, {"original", false}), kept);
   EXPECT_EQ(CuesOf("vtt", file, {"en", true}), cut);
@@ -115,8 +124,38 @@ TEST(Cleaning, BlanksAndInvisibleCharactersAreTidied) {
       "e \u200B ";
   EXPECT_EQ(CuesOf("vtt", Vtt(At("01.000", "02.000", words))), (Lines{"1.000+1.000 a b cd e"}));
   const std::string khmer = Vtt(At("01.000", "02.000", words + "\n\u200B f \u200B g"));
-  for (const char* language : {"km", "th-TH", "LO", "my-orig"})
+  for (const char* language : {"km", "th-TH", "LO", "my_MM-orig"})
     EXPECT_EQ(CuesOf("vtt", khmer, {language}), (Lines{"1.000+1.000 a b c\u200Bd e f \u200B g"})) << language;
   EXPECT_EQ(CuesOf("vtt", khmer, {"kmb"}), (Lines{"1.000+1.000 a b cd e f g"}));
   EXPECT_EQ(Convert("vtt", Vtt(At("01.000", "02.000", words))).document.find('\r'), std::string::npos);
+}
+
+TEST(Documents, AFileOverALimitIsTooLarge) {
+  const auto srtOf = [](std::size_t cues) {
+    return ReplaceAll(std::string(cues, '\n'), "\n", "0:0-->0:0\na\n");
+  };
+  EXPECT_EQ(Convert("srt", srtOf(1'500'000)).fault, "");
+  EXPECT_EQ(Convert("srt", srtOf(1'500'001)).fault, "this file is too large");
+  // Text of 64 MiB, plain and in another encoding, where one byte gives three.
+  const std::string plain(64u << 20, 'x'), currency = std::string((64u << 20) / 3, '\x80') + "x";
+  for (const std::string& text : {plain, currency}) {
+    EXPECT_EQ(Convert("srt", text).fault, "this file holds no captions");
+    EXPECT_EQ(Convert("srt", text + "x").fault, "this file is too large");
+  }
+  // A document of 96 MiB before its last tag; each quotation mark takes ten bytes.
+  const auto vtt = [](const std::string& words) { return Convert("vtt", "WEBVTT\n\n0:0-->0:0\n" + words); };
+  const std::size_t room = (96u << 20) + std::string("</transcript>x").size() - vtt("x").document.size();
+  const std::string words = std::string(room / 10, '"') + std::string(room % 10, 'x');
+  EXPECT_EQ(vtt(words).document.size(), (96u << 20) + std::string("</transcript>").size());
+  EXPECT_EQ(vtt(words + "x").fault, "this file is too large");
+  EXPECT_EQ(Convert("srv1", "<transcript>" + std::string(17u << 20, '<')).fault, "this file is too large");
+  // Each part has eight nodes of 64 bytes and two attributes of 40; the rest is filled with single nodes.
+  const std::string part = "<a b='' c=''>t<d/>u</a>v<e>w</e><f></f>x<g/>";
+  constexpr std::size_t kLimit = (128u << 20) - 64, kParts = 100'000, kRest = (kLimit - kParts * 592) / 64;
+  const auto tree = [&](std::size_t nodes) {
+    return "<transcript>" + ReplaceAll(std::string(kParts, 'x'), "x", part) +
+           ReplaceAll(std::string(nodes, 'x'), "x", "<h/>") + "</transcript>";
+  };
+  EXPECT_EQ(Convert("srv1", tree(kRest)).fault, "this file holds no captions");
+  EXPECT_EQ(Convert("srv1", tree(kRest + 1)).fault, "this file is too large");
 }

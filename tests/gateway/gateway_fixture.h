@@ -9,7 +9,7 @@
 #include <sys/socket.h>
 
 #include <array>
-#include <charconv>
+#include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -33,14 +33,6 @@ struct Reply {
   bool Has(const std::string& line) const { return head.find("\r\n" + line + "\r\n") != std::string::npos; }
 };
 
-inline Descriptor ConnectTo(std::uint16_t port) {
-  const sockaddr_in address{AF_INET, htons(port), {htonl(INADDR_LOOPBACK)}, {}};
-  Descriptor client(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-  const auto* generic = static_cast<const sockaddr*>(static_cast<const void*>(&address));
-  EXPECT_EQ(::connect(client.Number(), generic, sizeof address), 0);
-  return client;
-}
-
 // False if the peer has closed the connection.
 inline bool SendAll(const Descriptor& client, std::string_view bytes) {
   while (!bytes.empty()) {
@@ -49,6 +41,16 @@ inline bool SendAll(const Descriptor& client, std::string_view bytes) {
     bytes.remove_prefix(static_cast<std::size_t>(count));
   }
   return true;
+}
+
+// A client that has sent these bytes.
+inline Descriptor ConnectTo(std::uint16_t port, std::string_view bytes = "") {
+  const sockaddr_in address{AF_INET, htons(port), {htonl(INADDR_LOOPBACK)}, {}};
+  Descriptor client(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  const auto* generic = static_cast<const sockaddr*>(static_cast<const void*>(&address));
+  EXPECT_EQ(::connect(client.Number(), generic, sizeof address), 0);
+  SendAll(client, bytes);
+  return client;
 }
 
 // All bytes until the peer closes the connection or sends nothing for half a minute.
@@ -66,10 +68,7 @@ inline Reply ReadReply(const Descriptor& client) {
 }
 
 inline std::uint16_t PortIn(const std::string& address) {
-  std::uint16_t port = 0;
-  const char* digits = address.data() + address.rfind(':') + 1;
-  std::from_chars(digits, address.data() + address.size(), port);
-  return port;
+  return static_cast<std::uint16_t>(std::atoi(address.c_str() + address.rfind(':') + 1));
 }
 
 inline std::string GetRequest(const std::string& target) {
@@ -98,11 +97,7 @@ class RunningGateway {
 
   std::uint16_t Port() const { return PortIn(gateway::AddressOf(listener_)); }
 
-  Reply Ask(std::string_view bytes) const {
-    const Descriptor client = ConnectTo(Port());
-    SendAll(client, bytes);
-    return ReadReply(client);
-  }
+  Reply Ask(std::string_view bytes) const { return ReadReply(ConnectTo(Port(), bytes)); }
   Reply List(const std::string& code) const { return Ask(GetRequest("/timedtext?type=list&v=" + code)); }
   Reply Captions(const std::string& code, const std::string& language) const {
     return Ask(GetRequest("/api/timedtext?&v=" + code + "&lang=" + language));

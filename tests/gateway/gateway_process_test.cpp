@@ -1,6 +1,10 @@
 // The gateway as a process: its options, its first line, and its end.
 
 #include <fcntl.h>
+#include <sys/un.h>
+
+#include <regex>
+#include <sstream>
 
 #include "app/Endpoints.h"
 #include "gateway/options.h"
@@ -16,6 +20,8 @@ using namespace std::chrono_literals;
 using gateway::Limits;
 using Lines = std::vector<std::string>;
 
+const std::string kList = GetRequest("/timedtext?type=list&v=hB7rV2kQx0w");
+
 TEST(GatewayProcess, TheFirstLineShowsWhatIsServedAndASignalEndsIt) {
   const TemporaryFolder folder;
   WriteFile(folder / "t [abc].en.srv1", "words");
@@ -27,9 +33,9 @@ TEST(GatewayProcess, TheFirstLineShowsWhatIsServedAndASignalEndsIt) {
     EXPECT_EQ(line, "ravelyn-gateway: http://127.0.0.1:" + std::to_string(PortIn(address)) +
                         "/ serves 1 video with 2 tracks from " + folder.Path() +
                         "; 1 caption file left out, see --help; fetches nothing");
-    const Descriptor hanging = ConnectTo(PortIn(address)), client = ConnectTo(PortIn(address));
-    SendAll(client, GetRequest("/api/timedtext?&v=abc&lang=de"));
-    EXPECT_NE(ReadReply(client).body.find(">Worte</text>"), std::string::npos);
+    const Descriptor hanging = ConnectTo(PortIn(address));
+    const std::string request = GetRequest("/api/timedtext?&v=abc&lang=de");
+    EXPECT_NE(ReadReply(ConnectTo(PortIn(address), request)).body.find(">Worte</text>"), std::string::npos);
     EXPECT_EQ(process.End(signal), 0);
   }
 }
@@ -42,40 +48,34 @@ TEST(GatewayProcess, InvalidOptionsPrintAnErrorAndTheUsage) {
                  "--fetch=yes~unknown option \"--fetch=yes\"|--folder /tmp more~unknown option \"more\"|"
                  "--folder /tmp --port 65536~--port wants a number from 0 to 65535, not \"65536\"|"
                  "--folder /tmp --port=-1~--port wants a number from 0 to 65535, not \"-1\"|"
-                 "--folder /tmp --port 80x~--port wants a number from 0 to 65535, not \"80x\"",
+                 "--help --port 80x~--port wants a number from 0 to 65535, not \"80x\"",
              "|")) {
     const std::string arguments = NthField(row, "~", 1);
     Process process(arguments.empty() ? Lines{} : Split(arguments, " "));
     EXPECT_EQ(process.ReadLine(), "ravelyn-gateway: " + NthField(row, "~", 2));
-    EXPECT_EQ(process.ReadLine(), gateway::kUsage);
+    EXPECT_EQ(process.ReadLine(),
+              "Usage: ravelyn-gateway [--folder DIR ...] [--fetch] [OPTION ...], see --help");
     EXPECT_EQ(process.End(), 2) << row;
   }
 }
 
-std::string Counted(auto count, const char* unit) { return std::to_string(count) + " " + unit; }
+std::string Counted(auto count, const char* unit) {
+  std::ostringstream text;
+  text << count << ' ' << unit;
+  return text.str();
+}
 
 // The text on one line, without the backslashes of a man page.
 std::string Flattened(const std::string& text) {
-  std::string flat;
-  for (const char c : text) {
-    if (c == '\\') continue;
-    if (c != '\n' && c != ' ') {
-      flat += c;
-    } else if (!flat.ends_with(' ')) {
-      flat += ' ';
-    }
-  }
-  return flat;
+  return std::regex_replace(ReplaceAll(text, "\\", ""), std::regex("\\s+"), " ");
 }
 
 TEST(GatewayOptions, HelpAndManPageGiveTheLimitsOfTheCode) {
   const Limits limits;
   const gateway::CacheLimits cache;
-  const auto seconds = [](auto time) {
-    return Counted(std::chrono::duration_cast<std::chrono::seconds>(time).count(), "seconds");
-  };
+  const auto seconds = [](std::chrono::duration<double> time) { return Counted(time.count(), "seconds"); };
   const std::string port = std::to_string(gateway::kDefaultPort);
-  const std::string phrases[] = {
+  Lines phrases = {
       "Default: " + port,
       "may have " + Counted(limits.headBytes >> 10, "KiB") + " and take " + seconds(limits.head) +
           ", its answer " + seconds(limits.answer),
@@ -87,14 +87,12 @@ TEST(GatewayOptions, HelpAndManPageGiveTheLimitsOfTheCode) {
   };
   const std::string root = RAVELYN_SOURCE_DIR, help = Flattened(gateway::HelpText());
   std::string man = Flattened(ReadFile(root + "/packaging/man/ravelyn-gateway.1"));
+  for (const auto& format : gateway::CaptionFormats()) phrases.push_back(" " + std::string(format.ending));
   for (const std::string& phrase : phrases) {
     EXPECT_NE(help.find(phrase), help.npos) << phrase;
     EXPECT_NE(man.find(phrase), man.npos) << phrase;
   }
-  for (const auto& format : gateway::CaptionFormats()) {
-    EXPECT_NE(help.find(" " + std::string(format.ending)), help.npos);
-    EXPECT_NE(man.find(" " + std::string(format.ending)), man.npos);
-  }
+  EXPECT_NE(help.find(" EXT is srv1 srv2 srv3 json3 ttml vtt srt, in upper"), help.npos);
   EXPECT_EQ(gateway::Options(std::array<const char*, 1>{"--fetch"}).Port(), gateway::kDefaultPort);
   EXPECT_EQ(Endpoints().TrackListEndpoint, "127.0.0.1:" + port);
   EXPECT_EQ(Endpoints().TimedTextEndpoint, "127.0.0.1:" + port);
@@ -141,16 +139,39 @@ TEST(GatewayOptions, OptionsTakeTheirValues) {
 TEST(GatewayProcess, TheEndOfInputEndsIt) {
   int ends[2];
   ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
+  const Lines arguments = {"--folder", RAVELYN_SAMPLES_DIR, "--port=0", "--stop-with-input"};
   const Descriptor reading(ends[0]);
   Descriptor writing(ends[1]);
-  Process process({"--folder", RAVELYN_SAMPLES_DIR, "--port=0", "--stop-with-input"}, reading);
+  Process process(arguments, reading);
   const std::uint16_t port = PortIn(Address(process.ReadLine()));
   ASSERT_EQ(::write(writing.Number(), "more", 4), 4);
-  const Descriptor client = ConnectTo(port);
-  SendAll(client, GetRequest("/timedtext?type=list&v=hB7rV2kQx0w"));
-  EXPECT_EQ(ReadReply(client).Status(), "HTTP/1.1 200 OK") << "bytes of its input are ignored";
+  EXPECT_EQ(ReadReply(ConnectTo(port, kList)).Status(), "HTTP/1.1 200 OK")
+      << "bytes of its input are ignored";
   writing = Descriptor();
   EXPECT_EQ(process.End(), 0);
+
+  Process unreadable(arguments, Descriptor(::open("/", O_RDONLY | O_CLOEXEC)));
+  EXPECT_EQ(unreadable.End(), 0);
+}
+
+TEST(GatewayProcess, ClosedStandardDescriptorsAreOpened) {
+  Process process("echo $$; exec \"$@\" <&- 2>&-", {"--folder", RAVELYN_SAMPLES_DIR, "--port=0"});
+  const std::string descriptors = "/proc/" + process.ReadLine() + "/fd/";
+  const std::uint16_t port = PortIn(Address(process.ReadLine()));
+  EXPECT_EQ(ReadReply(ConnectTo(port, kList)).Status(), "HTTP/1.1 200 OK");
+  Lines opened;
+  for (const char* number : {"0", "2", "3", "5"})
+    opened.push_back(std::filesystem::read_symlink(descriptors + number));
+  EXPECT_EQ(opened, (Lines{"/dev/null", "/dev/null", "anon_inode:[signalfd]", "anon_inode:[eventfd]"}));
+}
+
+TEST(GatewayProcess, HelpAndVersionArePrinted) {
+  Process version({"--version"}), full("exec \"$@\" >/dev/full", {"--help"}), help({"--help"});
+  EXPECT_EQ(version.ReadLine(), "ravelyn-gateway " RAVELYN_VERSION);
+  EXPECT_EQ(version.End(), 0);
+  EXPECT_EQ(full.End(), 1);
+  for (const std::string& line : Split(gateway::HelpText(), "\n")) EXPECT_EQ(help.ReadLine(), line);
+  EXPECT_EQ(help.End(), 0);
 }
 
 TEST(GatewayProcess, SignalsOfFailedWritesDoNotEndIt) {
@@ -158,9 +179,7 @@ TEST(GatewayProcess, SignalsOfFailedWritesDoNotEndIt) {
   const std::uint16_t port = PortIn(Address(process.ReadLine()));
   for (const int signal : {SIGPIPE, SIGXFSZ}) {
     process.Send(signal);
-    const Descriptor client = ConnectTo(port);
-    SendAll(client, GetRequest("/timedtext?type=list&v=hB7rV2kQx0w"));
-    EXPECT_EQ(ReadReply(client).Status(), "HTTP/1.1 200 OK") << signal;
+    EXPECT_EQ(ReadReply(ConnectTo(port, kList)).Status(), "HTTP/1.1 200 OK") << signal;
   }
   EXPECT_EQ(process.End(SIGTERM), 0);
 }
@@ -183,6 +202,16 @@ TEST(GatewayProcess, MissingAndUnreadableFoldersAndATakenPortAreReported) {
   EXPECT_EQ(second.End(), 1);
 }
 
+// A local socket of this type, with a name that the system chose.
+Descriptor ListenerOf(int type) {
+  const sockaddr_un nameless{AF_UNIX, {}};
+  Descriptor listener(::socket(AF_UNIX, type | SOCK_CLOEXEC, 0));
+  const auto* address = static_cast<const sockaddr*>(static_cast<const void*>(&nameless));
+  EXPECT_EQ(::bind(listener.Number(), address, sizeof(sa_family_t)), 0);
+  EXPECT_EQ(::listen(listener.Number(), 1), 0);
+  return listener;
+}
+
 TEST(GatewayProcess, APassedSocketIsServed) {
   const Descriptor listener = gateway::ListenOnLoopback(0);
   const std::uint16_t port = PortIn(gateway::AddressOf(listener));
@@ -195,15 +224,31 @@ TEST(GatewayProcess, APassedSocketIsServed) {
     Process process(handOver, arguments, listener.Number());
     EXPECT_NE(process.ReadLine().find(":" + std::to_string(port) + "/ serves 3 videos"), std::string::npos);
     EXPECT_NE(flags() & O_NONBLOCK, 0) << "accepting a client that has already left must not block";
-    SendAll(early, GetRequest("/timedtext?type=list&v=hB7rV2kQx0w"));
+    SendAll(early, kList);
     EXPECT_EQ(ReadReply(early).Status(), "HTTP/1.1 200 OK");
     EXPECT_EQ(process.End(SIGTERM), 0) << "the socket stays open for the next gateway";
   }
   Process two("LISTEN_FDS=2 LISTEN_PID=$$ exec \"$@\"", arguments, listener.Number());
   EXPECT_EQ(two.ReadLine(), "ravelyn-gateway: was handed 2 sockets, can serve one");
-  Process noSocket(handOver, arguments, Descriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC)).Number());
-  EXPECT_EQ(noSocket.ReadLine(), "ravelyn-gateway: was handed a descriptor that is not a listening socket");
-  EXPECT_EQ(noSocket.End(), 1);
+  const Descriptor refused[] = {Descriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC)),
+                                Descriptor(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)),
+                                ListenerOf(SOCK_SEQPACKET)};
+  for (const Descriptor& each : refused) {
+    Process process(handOver, arguments, each.Number());
+    EXPECT_EQ(process.ReadLine(), "ravelyn-gateway: was handed a descriptor that is not a listening socket");
+    EXPECT_EQ(process.End(), 1);
+  }
+  const TemporaryFolder folder;
+  const std::string program = folder / "yt-dlp";
+  WriteFile(program, "#!/bin/sh\n[ -z \"$LISTEN_PID$LISTEN_FDS$LISTEN_FDNAMES\" ] && echo 2999.01.01\n");
+  std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+  const Descriptor local = ListenerOf(SOCK_STREAM);
+  Process fetching("LISTEN_FDNAMES=x " + handOver, {"--fetch", "--no-cache", "--ytdlp", program},
+                   local.Number());
+  EXPECT_EQ(fetching.ReadLine(),
+            "ravelyn-gateway: the socket that was handed over serves 0 videos with 0 tracks from no folder; "
+            "fetches by " +
+                program + ", 2999.01.01");
   Process others("LISTEN_FDS=1 LISTEN_PID=1 exec \"$@\"", {"--folder", RAVELYN_SAMPLES_DIR, "--port", "0"},
                  listener.Number());
   const std::string line = others.ReadLine();

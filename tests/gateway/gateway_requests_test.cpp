@@ -10,20 +10,20 @@ namespace {
 
 using namespace gateway_test;
 using namespace std::chrono_literals;
-using gateway::Limits;
 using Lines = std::vector<std::string>;
 
 TEST(GatewayRequests, InvalidRequestsGetTheirStatusAndCause) {
   const std::string notFound = "HTTP/1.1 404 Not Found", bad = "HTTP/1.1 400 Bad Request",
                     tooLarge = "HTTP/1.1 431 Request Header Fields Too Large",
                     notAllowed = "HTTP/1.1 405 Method Not Allowed";
-  const std::map<std::string, std::string> causes = {
-      {notFound, "The gateway serves nothing at this address."},
-      {bad, "The gateway can't read this request."},
-      {tooLarge, "The request's head is too large."},
-      {notAllowed, "The gateway answers only GET and HEAD."}};
+  const std::map<std::string, std::string> headers = {
+      {notFound, "Ravelyn-Cause: The gateway serves nothing at this address.\r\n"},
+      {bad, "Ravelyn-Cause: The gateway can't read this request.\r\n"},
+      {tooLarge, "Ravelyn-Cause: The request's head is too large.\r\n"},
+      {notAllowed, "Allow: GET, HEAD\r\nRavelyn-Cause: The gateway answers only GET and HEAD.\r\n"}};
   std::vector<std::pair<std::string, std::string>> cases = {
-      {GetRequest("/"), notFound},
+      {GetRequest("/") + std::string(10 << 20, 'a'), notFound},
+      {"GET / HTTP/1.0\n\n", notFound},
       {GetRequest("/etc/passwd"), notFound},
       {GetRequest("/../../etc/passwd"), notFound},
       {GetRequest("/timedtext?type=track&v=abc"), notFound},
@@ -36,26 +36,24 @@ TEST(GatewayRequests, InvalidRequestsGetTheirStatusAndCause) {
       {std::string("GET /a\0b HTTP/1.0\r\n\r\n", 21), bad},
       {"GET / HTTP/1.0\r\nX: \x1b[2J\r\n\r\n", bad},
       {"GET /" + std::string(20'000, 'a') + " HTTP/1.0\r\n\r\n", tooLarge},
-      {"GET / HTTP/1.0\r\nX: " + std::string(16'300, 'a') + "\r\n\r\n", notFound},
-      {"GET / HTTP/1.0\r\nX: " + std::string(16'384, 'a') + "\r\n\r\n", tooLarge},
+      {"GET / HTTP/1.0\r\nX: " + std::string(16'364, 'a') + "\r\n\r\n", notFound},
+      {"GET / HTTP/1.0\r\nX: " + std::string(16'365, 'a') + "\r\n\r\n", tooLarge},
       {"GET / HTTP/1.0\r\nX: " + std::string(10 << 20, 'a') + "\r\n\r\n", tooLarge},
       {std::string(100'000, '\r'), tooLarge},
   };
   for (const char* method : {"POST", "PUT", "DELETE", "CONNECT", "OPTIONS", "TRACE", "PATCH"})
     cases.emplace_back(std::string(method) + " /api/timedtext?&v=abc&lang=en HTTP/1.1\r\n\r\n", notAllowed);
-  const TemporaryFolder folder;
-  WriteFile(folder / "t [abc].en.srv1", "words");
-  Limits limits;
-  limits.linger = 20s;
-  const RunningGateway server(AsIs({folder.Path()}), limits);
+  // The blank line arrives in one piece with the bytes before it, or in two.
+  for (std::size_t length = 2020; length < 2040; ++length)
+    cases.emplace_back("GET / HTTP/1.0\r\nX: " + std::string(length, 'a') + "\r\n\r\n", notFound);
+  const RunningGateway server(std::make_shared<FakeSite>(), {.linger = 20s});
   for (const auto& [request, status] : cases) {
     const Descriptor client = ConnectTo(server.Port());
     EXPECT_TRUE(SendAll(client, request)) << "received completely: " << request.substr(0, 60);
     const Reply reply = ReadReply(client);
-    EXPECT_EQ(reply.Status(), status) << request.substr(0, 60);
-    EXPECT_TRUE(reply.Has("Content-Length: 0")) << request.substr(0, 60);
-    EXPECT_EQ(reply.Has("Allow: GET, HEAD"), status == notAllowed) << request.substr(0, 60);
-    EXPECT_TRUE(reply.Has("Ravelyn-Cause: " + causes.at(status))) << request.substr(0, 60);
+    EXPECT_EQ(reply.head,
+              status + "\r\nConnection: close\r\n" + headers.at(status) + "Content-Length: 0\r\n\r\n")
+        << request.substr(0, 60);
     EXPECT_EQ(reply.body, "");
   }
 }
@@ -96,7 +94,8 @@ TEST(GatewayRequests, RequestsThatAWebPageCouldSendAreRefused) {
                          "Host: \t LocalHost \t\r\n",
                          "Host: [::1]\r\n",
                          "Host: [::1]:65535\n",
-                         "Sec-Fetch-Site: none\r\nX-Origin: https://evil.example\r\nReferers: x\r\n"};
+                         "!#$%&'*+-.^_`|~0: x\r\nOrigin9: https://evil.example\r\nReferers: x\r\n",
+                         "Sec-Fetch-Site: none\r\n"};
   const auto source = std::make_shared<FakeSite>();
   const RunningGateway server(source);
   const auto ask = [&](const std::string& method, const std::string& headers) {
@@ -110,22 +109,20 @@ TEST(GatewayRequests, RequestsThatAWebPageCouldSendAreRefused) {
     const std::string headers = ReplaceAll(lines, "/", "\r\n") + "\r\n";
     for (const char* method : {"GET", "HEAD", "OPTIONS", "POST"}) {
       const Reply reply = ask(method, headers);
-      EXPECT_EQ(reply.Status(), "HTTP/1.1 403 Forbidden") << method << " " << headers;
-      EXPECT_TRUE(reply.Has(
-          "Ravelyn-Cause: The gateway answers only programs of this machine, at 127.0.0.1, localhost or [::1]."));
-      EXPECT_EQ(reply.head.find("Access-Control"), std::string::npos);
+      EXPECT_EQ(
+          reply.head,
+          "HTTP/1.1 403 Forbidden\r\nConnection: close\r\nRavelyn-Cause: The gateway answers only programs of this machine, at 127.0.0.1, localhost or [::1].\r\nContent-Length: 0\r\n\r\n")
+          << method << " " << headers;
     }
   }
   EXPECT_EQ(source->asked, 0) << "refused before a source is asked";
 }
 
 TEST(GatewayRequests, AnIncompleteHeadGetsNoAnswer) {
-  const TemporaryFolder folder;
-  const RunningGateway server(AsIs({folder.Path()}));
+  const RunningGateway server(std::make_shared<FakeSite>());
   const std::string request = GetRequest("/timedtext?type=list&v=abc");
   for (std::size_t length = 0; length < request.size(); ++length) {
-    const Descriptor client = ConnectTo(server.Port());
-    SendAll(client, request.substr(0, length));
+    const Descriptor client = ConnectTo(server.Port(), request.substr(0, length));
     ::shutdown(client.Number(), SHUT_WR);
     EXPECT_EQ(ReadReply(client).head, "") << length;
   }

@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <charconv>
 #include <cstdio>
-#include <cstring>
+#include <cstdlib>
+#include <fstream>
 
 #include "gateway/gateway_fixture.h"
 #include "ravelyn/commands.h"
@@ -23,20 +23,19 @@ struct Wanted {
 constexpr Wanted kTracks[] = {{"hB7rV2kQx0w", "en"}, {"hB7rV2kQx0w", "ar"}, {"hB7rV2kQx0w", "pt-BR"},
                               {"Qn3_tW8-yLc", "ru"}, {"Qn3_tW8-yLc", "de"}, {"hB7rV2kQx0w", "ja"}};
 
+std::size_t IndexOf(int round) { return static_cast<std::size_t>(round) % std::size(kTracks); }
+const Wanted& TrackOf(int round) { return kTracks[IndexOf(round)]; }
+
 // A count from the environment, for runs that take too long for CI.
 int CountOr(const char* variable, int otherwise) {
   const char* text = std::getenv(variable);
-  int count = otherwise;
-  if (text) std::from_chars(text, text + std::strlen(text), count);
-  return count;
+  return text ? std::atoi(text) : otherwise;
 }
 
 std::int64_t ResidentKiB() {
-  const std::string pages = ReadFile("/proc/self/statm");
-  const std::size_t second = pages.find(' ') + 1;
-  std::int64_t count = 0;
-  std::from_chars(pages.data() + second, pages.data() + pages.size(), count);
-  return count * ::sysconf(_SC_PAGESIZE) / 1024;
+  std::int64_t all = 0, resident = 0;
+  std::ifstream("/proc/self/statm") >> all >> resident;
+  return resident * ::sysconf(_SC_PAGESIZE) / 1024;
 }
 
 std::size_t OpenDescriptors() {
@@ -111,22 +110,17 @@ TEST(LongRun, ManyRoundsGrowNeitherMemoryNorDescriptors) {
   halfFaulty.TimedTextEndpoint = faulty.Host();
   std::int64_t residentBefore = 0;
   std::size_t descriptorsBefore = 0;
-  const auto work = [&](int from, int to) {
-    Worker good(EndpointsAt(AddressOf(gateway)));
-    for (int round = from; round < to; ++round) {
-      const std::size_t which = static_cast<std::size_t>(round) % std::size(kTracks);
-      EXPECT_EQ(good.Round(kTracks[which]), expected.files[which]);
-    }
-  };
   // One App at a time: four rounds of a good one, then one of a bad one.
   for (int round = 0; round < rounds; round += 5) {
     if (round == rounds / 5) {
       residentBefore = ResidentKiB();
       descriptorsBefore = OpenDescriptors();
     }
-    work(round, round + 4);
-    Worker bad(round % 2 == 0 ? halfFaulty : EndpointsAt(faulty.Host()));
-    bad.Round(kTracks[static_cast<std::size_t>(round) % std::size(kTracks)]);
+    {
+      Worker good(EndpointsAt(AddressOf(gateway)));
+      for (int i = round; i < round + 4; ++i) EXPECT_EQ(good.Round(TrackOf(i)), expected.files[IndexOf(i)]);
+    }
+    Worker(round % 2 == 0 ? halfFaulty : EndpointsAt(faulty.Host())).Round(TrackOf(round));
   }
   const std::int64_t grown = ResidentKiB() - residentBefore;
   std::printf("%d rounds; resident %lld KiB, grown by %lld KiB; descriptors %zu, before %zu\n", rounds,
@@ -143,12 +137,11 @@ TEST(LongRun, AHundredSessionsAtOnceSaveTheirOwnFiles) {
   const gateway_test::RunningGateway gateway({RAVELYN_SAMPLES_DIR});
   const Expected expected(gateway);
   const TemporaryFolder folder;
-  const auto which = [](int session) { return static_cast<std::size_t>(session) % std::size(kTracks); };
   for (int i = 0; i < sessions; ++i) {
     const std::string name = folder / std::to_string(i);
-    WriteFile(name, std::string("open\ntype TextField1 https://host/watch?v=") + kTracks[which(i)].video +
+    WriteFile(name, std::string("open\ntype TextField1 https://host/watch?v=") + TrackOf(i).video +
                         "\nclick PushButton2\nclick SRTBox\nselect " +
-                        std::to_string(expected.rows[which(i)]) + "\nsave " + name +
+                        std::to_string(expected.rows[IndexOf(i)]) + "\nsave " + name +
                         ".srt\nclick PushButton1\nquit\n");
   }
   const std::string tool =
@@ -158,5 +151,5 @@ TEST(LongRun, AHundredSessionsAtOnceSaveTheirOwnFiles) {
       " <$i >$i.out & started=\"$started $!\"; done; for i in $started; do wait $i || exit; done";
   EXPECT_EQ(std::system(all.c_str()), 0);
   for (int i = 0; i < sessions; ++i)
-    EXPECT_EQ(ReadFile((folder / std::to_string(i)) + ".srt"), expected.files[which(i)]);
+    EXPECT_EQ(ReadFile((folder / std::to_string(i)) + ".srt"), expected.files[IndexOf(i)]);
 }
