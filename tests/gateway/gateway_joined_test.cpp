@@ -1,10 +1,10 @@
 // The user's folders and the site as one source.
 
 #include <gtest/gtest.h>
-#include <sys/socket.h>
 
 #include <thread>
 
+#include "descriptors.h"
 #include "gateway/sources/FolderSource.h"
 #include "gateway/sources/JoinedSource.h"
 #include "sources_fixture.h"
@@ -13,8 +13,6 @@
 namespace {
 
 using namespace gateway_test;
-using namespace std::chrono_literals;
-using gateway::Descriptor;
 using gateway::FolderSource;
 using Lines = std::vector<std::string>;
 
@@ -57,14 +55,9 @@ TEST(Joined, AListWithTracksOfAFolderDoesNotWaitForASlowSite) {
   }
   EXPECT_EQ(site.left, 1) << "it ends with the source";
   gateway::JoinedSource patient(folders, site, 30s);
-  int ends[2];
-  ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends), 0);
-  const Descriptor server(ends[1]);
-  Descriptor client(ends[0]);
-  std::thread leaving([&] {
-    EXPECT_EQ(Listed(patient.Tracks("abc", {{}, server.Number()})), Lines{"en=English"});
-  });
-  client = Descriptor();
+  Client client;
+  std::thread leaving([&] { EXPECT_EQ(Listed(patient.Tracks("abc", client.Asks())), Lines{"en=English"}); });
+  client.Leave();
   leaving.join();
   std::thread staying([&] {
     EXPECT_EQ(Listed(patient.Tracks("abc", {})), (Lines{"en=English", "de=German"}));
