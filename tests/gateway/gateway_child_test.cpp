@@ -24,9 +24,7 @@ struct Programs {
   Programs() { std::filesystem::create_directory(folder / "scratch"); }
 
   std::string Write(const std::string& name, const std::string& script) const {
-    WriteFile(folder / name, "#!/bin/sh\n" + script + "\n");
-    std::filesystem::permissions(folder / name, std::filesystem::perms::owner_all);
-    return folder / name;
+    return WriteScript(folder / name, script);
   }
   ChildEnd Run(const std::string& script, const std::string& input = "",
                std::chrono::milliseconds time = 60s) const {

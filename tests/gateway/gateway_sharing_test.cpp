@@ -8,6 +8,7 @@
 #include "descriptors.h"
 #include "gateway/sources/BackgroundLists.h"
 #include "gateway/sources/Errands.h"
+#include "gateway/sources/Places.h"
 #include "gateway/sources/SiteMemory.h"
 #include "gateway/sources/SiteSource.h"
 #include "gateway/sources/WarmChild.h"
@@ -54,7 +55,10 @@ TEST(BackgroundLists, ARequestOutlivesAnAskerWithoutPatience) {
   EXPECT_EQ(CauseOf(lists.Ask("a", {}, 0ms)), "none");
   source.released.Set();
   EXPECT_EQ(CauseOf(lists.Ask("a", {}, 60s)), "answered");
-  EXPECT_LE(source.requests, 2) << "the second time may come after the first answer";
+  const int requests = source.requests;
+  EXPECT_LE(requests, 2) << "the second time may come after the first answer";
+  EXPECT_EQ(CauseOf(lists.Ask("a", {}, 60s)), "answered");
+  EXPECT_EQ(source.requests, requests + 1) << "an answer that somebody got serves no other";
   EXPECT_EQ(CauseOf(lists.Ask("memory", {}, 60s)), "The gateway ran out of memory.");
 }
 
@@ -203,6 +207,16 @@ SiteAnswer ListFor(std::chrono::milliseconds time) {
               gateway::SiteList{std::vector<gateway::SiteTrack>(1), std::chrono::system_clock::now() + time}),
           "",
           {}};
+}
+
+TEST(Places, ListsTakeAllPlacesButOneAndASinglePlaceIsShared) {
+  gateway::Places three(3, 0ms), one(1, 0ms);
+  const auto list = [](gateway::Places& places) {
+    return places.Take(gateway::Places::Kind::List, For(0ms));
+  };
+  const auto first = list(three), second = list(three), third = list(three);
+  EXPECT_TRUE(first && second && !third);
+  EXPECT_TRUE(list(one));
 }
 
 TEST(SiteMemory, KeepsTheSitesVerdictsForTheirTime) {

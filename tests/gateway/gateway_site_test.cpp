@@ -130,14 +130,11 @@ TEST(GatewaySite, NoChildStartsForAWhileAfterTooManyRequests) {
 TEST(GatewaySite, OneChildIsKeptWarmAndUsed) {
   const Site site;
   const TemporaryFolder folder;
-  WriteFile(folder / "yt-dlp",
-            "#!/bin/sh\necho >> " + (folder / "starts") + "\nexec /usr/bin/yt-dlp \"$@\"\n");
-  std::filesystem::permissions(folder / "yt-dlp", std::filesystem::perms::owner_all);
   gateway::SiteSettings settings = site.Settings();
-  settings.program = folder / "yt-dlp";
-  SiteLimits limits = Quick();
+  settings.program =
+      WriteScript(folder / "yt-dlp", "echo >> " + folder / "starts" + "\nexec /usr/bin/yt-dlp \"$@\"");
   {
-    SiteSource source(settings, limits);
+    SiteSource source(settings, Quick());
     source.Tracks(CodeOf("many"), {});
     const auto first = site.Children();
     EXPECT_NE(TextOf(source.Text(CodeOf("many"), "x00", {})).find(">R&D in x00<"), std::string::npos);
@@ -147,16 +144,6 @@ TEST(GatewaySite, OneChildIsKeptWarmAndUsed) {
     EXPECT_NE(first, second);
   }
   EXPECT_EQ(ReadFile(folder / "starts").size(), 3u) << "one for the list, and two warm ones";
-  {
-    SiteSource source(settings, limits);
-    source.Tracks(CodeOf("many"), {});
-    for (const pid_t child : site.Children()) EXPECT_TRUE(::kill(child, SIGKILL) == 0 && Ends(child));
-    EXPECT_EQ(source.Text(CodeOf("many"), "x00", {}).cause, "") << "not from the one that was killed";
-  }
-  limits.warm = 0ms;
-  SiteSource source(settings, limits);
-  source.Tracks(CodeOf("many"), {});
-  for (const pid_t child : site.Children()) EXPECT_TRUE(Ends(child)) << "not taken in time";
 }
 
 }  // namespace

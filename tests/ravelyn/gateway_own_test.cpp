@@ -155,18 +155,6 @@ TEST(OwnGateway, ARequestBeforeTheStartIsAnswered) {
   ::sigprocmask(SIG_UNBLOCK, &term, nullptr);
 }
 
-TEST(OwnGateway, EndsWithItsProgram) {
-  pid_t process = -1;
-  const int port = FreePort();
-  {
-    Running own(port);
-    own.gateway.Start();
-    process = std::stoi(NthField(Ask(port), " ", 2));
-  }
-  EXPECT_EQ(::kill(process, 0), -1) << "it is waited for";
-  EXPECT_TRUE(Running(port).gateway.IsListening()) << "and the next program finds the port free";
-}
-
 TEST(OwnGateway, EndsWithAKilledProgram) {
   int output[2];
   ASSERT_EQ(::pipe2(output, O_CLOEXEC), 0);
@@ -288,7 +276,8 @@ TEST(OwnGateway, ServesTheUsersFilesAndEndsInOrder) {
     EXPECT_EQ(Ask(port, TrackPath("abcdefghijk", "en")), Document({{"1.500", "2.000", "Hello"}}));
     EXPECT_NE(Ask(port, ListPath("abcdefghijk")).find("lang_code=\"en\""), std::string::npos);
   }
-  EXPECT_EQ(::kill(process, 0), -1);
+  EXPECT_EQ(::kill(process, 0), -1) << "it is waited for";
+  EXPECT_TRUE(Running(port).gateway.IsListening()) << "and the next program finds the port free";
 }
 
 int main(int count, char** arguments) {
