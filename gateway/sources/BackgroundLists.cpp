@@ -54,7 +54,6 @@ struct BackgroundLists::Request {
 
 BackgroundLists::~BackgroundLists() {
   for (const auto& request : requests_) request->End();
-  requests_.clear();
 }
 
 std::optional<TrackList> BackgroundLists::Ask(std::string_view code, const Asker& asker,

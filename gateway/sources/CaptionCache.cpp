@@ -140,7 +140,6 @@ void CaptionCache::Keep(const std::string& fileName, std::string_view bytes) {
   if (fileName.empty() || bytes.size() > limits_.bytes) return;
   const std::lock_guard lock(mutex_);
   MakeFolder(folder_);
-  errno = 0;
   if (IsUsable() && Write(fileName, bytes)) {
     lastError_ = 0;
     bytes_ += bytes.size();

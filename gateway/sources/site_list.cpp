@@ -124,7 +124,7 @@ class Reader {
     std::int64_t count = 0;
     const auto [end, error] = std::from_chars(seconds.data(), seconds.data() + seconds.size(), count);
     constexpr std::int64_t kLatest = std::int64_t{1} << 33;  // a later time may not fit the clock
-    if (error != std::errc() || seconds.empty() || count < 0 || count > kLatest) return;
+    if (error != std::errc() || count < 0 || count > kLatest) return;
     anyExpiry_ = true;
     expires_ = std::min(expires_, system_clock::time_point(std::chrono::seconds(count)));
   }
@@ -157,10 +157,10 @@ bool IsReasonable(std::string_view text) {
   return true;
 }
 
-// The code unit of an escape \uXXXX at this position; -1 if there is none.
+// The code unit of an escape \uXXXX at this position; -1 if there is none. Requires: at <= text.size().
 int EscapeAt(std::string_view text, std::size_t at) {
   constexpr std::size_t kDigits = 4;
-  if (at > text.size() || !text.substr(at).starts_with("\\u")) return -1;
+  if (!text.substr(at).starts_with("\\u")) return -1;
   const std::string_view digits = text.substr(at + 2, kDigits);
   int unit = 0;
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), unit, 16);

@@ -21,6 +21,13 @@
 
 namespace site_test {
 
+// Writes a program, and gives its path.
+inline std::string WriteScript(const std::string& path, const std::string& script) {
+  WriteFile(path, "#!/bin/sh\n" + script + "\n");
+  std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+  return path;
+}
+
 inline std::string CodeOf(const std::string& video) { return video + std::string(11 - video.size(), '-'); }
 
 class Site {

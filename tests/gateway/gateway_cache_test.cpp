@@ -1,13 +1,10 @@
 // The site's captions as they are kept on disk.
 
-#include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <algorithm>
-#include <chrono>
 #include <csignal>
 
+#include "descriptors.h"
 #include "gateway/sources/CacheSource.h"
 #include "sources_fixture.h"
 #include "support/TemporaryFolder.h"
@@ -15,7 +12,6 @@
 namespace {
 
 using namespace gateway_test;
-using namespace std::chrono_literals;
 using gateway::TrackList;
 using Lines = std::vector<std::string>;
 
@@ -31,7 +27,14 @@ class Caching : public testing::Test {
     ::stat(path.c_str(), &facts);
     return facts.st_mode & 07777;
   }
-  static void MakeOlder(const std::string& path, std::chrono::hours by) {
+  // What the log says when two texts can't be kept.
+  std::string LogOfKeeping(gateway::CacheSource& cache) const {
+    testing::internal::CaptureStderr();
+    for (const char* code : {"abc", "abd"})
+      EXPECT_EQ(BytesOf(cache.Text(code, "en", {})), site_.texts.at("en")) << "served, though not kept";
+    return testing::internal::GetCapturedStderr();
+  }
+  static void MakeOlder(const std::string& path, std::chrono::minutes by) {
     std::filesystem::last_write_time(path, std::filesystem::last_write_time(path) - by);
   }
 
@@ -62,24 +65,30 @@ TEST_F(Caching, ATextIsFetchedOnceAndAListEachTime) {
   site_.list = {{}, "no network"};
   EXPECT_EQ(Listed(cache.Tracks("abc", {})), (Lines{"en=English \"x\" *", "de=German", "no network"}));
   EXPECT_EQ(Listed(cache.Tracks("xyz", {})), Lines{"no network"});
-  std::filesystem::remove(Path("[abc].en.captions"));
-  EXPECT_EQ(Listed(cache.Tracks("abc", {})), Lines{"no network"}) << "no text is kept";
+  cache.Text("abd", "en", {});
+  WriteFile(Path("[abc].en.captions"), "damaged");
+  EXPECT_EQ(Listed(cache.Tracks("abc", {})), Lines{"no network"}) << "no text of this video is kept";
 }
 
 TEST_F(Caching, TextsOfChangedTracksAndDamagedFilesAreNotUsed) {
-  site_.list = {{{"en", "English (automatic)", "English", true}}, ""};
-  site_.texts = {{"en", Srv1("by machine")}};
+  site_.list.tracks = {{"en", "English", "English"}};
   gateway::CacheSource cache(site_, folder_ / "made");
+  const auto text = [&](const std::string& words) {
+    site_.texts["en"] = Srv1(words);
+    return BytesOf(cache.Text("abc", "en", {}));
+  };
   cache.Tracks("abc", {});
-  cache.Text("abc", "en", {});
-  site_.list.tracks[0] = {"en", "English", "English"};
-  site_.texts["en"] = Srv1("written");
-  cache.Tracks("abc", {});
-  EXPECT_EQ(BytesOf(cache.Text("abc", "en", {})), Srv1("written"));
-
-  WriteFile(Path("[abc].en.captions"), Srv1("cut").substr(0, 90));
-  site_.texts["en"] = Srv1("again");
-  EXPECT_EQ(BytesOf(cache.Text("abc", "en", {})), Srv1("again"));
+  EXPECT_EQ(text("first"), Srv1("first"));
+  for (const bool automatic : {false, true}) {
+    site_.list.tracks = {{"en", "Another name", "English", automatic}};
+    cache.Tracks("abc", {});
+    const std::string words = automatic ? "by machine" : "renamed";
+    EXPECT_EQ(text(words), Srv1(words));
+  }
+  for (const std::string& damaged : {std::string(), std::string("cut"), Srv1("cut").substr(0, 90)}) {
+    WriteFile(Path("[abc].en.captions"), damaged);
+    EXPECT_EQ(text("again"), Srv1("again"));
+  }
   site_.list = {{}, "no network"};
   for (const char* damaged :
        {"", "{", "[]", R"({"tracks":[]})", R"({"tracks":[{}]})", R"({"tracks":1})",
@@ -87,42 +96,50 @@ TEST_F(Caching, TextsOfChangedTracksAndDamagedFilesAreNotUsed) {
     WriteFile(Path("[abc].list.json"), damaged);
     EXPECT_EQ(Listed(cache.Tracks("abc", {})), Lines{"no network"}) << damaged;
   }
-  WriteFile(
-      Path("[abc].list.json"),
-      R"({"title":"t","tracks":[{"language":"en","name":"English","ownName":"English","automatic":false}]})");
-  EXPECT_EQ(Listed(cache.Tracks("abc", {})), (Lines{"en=English", "no network"}))
-      << "other members are ignored";
+  std::string list =
+      R"({"title":"t","tracks":[{"language":"en","name":"English","ownName":"English","automatic":false}]})";
+  for (const std::size_t size : {list.size(), std::size_t{1} << 20, (std::size_t{1} << 20) + 1}) {
+    list.resize(size, ' ');
+    WriteFile(Path("[abc].list.json"), list);
+    EXPECT_EQ(Listed(cache.Tracks("abc", {})).size(), size > 1 << 20 ? 1u : 2u) << "with tracks up to 1 MiB";
+  }
 }
 
 TEST_F(Caching, AFullCacheRemovesTheOldestFilesFirst) {
   const std::string text = Srv1(std::string(1'000, 'x'));
-  site_.texts = {{"en", text}};
-  gateway::CacheLimits limits;
-  limits.bytes = 3 * text.size();
-  limits.age = std::chrono::hours(24);
+  site_.texts = {{"en", text}, {"a b", text}};
+  const gateway::CacheLimits limits{3 * text.size(), 24h};
   gateway::CacheSource cache(site_, folder_ / "made", limits);
   for (const char* code : {"a", "b", "c"}) cache.Text(code, "en", {});
   MakeOlder(Path("[b].en.captions"), 2h);
-  WriteFile(Path("not ours"), std::string(10'000, 'x'));
+  WriteFile(Path(".newer"), std::string(10'000, 'x'));
   cache.Text("d", "en", {});
+  cache.Text("d", "a b", {});
   EXPECT_FALSE(Has("[b].en.captions"));
   EXPECT_EQ(Files(), 4u);
   MakeOlder(Path("[a].en.captions"), 25h);
   site_.asked = 0;
   cache.Text("a", "en", {});
   EXPECT_EQ(site_.asked, 1) << "too old";
+
   MakeOlder(Path("[c].en.captions"), 25h);
   for (const char* name : {".new-abcdef", ".new-young"}) WriteFile(Path(name), "left by a crash");
-  MakeOlder(Path(".new-abcdef"), 2h);
-  limits.bytes = text.size() - 1;
-  gateway::CacheSource tiny(site_, folder_ / "made", limits);
-  EXPECT_EQ(BytesOf(tiny.Text("e", "en", {})), text) << "served, though not kept";
-  EXPECT_FALSE(Has("[e].en.captions"));
-  gateway::CacheSource fresh(site_, folder_ / "made", {4 * text.size(), 24h});
+  for (const char* name : {".new-abcdef", ".newer"}) MakeOlder(Path(name), 61min);
+  gateway::CacheSource fresh(site_, folder_ / "made", {5 * text.size(), 24h});
   fresh.Text("f", "en", {});
   EXPECT_FALSE(Has("[c].en.captions")) << "removed when the first text is kept";
   EXPECT_FALSE(Has(".new-abcdef"));
   EXPECT_TRUE(Has(".new-young")) << "may still be written";
+  EXPECT_TRUE(Has(".newer")) << "not ours";
+  std::filesystem::remove(Path(".new-young"));
+  MakeOlder(Path("[d].en.captions"), 25h);
+  fresh.Text("g", "en", {});
+  EXPECT_TRUE(Has("[d].en.captions")) << "old files are removed once a day";
+  for (const std::size_t size : {text.size() - 1, text.size()}) {
+    gateway::CacheSource tiny(site_, folder_ / "tiny", {size, 24h});
+    EXPECT_EQ(BytesOf(tiny.Text("e", "en", {})), text);
+    EXPECT_EQ(std::filesystem::exists(folder_ / "tiny/[e].en.captions"), size == text.size());
+  }
 }
 
 TEST_F(Caching, TheEnvironmentGivesTheDefaultFolder) {
@@ -144,30 +161,45 @@ TEST_F(Caching, TheEnvironmentGivesTheDefaultFolder) {
 }
 
 TEST_F(Caching, ATextThatCannotBeKeptIsServedAndLoggedOnce) {
-  site_.texts = {{"en", Srv1("words")}};
+  const std::string text = Srv1(std::string(5'000, 'x'));
+  site_.texts = {{"en", text}};
+  const auto log = [&](const std::string& name, const std::string& fault) {
+    return "ravelyn-gateway: can't keep captions in " + folder_ / name + ": " + fault + "\n";
+  };
+  const auto open = [&](unsigned mode) { ::chmod((folder_ / "open").c_str(), mode); };
   std::filesystem::create_directory(folder_ / "open");
-  std::filesystem::permissions(folder_ / "open", std::filesystem::perms(0777));
   WriteFile(folder_ / "file", "");
-  for (const char* name : {"open", "file", "file/below"}) {
+  for (const char* name : {"file", "file/below"}) {
     gateway::CacheSource cache(site_, folder_ / name);
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(BytesOf(cache.Text("abc", "en", {})), Srv1("words"));
-    EXPECT_EQ(BytesOf(cache.Text("abd", "en", {})), Srv1("words"));
-    const std::string log = testing::internal::GetCapturedStderr();
-    EXPECT_TRUE(log.starts_with("ravelyn-gateway: can't keep captions in " + folder_ / name)) << log;
-    EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 1) << log;
+    EXPECT_EQ(LogOfKeeping(cache), log(name, "Not a directory"));
   }
-  EXPECT_TRUE(std::filesystem::is_empty(folder_ / "open"));
+  gateway::CacheSource shared(site_, folder_ / "open");
+  for (int time = 0; time < 2; ++time) {
+    open(0777);
+    EXPECT_EQ(LogOfKeeping(shared), log("open", "Operation not permitted"));
+    EXPECT_TRUE(std::filesystem::is_empty(folder_ / "open"));
+    open(0755);
+    EXPECT_EQ(LogOfKeeping(shared), "");
+    for (const char* name : {"open/[abc].en.captions", "open/[abd].en.captions"})
+      EXPECT_TRUE(std::filesystem::remove(folder_ / name));
+  }
 
   gateway::CacheSource cache(site_, folder_ / "made");
   rlimit size{};
   ::getrlimit(RLIMIT_FSIZE, &size);
   const auto before = ::signal(SIGXFSZ, SIG_IGN);
-  const rlimit small{20, size.rlim_max};
+  const rlimit small{4'000, size.rlim_max};
+  testing::internal::CaptureStderr();
+  {
+    const FewDescriptors none(0);
+    EXPECT_EQ(BytesOf(cache.Text("abc", "en", {})), text);
+  }
   ::setrlimit(RLIMIT_FSIZE, &small);
-  EXPECT_EQ(BytesOf(cache.Text("abc", "en", {})), Srv1("words"));
+  EXPECT_EQ(BytesOf(cache.Text("abc", "en", {})), text);
   ::setrlimit(RLIMIT_FSIZE, &size);
   ::signal(SIGXFSZ, before);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            log("made", "Too many open files") + log("made", "File too large"));
   EXPECT_EQ(Files(), 0u) << "no incomplete and no temporary file";
 }
 

@@ -97,8 +97,7 @@ class Programs : public testing::Test {
  protected:
   void Write(const std::string& name, const std::string& script) const {
     std::filesystem::create_directories(std::filesystem::path(folder_ / name).parent_path());
-    WriteFile(folder_ / name, "#!/bin/sh\n" + script + "\n");
-    std::filesystem::permissions(folder_ / name, std::filesystem::perms::owner_all);
+    site_test::WriteScript(folder_ / name, script);
   }
   // The gateway with these programs in PATH and in its home folder.
   Process Start(const std::vector<std::string>& arguments) const {
@@ -133,14 +132,9 @@ TEST_F(Programs, TheNamedYtDlpOrTheFirstInstalledByNowIsUsed) {
   EXPECT_EQ(CauseAt(port), "yt-dlp 2023.03.04 is too old for the site.");
   Write("home/.local/bin/yt-dlp", "[ $2 = --version ] && echo 2999.01.01");
   EXPECT_EQ(CauseAt(port), "yt-dlp failed; the gateway's log has its messages.") << "installed meanwhile";
-  std::filesystem::remove(folder_ / "home/.local/bin/yt-dlp");
-  EXPECT_EQ(CauseAt(port), "yt-dlp 2023.03.04 is too old for the site.");
-  Write("home/.local/bin/yt-dlp", "[ $2 = --version ] && echo 2999.01.01 || echo '{\"id\":\"code-------\"}'");
-  EXPECT_EQ(CauseAt(port), "This video has no captions.");
-  std::string log;
-  for (int i = 0; i < 4; ++i) log = any.ReadLine();
-  EXPECT_EQ(log, "ravelyn-gateway: yt-dlp of code-------: This video has no captions. ")
-      << "the cause that the user is shown";
+  any.ReadLine();
+  EXPECT_EQ(any.ReadLine(),
+            "ravelyn-gateway: yt-dlp of code-------: yt-dlp failed; the gateway's log has its messages. ");
 }
 
 TEST_F(Programs, AYtDlpThatHangsDoesNotDelayTheEnd) {

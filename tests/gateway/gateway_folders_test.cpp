@@ -1,10 +1,14 @@
 // Caption files in folders: which are served, under which names, and how changes are seen.
 
-#include <chrono>
+#include <fcntl.h>
+#include <sys/inotify.h>
+
 #include <future>
 
+#include "descriptors.h"
 #include "gateway/sources/FolderSource.h"
 #include "gateway/sources/RecentDocuments.h"
+#include "gateway/sources/caption_name.h"
 #include "gateway/sources/log.h"
 #include "gateway/sources/track_name.h"
 #include "gateway_fixture.h"
@@ -14,7 +18,6 @@
 namespace {
 
 using namespace gateway_test;
-using namespace std::chrono_literals;
 using gateway::FolderSource;
 using Lines = std::vector<std::string>;
 
@@ -26,7 +29,9 @@ TEST(TrackNames, CodesOfYtDlpGiveEnglishNames) {
              "de-en=German (translated from English)|en-de=English (translated from German)|"
              "zh-Hant-en=Chinese (Traditional, translated from English)|"
              "de-zh-Hans=German (translated from Chinese (Simplified))|pt-BR=Portuguese (Brazil)|"
-             "pt-br=Portuguese (Brazil)|pt-pt=Portuguese (Portugal)|es-419=Spanish (Latin America)|"
+             "pt-br=Portuguese (Brazil)|pt_BR=Portuguese (Brazil)|de-ar=German (translated from Arabic)|"
+             "de-fil-Latn-PH=German (translated from Filipino (Latin, Philippines))|de-root=de-root|"
+             "de-qqq=de-qqq|pt-pt=Portuguese (Portugal)|es-419=Spanish (Latin America)|"
              "en-nP7-2PuUl7o=English (another version)|"
              "en-GB-nP7_2PuUl7o=English (United Kingdom, another version)|"
              "de-en-nP7-2PuUl7o=German (translated from English)|nP7-2PuUl7o=nP7-2PuUl7o|qqq=qqq|-orig=-orig",
@@ -38,6 +43,11 @@ TEST(TrackNames, CodesOfYtDlpGiveEnglishNames) {
   EXPECT_EQ(gateway::NameOfTrack("de-en").own, "Deutsch");
 }
 
+TEST(Files, NamesHaveATitleWithABlankAndALanguageOfAtMost64Letters) {
+  EXPECT_TRUE(gateway::ParseCaptionName("x [a]." + std::string(64, 'l') + ".srv1"));
+  EXPECT_FALSE(gateway::ParseCaptionName("xy[a].en.srv1"));
+}
+
 TEST(Folders, TheBestFileOfEachLanguageIsServed) {
   const TemporaryFolder first, second;
   WriteFile(first / "t [abc].en.srt", Srt("srt"));
@@ -45,42 +55,62 @@ TEST(Folders, TheBestFileOfEachLanguageIsServed) {
   WriteFile(first / "[abc].de.srt", Srt("deutsch"));
   WriteFile(first / "t [abc].live_chat.srt", Srt("chat"));
   WriteFile(second / "t [abc].en.srv1", Srv1("later folder"));
-  WriteFile(second / "t [abc].fr.srt", Srt("b"));
-  WriteFile(second / "a [abc].fr.srt", Srt("a"));
-  FolderSource source({first.Path(), second.Path()});
+  for (const std::string title : {"b", "a", "c"}) WriteFile(second / (title + " [abc].fr.srt"), Srt(title));
   std::filesystem::create_symlink("[abc].de.srt", first / "[abc].nl.srt");
   WriteFile(second / "[abc].nl.srt", Srt("nederlands"));
-  WriteFile(second / "[xyz].nl.srt", "");
-  EXPECT_EQ(Listed(source.Tracks("abc", {})), (Lines{"de=German", "en=English", "fr=French", "nl=Dutch"}));
-  EXPECT_EQ(BytesOf(source.Text("abc", "nl", {})), Srv1("nederlands"))
-      << "a link hides no file in a later folder";
-  const auto stock = source.TakeStock();
-  EXPECT_EQ(
-      std::to_string(stock.videos) + " " + std::to_string(stock.tracks) + " " + std::to_string(stock.leftOut),
-      "2 5 2");
-  EXPECT_EQ(BytesOf(source.Text("abc", "en", {})), Srv1("vtt"));
-  EXPECT_EQ(BytesOf(source.Text("abc", "de", {})), Srv1("deutsch"));
-  EXPECT_EQ(BytesOf(source.Text("abc", "fr", {})), Srv1("a"));
+  WriteFile(second / "[abc]. [xyz].nl.srt", "");
+  for (const auto settling : {gateway::kSettling, kSettledAtOnce}) {
+    FolderSource source({first.Path(), second.Path()}, FolderSource::Manner::Convert, settling);
+    EXPECT_EQ(Listed(source.Tracks("abc", {})), (Lines{"de=German", "en=English", "fr=French", "nl=Dutch"}));
+    EXPECT_EQ(BytesOf(source.Text("abc", "nl", {})), Srv1("nederlands"))
+        << "a link hides no file in a later folder";
+    const auto stock = source.TakeStock();
+    EXPECT_EQ((std::vector{stock.videos, stock.tracks, stock.leftOut}), (std::vector<std::size_t>{2, 5, 2}));
+    EXPECT_EQ(BytesOf(source.Text("abc", "en", {})), Srv1("vtt"));
+    EXPECT_EQ(BytesOf(source.Text("abc", "de", {})), Srv1("deutsch"));
+    EXPECT_EQ(BytesOf(source.Text("abc", "fr", {})), Srv1("a"));
+  }
   WriteFile(first / "z [abc].en.SRV1", Srv1("srv1"));
-  EXPECT_EQ(BytesOf(source.Text("abc", "en", {})), Srv1("srv1"));
-  EXPECT_EQ(Listed(FolderSource({first.Path()}, FolderSource::Manner::AsIs).Tracks("abc", {})),
-            Lines{"en=English"});
+  FolderSource source({first.Path()}, FolderSource::Manner::AsIs);
+  EXPECT_EQ(Listed(source.Tracks("abc", {})), Lines{"en=English"});
+  EXPECT_EQ(BytesOf(FolderSource({first.Path()}).Text("abc", "en", {})), Srv1("srv1"));
 }
 
 TEST(Folders, ALargeFileWaitsUntilThePreviousOneWasReceived) {
+  constexpr std::size_t kLarge = (1u << 20) + 1;
   const TemporaryFolder folder;
   std::string large;
-  while (large.size() <= 1u << 20) large += "00:01,000 --> 00:02,000\n" + std::string(1000, 'w') + "\n\n";
-  WriteFile(folder / "[abc].en.srt", large);
-  WriteFile(folder / "[abc].de.srt", large);
-  FolderSource source({folder.Path()}, FolderSource::Manner::Convert);
-  EXPECT_EQ(source.Tracks("abc", {}).tracks.size(), 2u) << "a list keeps no place";
+  while (large.size() < kLarge) large += "00:01,000 --> 00:02,000\n" + std::string(1000, 'w') + "\n\n";
+  for (const std::string language : {"de", "en", "fr"})
+    WriteFile(folder / ("[abc]." + language + ".srt"),
+              large.substr(0, language == "fr" ? kLarge - 1 : kLarge));
+  FolderSource source({folder.Path()});
+  EXPECT_EQ(source.Tracks("abc", {}).tracks.size(), 3u) << "a list keeps no place";
   auto first = source.Text("abc", "en", {});
   ASSERT_TRUE(first.document);
   auto second = std::async(std::launch::async, [&] { return source.Text("abc", "de", {}); });
   EXPECT_EQ(second.wait_for(std::chrono::milliseconds(100)), std::future_status::timeout);
+  std::vector<gateway::CaptionText> others(5);
+  for (auto& other : others) other = source.Text("abc", "fr", {});
+  EXPECT_TRUE(others.back().document);
   first = {};
   EXPECT_TRUE(second.get().document);
+}
+
+TEST(Folders, AnUnchangedFolderAndItsFilesAreReadOnce) {
+  const TemporaryFolder folder;
+  WriteFile(folder / "[abc].en.srt", Srt("words"));
+  WriteFile(folder / "[abc].de.srt", Srt(std::string(1 << 20, 'w')));
+  WriteFile(folder / "[abc].fr.srt", "");
+  FolderSource source({folder.Path()}, FolderSource::Manner::Convert, kSettledAtOnce);
+  const Lines tracks = Listed(source.Tracks("abc", {}));
+  const gateway::Descriptor reads(::inotify_init1(IN_CLOEXEC));
+  ::inotify_add_watch(reads.Number(), folder.Path().c_str(), IN_ACCESS);
+  EXPECT_EQ(Listed(source.Tracks("abc", {})), tracks);
+  EXPECT_EQ(BytesOf(source.Text("abc", "en", {})), Srv1("words"));
+  EXPECT_EQ(WaitFor(reads.Number(), For(0ms)), gateway::Waited::TooLate) << "something was read again";
+  EXPECT_TRUE(source.Text("abc", "de", {}).document);
+  EXPECT_EQ(WaitFor(reads.Number(), For(0ms)), gateway::Waited::Ready) << "too large to be kept";
 }
 
 TEST(Folders, AFileWithoutCaptionsIsNotServedAndLoggedOnce) {
@@ -111,8 +141,9 @@ TEST(Folders, AFileWithoutCaptionsIsNotServedAndLoggedOnce) {
   WriteFile(folder / lengthy, "");
   EXPECT_EQ(Listed(source.Tracks("lng", {})),
             Lines{"The file " + lengthy.substr(0, 100) + ": this file is empty."});
-  EXPECT_EQ(Listed(source.Tracks("xyz", {})), Lines{gateway::kNoFile});
-  EXPECT_EQ(BytesOf(source.Text("abc", "fr", {})), gateway::kNoFile);
+  const std::string none = "No folder holds captions of this video.";
+  EXPECT_EQ(Listed(source.Tracks("xyz", {})), Lines{none});
+  EXPECT_EQ(BytesOf(source.Text("abc", "fr", {})), none);
 }
 
 // In memory if possible, so that many changes get the same time stamp.
@@ -162,6 +193,46 @@ TEST(Files, TimeStampsGiveTheStateOfAFile) {
   EXPECT_FALSE(settled(30));
 }
 
+TEST(Files, AFileThatCannotBeReadHasItsFault) {
+  const TemporaryFolder folder;
+  WriteFile(folder / "file", "words");
+  WriteFile(folder / "one", "x");
+  std::filesystem::create_symlink("file", folder / "link");
+  const auto open = [&](const std::string& name) {
+    return gateway::Descriptor(::open((folder / name).c_str(), O_RDONLY | O_CLOEXEC));
+  };
+  const gateway::Descriptor parent = open("");
+  const auto fault = [&](const char* name) { return gateway::OpenCaptionFile(parent.Number(), name).fault; };
+  EXPECT_EQ(fault("file"), "");
+  EXPECT_EQ(fault("none"), "this file can't be read");
+  EXPECT_EQ(fault("link"), "this is not a regular file");
+  EXPECT_EQ((FewDescriptors(0), fault("file")), "this file can't be read");
+  struct stat facts {};
+  facts.st_mode = S_IFREG, facts.st_size = (64 << 20) + 1;
+  EXPECT_EQ(gateway::FaultIn(facts), "this file is larger than 64 MiB");
+  EXPECT_EQ(gateway::ReadWhole(gateway::CaptionFile(open("file"), 99)), "words") << "it has shrunk";
+  EXPECT_EQ(gateway::ReadWhole(gateway::CaptionFile(open("one"), 1)), "x");
+  EXPECT_EQ(gateway::ReadWhole(gateway::CaptionFile(gateway::Descriptor(), 5)), "");
+}
+
+TEST(Files, VerdictsAreKeptForTheStateOfTheFile) {
+  const gateway::FileState before{0, 0, 1}, now{0, 0, 2};
+  gateway::FileVerdicts verdicts;
+  testing::internal::CaptureStderr();
+  for (const auto& state : {before, now, now}) verdicts.Keep("p", state, true, "empty");
+  verdicts.Keep("p", now, true, "a web page");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "ravelyn-gateway: p is not served: empty\nravelyn-gateway: p is not served: empty\n"
+            "ravelyn-gateway: p is not served: a web page\n");
+  EXPECT_EQ(verdicts.Find("p", now), "a web page");
+  EXPECT_EQ(verdicts.Find("p", before), std::nullopt);
+  for (int i = 1; i < 4096; ++i) verdicts.Keep(std::to_string(i), now, true, "");
+  EXPECT_EQ(verdicts.Find("p", now), "a web page");
+  verdicts.Keep("unsettled", now, false, "");
+  EXPECT_EQ(verdicts.Find("p", now), std::nullopt) << "4096 are kept";
+  EXPECT_EQ(verdicts.Find("unsettled", now), std::nullopt);
+}
+
 TEST(Files, RecentDocumentsAreKeptUpToTheLimit) {
   gateway::RecentDocuments recent;
   const std::string half(1 << 19, 'x');
@@ -183,9 +254,9 @@ TEST(Files, RecentDocumentsAreKeptUpToTheLimit) {
 
 TEST(Log, AnyBytesBecomeOnePrintableLine) {
   testing::internal::CaptureStderr();
-  gateway::Log("a\n\x1F~\x7F\u0080\u009F\u00A0\u00E9\xFF " + std::string(2'000, 'x'));
+  gateway::Log("\na\x1F~\x7F\u0080\u009F\u00A0\u00E9\xFF " + std::string(2'000, 'x'));
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "ravelyn-gateway: a??~???\u00A0\u00E9? " + std::string(985, 'x') + "\n");
+            "ravelyn-gateway: ?a?~???\u00A0\u00E9? " + std::string(985, 'x') + "\n");
 }
 
 }  // namespace

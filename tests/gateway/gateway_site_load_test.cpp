@@ -1,31 +1,13 @@
 // The site's source with many clients, with clients that leave, and when it ends during requests.
 
-#include <sys/socket.h>
-
 #include "site_fixture.h"
 
 namespace {
 
 using namespace site_test;
-using gateway::Asker;
 using gateway::CaptionText;
-using gateway::Descriptor;
 using gateway::SiteLimits;
 using gateway::SiteSource;
-
-// A client's connection: `ours` is the gateway's end.
-struct Client {
-  Client() {
-    std::array<int, 2> both{-1, -1};
-    EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, both.data()), 0);
-    ours = Descriptor(both[0]);
-    theirs = Descriptor(both[1]);
-  }
-  Asker Asks() const { return {std::chrono::steady_clock::now(), ours.Number()}; }
-  void Leave() { theirs = Descriptor(); }
-
-  Descriptor ours, theirs;
-};
 
 TEST(GatewaySiteLoad, FiftyRequestsAtOnceForOneVideoStartOneChild) {
   const Site site;

@@ -1,29 +1,21 @@
 // Requests to the source that runs the real yt-dlp with the site on the loopback.
 #pragma once
 
-#include <poll.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <chrono>
-#include <filesystem>
-#include <iterator>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "Site.h"
-#include "gateway/sources/Descriptor.h"
+#include "descriptors.h"
 #include "gateway/sources/SiteSource.h"
 #include "gateway/sources/yt_dlp.h"
 
 namespace site_test {
 
-using namespace std::chrono_literals;
-
-inline std::size_t OpenDescriptors() {
-  return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
-}
+using namespace gateway_test;
 
 // No wait between lists, and enough time on a busy machine.
 inline gateway::SiteLimits Quick() {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <poll.h>
-#include <sys/eventfd.h>
 
 #include <atomic>
 #include <map>
@@ -13,7 +12,6 @@
 #include <vector>
 
 #include "gateway/sources/CaptionSource.h"
-#include "gateway/sources/Descriptor.h"
 #include "gateway/sources/OpenedFile.h"
 
 namespace gateway_test {
@@ -44,19 +42,20 @@ inline std::string BytesOf(const gateway::CaptionText& text) {
   return ReadWhole(std::get<gateway::CaptionFile>(*text.document));
 }
 
-// Has the captions that a test gives it, or none and a cause, and makes lists wait until Open() if requested.
+// Has the captions that a test gives it, or none and a cause. If requested, lists wait until their client
+// leaves.
 class FakeSite final : public gateway::CaptionSource {
  public:
   gateway::TrackList list;
   std::map<std::string, std::string> texts;
   std::string cause = "no network";
   std::atomic<bool> keepsWaiting = false;
-  std::atomic<int> asked = 0;
-  std::atomic<int> given = 0, left = 0;  // lists that waited: answered, and abandoned by their client
+  std::atomic<int> asked = 0, left = 0;
 
   gateway::TrackList Tracks(std::string_view, const gateway::Asker& asker) override {
     ++asked;
-    Wait(asker);
+    pollfd client{asker.connection, POLLRDHUP, 0};
+    if (keepsWaiting && ::poll(&client, 1, 30'000) == 1) ++left;
     return list;
   }
   gateway::CaptionText Text(std::string_view, std::string_view language, const gateway::Asker&) override {
@@ -65,16 +64,6 @@ class FakeSite final : public gateway::CaptionSource {
     if (found == texts.end()) return {std::nullopt, cause};
     return {found->second, ""};
   }
-  void Open() { ::eventfd_write(open_.Number(), 1); }
-
- private:
-  void Wait(const gateway::Asker& asker) {
-    if (!keepsWaiting) return;
-    pollfd waiting[] = {{open_.Number(), POLLIN, 0}, {asker.connection, POLLRDHUP, 0}};
-    ::poll(waiting, 2, 30'000);
-    ++(waiting[1].revents != 0 ? left : given);
-  }
-  const gateway::Descriptor open_{::eventfd(0, EFD_CLOEXEC)};
 };
 
 }  // namespace gateway_test

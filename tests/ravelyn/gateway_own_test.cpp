@@ -1,5 +1,6 @@
-// The program's own gateway, with real processes and sockets. This file is three programs: the tests, a
-// gateway that replies with the state in which it was started, and a program that is killed.
+// The program's own gateway, with real processes and sockets. This file is four programs: the tests, a
+// gateway that replies with the state in which it was started, a program that is killed, and one that only
+// looks for its gateway.
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -14,6 +15,7 @@
 
 #include "http/HTTPSocket.h"
 #include "ravelyn/OwnGateway.h"
+#include "ravelyn/gateway_process.h"
 #include "runtime/Text.h"
 #include "runtime/await.h"
 #include "support/LoopbackServer.h"
@@ -64,7 +66,8 @@ std::string OwnState() {
   state += ::sigismember(&blocked, SIGTERM) != 0 ? " blocked" : "";
   for (const int signal : {SIGPIPE, SIGHUP, SIGINT, SIGTERM})
     state += ::signal(signal, SIG_IGN) == SIG_IGN ? " ignoring" : "";
-  return state + (std::getenv("LISTEN_FDNAMES") ? " named" : "");
+  state += std::getenv("LISTEN_FDNAMES") ? " named" : "";
+  return state + " writes to " + fs::read_symlink("/proc/self/fd/1").string();
 }
 
 // Replies to every request with its state; ends with its input, or at once on "/crash".
@@ -129,7 +132,7 @@ TEST(OwnGateway, ARequestBeforeTheStartIsAnswered) {
   ::sigprocmask(SIG_BLOCK, &term, nullptr);
   for (const int signal : {SIGPIPE, SIGHUP, SIGINT}) ::signal(signal, SIG_IGN);
   const Variable names("LISTEN_FDNAMES", "another's");
-  const int leaky = ::open("/dev/null", O_RDONLY);
+  const int leaky = ::fcntl(0, F_DUPFD, 4);
 
   Running own;
   HTTPSocket early;
@@ -140,7 +143,7 @@ TEST(OwnGateway, ARequestBeforeTheStartIsAnswered) {
   own.gateway.Start();
   while (answer.empty() && early.LastErrorCode() == 0) early.Wait(kForever), early.Poll();
   const std::string pid = NthField(answer, " ", 2);
-  EXPECT_EQ(answer, "pid " + pid + " descriptors 0 1 2 3 handed over");
+  EXPECT_EQ(answer, "pid " + pid + " descriptors 0 1 2 3 handed over writes to /dev/null");
   EXPECT_EQ(::getpgid(std::stoi(pid)), std::stoi(pid)) << "a group of its own";
 
   HTTPSocket other;
@@ -150,18 +153,6 @@ TEST(OwnGateway, ARequestBeforeTheStartIsAnswered) {
   ::close(leaky);
   for (const int signal : {SIGPIPE, SIGHUP, SIGINT}) ::signal(signal, SIG_DFL);
   ::sigprocmask(SIG_UNBLOCK, &term, nullptr);
-}
-
-TEST(OwnGateway, EndsWithItsProgram) {
-  pid_t process = -1;
-  const int port = FreePort();
-  {
-    Running own(port);
-    own.gateway.Start();
-    process = std::stoi(NthField(Ask(port), " ", 2));
-  }
-  EXPECT_EQ(::kill(process, 0), -1) << "it is waited for";
-  EXPECT_TRUE(Running(port).gateway.IsListening()) << "and the next program finds the port free";
 }
 
 TEST(OwnGateway, EndsWithAKilledProgram) {
@@ -187,34 +178,43 @@ TEST(OwnGateway, OtherEndpointsOrATakenPortStartNothing) {
   Endpoints two = EndpointsAt(At(FreePort()));
   two.TimedTextEndpoint = At(FreePort());
   const std::string port = ":" + std::to_string(FreePort());
+  const auto start = std::chrono::steady_clock::now();
   for (const Endpoints& where : {EndpointsAt(At(taken)), two, EndpointsAt("captions.example" + port),
                                  EndpointsAt("127.0.0.1"), EndpointsAt("127.0.0.1:99999")}) {
     OwnGateway gateway(where, {kSelf, "--gateway"});
     gateway.Start();
     EXPECT_FALSE(gateway.IsListening()) << where.TrackListEndpoint;
     EXPECT_EQ(gateway.Ended(), -1) << where.TrackListEndpoint;
+    EXPECT_EQ(gateway.Process(), -1) << where.TrackListEndpoint;
   }
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10)) << "no end is waited for";
   Running later(taken);
   later.gateway.Start();
   EXPECT_EQ(later.gateway.Ended(), -1);
   ::close(listener);
   later.gateway.Start();
   EXPECT_TRUE(Ask(taken).starts_with("pid ")) << "when the other has gone";
-  EXPECT_TRUE(OwnGateway(EndpointsAt("localhost" + port), {kSelf}).IsListening());
+  for (const std::string& where : {"localhost" + port, std::string("127.0.0.1:65535")})
+    EXPECT_TRUE(OwnGateway(EndpointsAt(where), {kSelf}).IsListening()) << where;
   EXPECT_FALSE(OwnGateway(EndpointsAt("127.0.0.1" + port), {}).IsListening()) << "nothing to start";
 }
 
 TEST(OwnGateway, RestartsThreeTimesAMinuteAfterCrashes) {
+  const auto descriptors = [] { return std::distance(fs::directory_iterator("/proc/self/fd"), {}); };
   Running own;
   own.gateway.Start();
+  const auto open = descriptors();
   for (int crashes = 1; crashes <= 3; ++crashes) {
-    const std::string before = Ask(own.port);
-    EXPECT_TRUE(before.starts_with("pid "));
+    const pid_t process = own.gateway.Process();
+    EXPECT_TRUE(Ask(own.port).starts_with("pid " + std::to_string(process) + " "));
     EXPECT_EQ(Ask(own.port, "/crash"), "");
     ASSERT_TRUE(HasEnded(own.gateway));
     own.gateway.Start();
-    EXPECT_NE(Ask(own.port), before);
+    EXPECT_EQ(::kill(process, 0), -1) << "it is waited for";
+    EXPECT_EQ(descriptors(), crashes < 3 ? open : open - 3);
   }
+  EXPECT_EQ(own.gateway.Ended(), -1);
+  EXPECT_EQ(own.gateway.Process(), -1);
   HTTPSocket client;
   EXPECT_EQ(client.Get("http://" + At(own.port) + "/", 20), "");
   EXPECT_EQ(client.LastErrorCode(), ECONNREFUSED);
@@ -227,17 +227,27 @@ TEST(OwnGateway, AProgramThatCantRunClosesThePort) {
     EXPECT_TRUE(gateway.Ended() < 0 || HasEnded(gateway));
   }
   EXPECT_FALSE(gateway.IsListening());
+  int status = 0;
+  ::waitpid(StartGateway({"/nowhere/ravelyn-gateway"}, 0, 0), &status, 0);
+  EXPECT_EQ(WEXITSTATUS(status), 127);
 }
 
-TEST(OwnGateway, IsFoundInThePathAndServesTwoFolders) {
+TEST(OwnGateway, IsFoundBesideTheProgramOrInThePathAndServesTwoFolders) {
   const TemporaryFolder folder;
-  for (const char* name : {"no", "plain", "bin"}) fs::create_directory(folder / name);
-  WriteFile(folder / "plain/ravelyn-gateway", "");
-  WriteFile(folder / "bin/ravelyn-gateway", "");
+  for (const char* name : {"plain", "bin"}) {
+    fs::create_directory(folder / name);
+    WriteFile(folder / name + "/ravelyn-gateway", "");
+  }
+  fs::create_directories(folder / "no/ravelyn-gateway");
   fs::permissions(folder / "bin/ravelyn-gateway", fs::perms::owner_all);
   const Variable home("HOME", "/home/user");
   const std::string none = ":relative:" + (folder / "no") + ":" + (folder / "plain");
   EXPECT_TRUE((Variable("PATH", none), GatewayCommand().empty()));
+  fs::copy_file(kSelf, folder / "bin/self");
+  const pid_t beside = (Variable("PATH", none), Spawn({folder / "bin/self", "--find"}, {}));
+  int status = -1;
+  ::waitpid(beside, &status, 0);
+  EXPECT_EQ(status, 0);
   const Variable path("PATH", none + ":" + (folder / "bin"));
   EXPECT_EQ(GatewayCommand(),
             (OwnGateway::CommandLine{folder / "bin/ravelyn-gateway", "--fetch", "--stop-with-input",
@@ -266,13 +276,15 @@ TEST(OwnGateway, ServesTheUsersFilesAndEndsInOrder) {
     EXPECT_EQ(Ask(port, TrackPath("abcdefghijk", "en")), Document({{"1.500", "2.000", "Hello"}}));
     EXPECT_NE(Ask(port, ListPath("abcdefghijk")).find("lang_code=\"en\""), std::string::npos);
   }
-  EXPECT_EQ(::kill(process, 0), -1);
+  EXPECT_EQ(::kill(process, 0), -1) << "it is waited for";
+  EXPECT_TRUE(Running(port).gateway.IsListening()) << "and the next program finds the port free";
 }
 
 int main(int count, char** arguments) {
   const std::string part = count > 1 ? arguments[1] : "";
   if (part == "--gateway") return RunGateway();
   if (part == "--program") return RunProgram(arguments[2]);
+  if (part == "--find") return GatewayCommand().empty() ? 1 : 0;
   ::testing::InitGoogleTest(&count, arguments);
   return RUN_ALL_TESTS();
 }
