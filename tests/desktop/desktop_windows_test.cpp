@@ -55,8 +55,55 @@ TEST_F(Desktop, OnlyAResizeByTheUserMovesTheControls) {
   EXPECT_EQ(results.resultsList.Height(), 295);
   view(results).resize(700, 500);
   EXPECT_TRUE(waitFor([&] { return results.resultsList.Width() == 660; }));
+  const ListView& list = widget<ListView>(results.resultsList);
+  EXPECT_EQ(list.columnWidth(0) + list.columnWidth(1), 658);
   EXPECT_EQ(widget<QWidget>(results.saveBtn).geometry(), QRect(564, 460, 116, 20));
   EXPECT_EQ(view(form()).content().size(), QSize(562, 479)) << "with the menu bar above it";
+}
+
+TEST_F(Desktop, AViewThatForgotItsRecordReportsAndShowsNothing) {
+  Listbox& list = form().Listbox1;
+  list.AddRow("English");
+  draw();
+  WindowView& seen = view(form());
+  seen.forget();
+  link().setText(QStringLiteral("typed"));
+  clickRow(languages(), 0);
+  for (const Control* control : form().Controls()) {
+    if (seen.widgetOf(*control) && control != &form().Canvas1) click(*control, {8, 10});
+  }
+  for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_F10}) QTest::keyClick(&seen, key);
+  seen.resize(700, 600);
+  form().searchField.SetText("by code");
+  form().searchField.SetFocus();
+  draw();
+  seen.bringForward();
+  seen.close();
+  EXPECT_EQ(form().TextField1.Text(), "");
+  EXPECT_EQ(widget<QLineEdit>(form().searchField).text(), QString());
+  EXPECT_EQ(list.SelCount(), 0);
+  EXPECT_FALSE(form().SRTBox.Value());
+  EXPECT_EQ(form().Width(), 562);
+  EXPECT_EQ(languages().model()->index(0, 0).data(), QVariant());
+  EXPECT_EQ(seen.controlOf(&link()), nullptr);
+  EXPECT_TRUE(host.calls.empty());
+  EXPECT_TRUE(form().Visible());
+}
+
+TEST_F(Desktop, OnlyASecondaryWindowClosesByKey) {
+  for (const auto& [key, modifier] :
+       {std::pair(Qt::Key_Escape, Qt::NoModifier), {Qt::Key_W, Qt::ControlModifier}}) {
+    for (Window* window : {static_cast<Window*>(&aboutWin::Get()), static_cast<Window*>(&SearchWin::Get()),
+                           static_cast<Window*>(&form())}) {
+      window->Show();
+      QTest::keyClick(&view(*window), Qt::Key_F10, Qt::ControlModifier);
+      if (window != &form()) QTest::keyClick(&view(*window), Qt::Key_F10);
+      EXPECT_FALSE(QApplication::activePopupWidget());
+      const std::string name = window->Name();
+      QTest::keyClick(&view(*window), key, modifier);
+      EXPECT_EQ(app->FindWindow(name) != nullptr, name == "Window1") << name;
+    }
+  }
 }
 
 int main(int count, char** arguments) { return runOffscreen(count, arguments); }
