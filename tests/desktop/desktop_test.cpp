@@ -99,15 +99,12 @@ TEST_F(Desktop, TheKeyboardAloneDoesTheWholeJob) {
   EXPECT_EQ(selectedAfter(Qt::Key_Home), std::pair(true, false));
   EXPECT_EQ(selectedAfter(Qt::Key_End, Qt::ControlModifier), std::pair(true, false))
       << "moves the focus alone";
-  form().Listbox1.UserSelects({});
-  draw();
-  EXPECT_EQ(selectedAfter(Qt::Key_Down), std::pair(false, true)) << "the row with the focus";
-  form().Listbox1.UserSelects({});
-  draw();
-  EXPECT_EQ(selectedAfter(Qt::Key_Up), std::pair(true, false));
-  form().Listbox1.UserSelects({});
-  draw();
-  EXPECT_EQ(selectedAfter(Qt::Key_Home), std::pair(true, false)) << "the row with the focus";
+  for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_Home}) {
+    form().Listbox1.UserSelects({});
+    draw();
+    const bool down = key == Qt::Key_Down;  // selects the row with the focus
+    EXPECT_EQ(selectedAfter(key), std::pair(!down, down));
+  }
   const auto tabTo = [&](const std::string& name) {
     for (int i = 0; i < 20 && nameOfFocus() != name; ++i) press(Qt::Key_Tab), draw();
     EXPECT_EQ(nameOfFocus(), name);
@@ -237,30 +234,25 @@ TEST_F(Desktop, TheEditMenuActsOnTheFocusedWidget) {
   EXPECT_EQ(form().TextField1.Text(), "typed");
   auto& example = widget<QLabel>(form().Label4);
   example.setFocus();
-  EXPECT_EQ(enabled(), "EditSelectAll");
-  app->ChooseMenuItem("EditSelectAll");
-  app->ChooseMenuItem("EditCopy");
-  EXPECT_EQ(QApplication::clipboard()->text(), example.text());
-  EXPECT_EQ(enabled(), "EditCopy EditSelectAll");
+  const auto copyAll = [&] {
+    EXPECT_EQ(enabled(), "EditSelectAll");
+    app->ChooseMenuItem("EditSelectAll");
+    EXPECT_EQ(enabled(), "EditCopy EditSelectAll");
+    app->ChooseMenuItem("EditCopy");
+    return QApplication::clipboard()->text().toStdString();
+  };
+  EXPECT_EQ(copyAll(), example.text().toStdString());
   for (const char* row : {"one", "two"}) form().Listbox1.AddRow(row);
   view(form()).resize(900, 700);
   ASSERT_TRUE(waitFor([&] { return form().Width() == 900; }));
   draw();
   languages().setFocus();
-  EXPECT_EQ(enabled(), "EditSelectAll");
-  app->ChooseMenuItem("EditSelectAll");
-  EXPECT_EQ(enabled(), "EditCopy EditSelectAll");
-  app->ChooseMenuItem("EditCopy");
-  EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("one\t\ntwo\t"));
+  EXPECT_EQ(copyAll(), "one\t\ntwo\t");
   widget<QWidget>(form().TextArea1).setFocus();
   EXPECT_EQ(enabled(), "");
   form().TextArea1.SetText("document");
   draw();
-  EXPECT_EQ(enabled(), "EditSelectAll");
-  app->ChooseMenuItem("EditSelectAll");
-  EXPECT_EQ(enabled(), "EditCopy EditSelectAll");
-  app->ChooseMenuItem("EditCopy");
-  EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("document"));
+  EXPECT_EQ(copyAll(), "document");
   widget<QWidget>(form().openBox).setFocus();
   EXPECT_EQ(enabled(), "");
   press(Qt::Key_F10);

@@ -97,8 +97,8 @@ void describe(QTextStream& out, const WindowView& seen) {
   const QWidget* widget = &seen.content();
   do {
     widget = widget->nextInFocusChain();
-    if (const Control* control = seen.controlOf(widget)) out << control->Name().c_str() << " ";
-    if (widget == seen.focusWidget()) out << "(focus) ";
+    if (const Control* control = seen.controlOf(widget)) out << " " << control->Name().c_str();
+    if (widget == seen.focusWidget()) out << " (focus)";
   } while (widget != &seen.content());
   describe(out, seen.actions());
   for (const auto* bar : seen.findChildren<QMenuBar*>()) {

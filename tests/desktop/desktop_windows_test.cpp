@@ -106,4 +106,51 @@ TEST_F(Desktop, OnlyASecondaryWindowClosesByKey) {
   }
 }
 
+TEST_F(Desktop, APictureIsPressedByTheLeftButtonAndThreeKeys) {
+  std::vector<QPoint> pressed;
+  form().Canvas1.MouseDown = [&](int x, int y) {
+    pressed.emplace_back(x, y);
+    return true;
+  };
+  auto& picture = widget<QWidget>(form().Canvas1);
+  for (const Qt::MouseButton button : {Qt::RightButton, Qt::LeftButton})
+    QTest::mouseClick(&picture, button, {}, {7, 9});
+  const QImage before = picture.grab().toImage();
+  view(form()).setAttribute(Qt::WA_KeyboardFocusChange);
+  picture.setFocus();
+  EXPECT_NE(picture.grab().toImage(), before) << "shows the focus";
+  for (const Qt::Key key : {Qt::Key_Space, Qt::Key_A, Qt::Key_Return, Qt::Key_Enter}) press(key);
+  EXPECT_EQ(pressed, (std::vector<QPoint>{{7, 9}, {}, {}, {}}));
+}
+
+TEST_F(Desktop, AListReportsOnlyTheRowsThatChanged) {
+  QString changes;
+  const auto* model = languages().model();
+  const auto note = [&](const QString& what, int from, int to) {
+    changes += QStringLiteral("%1 %2-%3; ").arg(what).arg(from).arg(to);
+  };
+  QObject::connect(model, &QAbstractItemModel::rowsInserted, model,
+                   [&](const QModelIndex&, int from, int to) { note(QStringLiteral("in"), from, to); });
+  QObject::connect(model, &QAbstractItemModel::rowsRemoved, model,
+                   [&](const QModelIndex&, int from, int to) { note(QStringLiteral("out"), from, to); });
+  QObject::connect(model, &QAbstractItemModel::dataChanged, model,
+                   [&](const QModelIndex& from, const QModelIndex& to) {
+                     EXPECT_EQ(from.column() + 1, to.column());
+                     note(QStringLiteral("new"), from.row(), to.row());
+                   });
+  Listbox& list = form().Listbox1;
+  const auto after = [&](const std::function<void()>& change) {
+    changes.clear();
+    change();
+    draw();
+    return changes.toStdString();
+  };
+  EXPECT_EQ(after([&] { list.AddRow("a"), list.AddRow("b"); }), "in 0-1; ");
+  EXPECT_EQ(after([&] { list.AddRow("c"); }), "new 1-1; in 2-2; ");
+  EXPECT_EQ(after([&] { list.SetCell(2, 0, "C"); }), "new 2-2; ");
+  EXPECT_EQ(after([&] { list.SetCell(0, 0, "A"); }), "new 0-2; ");
+  EXPECT_EQ(after([&] { list.RemoveRow(0); }), "out 2-2; new 0-1; ");
+  EXPECT_EQ(after([&] { list.RemoveRowsFrom(0); }), "out 0-1; ");
+}
+
 int main(int count, char** arguments) { return runOffscreen(count, arguments); }
