@@ -1,9 +1,13 @@
 // Messages and save dialogs, which leave the windows usable.
 
+#include <QDir>
 #include <QFileDialog>
+#include <QLabel>
 #include <QMessageBox>
+#include <QStandardPaths>
 
 #include "desktop/dialogs.h"
+#include "desktop/shown_text.h"
 #include "desktop_fixture.h"
 
 namespace {
@@ -83,7 +87,7 @@ TEST_F(Desktop, AMessageOutsideACommandTakesNoKeys) {
   link().setFocus();
   QTimer::singleShot(0, [&] {
     ASSERT_TRUE(shownDialog<QMessageBox>());
-    EXPECT_FALSE(QApplication::activeModalWidget());
+    EXPECT_EQ(shownDialog()->windowModality(), Qt::NonModal);
     EXPECT_TRUE(shownDialog()->testAttribute(Qt::WA_ShowWithoutActivating));
     EXPECT_EQ(shownDialog()->parentWidget(), &view(form()));
     QTest::keyClick(&link(), Qt::Key_Escape);
@@ -121,6 +125,8 @@ TEST_F(Desktop, ASaveDialogStartsInTheFolderOfTheLastFile) {
     looking.start(5);
     EXPECT_EQ(ask(folder / "a.srt"), replaces ? std::optional(folder / "a.srt") : std::nullopt);
   }
+  const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+  EXPECT_EQ(folders.at(0), (QDir(documents).exists() ? documents : QDir::homePath()).toStdString());
   EXPECT_EQ(folders.at(1), folder.Path());
   EXPECT_EQ(folders.at(2), folder.Path()) << "also after a cancelled one";
 }
@@ -131,10 +137,13 @@ TEST(SaveDialog, ShowsNameFolderTypesAndStep) {
                                      "Spanish, 3 of 8", nullptr);
   EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Save \u2013 Spanish, 3 of 8"));
   EXPECT_EQ(dialog->selectedFiles(), QStringList{QString::fromStdString(folder / "search_results.txt")});
-  EXPECT_EQ(dialog->nameFilters().constFirst(), QStringLiteral("Text files (*.txt *.text)"));
+  EXPECT_EQ(dialog->nameFilters(), (QStringList{"Text files (*.txt *.text)", "All files (*)"}));
+  EXPECT_EQ(dialog->acceptMode(), QFileDialog::AcceptSave);
+  EXPECT_EQ(dialog->fileMode(), QFileDialog::AnyFile);
+  EXPECT_EQ(dialog->directory().path().toStdString(), folder.Path());
   const auto any = makeSaveDialog("", "German.srt", QString::fromStdString(folder.Path()), "", nullptr);
   EXPECT_EQ(any->windowTitle(), QStringLiteral("Save"));
-  EXPECT_EQ(any->nameFilters().size(), 1);
+  EXPECT_EQ(any->nameFilters(), QStringList{"All files (*)"});
   for (const auto& [typed, saved] : {std::pair("Mein Name", "Mein Name.srt"), {"Mein.txt", "Mein.txt"}}) {
     any->selectFile(QString::fromUtf8(typed));
     EXPECT_EQ(any->selectedFiles(), QStringList{QString::fromStdString(folder / saved)});
@@ -146,6 +155,39 @@ TEST(SaveDialog, ShowsNameFolderTypesAndStep) {
                                      {"a.", "a..srt"}}) {
     EXPECT_EQ(withExtension(QString::fromUtf8(typed), "German.srt").toStdString(), saved);
   }
+}
+
+TEST(Message, IsPlainAndFitsTheScreen) {
+  const std::string many(100'000, 'y');
+  const auto box = makeMessage("<b>" + many, "<i>why</i>" + many, nullptr);
+  box->ensurePolished();
+  box->show();
+  for (const QLabel* part : box->findChildren<QLabel*>()) {
+    EXPECT_TRUE(part->text().isEmpty() || part->textFormat() == Qt::PlainText);
+  }
+  EXPECT_LE(box->width(), QGuiApplication::primaryScreen()->availableSize().width());
+  EXPECT_LE(box->height(), QGuiApplication::primaryScreen()->availableSize().height());
+  EXPECT_EQ(box->windowTitle(), QStringLiteral("Ravelyn"));
+  EXPECT_EQ(box->textInteractionFlags(), Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  EXPECT_EQ(box->escapeButton(), box->button(QMessageBox::Ok));
+  const auto shown = [](const QString& start, qsizetype length) {
+    return withBreaks(start + QString(length - start.size(), QChar(u'y')) + QChar(u'\u2026'));
+  };
+  EXPECT_EQ(box->text(), shown(QStringLiteral("<b>"), 1200));
+  EXPECT_EQ(box->informativeText(), shown(QStringLiteral("<i>why</i>"), 300));
+  const auto linesOf = [](const std::string& text) {
+    return makeMessage(text, "", nullptr)->text().split(QChar(u'\n'));
+  };
+  const std::string twenty = "1\n2\n3\n4\n5\n6\n7\n8\n9\n10\n11\n12\n13\n14\n15\n16\n17\n18\n19\n20";
+  EXPECT_EQ(linesOf(twenty).join(QChar(u'\n')).toStdString(), twenty);
+  EXPECT_EQ(linesOf(twenty + "\n21\n22").join(QChar(u'\n')).toStdString(), twenty + "\n\u2026");
+  QStringList lines(9, QString(80, QChar(u'a')));
+  const QString words = QStringLiteral("four").repeated(9) + QChar(u' ');  // of 37 characters
+  lines << words.repeated(6);
+  EXPECT_EQ(linesOf(lines.join(QChar(u'\n')).toStdString()).back(),
+            words.repeated(6).left(160) + QChar(u'\u2026'));
+  lines.back() = words.repeated(4);
+  EXPECT_EQ(linesOf(lines.join(QChar(u'\n')).toStdString()), lines);
 }
 
 int main(int count, char** arguments) { return runOffscreen(count, arguments); }

@@ -40,6 +40,7 @@ class TestHost : public QtPlatform {
   bool realOpening = false;                      // by the first xdg-open in PATH
   bool hasLeft = false;
   int waits = 0;               // calls that may sleep
+  int deliveries = 0;          // calls that may not
   std::int64_t answering = 0;  // ticks that each answer to a save dialog takes
   TemporaryFolder prefs;
 
@@ -65,7 +66,7 @@ class TestHost : public QtPlatform {
   }
   std::string PreferencesFolder() override { return prefs.Path(); }
   void ProcessEvents(int milliseconds, const Awaited& awaited) override {
-    waits += milliseconds > 0;
+    ++(milliseconds > 0 ? waits : deliveries);
     QtPlatform::ProcessEvents(milliseconds, awaited);
   }
 

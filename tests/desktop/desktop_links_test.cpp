@@ -40,12 +40,19 @@ TEST_F(Desktop, ALinkDroppedAnywhereOnTheFormReplacesTheText) {
     QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(&where, &enter);
     EXPECT_TRUE(enter.isAccepted());
-    QDropEvent dropped(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QDropEvent dropped(QPointF(5, 5), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
+                       Qt::ShiftModifier);
+    widget<QWidget>(form().searchField).setFocus();
     QApplication::sendEvent(&where, &dropped);
     draw();
+    EXPECT_TRUE(dropped.isAccepted());
+    EXPECT_EQ(dropped.dropAction(), Qt::CopyAction);
+    EXPECT_EQ(nameOfFocus(), "TextField1");
     EXPECT_EQ(link().text().toStdString(), form().TextField1.Text());
     return form().TextField1.Text();
   };
+  aboutWin::Get().Show();
+  form().Show();
   QMimeData address, text, nothing;
   address.setData(QStringLiteral("text/uri-list"), "https://youtu.be/abc\r\n");
   text.setText(QStringLiteral(" youtu.be/hB7rV2kQx0w?si=x\n"));
@@ -53,10 +60,22 @@ TEST_F(Desktop, ALinkDroppedAnywhereOnTheFormReplacesTheText) {
   EXPECT_EQ(drop(link(), text), "https://www.youtube.com/watch?v=hB7rV2kQx0w")
       << "in place of the earlier text";
   EXPECT_EQ(drop(view(form()), address), "https://youtu.be/abc");
-  QDragEnterEvent enter({5, 5}, Qt::CopyAction, &nothing, Qt::LeftButton, Qt::NoModifier);
-  enter.ignore();
-  QApplication::sendEvent(&view(form()), &enter);
-  EXPECT_FALSE(enter.isAccepted());
+  QDragMoveEvent move({5, 5}, Qt::CopyAction, &address, Qt::LeftButton, Qt::NoModifier);
+  move.ignore();
+  static_cast<QObject&>(link()).event(&move);
+  EXPECT_TRUE(move.isAccepted());
+  const auto expectRefused = [](QWidget& where, QMimeData& data) {
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    enter.ignore();
+    QApplication::sendEvent(&where, &enter);
+    EXPECT_FALSE(enter.isAccepted());
+    QDropEvent dropped(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&where, &dropped);
+    EXPECT_FALSE(dropped.isAccepted());
+  };
+  expectRefused(view(form()), nothing);
+  expectRefused(view(aboutWin::Get()), address);
+  EXPECT_EQ(form().TextField1.Text(), "https://youtu.be/abc");
 }
 
 TEST_F(Desktop, APastedLinkIsMadePlainAndATypedOneStays) {
@@ -142,11 +161,17 @@ TEST_F(Opening, AnAddressThatCannotBeOpenedIsShownForCopying) {
   QTimer::singleShot(0, dismiss);
   host.Launch("/tmp/a;\xC3\xA9.txt");
   installOpener(0);
-  QTimer::singleShot(0, dismiss);
-  host.ShowURL("file:///etc/passwd");
+  const std::vector<std::string> others = {"file:///etc/passwd", "ftp://host/", "https:///path"};
+  for (const std::string& other : others) {
+    QTimer::singleShot(0, dismiss);
+    host.ShowURL(other);
+    EXPECT_EQ(texts.back(), QStringLiteral("No program could open this address:\n\n") + other.c_str());
+  }
   EXPECT_EQ(opened(), "") << "only the web is browsed";
-  ASSERT_EQ(texts.size(), 3U);
-  EXPECT_TRUE(texts[1].endsWith(QStringLiteral("\n\n/tmp/a;\u00E9.txt")));
+  ASSERT_EQ(texts.size(), 5U);
+  EXPECT_EQ(texts[1], QStringLiteral("No program could open this file:\n\n/tmp/a;\u00E9.txt"));
+  host.ShowURL("http://host/");
+  EXPECT_TRUE(waitFor([&] { return opened() == "http://host/\n"; }));
 }
 
 int main(int count, char** arguments) { return runOffscreen(count, arguments); }

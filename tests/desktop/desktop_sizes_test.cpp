@@ -6,6 +6,7 @@
 #include <QScreen>
 #include <QStyle>
 
+#include "desktop/fitting.h"
 #include "desktop/scale.h"
 #include "desktop/shown_text.h"
 #include "desktop_fixture.h"
@@ -60,32 +61,37 @@ class Sizes : public Desktop {
                    const std::string& at) {
     const QFontMetrics metrics(widget.font());
     const auto* label = dynamic_cast<const Label*>(&control);
-    const bool lines = control.Appearance().multiline;
+    const Look& look = control.Appearance();
+    const bool lines = look.multiline;
     const std::string whole = label ? label->Text() : static_cast<const Button&>(control).Caption();
     const std::string name = at + control.Owner().Name() + "." + control.Name();
     EXPECT_TRUE(widget.isVisible()) << name;
     EXPECT_EQ(text, shownText(whole, lines ? Lines::Many : Lines::One)) << name;
     const int mark = markWidth(widget, control.Kind());
     const QRect available = widget.rect().adjusted(mark, 0, 0, 0);
-    const QRect needed =
-        metrics.boundingRect(lines ? QRect(0, 0, available.width(), 9999) : QRect(0, 0, 9999, 99),
-                             lines ? Qt::TextWordWrap : Qt::TextSingleLine, text);
+    const auto bounds = [&](const QFont& font) {
+      return QFontMetrics(font).boundingRect({0, 0, lines ? available.width() : 9999, 9999},
+                                             lines ? Qt::TextWordWrap : Qt::TextSingleLine, text);
+    };
+    const QRect needed = bounds(widget.font());
     EXPECT_LE(needed.width(), available.width()) << name;
     EXPECT_LE(metrics.tightBoundingRect(text).height(), available.height()) << name;
     EXPECT_TRUE(!lines || needed.height() <= available.height()) << name;
-    const bool heading = control.Appearance().fontSize > 11;
-    const int size = QFontInfo(widget.font()).pixelSize(), body = QFontInfo(QApplication::font()).pixelSize();
-    EXPECT_TRUE(!heading || size > body) << name << " at " << size << " in " << body;
-    EXPECT_GE(size * 5, (control.Appearance().fontSize ? scaled(control.Appearance().fontSize) : body) * 4)
-        << name;
+    const bool isPush = widget.inherits("QPushButton"), isCentred = look.align == Align::Center;
+    const int own = placeOf(control).width();
+    const int widest = isPush ? own - 10 : isCentred || lines ? own : freeWidth(control) - mark;
+    const auto fits = [&](const QFont& font) {
+      return lines ? bounds(font).height() <= available.height() : neededWidth(font, text) <= widest;
+    };
+    EXPECT_EQ(widget.font(), fittingFont(look, fits)) << name;
+    const int wide = std::max(neededWidth(widget.font(), text), std::min(own - mark, widest)) + mark;
+    EXPECT_EQ(widget.width(), isPush || lines ? own : wide) << name;
     QRect place(QPoint(),
                 QSize(needed.width(), lines ? needed.height() : metrics.tightBoundingRect(text).height()));
-    const bool isCentred =
-        control.Appearance().align == Align::Center || control.Kind() == ControlKind::PushButton;
     place.moveCenter(widget.geometry().center());
     const bool rightToLeft = widget.layoutDirection() == Qt::RightToLeft;
-    if (!isCentred && !rightToLeft) place.moveLeft(widget.x() + mark);
-    if (!isCentred && rightToLeft) place.moveRight(widget.geometry().right() - mark);
+    if (!isPush && !isCentred && !rightToLeft) place.moveLeft(widget.x() + mark);
+    if (!isPush && !isCentred && rightToLeft) place.moveRight(widget.geometry().right() - mark);
     if (lines) place.moveTop(widget.y());
     return {name, place};
   }
@@ -112,17 +118,62 @@ TEST_F(Sizes, NoTextIsCutAtAnyFontAndSize) {
           EXPECT_EQ(view(*window).size().boundedTo(screen), view(*window).size()) << "it fits the screen";
         }
         const ListView& list = widget<ListView>(results.resultsList);
-        EXPECT_GE(list.columnWidth(0),
-                  list.fontMetrics().horizontalAdvance(QStringLiteral("10:00:00.000")) + 8);
+        const int time = list.fontMetrics().horizontalAdvance(QStringLiteral("10:00:00.000"));
+        EXPECT_EQ(list.columnWidth(0), std::max(scaled(100), time + 12));
+        EXPECT_EQ(list.rowHeight(0), list.fontMetrics().height() + 6);
       }
     }
   }
   EXPECT_EQ(QApplication::focusWidget(), QApplication::activeWindow()->focusWidget());
+  form().searchField.SetFocus();
+  EXPECT_FALSE(widget<QWidget>(form().searchField).visibleRegion().isEmpty()) << "scrolled into sight";
   const int width = results.Width();
   for (const int wider : {200, -200})
     view(results).resize(view(results).width() + wider, view(results).height());
   EXPECT_EQ(results.Width(), width) << "also with scroll bars, the window shrinks again";
   QApplication::setFont(before);
+}
+
+TEST_F(Sizes, ATextThatIsTooWideGetsASmallerFontAndThenANarrowerOne) {
+  const QFont before = QApplication::font();
+  // The text fits at this size, and with letters of this share of their width; 0 is their own.
+  const struct {
+    int body, points, size, share, fittingSize, fittingShare;
+  } cases[] = {{13, 0, 13, 0, 13, 0},  {13, 0, 12, 0, 12, 0},   {13, 0, 10, 0, 10, 0},
+               {13, 0, 9, 0, 10, 92},  {13, 0, 10, 98, 10, 98}, {13, 0, 10, 93, 10, 92},
+               {13, 11, 8, 0, 8, 0},   {13, 11, 7, 0, 8, 92},   {13, 14, 13, 0, 14, 92},
+               {13, 24, 20, 0, 20, 0}, {13, 24, 14, 0, 14, 0},  {13, 24, 13, 0, 14, 92},
+               {20, 13, 20, 0, 20, 0}, {20, 14, 21, 0, 21, 0},  {13, 1, 1, 0, 1, 0}};
+  for (const auto& c : cases) {
+    QFont body = before;
+    body.setPixelSize(c.body);
+    QApplication::setFont(body);
+    const QFont font = fittingFont({.fontSize = c.points}, [&](const QFont& tried) {
+      return tried.pixelSize() <= c.size &&
+             (c.share == 0 || (tried.stretch() > 0 && tried.stretch() <= c.share));
+    });
+    EXPECT_EQ(font.pixelSize(), c.fittingSize) << c.points << " in " << c.size;
+    EXPECT_EQ(font.stretch(), c.fittingShare) << c.points << " in " << c.size;
+    EXPECT_DOUBLE_EQ(scale(), std::max(1.0, c.body * 3 / 40.0));
+  }
+  QApplication::setFont(before);
+}
+
+TEST_F(Sizes, ATextMayUseTheSpaceUpToTheNextVisibleControl) {
+  QFont body = QApplication::font();
+  body.setPixelSize(13);
+  QApplication::setFont(body);
+  EXPECT_EQ(neededWidth(body, QStringLiteral("abc")),
+            QFontMetrics(body).horizontalAdvance(QStringLiteral("abc")) + 2);
+  EXPECT_EQ(freeWidth(form().Label2), 288);
+  EXPECT_EQ(freeWidth(form().Label6), 236) << "up to the edge of the window";
+  EXPECT_EQ(freeWidth(form().Listbox1), 285) << "over lines";
+  form().PushButton1.SetVisible(false);
+  EXPECT_EQ(freeWidth(form().PushButton3), 528);
+  form().Label6.SetTop(43);
+  EXPECT_EQ(freeWidth(form().Label2), 528) << "it begins where the label ends";
+  form().Label6.SetTop(0);
+  EXPECT_EQ(freeWidth(form().Label2), 528);
 }
 
 TEST_F(Sizes, OnADesktopThatReadsRightToLeftTheWindowIsMirrored) {
@@ -131,6 +182,7 @@ TEST_F(Sizes, OnADesktopThatReadsRightToLeftTheWindowIsMirrored) {
   form().TextBox.UserClicks();
   draw();
   expectWhole(form(), "right to left: ");
+  EXPECT_EQ(widget<QLabel>(form().Label4).alignment(), Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
   EXPECT_EQ(widget<QWidget>(form().SRTBox).geometry(), QRect(562 - 319 - 100, 135, 100, 20));
   EXPECT_EQ(widget<QWidget>(form().PushButton2).geometry(), QRect(562 - 446 - 89, 47, 89, 20));
   const QImage seen = view(form()).content().grab().toImage();

@@ -2,80 +2,26 @@
 // with a real one's interface.
 
 #include <QAccessible>
-#include <QShortcut>
 
 #include "desktop_fixture.h"
 
 namespace {
 
+using Texts = std::vector<std::string>;
+
 QAccessibleInterface& spoken(QWidget& widget) { return *QAccessible::queryAccessibleInterface(&widget); }
 
 std::string nameOf(const QAccessibleInterface& node) { return node.text(QAccessible::Name).toStdString(); }
 
-// The names of everything that has this relation to node.
-std::string related(const QAccessibleInterface& node, QAccessible::Relation relation) {
-  std::string names;
-  for (const auto& [other, kind] : node.relations(relation)) {
-    if (kind == relation) names += nameOf(*other);
-  }
-  return names;
+std::string stateOf(const QAccessibleInterface& node) {
+  const QAccessible::State state = node.state();
+  return std::string(state.invisible ? "invisible " : "") + (state.selectable ? "selectable " : "") +
+         (state.focusable ? "focusable " : "") + (state.selected ? "selected " : "") +
+         (state.focused ? "focused " : "") + (state.offscreen ? "offscreen " : "") +
+         (state.multiSelectable ? "multiSelectable " : "");
 }
-
-constexpr char kFirst[] = "1. Paste in YouTube URL and click Search:";
-constexpr char kSecond[] = "2. Choose an available language:";
-constexpr char kThird[] = "3. Choose type of file to download:";
-constexpr char kTerm[] = "Search for a word or phrase in this video:";
 
 }  // namespace
-
-TEST_F(Desktop, ControlsHaveSpokenNamesRolesGroupsAndLabels) {
-  aboutWin::Get().Show();
-  SearchWin::Get().searchTerm.SetText("for \"R&D\"");
-  draw();
-  const struct {
-    const Control& control;
-    const char* name;
-    QAccessible::Role role;
-    const char* group;
-    const char* label;
-  } cases[] = {
-      {form().TextField1, kFirst, QAccessible::EditableText, kFirst, kFirst},
-      {form().PushButton2, "Search", QAccessible::Button, kFirst, ""},
-      {form().Listbox1, kSecond, QAccessible::Table, kSecond, kSecond},
-      {form().SRTBox, "SRT File", QAccessible::RadioButton, kThird, ""},
-      {form().paragraphBox, "Paragraph Form", QAccessible::CheckBox, kThird, ""},
-      {form().PushButton1, "Download", QAccessible::Button, kThird, ""},
-      {form().Label3, kThird, QAccessible::StaticText, kThird, ""},
-      {form().searchField, kTerm, QAccessible::EditableText, "", kTerm},
-      {form().Canvas1, "About Ravelyn", QAccessible::Button, "", ""},
-      {form().TextArea1, "Document of the last command", QAccessible::EditableText, "", ""},
-      {SearchWin::Get().resultsList, "for \"R&D\"", QAccessible::Table, "", ""},
-      {aboutWin::Get().BevelButton1, "Close", QAccessible::Button, "", ""},
-      {aboutWin::Get().Canvas1, "Ravelyn", QAccessible::StaticText, "", ""},
-  };
-  for (const auto& c : cases) {
-    const QAccessibleInterface& node = spoken(widget<QWidget>(c.control));
-    EXPECT_EQ(nameOf(node), c.name);
-    EXPECT_EQ(node.role(), c.role) << c.name;
-    EXPECT_EQ(related(node, QAccessible::Label), c.label) << c.name;
-    EXPECT_EQ(nameOf(*node.parent()), c.group) << c.name;
-    EXPECT_EQ(node.parent()->role(), *c.group ? QAccessible::Grouping : QAccessible::Client) << c.name;
-  }
-  EXPECT_EQ(related(spoken(widget<QWidget>(form().Label7)), QAccessible::Labelled), kTerm);
-  EXPECT_TRUE(view(SearchWin::Get()).findChildren<QShortcut*>().isEmpty()) << "\"&\" is no access key";
-}
-
-TEST_F(Desktop, EveryWindowHasARoleAndEveryControlAName) {
-  aboutWin::Get().Show();
-  draw();
-  EXPECT_EQ(spoken(view(form())).role(), QAccessible::Window);
-  EXPECT_EQ(spoken(view(aboutWin::Get())).role(), QAccessible::Dialog);
-  EXPECT_EQ(link().placeholderText(), QStringLiteral("https://www.youtube.com/watch?v=hB7rV2kQx0w"));
-  for (const Control* control : form().Controls()) {
-    if (control->Kind() == ControlKind::Line) continue;
-    EXPECT_FALSE(widget<QWidget>(*control).accessibleName().isEmpty()) << control->Name();
-  }
-}
 
 // A group covers the controls of other groups, and those of none.
 TEST_F(Desktop, AClickOnAControlReachesItThroughAllGroups) {
@@ -106,47 +52,132 @@ TEST_F(Desktop, AListIsSpokenWithHeadingsAndWithoutRowNumbers) {
   }
   draw();
   QAccessibleInterface& list = spoken(widget<QWidget>(results));
-  std::vector<std::string> names;
+  const QAccessibleTableInterface& table = *list.tableInterface();
+  Texts names;
   for (int i = 0; i < list.childCount(); ++i) {
     names.push_back(nameOf(*list.child(i)));
     EXPECT_EQ(list.indexOfChild(list.child(i)), i);
+    EXPECT_EQ(list.child(i)->role(), i < 2 ? QAccessible::ColumnHeader : QAccessible::Cell);
+    EXPECT_EQ(list.child(i)->tableCellInterface() != nullptr, i >= 2);
+    EXPECT_EQ(list.child(i)->text(QAccessible::Description), QString());
   }
+  EXPECT_EQ(names,
+            (Texts{"Time", "Text", "00:00:01.500", "at 00:00:01.500", "00:00:02.500", "at 00:00:02.500"}));
   EXPECT_EQ(list.indexOfChild(&list), -1);
-  EXPECT_EQ(names, (std::vector<std::string>{"Time", "Text", "00:00:01.500", "at 00:00:01.500",
-                                             "00:00:02.500", "at 00:00:02.500"}));
-  QAccessibleInterface& hit = *list.tableInterface()->cellAt(1, 1);
+  EXPECT_EQ(table.columnDescription(1), QStringLiteral("Text"));
+  EXPECT_EQ(stateOf(*list.child(0)), "invisible ");
+  for (const auto& [row, column] : {std::pair(-1, 0), {2, 0}, {0, -1}, {0, 2}})
+    EXPECT_EQ(table.cellAt(row, column), nullptr);
+  for (const int index : {-1, 6}) EXPECT_EQ(list.child(index), nullptr);
+  QAccessibleInterface& hit = *table.cellAt(1, 1);
   EXPECT_EQ(nameOf(*hit.tableCellInterface()->columnHeaderCells().first()), "Text");
+  EXPECT_EQ(hit.window(), view(SearchWin::Get()).windowHandle());
   const QString press = QAccessibleActionInterface::pressAction();
+  EXPECT_EQ(hit.actionInterface()->actionNames(),
+            (QStringList{press, QAccessibleActionInterface::toggleAction()}));
   EXPECT_EQ(hit.actionInterface()->localizedActionDescription(press), QStringLiteral("Open in Browser"));
   hit.actionInterface()->doAction(press);
+  EXPECT_TRUE(host.calls.empty()) << "the screen reader gets its answer first";
   EXPECT_TRUE(waitFor([&] { return !host.calls.empty(); }));
-  EXPECT_EQ(host.calls, std::vector<std::string>{"open: https://www.youtube.com/watch?v=&t=2"});
+  EXPECT_EQ(host.calls, Texts{"open: https://www.youtube.com/watch?v=&t=2"});
+  EXPECT_EQ(stateOf(hit), "selectable focusable selected focused ");
+  EXPECT_EQ(stateOf(*table.cellAt(1, 0)), "selectable focusable selected ");
   const QPoint middle = hit.rect().center();
   EXPECT_EQ(list.childAt(middle.x(), middle.y()), &hit);
-  EXPECT_EQ(list.focusChild(), list.tableInterface()->cellAt(1, 1));
+  EXPECT_EQ(list.childAt(middle.x(), middle.y() + hit.rect().height()), nullptr);
+  EXPECT_EQ(list.focusChild(), &hit);
+  widget<QWidget>(SearchWin::Get().closeBtn).setFocus();
+  EXPECT_EQ(list.focusChild(), nullptr);
+  EXPECT_EQ(stateOf(hit), "selectable focusable selected ");
   results.RemoveRow(0);
   draw();
-  EXPECT_EQ(nameOf(*list.tableInterface()->cellAt(0, 1)), "at 00:00:02.500");
+  EXPECT_EQ(nameOf(*table.cellAt(0, 1)), "at 00:00:02.500");
   EXPECT_EQ(list.childCount(), 4);
 }
 
-TEST_F(Desktop, AScreenReaderSelectsLanguages) {
-  for (const char* row : {"English", "German", "French"}) form().Listbox1.AddRow(row);
+TEST_F(Desktop, AScreenReaderSelectsRows) {
+  for (int row = 0; row < 40; ++row) form().Listbox1.AddRow("language " + std::to_string(row));
+  for (const char* time : {"00:00:01.500", "00:00:02.500"}) SearchWin::Get().resultsList.AddRow(time);
   draw();
   QAccessibleInterface& list = spoken(languages());
-  EXPECT_EQ(list.childCount(), 4) << "a hidden column is not spoken";
-  EXPECT_TRUE(list.tableInterface()->selectRow(2));
+  QAccessibleTableInterface& table = *list.tableInterface();
+  EXPECT_EQ(list.childCount(), 41) << "a hidden column is not spoken";
+  EXPECT_TRUE(list.state().multiSelectable);
+  for (const int row : {-1, 40}) EXPECT_FALSE(table.selectRow(row));
+  EXPECT_TRUE(table.selectRow(2));
   const QString toggle = QAccessibleActionInterface::toggleAction();
-  QAccessibleInterface& first = *list.tableInterface()->cellAt(0, 0);
+  QAccessibleInterface& first = *table.cellAt(0, 0);
   EXPECT_EQ(first.actionInterface()->actionNames(), QStringList{toggle})
       << "a click does no more than select";
   first.actionInterface()->doAction(toggle);
-  EXPECT_TRUE(first.state().selected);
-  EXPECT_EQ(list.tableInterface()->selectedRows().size(), 2);
-  EXPECT_TRUE(form().Listbox1.Selected(0));
-  EXPECT_TRUE(form().Listbox1.Selected(2));
+  EXPECT_EQ(stateOf(first), "selectable focusable selected ");
+  EXPECT_EQ(stateOf(*table.cellAt(39, 0)), "selectable focusable offscreen ");
+  EXPECT_EQ(table.selectedRows(), (QList<int>{2, 0}));
+  EXPECT_EQ(nameOf(*table.selectedCells().at(0)), "language 2");
+  EXPECT_EQ(table.selectedCellCount(), 2);
+  EXPECT_TRUE(form().Listbox1.Selected(0) && form().Listbox1.Selected(2));
   first.actionInterface()->doAction(toggle);
+  EXPECT_TRUE(table.isRowSelected(2) && !table.isRowSelected(0));
   EXPECT_EQ(form().Listbox1.SelCount(), 1);
+
+  QAccessibleInterface& hits = spoken(widget<QWidget>(SearchWin::Get().resultsList));
+  EXPECT_FALSE(hits.state().multiSelectable);
+  for (const int row : {0, 1}) EXPECT_TRUE(hits.tableInterface()->selectRow(row));
+  EXPECT_EQ(hits.tableInterface()->selectedRows(), QList<int>{1});
+  EXPECT_EQ(hits.tableInterface()->selectedCells().size(), 2);
+  EXPECT_TRUE(hits.tableInterface()->unselectRow(1));
+  EXPECT_EQ(SearchWin::Get().resultsList.SelCount(), 0);
+}
+
+TEST_F(Desktop, ACommandIsAnnouncedWhenItStartsAndEndsAndWithdrawnLater) {
+  aboutWin::Get().Show();
+  form().Show();
+  const auto announced = [&](const Window& window) {
+    Texts texts;
+    for (QWidget* each : view(window).findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+      if (spoken(*each).role() != QAccessible::Notification) continue;
+      texts.push_back(nameOf(spoken(*each)));
+      EXPECT_EQ(stateOf(spoken(*each)), texts.back().empty() ? "invisible " : "");
+    }
+    return texts;
+  };
+  Texts during;
+  const auto run = [&] {
+    app->Command("Searching", [&] { during = announced(form()), app->progress.languages = 1; });
+  };
+  for (int i = 0; i < 2; ++i) {
+    app->Dispatch(nullptr, run);
+    EXPECT_EQ(during, (Texts{"Searching\u2026", ""}));
+    EXPECT_EQ(announced(form()), (Texts{"Searching\u2026", "1 language"}));
+    EXPECT_EQ(announced(aboutWin::Get()), (Texts{"", ""}));
+  }
+  EXPECT_TRUE(waitFor([&] { return announced(form()) == Texts{"", "1 language"}; }));
+}
+
+TEST_F(Desktop, ActionsOfAScreenReaderReachTheRecords) {
+  const auto act = [&](const Control& control, const QString& action) {
+    QAccessible::queryAccessibleInterface(&widget<QWidget>(control))->actionInterface()->doAction(action);
+    QCoreApplication::processEvents();
+    draw();
+  };
+  const QString toggle = QAccessibleActionInterface::toggleAction();
+  for (RadioButton* chosen : {&form().SRTBox, &form().WebVTTBox, &form().TextBox, &form().SRTBox}) {
+    act(*chosen, toggle);
+    for (RadioButton* each : {&form().SRTBox, &form().WebVTTBox, &form().TextBox}) {
+      EXPECT_EQ(each->Value(), each == chosen) << each->Name();
+      EXPECT_EQ(widget<QAbstractButton>(*each).isChecked(), each == chosen) << each->Name();
+    }
+  }
+  EXPECT_EQ(app->checkedDL, "SRT");
+  act(form().openBox, toggle);
+  EXPECT_EQ(app->openDL, "false");
+  act(form().openBox, toggle);
+  EXPECT_EQ(app->openDL, "true");
+  widget<QAbstractButton>(form().lineBox).setEnabled(true);
+  act(form().lineBox, toggle);
+  EXPECT_FALSE(widget<QAbstractButton>(form().lineBox).isChecked()) << "its record is disabled";
+  act(form().Canvas1, QAccessibleActionInterface::pressAction());
+  EXPECT_TRUE(waitFor([&] { return app->FindWindow("aboutWin") != nullptr; }));
 }
 
 int main(int count, char** arguments) { return runOffscreen(count, arguments); }

@@ -1,6 +1,5 @@
 // What a user does with the form, from link to file.
 
-#include <QAccessible>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QMenu>
@@ -90,9 +89,22 @@ TEST_F(Desktop, TheKeyboardAloneDoesTheWholeJob) {
   EXPECT_TRUE(form().Listbox1.Selected(0));
   press(Qt::Key_A, Qt::ControlModifier);
   EXPECT_EQ(form().Listbox1.SelCount(), 2);
-  press(Qt::Key_End);
-  press(Qt::Key_Home);
-  EXPECT_EQ(form().Listbox1.SelCount(), 1);
+  press(Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("English\ten\nGerman\tde"));
+  const auto selectedAfter = [&](Qt::Key key, Qt::KeyboardModifiers keys = {}) {
+    press(key, keys);
+    return std::pair(form().Listbox1.Selected(0), form().Listbox1.Selected(1));
+  };
+  EXPECT_EQ(selectedAfter(Qt::Key_End), std::pair(false, true));
+  EXPECT_EQ(selectedAfter(Qt::Key_Home), std::pair(true, false));
+  EXPECT_EQ(selectedAfter(Qt::Key_End, Qt::ControlModifier), std::pair(true, false))
+      << "moves the focus alone";
+  for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_Home}) {
+    form().Listbox1.UserSelects({});
+    draw();
+    const bool down = key == Qt::Key_Down;  // selects the row with the focus
+    EXPECT_EQ(selectedAfter(key), std::pair(!down, down));
+  }
   const auto tabTo = [&](const std::string& name) {
     for (int i = 0; i < 20 && nameOfFocus() != name; ++i) press(Qt::Key_Tab), draw();
     EXPECT_EQ(nameOfFocus(), name);
@@ -125,6 +137,15 @@ TEST_F(Desktop, ReturnPressesTheButtonThatBelongsToTheFocus) {
   EXPECT_TRUE(pressed(form().openBox).ends_with("download the transcripts."));
   EXPECT_TRUE(pressed(form().PushButton3).ends_with("before you can do a word search."));
   EXPECT_EQ(nameOfFocus(), "TextField1") << "the command puts it there";
+  EXPECT_TRUE(pressed(form().WebVTTBox).ends_with("download the transcripts."));
+  const auto calls = [&](Qt::Key key, Qt::KeyboardModifiers keys) {
+    host.calls.clear();
+    press(key, keys);
+    return host.calls.size();
+  };
+  EXPECT_EQ(calls(Qt::Key_Enter, Qt::KeypadModifier), 1U);
+  EXPECT_EQ(calls(Qt::Key_Return, Qt::ShiftModifier), 0U);
+  EXPECT_EQ(calls(Qt::Key_F5, {}), 0U);
 }
 
 TEST_F(Desktop, RecordsAndWidgetsFollowEachOther) {
@@ -175,35 +196,18 @@ TEST_F(Desktop, AListKeepsItsSelectionThroughChanges) {
   selected.sort();
   EXPECT_EQ(selected, (QStringList{QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("d")}));
   EXPECT_EQ(list.SelCount(), 3) << "showing a selection is no selection by the user";
+  for (const std::vector<std::int64_t>& rows : {std::vector<std::int64_t>{0, 2, 3}, {1}, {}, {0, 1, 2, 3}}) {
+    list.UserSelects(rows);
+    draw();
+    std::vector<std::int64_t> seen;
+    for (int row = 0; row < 4; ++row) {
+      if (languages().selectionModel()->isRowSelected(row)) seen.push_back(row);
+    }
+    EXPECT_EQ(seen, rows);
+  }
   list.RemoveRowsFrom(0);
   draw();
   EXPECT_EQ(languages().model()->rowCount(), 0);
-}
-
-TEST_F(Desktop, ActionsOfAScreenReaderReachTheRecords) {
-  const auto act = [&](const Control& control, const QString& action) {
-    QAccessible::queryAccessibleInterface(&widget<QWidget>(control))->actionInterface()->doAction(action);
-    QCoreApplication::processEvents();
-    draw();
-  };
-  const QString toggle = QAccessibleActionInterface::toggleAction();
-  for (RadioButton* chosen : {&form().SRTBox, &form().WebVTTBox, &form().TextBox, &form().SRTBox}) {
-    act(*chosen, toggle);
-    for (RadioButton* each : {&form().SRTBox, &form().WebVTTBox, &form().TextBox}) {
-      EXPECT_EQ(each->Value(), each == chosen) << each->Name();
-      EXPECT_EQ(widget<QAbstractButton>(*each).isChecked(), each == chosen) << each->Name();
-    }
-  }
-  EXPECT_EQ(app->checkedDL, "SRT");
-  act(form().openBox, toggle);
-  EXPECT_EQ(app->openDL, "false");
-  act(form().openBox, toggle);
-  EXPECT_EQ(app->openDL, "true");
-  widget<QAbstractButton>(form().lineBox).setEnabled(true);
-  act(form().lineBox, toggle);
-  EXPECT_FALSE(widget<QAbstractButton>(form().lineBox).isChecked()) << "its record is disabled";
-  act(form().Canvas1, QAccessibleActionInterface::pressAction());
-  EXPECT_TRUE(waitFor([&] { return app->FindWindow("aboutWin") != nullptr; }));
 }
 
 TEST_F(Desktop, TheEditMenuActsOnTheFocusedWidget) {
@@ -230,10 +234,25 @@ TEST_F(Desktop, TheEditMenuActsOnTheFocusedWidget) {
   EXPECT_EQ(form().TextField1.Text(), "typed");
   auto& example = widget<QLabel>(form().Label4);
   example.setFocus();
-  app->ChooseMenuItem("EditSelectAll");
-  app->ChooseMenuItem("EditCopy");
-  EXPECT_EQ(QApplication::clipboard()->text(), example.text());
-  EXPECT_EQ(enabled(), "EditCopy EditSelectAll");
+  const auto copyAll = [&] {
+    EXPECT_EQ(enabled(), "EditSelectAll");
+    app->ChooseMenuItem("EditSelectAll");
+    EXPECT_EQ(enabled(), "EditCopy EditSelectAll");
+    app->ChooseMenuItem("EditCopy");
+    return QApplication::clipboard()->text().toStdString();
+  };
+  EXPECT_EQ(copyAll(), example.text().toStdString());
+  for (const char* row : {"one", "two"}) form().Listbox1.AddRow(row);
+  view(form()).resize(900, 700);
+  ASSERT_TRUE(waitFor([&] { return form().Width() == 900; }));
+  draw();
+  languages().setFocus();
+  EXPECT_EQ(copyAll(), "one\t\ntwo\t");
+  widget<QWidget>(form().TextArea1).setFocus();
+  EXPECT_EQ(enabled(), "");
+  form().TextArea1.SetText("document");
+  draw();
+  EXPECT_EQ(copyAll(), "document");
   widget<QWidget>(form().openBox).setFocus();
   EXPECT_EQ(enabled(), "");
   press(Qt::Key_F10);

@@ -6,6 +6,7 @@
 #include <QAccessible>
 #include <array>
 
+#include "desktop/tool_tips.h"
 #include "desktop_fixture.h"
 
 using Clock = std::chrono::steady_clock;
@@ -95,7 +96,6 @@ TEST_F(Desktop, ARunningCommandRefusesASecondOneAndLeavesTheFormUsable) {
     EXPECT_EQ(server.Requests().size(), requests) << "the second was refused";
     EXPECT_FALSE(form().openBox.Value());
     EXPECT_TRUE(form().TextField1.Text().ends_with("!"));
-    EXPECT_EQ(view(form()).cursor().shape(), Qt::BusyCursor);
     closed = Clock::now();
     view(form()).close();
   });
@@ -108,13 +108,38 @@ TEST_F(Desktop, ARunningCommandRefusesASecondOneAndLeavesTheFormUsable) {
 }
 
 TEST_F(Desktop, AWindowOpenedDuringACommandIsBusyUntilItsEnd) {
+  const std::string name = std::string(200, 'w') + "?";
+  const QString whole = QString::fromStdString(name) + QChar(u'\u2026');
+  const auto expectStatus = [&](const Window& window, bool running) {
+    const auto* stop = view(window).findChild<QPushButton*>(QStringLiteral("stop"));
+    const auto* label = view(window).findChild<QLabel*>(QString(), Qt::FindDirectChildrenOnly);
+    const bool isBusy = running && &window != &aboutWin::Get();
+    EXPECT_EQ(view(window).cursor().shape(), running ? Qt::BusyCursor : Qt::ArrowCursor);
+    EXPECT_EQ(stop->isVisible(), isBusy);
+    EXPECT_EQ(label->isVisible(), isBusy);
+    if (!isBusy) return;
+    EXPECT_EQ(stop->width(), stop->sizeHint().width());
+    EXPECT_EQ(stop->x(), label->geometry().right() + 1);
+    EXPECT_EQ(label->text(), label->fontMetrics().elidedText(whole, Qt::ElideMiddle, label->width()));
+    EXPECT_EQ(label->accessibleName(), whole);
+    EXPECT_EQ(tipOf(*label), whole);
+    for (const QWidget* part : {static_cast<const QWidget*>(label), static_cast<const QWidget*>(stop)})
+      EXPECT_EQ(view(window).childAt(part->geometry().center()), part) << "over the controls";
+  };
+  aboutWin::Get().Show();
   const auto isDisabled = [this] {
     return QAccessible::queryAccessibleInterface(&widget<QWidget>(SearchWin::Get().saveBtn))
         ->state()
         .disabled;
   };
   bool during = false;
-  app->Dispatch(nullptr, [&] { app->Command("Searching", [&] { during = isDisabled(); }); });
+  app->Dispatch(nullptr, [&] {
+    app->Command(name, [&] {
+      during = isDisabled();
+      for (const auto& window : app->Windows()) expectStatus(*window, true);
+    });
+  });
+  for (const auto& window : app->Windows()) expectStatus(*window, false);
   EXPECT_TRUE(during);
   EXPECT_FALSE(isDisabled());
 }
