@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <limits>
+#include <tuple>
 
 #include "http/HTTPSocket.h"
 #include "runtime/Application.h"
@@ -34,7 +35,6 @@ void HTTPSocket::_ResetVariables() {
   _httpStatusCode = 0;
   _totalLength = 0;
   _currentLength = 0;
-  _pageComplete = false;
 }
 
 void HTTPSocket::_DoConnect(const std::string& url, const std::string& action, FolderItemPtr file) {
@@ -44,7 +44,6 @@ void HTTPSocket::_DoConnect(const std::string& url, const std::string& action, F
   _pageComplete = false;
   _connectionValid = false;
   _pageBuffer->Bytes().clear();
-  _currentLength = 0;
   _contentlength = 0;
   Close();
   if (std::ranges::any_of(url + action, BreaksLines)) return Refuse(kErrorBadURL);
@@ -119,19 +118,14 @@ void HTTPSocket::_SendRequest(const std::string& action) {
 
 void HTTPSocket::WaitForPage() {
   std::int64_t deadline = Deadline(timeoutSeconds);
-  bool lastConnected = false;
-  std::int64_t lastSize = 0;
-  std::size_t lastToSend = 0;
+  const auto state = [this] { return std::tuple(_connectionValid, _pageBuffer->Size(), BytesToSend()); };
+  auto last = state();
   while (!_pageComplete && mErrorCode == 0) {
     Wait(timeoutSeconds >= 1 ? MillisecondsPast(deadline) : kForever);
     Poll();
     if (Yield) Application::Current().DoEvents(-1);
-    if (_connectionValid != lastConnected) {
-      lastConnected = _connectionValid;
-      deadline = Deadline(timeoutSeconds);
-    } else if (_pageBuffer->Size() != lastSize || BytesToSend() != lastToSend) {
-      lastSize = _pageBuffer->Size();
-      lastToSend = BytesToSend();
+    if (const auto now = state(); now != last) {
+      last = now;
       deadline = Deadline(timeoutSeconds);
     }
     if (timeoutSeconds >= 1 && deadline < Ticks()) {

@@ -7,11 +7,8 @@ bool HeaderEnd::FindIn(std::string_view text) {
   const std::size_t from = seen_ - std::min<std::size_t>(seen_, 3);
   const std::string_view fresh = text.substr(from);
   seen_ = text.size();
-  if (fresh.find_first_of("\r\n") == std::string_view::npos) return false;
-  hasCRLF_ = hasCRLF_ || fresh.find("\r\n") != std::string_view::npos;
-  hasLF_ = hasLF_ || fresh.find('\n') != std::string_view::npos;
-  const std::string_view own = hasCRLF_ ? "\r\n" : hasLF_ ? "\n" : "\r";
-  for (const std::string_view eol : std::initializer_list<std::string_view>{own, "\n", "\r\n", "\r"}) {
+  for (const std::string_view eol :
+       {std::string_view("\r\n"), std::string_view("\n"), std::string_view("\r")}) {
     const std::size_t at = fresh.find(std::string(eol) + std::string(eol));
     if (at == std::string_view::npos) continue;
     position_ = from + at;

@@ -8,8 +8,8 @@
 class HeaderEnd {
  public:
   void Reset() { *this = HeaderEnd(); }
-  // text is everything so far. True once it contains two line ends in a row, tried in this order: the text's
-  // own (CR LF before LF before CR), LF, CR LF, CR.
+  // text is everything so far. True once it contains two line ends in a row, tried in this order: CR LF, LF,
+  // CR.
   bool FindIn(std::string_view text);
   // Offset of the first of the two line ends, and which line end it is.
   std::size_t Position() const { return position_; }
@@ -17,8 +17,6 @@ class HeaderEnd {
 
  private:
   std::size_t seen_ = 0;
-  bool hasCRLF_ = false;
-  bool hasLF_ = false;
   std::size_t position_ = 0;
   std::string eol_;
 };

@@ -11,7 +11,7 @@ namespace {
 
 struct Fields {
   std::string hours = "00";
-  std::string minutes = "00";
+  std::string minutes = "0";
   std::string secs;
 };
 
@@ -35,7 +35,7 @@ std::string Timecode(double seconds, std::string_view secondsPattern) {
   Fields fields;
   if (seconds >= 60.0) {
     const std::string whole = Split(Str(seconds / 60.0), ".").front();
-    fields.minutes = Format(Val(whole), "00");
+    fields.minutes = Format(Val(whole), "0");
     // Str may have rounded the minutes up; then no seconds are left, rather than a negative number.
     fields.secs = Str(std::max(seconds - Val(fields.minutes) * 60.0, 0.0));
   } else {
@@ -56,8 +56,8 @@ std::optional<std::int64_t> Thousandths(std::string_view text) {
   const auto isDigit = [&](std::size_t i) { return i < text.size() && text[i] >= '0' && text[i] <= '9'; };
   std::int64_t value = 0;
   std::size_t end = 0;
-  for (; end <= kMostDigits && isDigit(end); ++end) value = value * 10 + (text[end] - '0');
-  if (end == 0 || end > kMostDigits) return std::nullopt;
+  for (; end < kMostDigits && isDigit(end); ++end) value = value * 10 + (text[end] - '0');
+  if (end == 0) return std::nullopt;
   std::size_t places = 0;
   if (end < text.size() && text[end] == '.') {
     for (++end; places < 3 && isDigit(end); ++end, ++places) value = value * 10 + (text[end] - '0');
@@ -71,7 +71,7 @@ std::optional<std::int64_t> Thousandths(std::string_view text) {
 // on either side of the half. fma gives the exact sign of that double minus the decimal.
 std::int64_t Rounded(std::int64_t thousandths) {
   const std::int64_t digit = thousandths % 10;
-  if (digit != 5) return thousandths / 10 + (digit > 5 ? 1 : 0);
+  if (digit != 5) return (thousandths + 5) / 10;
   const std::int64_t inMinute = thousandths % 60'000;
   const std::int64_t minutes = thousandths / 60'000;
   const double seconds =

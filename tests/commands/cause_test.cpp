@@ -54,15 +54,16 @@ TEST(Causes, ComeFromTheGatewayOrFromTheClient) {
     Reply reply;
     std::string search, download;
   } cases[] = {
-      {{Naming("<b>not</b> so")}, "<b>not</b> so", "<b>not</b> so"},
+      {{Naming("<b>not</b> ~so")}, "<b>not</b> ~so", "<b>not</b> ~so"},
       {{Naming("no captions", std::to_string(emptyList.size())) + emptyList}, "no captions", "-"},
       {{Naming(most + "c")}, most, most},
       {{Naming("caf\xC3\xA9")}, "", ""},
       {{Naming("a\tb")}, "", ""},
       {{Naming("no network", "9"), Reply::End::Reset}, "no network", "no network"},
       {{OpenPage("")}, "", ""},
+      {{Page("")}, "", ""},
       {{Page("an error page")}, "", "-"},
-      {{"HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\n"}, brokeOff, brokeOff},
+      {{"HTTP/1.0 200 OK\r\nContent-Length: 1\r\n\r\n"}, brokeOff, brokeOff},
       {{""}, brokeOff, brokeOff},
       {{"", Reply::End::Reset}, brokeOff, brokeOff},
       {{"", Reply::End::Stall}, "No answer came in time.", "-"},

@@ -15,11 +15,6 @@ using Lines = std::vector<std::string>;
 
 FolderItemPtr At(const std::string& path) { return std::make_shared<FolderItem>(path); }
 
-std::string RequestFor(const std::string& path, const Program& program) {
-  return "GET " + path + " HTTP/1.0\r\nAccept: */*\r\nAccept-Language: en\r\nHost: " + program.server.Host() +
-         "\r\n\r\n";
-}
-
 }  // namespace
 
 TEST(HostileTexts, LineEndsAddNoLineToARequest) {
@@ -28,15 +23,17 @@ TEST(HostileTexts, LineEndsAddNoLineToARequest) {
     program.Form().TextField1.UserTypes("https://host/watch?v=abc" + bytes);
     program.Click("PushButton2");
     const std::string code = "abc" + (bytes == "\0"s ? "" : "X: y"s);  // the field drops control characters
-    EXPECT_EQ(program.server.Requests(), Lines{RequestFor(ListPath(code), program)});
+    const std::string request =
+        "GET " + ListPath(code) +
+        " HTTP/1.0\r\nAccept: */*\r\nAccept-Language: en\r\nHost: " + program.server.Host() + "\r\n\r\n";
+    EXPECT_EQ(program.server.Requests(), Lines{request});
     // A server may send any language name.
     program.server.AnswerAt(ListPath(code), {Page(TrackList({{"e" + bytes + "n", "English", ""}}))});
     program.Click("PushButton2");
     program.Form().Listbox1.UserSelects({0});
     program.Click("SRTBox");
     program.Calls();
-    program.Click("PushButton1");
-    program.Click("PushButton3");
+    program.Click("PushButton1 PushButton3");
     EXPECT_EQ(program.server.Requests().size(), 2U);
     const Lines calls = program.Calls();
     ASSERT_EQ(calls.size(), 2U);
@@ -45,36 +42,23 @@ TEST(HostileTexts, LineEndsAddNoLineToARequest) {
   }
 }
 
-// Another user with write access puts a link in the target's place while the file is written.
-TEST(PlantedLinks, ALinkAtTheTargetIsReplacedNotFollowed) {
-  const TemporaryFolder folder;
-  WriteFile(folder / "victim", "precious");
-  for (const bool isNew : {false, true}) {
-    std::filesystem::remove(folder / "a.srt");
-    if (!isNew) WriteFile(folder / "a.srt", "old");
-    const auto stream = TextOutputStream::Create(At(folder / "a.srt"));
+// Another user with write access puts a link in the place of the target, or of its folder, during a write.
+TEST(PlantedLinks, AreNotFollowed) {
+  for (const bool isOfFolder : {false, true}) {
+    const TemporaryFolder folder;
+    for (const char* name : {"sub", "other"}) std::filesystem::create_directory(folder / name);
+    WriteFile(folder / "other/a.srt", "precious");
+    const auto stream = TextOutputStream::Create(At(folder / "sub/a.srt"));
     stream->Write("new");
-    std::filesystem::remove(folder / "a.srt");
-    std::filesystem::create_symlink("victim", folder / "a.srt");
+    if (isOfFolder) std::filesystem::rename(folder / "sub", folder / "moved");
+    std::filesystem::create_symlink(isOfFolder ? "other" : "../other/a.srt",
+                                    folder / (isOfFolder ? "sub" : "sub/a.srt"));
     stream->Close();
-    EXPECT_EQ(ReadFile(folder / "victim"), "precious");
-    EXPECT_FALSE(std::filesystem::is_symlink(folder / "a.srt"));
-    EXPECT_EQ(ReadFile(folder / "a.srt"), "new");
+    const std::string saved = folder / (isOfFolder ? "moved/a.srt" : "sub/a.srt");
+    EXPECT_FALSE(std::filesystem::is_symlink(saved));
+    EXPECT_EQ(ReadFile(saved), "new");
+    EXPECT_EQ(ReadFile(folder / "other/a.srt"), "precious");
   }
-}
-
-TEST(PlantedLinks, ALinkInPlaceOfTheFolderIsNotFollowed) {
-  const TemporaryFolder folder;
-  std::filesystem::create_directory(folder / "sub");
-  std::filesystem::create_directory(folder / "other");
-  WriteFile(folder / "other/a.srt", "precious");
-  const auto stream = TextOutputStream::Create(At(folder / "sub/a.srt"));
-  stream->Write("new");
-  std::filesystem::rename(folder / "sub", folder / "moved");
-  std::filesystem::create_symlink("other", folder / "sub");
-  stream->Close();
-  EXPECT_EQ(ReadFile(folder / "other/a.srt"), "precious");
-  EXPECT_EQ(ReadFile(folder / "moved/a.srt"), "new");
 }
 
 // The name of the temporary file can't be predicted, so no link can be planted there.
@@ -85,7 +69,7 @@ TEST(PlantedLinks, TemporaryNamesAreUnpredictable) {
     const auto stream = TextOutputStream::Create(At(folder / "a.srt"));
     const auto beside = *std::filesystem::directory_iterator(folder.Path());
     names.insert(beside.path().filename().string());
-    EXPECT_TRUE(beside.symlink_status().type() == std::filesystem::file_type::regular);
+    EXPECT_TRUE(beside.is_regular_file() && !beside.is_symlink());
     EXPECT_EQ(beside.symlink_status().permissions() & std::filesystem::perms(0022),
               std::filesystem::perms::none);
   }

@@ -9,13 +9,8 @@ namespace {
 constexpr std::int64_t kMany = 5000;
 constexpr std::int64_t kOthers = 1000;  // most yields of a request on this machine, and of short loops
 
-std::string ManyCues() {
-  std::vector<Cue> cues(kMany, {"1.5", "2", "word"});
-  return Document(cues);
-}
-
 struct Yields : testing::Test {
-  Program program{{{"en", "English", ManyCues()}}};
+  Program program{{{"en", "English", Document(std::vector<Cue>(kMany, {"1.5", "2", "word"}))}}};
 
   // The number of loops over all that yielded.
   std::int64_t LoopsOf(const std::string& button) {
@@ -28,11 +23,14 @@ struct Yields : testing::Test {
 
 }  // namespace
 
-TEST_F(Yields, SearchYieldsForEachTrackFoundListedAndRemoved) {
+TEST_F(Yields, RowsYieldWhenFoundListedRemovedAndRead) {
   program.server.AnswerAt(ListPath("abc"),
                           {Page(TrackList(std::vector<Track>(kMany, {"en", "English", ""})))});
   program.Search({});
   EXPECT_EQ(LoopsOf("PushButton2"), 3);
+  program.Form().Listbox1.UserSelects({0});
+  program.Click("SRTBox");
+  EXPECT_EQ(LoopsOf("PushButton1"), 3) << "rows, cues formed and cues written";
   program.server.AnswerAt(ListPath("abc"), {Page(TrackList({{"en", "English", ""}}))});
   EXPECT_EQ(LoopsOf("PushButton2"), 1);
 }

@@ -22,20 +22,6 @@ InternetHeaders Made(const Lines& lines) {
   return headers;
 }
 
-InternetHeaders Parsed(const std::string& text) {
-  InternetHeaders headers;
-  headers._ParseHeaders(text);
-  return headers;
-}
-
-// All values of name by index, with "|" between them.
-std::string ValuesOf(const InternetHeaders& headers, const std::string& name) {
-  std::string values;
-  for (std::int64_t i = 0; i < headers.NameCount(name); ++i)
-    values += (i ? "|" : "") + headers.Value(name, i);
-  return values;
-}
-
 TEST(Headers, KeepRepeatedNamesApart) {
   const InternetHeaders h = Made({{"X", "a"}, {"x", "b"}, {"X", "c"}, {"Y", ""}});
   EXPECT_EQ(h.NameCount("x"), 3);
@@ -50,10 +36,10 @@ TEST(Headers, KeepRepeatedNamesApart) {
 
 TEST(Headers, DeletingRenumbersTheLaterOnes) {
   for (const auto& [index, left] :
-       {std::pair(0, "b|c"), {1, "a|c"}, {2, "a|b"}, {3, "a|b|c"}, {-1, "a|b|c"}}) {
+       {std::pair(0, "b, c"), {1, "a, c"}, {2, "a, b"}, {3, "a, b, c"}, {-1, "a, b, c"}}) {
     InternetHeaders h = Made({{"X", "a"}, {"X", "b"}, {"Y", "y"}, {"X", "c"}});
     h.Delete("x", index);
-    EXPECT_EQ(ValuesOf(h, "X") + ValuesOf(h, "Y"), std::string(left) + "y") << index;
+    EXPECT_EQ(h.CommaSeparatedValues("X") + h.CommaSeparatedValues("Y"), std::string(left) + "y") << index;
   }
   InternetHeaders h = Made({{"X", "a"}, {"Y", "y"}, {"X", "b"}});
   h.Delete("Z");
@@ -61,36 +47,39 @@ TEST(Headers, DeletingRenumbersTheLaterOnes) {
   h.Delete("x");
   EXPECT_EQ(h._FormatHTTPHeaders(), "Y: y");
   h.AppendHeader("X", "new");
-  EXPECT_EQ(ValuesOf(h, "X"), "new");
+  EXPECT_EQ(h.CommaSeparatedValues("X"), "new");
 }
 
 TEST(Headers, SettingReplacesAllValuesOrSetsOneByIndex) {
   InternetHeaders h = Made({{"X", "a"}, {"X", "b"}});
   h.SetHeader("X", "v");
   EXPECT_EQ(h._FormatHTTPHeaders(), "X: v");
-  EXPECT_EQ(ValuesOf(h, "X"), "v");
+  EXPECT_EQ(h.CommaSeparatedValues("X"), "v");
   h.SetHeader("X", "w", 5);
-  EXPECT_EQ(ValuesOf(h, "x"), "v|w") << "a free index becomes the next one";
+  EXPECT_EQ(h.CommaSeparatedValues("x"), "v, w") << "a free index becomes the next one";
   h.SetHeader("X", "u", 1);
   h.SetHeader("X", "t", 0);
-  EXPECT_EQ(ValuesOf(h, "X"), "t|u");
+  EXPECT_EQ(h.CommaSeparatedValues("X"), "t, u");
   h.SetHeader("N", "n", 3);
   EXPECT_EQ(h._FormatHTTPHeaders(), "X: t\r\nX: u\r\nN: n");
 }
 
 TEST(Headers, AreParsedWithEveryLineEnd) {
+  InternetHeaders h;
   for (const std::string eol : {"\r\n", "\n", "\r"}) {
     const std::string text = ReplaceAll(
         "HTTP/1.0 200 OK|Content-Length: 12|Subject: a| b|To:c|\td|X-Time: \t10:20|:bare|Empty:|", "|", eol);
-    const InternetHeaders h = Parsed(text);
+    h._ParseHeaders(text);
     EXPECT_EQ(h._FormatHTTPHeaders(),
               "Content-Length: 12\r\nSubject: a b\r\nTo: c d\r\nX-Time: 10:20\r\n: bare\r\nEmpty: ");
     EXPECT_EQ(h.NameCount("Content-length"), 1);
     EXPECT_TRUE(h._HasHeader("content-length"));
     EXPECT_EQ(h.Source(), text);
   }
-  EXPECT_EQ(Parsed("A: 1\nB: 2\r\nC: 3").Value("a"), "1\nB: 2") << "CR LF takes precedence over LF";
-  EXPECT_EQ(Parsed("").Count(), 0);
+  h._ParseHeaders("A: 1\nB: 2\r\nC: 3");
+  EXPECT_EQ(h.Value("a"), "1\nB: 2") << "CR LF takes precedence over LF";
+  h._ParseHeaders("");
+  EXPECT_EQ(h.Count(), 0);
 }
 
 TEST(Headers, TheMailFormHasAFixedOrderAndNoBCC) {
@@ -128,28 +117,24 @@ TEST(Headers, EveryLoopYieldsAtEachItem) {
   }
 }
 
-TEST(Headers, AMegabyteOfOneNameTakesLinearTime) {
+// Searching a quarter of a megabyte from its start after each byte would read 32,000 megabytes.
+TEST(Headers, ManyHeadersAndManyPiecesTakeLinearTime) {
+  const double start = ProcessorSeconds();
   std::string text;
   while (text.size() < 1 << 20) text += "a:1\r\n";
-  const double start = ProcessorSeconds();
-  InternetHeaders h = Parsed(text);
+  InternetHeaders h;
+  h._ParseHeaders(text);
   EXPECT_EQ(h.NameCount("A"), 209716);
   h.Delete("A", 0);
   EXPECT_EQ(h._FormatHTTPHeaders().size(), 209715u * 6 - 2);
   h.Delete("a");
   EXPECT_EQ(h.Count(), 0);
-  EXPECT_LT(ProcessorSeconds() - start, 10);
-}
-
-// Searching a quarter of a megabyte from its start after each byte would read 32,000 megabytes.
-TEST(Headers, HeadersThatArriveByteByByteAreSearchedOnce) {
   const std::string head = std::string(1 << 18, 'a') + "\r\n\r\n";
-  const double start = ProcessorSeconds();
   HeaderEnd end;
   for (std::size_t size = 1; size < head.size(); ++size) ASSERT_FALSE(end.FindIn({head.data(), size}));
   EXPECT_TRUE(end.FindIn(head));
   EXPECT_EQ(end.Position(), head.size() - 4);
-  EXPECT_LT(ProcessorSeconds() - start, 10);
+  EXPECT_LT(ProcessorSeconds() - start, 20);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <utility>
 
 #include "http_fixture.h"
@@ -27,9 +28,11 @@ TEST_F(HTTP, ADownloadReplacesItsFile) {
   const std::string body(700'000, 'b');
   server.Answer(Page(body));
   WriteFile(folder / "f", "old");
+  std::filesystem::create_hard_link(folder / "f", folder / "other");
   EXPECT_TRUE(socket.Get(Url("/"), File("f"), kPatience));
   EXPECT_EQ(ReadFile(folder / "f"), body);
-  EXPECT_EQ(folder.Count(), 1u);
+  EXPECT_EQ(ReadFile(folder / "other"), "old") << "the file is a new one";
+  EXPECT_EQ(folder.Count(), 2u);
   EXPECT_EQ(socket.Get(Url("/"), kPatience), body) << "the next page is in memory again";
   const std::size_t before = server.Requests().size();
   EXPECT_FALSE(socket.Get(Url("/"), File(""), kPatience));
@@ -38,6 +41,7 @@ TEST_F(HTTP, ADownloadReplacesItsFile) {
   EXPECT_EQ(server.Requests().size(), before) << "no connection";
   EXPECT_FALSE(socket.Get(Url("/"), std::make_shared<FolderItem>("/dev/full"), kPatience));
   EXPECT_EQ(socket.ErrorCode(), ENOSPC);
+  EXPECT_FALSE(socket.IsConnected());
 }
 
 // The events of requests that do not block, one line each.
@@ -70,21 +74,28 @@ struct Events : HTTP {
 };
 
 TEST_F(Events, ComeInOrder) {
+  socket.SetError(7);
+  EXPECT_EQ(Wait(), Lines({"error 7"}));
   server.Answer(Page("hello"));
   server.Answer(OpenPage("open"));
-  socket.Get(Url("/1"));
+  socket.Get(Url("/1"), File("f"));
   EXPECT_EQ(seen, Lines()) << "the call only starts the request";
-  EXPECT_EQ(Wait(), Lines({"connected", "headers 200 1", "progress 5/5 hello", "page http:///1 hello"}));
-  socket.Get(Url("/2"), File("f"));
-  EXPECT_EQ(Wait(), Lines({"connected", "headers 200 0", "progress 4/0 open", "file open"}));
+  EXPECT_EQ(Wait(), Lines({"connected", "headers 200 1", "progress 5/5 hello", "file hello"}));
+  socket.Get(Url("/2"));
+  EXPECT_EQ(Wait(), Lines({"connected", "headers 200 0", "progress 4/0 open", "page http:///2 open"}));
   socket.Get("127.0.0.1:1/");
   EXPECT_EQ(Wait(), Lines({"error 111"}));
   socket.Get(Url("/3"), File(""));
   EXPECT_EQ(Wait(), Lines({"error 1"}));
+  EXPECT_EQ(socket.Get(Url("/4"), kPatience), "open");
+  EXPECT_FALSE(socket.Get("127.0.0.1:1/", File("f"), kPatience));
+  EXPECT_EQ(seen, Lines()) << "a blocking request raises none";
+  socket.Connected = [this] { done = true; };
+  socket.Get(Url("/5"));
+  Wait();
   socket.Get(Url("/a\rb"));
   EXPECT_EQ(Wait(), Lines({"error 10004"}));
-  EXPECT_EQ(socket.Get(Url("/4"), kPatience), "open");
-  EXPECT_EQ(seen, Lines()) << "a blocking request raises none";
+  EXPECT_FALSE(socket.IsConnected()) << "a refused request ends the one before it";
 }
 
 TEST_F(Events, AreRaisedForEveryKindOfRequest) {
@@ -96,7 +107,9 @@ TEST_F(Events, AreRaisedForEveryKindOfRequest) {
   EXPECT_TRUE(socket.Post(Url("/3"), File("f"), kPatience));
   socket.HeadersReceived = [this](const InternetHeaders&, int) { done = true; };
   socket.GetHeaders(Url("/4"));
-  Wait();
+  EXPECT_EQ(Wait(), Lines({"connected"}));
+  for (int i = 0; i < 500 && socket.IsConnected(); ++i) socket.Wait(100), socket.Poll();
+  EXPECT_EQ(seen, Lines()) << "HEAD has neither body nor page";
   std::string requestLines;
   for (const std::string& request : server.Requests())
     requestLines += request.substr(0, request.find(" HTTP")) + "|";
@@ -121,11 +134,8 @@ TEST_F(Events, AHandlerMayAskForTheNextPage) {
   Lines pages;
   socket.PageReceived = [&](const std::string&, int, HTTPSocket::HeadersPtr, const std::string& content) {
     pages.push_back(content);
-    if (pages.size() < 3) {
-      socket.Get(Url("/"));
-    } else {
-      done = true;
-    }
+    done = pages.size() == 3;
+    if (!done) socket.Get(Url("/"));
   };
   socket.Get(Url("/"));
   Wait();

@@ -35,15 +35,13 @@ TEST(Timecode, SecondsGiveTwoOrThreeDecimalsAndAnyNumberOfHours) {
     EXPECT_EQ(SecsToTimecode(seconds).find('-'), std::string::npos) << seconds;
 }
 
-// Neither seconds nor minutes may read 60.
-TEST(Timecode, EveryHundredthOfTwoHoursStaysInItsFields) {
-  for (int hundredth = 0; hundredth < 720000; hundredth += 7) {
-    const int s = hundredth / 100;
-    char text[32], expected[32];
-    std::snprintf(text, sizeof text, "%d.%02d", s, hundredth % 100);
-    std::snprintf(expected, sizeof expected, "%02d:%02d:%02d.%02d", s / 3600, s / 60 % 60, s % 60,
-                  hundredth % 100);
-    ASSERT_EQ(SecsToTimecode(Val(text)), expected);
+TEST(Timecode, OnlyPlainDecimalsGiveHundredths) {
+  for (const auto& row :
+       Rows("0~0|7~700|1.~100|1.2~120|83.33~8333|1.234~123|1.236~124|999999999.999~"
+            "100000000000|1234567890~none|1.2345~none|~none|.5~none|-1~none|1x~none|1.5 ~none")) {
+    const auto start = StartHundredths(row[0]), end = EndHundredths("0", row[0]);
+    EXPECT_EQ(start ? Str(*start) : "none", row[1]) << row[0];
+    EXPECT_EQ(end, start) << row[0];
   }
 }
 
