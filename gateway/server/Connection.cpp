@@ -32,7 +32,9 @@ bool Connection::WaitFor(short events, Clock::time_point deadline) const {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
     if (left <= 0) return false;
     pollfd waiting{socket_, events, 0};
-    if (::poll(&waiting, 1, static_cast<int>(left)) > 0) return true;
+    const int ready = ::poll(&waiting, 1, static_cast<int>(left));
+    if (ready > 0) return true;
+    if (ready < 0 && errno != EINTR) return false;
   }
 }
 

@@ -96,7 +96,7 @@ std::string HTTPSocket::_CreateNonce() {
 std::string HTTPSocket::_EncodeHex(const std::string& bytes) {
   std::string out;
   for (const char c : bytes) {
-    out += Right("0" + Hex(static_cast<unsigned char>(c)), 2);
+    out += Right("00" + Hex(static_cast<unsigned char>(c)), 2);
     RuntimeBackgroundTask();
   }
   return Lowercase(out);

@@ -10,7 +10,7 @@ std::string _EncodeURLString(std::string text) {
   constexpr std::string_view kEscaped = "%&=,/\\][{}`~-_()*^$#!+;<>\r\n";
   for (const char c : kEscaped) {
     const std::string one(1, c);
-    text = ReplaceAll(std::move(text), one, "%" + Right("0" + Hex(Asc(one)), 2));
+    text = ReplaceAll(std::move(text), one, "%" + Right("00" + Hex(Asc(one)), 2));
   }
   return ReplaceAll(std::move(text), " ", "+");
 }

@@ -57,7 +57,7 @@ void HTTPSocket::_HandleNewData() {
     // Below 1 means no length; clamping also prevents overflow.
     _contentlength = std::max<std::int64_t>(ToInteger(CDbl(_pageHeaders->Value("content-length"))), 0);
   }
-  _ProcessData(Read(_contentlength));
+  _ProcessData(_contentlength != 0 ? Read(_contentlength) : ReadAll());
 }
 
 void HTTPSocket::_ParseHeaders(const std::string& text) {
@@ -78,6 +78,7 @@ void HTTPSocket::_ProcessData(const std::string& data) {
   // The limit applies to a body in memory only; a file may fill the disk.
   if (!_downloadStream && _currentLength > kLargestBody) {
     _pageBuffer->Bytes() = std::string();
+    _currentLength = 0;
     return Close(), Purge(), Refuse(kErrorReplyTooLarge);
   }
   // Reserves the declared length once part of the body has arrived, so that growth does not move it.
@@ -114,4 +115,6 @@ void HTTPSocket::_ProcessPage() {
 }
 
 // Moves the body out; the buffer is empty until the next request.
-std::string HTTPSocket::PageText() { return std::exchange(_pageBuffer->Bytes(), {}); }
+std::string HTTPSocket::PageText() {
+  return _currentLength < 1 ? "" : std::exchange(_pageBuffer->Bytes(), {});
+}

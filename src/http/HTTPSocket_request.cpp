@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <limits>
-#include <tuple>
 
 #include "http/HTTPSocket.h"
 #include "runtime/Application.h"
@@ -35,6 +34,7 @@ void HTTPSocket::_ResetVariables() {
   _httpStatusCode = 0;
   _totalLength = 0;
   _currentLength = 0;
+  _pageComplete = false;
 }
 
 void HTTPSocket::_DoConnect(const std::string& url, const std::string& action, FolderItemPtr file) {
@@ -44,6 +44,7 @@ void HTTPSocket::_DoConnect(const std::string& url, const std::string& action, F
   _pageComplete = false;
   _connectionValid = false;
   _pageBuffer->Bytes().clear();
+  _currentLength = 0;
   _contentlength = 0;
   Close();
   if (std::ranges::any_of(url + action, BreaksLines)) return Refuse(kErrorBadURL);
@@ -118,14 +119,19 @@ void HTTPSocket::_SendRequest(const std::string& action) {
 
 void HTTPSocket::WaitForPage() {
   std::int64_t deadline = Deadline(timeoutSeconds);
-  const auto state = [this] { return std::tuple(_connectionValid, _pageBuffer->Size(), BytesToSend()); };
-  auto last = state();
+  bool lastConnected = false;
+  std::int64_t lastSize = 0;
+  std::size_t lastToSend = 0;
   while (!_pageComplete && mErrorCode == 0) {
     Wait(timeoutSeconds >= 1 ? MillisecondsPast(deadline) : kForever);
     Poll();
     if (Yield) Application::Current().DoEvents(-1);
-    if (const auto now = state(); now != last) {
-      last = now;
+    if (_connectionValid != lastConnected) {
+      lastConnected = _connectionValid;
+      deadline = Deadline(timeoutSeconds);
+    } else if (_pageBuffer->Size() != lastSize || BytesToSend() != lastToSend) {
+      lastSize = _pageBuffer->Size();
+      lastToSend = BytesToSend();
       deadline = Deadline(timeoutSeconds);
     }
     if (timeoutSeconds >= 1 && deadline < Ticks()) {

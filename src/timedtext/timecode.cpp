@@ -11,7 +11,7 @@ namespace {
 
 struct Fields {
   std::string hours = "00";
-  std::string minutes = "0";
+  std::string minutes = "00";
   std::string secs;
 };
 
@@ -35,7 +35,7 @@ std::string Timecode(double seconds, std::string_view secondsPattern) {
   Fields fields;
   if (seconds >= 60.0) {
     const std::string whole = Split(Str(seconds / 60.0), ".").front();
-    fields.minutes = Format(Val(whole), "0");
+    fields.minutes = Format(Val(whole), "00");
     // Str may have rounded the minutes up; then no seconds are left, rather than a negative number.
     fields.secs = Str(std::max(seconds - Val(fields.minutes) * 60.0, 0.0));
   } else {
