@@ -27,13 +27,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   end.how = gateway::ChildEnd::How::Exited;
   for (const Cause& cause : {gateway::CauseIn(messages), gateway::GapIn(messages), gateway::CauseOf(end)}) {
     CheckSentence(cause.sentence);
-    const Cause inLight = gateway::InLightOf(version, today, cause);
+    const Cause inLight = gateway::WithDoubtAbout(version, today, cause);
     CheckSentence(inLight.sentence);
     HOLDS(inLight.sentence.empty() == cause.sentence.empty());
     HOLDS(inLight.effect == cause.effect || inLight.effect == Effect::Outdated);
   }
   HOLDS(gateway::IsVersion(version) || gateway::DoubtAbout(version, today).empty());
   HOLDS(gateway::CauseIn("ERROR: HTTP Error 429\n" + messages).effect == Effect::Pause);
-  HOLDS(gateway::WordsWorthKeeping(messages).size() <= 3 * messages.size() + 3);
+  HOLDS(gateway::LinesToLog(messages).size() <= 3 * messages.size() + 3);
   return 0;
 }

@@ -78,14 +78,14 @@ void Send(Connection& connection, const Answer& answer, bool withBody) {
   }
 }
 
-Answer ListOf(CaptionSource& source, std::string_view code, const Asker& asker) {
-  TrackList list = source.Tracks(code, asker);
+Answer ListOf(CaptionSource& source, std::string_view code, const Requester& requester) {
+  TrackList list = source.Tracks(code, requester);
   const bool isEmpty = list.tracks.empty();
   return {kFound, TrackListDocument(code, std::move(list.tracks)), std::move(list.cause), isEmpty};
 }
 
-Answer TextOf(CaptionSource& source, const CaptionRequest& wanted, const Asker& asker) {
-  CaptionText text = source.Text(wanted.code, wanted.language, asker);
+Answer TextOf(CaptionSource& source, const CaptionRequest& wanted, const Requester& requester) {
+  CaptionText text = source.Text(wanted.code, wanted.language, requester);
   if (!text.document) return {kNoText, {}, std::move(text.cause)};
   return {kFound, *std::move(text.document), {}, false, std::move(text.place)};
 }
@@ -96,9 +96,9 @@ Answer AnswerTo(CaptionSource& source, const RequestHead& head, int connection) 
   if (!line) return {kBadRequest};
   if (line->method != "GET" && line->method != "HEAD") return {kNotAllowed};
   const CaptionRequest wanted = ReadTarget(line->target);
-  const Asker asker{std::chrono::steady_clock::now(), connection};
-  if (wanted.kind == CaptionRequest::Kind::TrackList) return ListOf(source, wanted.code, asker);
-  if (wanted.kind == CaptionRequest::Kind::TimedText) return TextOf(source, wanted, asker);
+  const Requester requester{std::chrono::steady_clock::now(), connection};
+  if (wanted.kind == CaptionRequest::Kind::TrackList) return ListOf(source, wanted.code, requester);
+  if (wanted.kind == CaptionRequest::Kind::TimedText) return TextOf(source, wanted, requester);
   return {kUnknownPath};
 }
 

@@ -46,9 +46,9 @@ struct BackgroundLists::Request {
   Descriptor seen, held;
   TrackList list;
   std::atomic<bool> isDone = false;
-  int askers = 0;
-  bool outlivesAskers = false;  // an asker ran out of patience: continues without askers
-  bool isEnded = false;         // all askers have gone: must not be joined
+  int requesters = 0;
+  bool outlivesRequesters = false;  // a requester ran out of patience: continues without requesters
+  bool isEnded = false;             // all requesters have gone: must not be joined
   std::thread thread;
 };
 
@@ -56,17 +56,17 @@ BackgroundLists::~BackgroundLists() {
   for (const auto& request : requests_) request->End();
 }
 
-std::optional<TrackList> BackgroundLists::Ask(std::string_view code, const Asker& asker,
+std::optional<TrackList> BackgroundLists::Ask(std::string_view code, const Requester& requester,
                                               std::chrono::milliseconds patience) {
   const auto deadline = Clock::now() + patience;
   const auto request = Join(code);
   if (!request) return std::nullopt;
-  const Waited waited = WaitFor(request->done.Number(), Patience::Of(asker, deadline));
+  const Waited waited = WaitFor(request->done.Number(), Patience::Of(requester, deadline));
   std::optional<TrackList> list;
   if (waited == Waited::Ready) list = request->list;
   const std::lock_guard lock(mutex_);
-  request->outlivesAskers |= waited == Waited::TooLate;
-  if (--request->askers == 0 && !request->outlivesAskers) request->End();
+  request->outlivesRequesters |= waited == Waited::TooLate;
+  if (--request->requesters == 0 && !request->outlivesRequesters) request->End();
   return list;
 }
 
@@ -92,7 +92,7 @@ std::shared_ptr<BackgroundLists::Request> BackgroundLists::Join(std::string_view
     });
     found = requests_.insert(requests_.end(), std::move(request));
   }
-  ++(*found)->askers;
+  ++(*found)->requesters;
   return *found;
 } catch (const std::system_error& error) {
   Log(std::string("can't request a list: ") + error.what());

@@ -21,10 +21,11 @@ class BackgroundLists {
   // Ends all requests, as if their clients had gone. Requires: no thread is in Ask.
   ~BackgroundLists();
 
-  // The source's list, or nullopt once `patience` is over or the asker's client has gone. If patience is
-  // over, the request continues for the next asker; if all its clients have gone, it ends. nullopt at once if
-  // there are too many requests.
-  std::optional<TrackList> Ask(std::string_view code, const Asker& asker, std::chrono::milliseconds patience);
+  // The source's list, or nullopt once `patience` is over or the requester's client has gone. If patience is
+  // over, the request continues for the next requester; if all its clients have gone, it ends. nullopt at
+  // once if there are too many requests.
+  std::optional<TrackList> Ask(std::string_view code, const Requester& requester,
+                               std::chrono::milliseconds patience);
 
  private:
   struct Request;

@@ -2,8 +2,8 @@
 
 namespace gateway {
 
-TrackList CacheSource::Tracks(std::string_view code, const Asker& asker) {
-  TrackList list = source_.Tracks(code, asker);
+TrackList CacheSource::Tracks(std::string_view code, const Requester& requester) {
+  TrackList list = source_.Tracks(code, requester);
   if (!list.tracks.empty()) {
     DropChangedTexts(code, list);
     cache_.KeepList(code, list);
@@ -25,9 +25,9 @@ void CacheSource::DropChangedTexts(std::string_view code, const TrackList& now) 
   }
 }
 
-CaptionText CacheSource::Text(std::string_view code, std::string_view language, const Asker& asker) {
+CaptionText CacheSource::Text(std::string_view code, std::string_view language, const Requester& requester) {
   if (auto file = cache_.FindText(code, language)) return {*std::move(file), ""};
-  CaptionText text = source_.Text(code, language, asker);
+  CaptionText text = source_.Text(code, language, requester);
   if (const auto* document = text.document ? std::get_if<std::string>(&*text.document) : nullptr)
     cache_.KeepText(code, language, *document);
   return text;

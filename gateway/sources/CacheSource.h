@@ -17,8 +17,8 @@ class CacheSource final : public CaptionSource {
   CacheSource(CaptionSource& source, std::string folder, const CacheLimits& limits = {})
       : source_(source), cache_(std::move(folder), limits) {}
 
-  TrackList Tracks(std::string_view code, const Asker& asker) override;
-  CaptionText Text(std::string_view code, std::string_view language, const Asker& asker) override;
+  TrackList Tracks(std::string_view code, const Requester& requester) override;
+  CaptionText Text(std::string_view code, std::string_view language, const Requester& requester) override;
 
  private:
   void DropChangedTexts(std::string_view code, const TrackList& now) const;

@@ -38,7 +38,7 @@ struct CaptionText {
 };
 
 // The client that asks. A source that waits for something gives up once the client closes its connection.
-struct Asker {
+struct Requester {
   std::chrono::steady_clock::time_point arrival = std::chrono::steady_clock::now();
   int connection = -1;  // a descriptor, which stays its owner's; -1: never gives up
 };
@@ -50,8 +50,8 @@ class CaptionSource {
   virtual ~CaptionSource() = default;
 
   // code and language may be any bytes; invalid ones have no captions.
-  virtual TrackList Tracks(std::string_view code, const Asker& asker) = 0;
-  virtual CaptionText Text(std::string_view code, std::string_view language, const Asker& asker) = 0;
+  virtual TrackList Tracks(std::string_view code, const Requester& requester) = 0;
+  virtual CaptionText Text(std::string_view code, std::string_view language, const Requester& requester) = 0;
 };
 
 }  // namespace gateway

@@ -74,7 +74,7 @@ std::vector<FolderSource::Candidate> FolderSource::CandidatesIn(FolderIndex& ind
   return candidates;
 }
 
-TrackList FolderSource::Tracks(std::string_view code, const Asker&) {
+TrackList FolderSource::Tracks(std::string_view code, const Requester&) {
   std::set<std::string> languages;
   TrackList list{{}, kNoFile};
   for (FolderIndex& index : folders_) {
@@ -93,7 +93,7 @@ TrackList FolderSource::Tracks(std::string_view code, const Asker&) {
   return list;
 }
 
-CaptionText FolderSource::Text(std::string_view code, std::string_view language, const Asker&) {
+CaptionText FolderSource::Text(std::string_view code, std::string_view language, const Requester&) {
   CaptionText none{std::nullopt, kNoFile};
   for (FolderIndex& index : folders_) {
     for (const Candidate& candidate : CandidatesIn(index, code)) {

@@ -38,8 +38,8 @@ class FolderSource final : public CaptionSource {
                         std::chrono::milliseconds settling = kSettling);
 
   // Tracks are in byte order of their languages.
-  TrackList Tracks(std::string_view code, const Asker& asker) override;
-  CaptionText Text(std::string_view code, std::string_view language, const Asker& asker) override;
+  TrackList Tracks(std::string_view code, const Requester& requester) override;
+  CaptionText Text(std::string_view code, std::string_view language, const Requester& requester) override;
 
   // Looks only at names, types and sizes; no file is opened.
   Stock TakeStock() const;

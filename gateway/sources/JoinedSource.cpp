@@ -29,20 +29,20 @@ void Add(TrackList& list, TrackList more) {
 JoinedSource::JoinedSource(CaptionSource& folders, CaptionSource& site, std::chrono::milliseconds patience)
     : folders_(folders), site_(site), patience_(patience), lists_(site) {}
 
-TrackList JoinedSource::Tracks(std::string_view code, const Asker& asker) {
-  TrackList list = folders_.Tracks(code, asker);
+TrackList JoinedSource::Tracks(std::string_view code, const Requester& requester) {
+  TrackList list = folders_.Tracks(code, requester);
   if (list.tracks.empty()) {
-    Add(list, site_.Tracks(code, asker));
-  } else if (auto more = lists_.Ask(code, asker, patience_)) {
+    Add(list, site_.Tracks(code, requester));
+  } else if (auto more = lists_.Ask(code, requester, patience_)) {
     Add(list, *std::move(more));
   }
   return list;
 }
 
-CaptionText JoinedSource::Text(std::string_view code, std::string_view language, const Asker& asker) {
-  CaptionText text = folders_.Text(code, language, asker);
+CaptionText JoinedSource::Text(std::string_view code, std::string_view language, const Requester& requester) {
+  CaptionText text = folders_.Text(code, language, requester);
   if (text.document) return text;
-  CaptionText other = site_.Text(code, language, asker);
+  CaptionText other = site_.Text(code, language, requester);
   if (!other.document) other.cause = BothCauses(text.cause, other.cause);
   return other;
 }

@@ -19,8 +19,8 @@ class JoinedSource final : public CaptionSource {
   JoinedSource(CaptionSource& folders, CaptionSource& site,
                std::chrono::milliseconds patience = kSitePatience);
 
-  TrackList Tracks(std::string_view code, const Asker& asker) override;
-  CaptionText Text(std::string_view code, std::string_view language, const Asker& asker) override;
+  TrackList Tracks(std::string_view code, const Requester& requester) override;
+  CaptionText Text(std::string_view code, std::string_view language, const Requester& requester) override;
 
  private:
   CaptionSource& folders_;

@@ -23,8 +23,8 @@ void Event::Clear() {
   ::eventfd_read(counter_.Number(), &ignored);
 }
 
-Patience Patience::Of(const Asker& asker, Clock::time_point deadline) {
-  return {deadline, asker.connection, POLLRDHUP};
+Patience Patience::Of(const Requester& requester, Clock::time_point deadline) {
+  return {deadline, requester.connection, POLLRDHUP};
 }
 
 int MillisecondsUntil(Clock::time_point deadline) {

@@ -29,7 +29,7 @@ struct Patience {
   short stopEvents = POLLIN;
 
   // Also ends when the client closes its connection, or its half of it.
-  static Patience Of(const Asker& asker, std::chrono::steady_clock::time_point deadline);
+  static Patience Of(const Requester& requester, std::chrono::steady_clock::time_point deadline);
 };
 
 enum class Waited { Ready, TooLate, GivenUp };

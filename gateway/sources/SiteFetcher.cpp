@@ -25,7 +25,7 @@ std::chrono::sys_days Today() {
 // With yt-dlp's own messages.
 void LogFailure(const std::string& subject, const Cause& cause, const ChildEnd& end) {
   if (end.how == ChildEnd::How::GivenUp) return;
-  Log("yt-dlp " + subject + ": " + cause.sentence + " " + WordsWorthKeeping(end.messages));
+  Log("yt-dlp " + subject + ": " + cause.sentence + " " + LinesToLog(end.messages));
 }
 
 }  // namespace
@@ -59,7 +59,7 @@ SiteAnswer SiteFetcher::Run(Places::Kind kind, const Patience& patience,
   if (Cause cause = PauseCause(); !cause.sentence.empty()) return {nullptr, "", std::move(cause)};
   SiteAnswer answer = run(patience);
   PauseIfAsked(answer.cause);
-  answer.cause = InLightOf(ytDlp_.Last().version, Today(), std::move(answer.cause));
+  answer.cause = WithDoubtAbout(ytDlp_.Last().version, Today(), std::move(answer.cause));
   return answer;
 }
 

@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "gateway/sources/CurrentYtDlp.h"
-#include "gateway/sources/Errands.h"
 #include "gateway/sources/Places.h"
+#include "gateway/sources/SharedJobs.h"
 #include "gateway/sources/SiteSettings.h"
 #include "gateway/sources/WarmChild.h"
 

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "gateway/sources/Errands.h"
+#include "gateway/sources/SharedJobs.h"
 #include "gateway/sources/SiteSettings.h"
 
 namespace gateway {

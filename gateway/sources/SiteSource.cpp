@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "gateway/sources/Errands.h"
 #include "gateway/sources/ScratchFolder.h"
+#include "gateway/sources/SharedJobs.h"
 #include "gateway/sources/SiteFetcher.h"
 #include "gateway/sources/SiteMemory.h"
 #include "gateway/sources/caption_name.h"
@@ -22,8 +22,8 @@ class SiteSource::Inner {
 
   SiteAnswer List(const std::string& code, const Patience& patience) {
     if (auto known = memory_.Find(code)) return *std::move(known);
-    return errands_.Ask("list " + code, patience, [this, code](int stop) {
-      if (auto known = memory_.Find(code)) return *std::move(known);  // from an errand that has just ended
+    return jobs_.Ask("list " + code, patience, [this, code](int stop) {
+      if (auto known = memory_.Find(code)) return *std::move(known);  // from a job that has just ended
       SiteAnswer answer = fetcher_.List(code, {Clock::now() + limits.list, stop});
       memory_.Keep(code, answer);
       return answer;
@@ -32,7 +32,7 @@ class SiteSource::Inner {
 
   SiteAnswer Text(const std::string& code, const std::string& language, const Patience& patience) {
     const auto deadline = patience.deadline;
-    return errands_.Ask("text " + code + " " + language, patience, [=, this](int stop) {
+    return jobs_.Ask("text " + code + " " + language, patience, [=, this](int stop) {
       const Patience bounded{deadline, stop};
       SiteAnswer answer = TryText(code, language, bounded);
       return answer.cause.effect == Effect::Relist ? TryText(code, language, bounded) : answer;
@@ -54,7 +54,7 @@ class SiteSource::Inner {
 
   SiteMemory memory_;
   SiteFetcher fetcher_;
-  Errands errands_;  // destroyed first: its errands use the others
+  SharedJobs jobs_;  // destroyed first: its jobs use the others
 };
 
 SiteSource::SiteSource(SiteSettings settings, const SiteLimits& limits) {
@@ -64,20 +64,21 @@ SiteSource::SiteSource(SiteSettings settings, const SiteLimits& limits) {
 
 SiteSource::~SiteSource() = default;
 
-TrackList SiteSource::Tracks(std::string_view code, const Asker& asker) {
+TrackList SiteSource::Tracks(std::string_view code, const Requester& requester) {
   if (!IsSiteCode(code)) return {{}, "This is not the code of a video of the site."};
-  const SiteAnswer answer = inner_->List(std::string(code), Patience::Of(asker, Clock::time_point::max()));
+  const SiteAnswer answer =
+      inner_->List(std::string(code), Patience::Of(requester, Clock::time_point::max()));
   TrackList list{{}, answer.cause.sentence};
   if (!answer.list) return list;
   for (const SiteTrack& track : answer.list->tracks) list.tracks.push_back(track.track);
   return list;
 }
 
-CaptionText SiteSource::Text(std::string_view code, std::string_view language, const Asker& asker) {
+CaptionText SiteSource::Text(std::string_view code, std::string_view language, const Requester& requester) {
   if (!IsSiteCode(code)) return {std::nullopt, "This is not the code of a video of the site."};
   if (!IsTrackLanguage(language)) return {std::nullopt, kNotInThisLanguage};
   SiteAnswer answer = inner_->Text(std::string(code), std::string(language),
-                                   Patience::Of(asker, asker.arrival + inner_->limits.text));
+                                   Patience::Of(requester, requester.arrival + inner_->limits.text));
   if (answer.document.empty()) return {std::nullopt, std::move(answer.cause.sentence)};
   return {Document(std::move(answer.document)), ""};
 }

@@ -21,8 +21,8 @@ class SiteSource : public CaptionSource {
   explicit SiteSource(SiteSettings settings, const SiteLimits& limits = {});
   ~SiteSource() override;
 
-  TrackList Tracks(std::string_view code, const Asker& asker) override;
-  CaptionText Text(std::string_view code, std::string_view language, const Asker& asker) override;
+  TrackList Tracks(std::string_view code, const Requester& requester) override;
+  CaptionText Text(std::string_view code, std::string_view language, const Requester& requester) override;
 
  private:
   class Inner;

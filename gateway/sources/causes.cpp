@@ -132,7 +132,7 @@ Cause CauseOf(const ChildEnd& end) {
   return {"yt-dlp failed; the gateway's log has its messages.", Effect::Outdated};
 }
 
-Cause InLightOf(std::string_view version, std::chrono::sys_days today, Cause cause) {
+Cause WithDoubtAbout(std::string_view version, std::chrono::sys_days today, Cause cause) {
   const bool isSure = cause.effect == Effect::Verdict || cause.effect == Effect::Pause;
   const std::string doubt = isSure || cause.sentence.empty() ? "" : DoubtAbout(version, today);
   if (doubt.empty()) return cause;
@@ -144,7 +144,7 @@ Cause InLightOf(std::string_view version, std::chrono::sys_days today, Cause cau
   return cause;
 }
 
-std::string WordsWorthKeeping(std::string_view messages) {
+std::string LinesToLog(std::string_view messages) {
   std::vector<std::string> lines = LinesOf(messages, IsError);
   for (std::string& warning : LinesOf(messages, IsWarning)) lines.push_back(std::move(warning));
   if (lines.empty()) {

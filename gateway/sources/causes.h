@@ -36,9 +36,9 @@ Cause CauseOf(const ChildEnd& end);
 
 // Adds the doubt about this version of yt-dlp to the cause, or replaces the cause with it, unless the effect
 // is Verdict or Pause.
-Cause InLightOf(std::string_view version, std::chrono::sys_days today, Cause cause);
+Cause WithDoubtAbout(std::string_view version, std::chrono::sys_days today, Cause cause);
 
 // The lines to log: errors and warnings, else the last line.
-std::string WordsWorthKeeping(std::string_view messages);
+std::string LinesToLog(std::string_view messages);
 
 }  // namespace gateway

@@ -8,7 +8,7 @@
 #include "app/output_types.h"
 #include "runtime/Shell.h"
 
-void Window1::UserHandsOver(const std::string& link) {
+void Window1::UserGivesLink(const std::string& link) {
   TextField1.UserDrops(link);
   PushButton2.UserClicks();
 }

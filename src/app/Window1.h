@@ -54,7 +54,7 @@ class Window1 : public Window {
   bool urlLoaded = false;  // kept from the first version; unused
 
   // The user starts the program with a link or drops one on the form: puts it into its field and searches.
-  void UserHandsOver(const std::string& link);
+  void UserGivesLink(const std::string& link);
 
   void PushButton1_Action();  // Download
   void PushButton2_Action();  // Search

@@ -108,7 +108,7 @@ void QtPlatform::noteFocus(QWidget* now) {
   Control* control = view ? view->controlOf(now) : nullptr;
   if (!control) return;
   focus_ = now;
-  control->Owner().Owner().NoteFocus(control);
+  control->Owner().Owner().RecordFocus(control);
 }
 
 void QtPlatform::Edit(EditAction action) { edit(focus_, action); }

@@ -57,7 +57,7 @@ void saveAtExit() {
 
 void searchFor(const std::string& link) {
   Window1* form = Window1::OpenOrNil();
-  if (form && !link.empty()) form->UserHandsOver(link);
+  if (form && !link.empty()) form->UserGivesLink(link);
 }
 
 }  // namespace

@@ -76,7 +76,7 @@ class Application {
   void Activate(Window& window);
   Control* FocusedControl() const { return focus_; }
   // Records a move of the focus, without asking the host for it.
-  void NoteFocus(Control* control) { focus_ = control; }
+  void RecordFocus(Control* control) { focus_ = control; }
 
   void SetMenuBar(MenuBar& bar) { menuBar_ = &bar; }
   MenuBar* CurrentMenuBar() const { return menuBar_; }

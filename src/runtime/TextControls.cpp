@@ -21,7 +21,7 @@ void TextField::SetText(const std::string& text) {
 
 void TextField::UserTypes(const std::string& text) {
   if (!IsUsable()) return;
-  Owner().NoteFocus(*this);
+  Owner().RecordFocus(*this);
   undo_ = text_;
   SetText(text);
 }

@@ -38,10 +38,10 @@ void Window::UserResizes(int width, int height) {
   Raise([this] { Event_Resizing(); });
 }
 
-void Window::NoteFocus(Control& control) { app_.NoteFocus(&control); }
+void Window::RecordFocus(Control& control) { app_.RecordFocus(&control); }
 
 void Window::MoveFocus(Control& control) {
-  NoteFocus(control);
+  RecordFocus(control);
   app_.Host().ControlFocused(control);
 }
 

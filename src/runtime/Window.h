@@ -61,7 +61,7 @@ class Window {
   void UserResizes(int width, int height);
 
   // Records that the focus has moved to a control of this window; moves it there.
-  void NoteFocus(Control& control);
+  void RecordFocus(Control& control);
   void MoveFocus(Control& control);
 
   const MenuHandlers& OwnMenuHandlers() const { return menuHandlers_; }

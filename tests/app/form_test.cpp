@@ -95,7 +95,7 @@ TEST(Commands, AreNamedWhileTheyRun) {
   program.host.onYield = [&] {
     if (!names.ends_with(program.host.running + ".")) names += program.host.running + ".";
   };
-  program.Form().UserHandsOver("https://host/watch?v=abc");
+  program.Form().UserGivesLink("https://host/watch?v=abc");
   program.Form().Listbox1.UserSelects({0});
   program.Click("SRTBox PushButton1 PushButton3");
   Listbox& results = SearchWin::Get().resultsList;

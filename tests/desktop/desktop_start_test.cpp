@@ -52,7 +52,7 @@ TEST(Start, HelpAndErrorsNeedNoScreen) {
 
 TEST_F(Desktop, ALinkOnTheCommandLineIsSearchedAtOnce) {
   Offer(server, "hB7rV2kQx0w", {{"en", "English", Document({{"0", "1", "x"}})}});
-  form().UserHandsOver("https://youtu.be/hB7rV2kQx0w?si=x");
+  form().UserGivesLink("https://youtu.be/hB7rV2kQx0w?si=x");
   draw();
   EXPECT_EQ(link().text(), QStringLiteral("https://www.youtube.com/watch?v=hB7rV2kQx0w"));
   EXPECT_EQ(languages().model()->rowCount(), 1);

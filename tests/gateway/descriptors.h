@@ -51,7 +51,7 @@ struct Client {
     ours = gateway::Descriptor(both[0]);
     theirs = gateway::Descriptor(both[1]);
   }
-  gateway::Asker Asks() const { return {std::chrono::steady_clock::now(), ours.Number()}; }
+  gateway::Requester Asks() const { return {std::chrono::steady_clock::now(), ours.Number()}; }
   void Leave() { theirs = gateway::Descriptor(); }
 
   gateway::Descriptor ours, theirs;

@@ -25,8 +25,8 @@ auto Now() { return std::chrono::steady_clock::now(); }
 
 // Makes all requests wait until it is opened.
 struct Gate final : gateway::CaptionSource {
-  gateway::TrackList Tracks(std::string_view, const gateway::Asker&) override { return {}; }
-  gateway::CaptionText Text(std::string_view, std::string_view, const gateway::Asker&) override {
+  gateway::TrackList Tracks(std::string_view, const gateway::Requester&) override { return {}; }
+  gateway::CaptionText Text(std::string_view, std::string_view, const gateway::Requester&) override {
     inside.release();
     open.wait();
     return {"words", ""};
@@ -38,8 +38,8 @@ struct Gate final : gateway::CaptionSource {
 // Gives one file to all requests.
 struct OneFile final : gateway::CaptionSource {
   explicit OneFile(std::string name) : path(std::move(name)) {}
-  gateway::TrackList Tracks(std::string_view, const gateway::Asker&) override { return {}; }
-  gateway::CaptionText Text(std::string_view, std::string_view, const gateway::Asker&) override {
+  gateway::TrackList Tracks(std::string_view, const gateway::Requester&) override { return {}; }
+  gateway::CaptionText Text(std::string_view, std::string_view, const gateway::Requester&) override {
     gateway::CaptionText text{*gateway::OpenCaptionFile(AT_FDCWD, path).file, ""};
     std::filesystem::resize_file(path, 70'000);
     return text;

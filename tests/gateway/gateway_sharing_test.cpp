@@ -7,8 +7,8 @@
 
 #include "descriptors.h"
 #include "gateway/sources/BackgroundLists.h"
-#include "gateway/sources/Errands.h"
 #include "gateway/sources/Places.h"
+#include "gateway/sources/SharedJobs.h"
 #include "gateway/sources/SiteMemory.h"
 #include "gateway/sources/SiteSource.h"
 #include "gateway/sources/WarmChild.h"
@@ -18,12 +18,12 @@
 namespace {
 
 using namespace gateway_test;
-using gateway::Asker;
 using gateway::BackgroundLists;
 using gateway::CaptionText;
-using gateway::Errands;
 using gateway::Event;
 using gateway::Patience;
+using gateway::Requester;
+using gateway::SharedJobs;
 using gateway::SiteAnswer;
 using gateway::TrackList;
 using gateway::Waited;
@@ -31,17 +31,17 @@ using gateway::WaitFor;
 
 // Answers once it is released. If its client leaves before, it takes until resumed.
 struct HeldSource : gateway::CaptionSource {
-  TrackList Tracks(std::string_view code, const Asker& asker) override {
+  TrackList Tracks(std::string_view code, const Requester& requester) override {
     ++requests;
     started.Set();
     if (code == "memory") throw std::bad_alloc();
-    if (WaitFor(released.Number(), Patience::Of(asker, For(20s).deadline)) == Waited::Ready)
+    if (WaitFor(released.Number(), Patience::Of(requester, For(20s).deadline)) == Waited::Ready)
       return {{}, "answered"};
     left.Set();
     WaitFor(resumed.Number(), For(20s));
     return {{}, "given up"};
   }
-  CaptionText Text(std::string_view, std::string_view, const Asker&) override { return {}; }
+  CaptionText Text(std::string_view, std::string_view, const Requester&) override { return {}; }
 
   std::atomic<int> requests = 0;
   Event started, released, left, resumed;
@@ -94,14 +94,14 @@ TEST(BackgroundLists, TheSeventeenthVideoIsNotRequested) {
 TEST(BackgroundLists, WithoutDescriptorsNothingIsRequested) {
   HeldSource source;
   BackgroundLists lists(source);
-  Errands errands;
+  SharedJobs jobs;
   const std::string fault = ": Too many open files\n", event = "can't make an event counter" + fault;
   for (const std::size_t count : {0u, 1u}) {
     testing::internal::CaptureStderr();
     {
       const FewDescriptors few(count);
       EXPECT_EQ(CauseOf(lists.Ask("a", {}, 60s)), "none");
-      EXPECT_EQ(errands.Ask("a", For(60s), {}).cause.sentence, "The gateway can't fetch anything now.");
+      EXPECT_EQ(jobs.Ask("a", For(60s), {}).cause.sentence, "The gateway can't fetch anything now.");
     }
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "ravelyn-gateway: can't request a list: " +
@@ -110,26 +110,26 @@ TEST(BackgroundLists, WithoutDescriptorsNothingIsRequested) {
   EXPECT_EQ(source.requests, 0);
 }
 
-TEST(Errands, GiveEachWaiterTheAnswerOrItsOwnCause) {
-  Errands errands;
+TEST(SharedJobs, GiveEachWaiterTheAnswerOrItsOwnCause) {
+  SharedJobs jobs;
   Event stopped, gone;
   const auto held = [&](int stop) -> SiteAnswer {
     if (WaitFor(stop, For(20s)) == Waited::Ready) stopped.Set();
     return {nullptr, "late", {}};
   };
-  EXPECT_EQ(errands.Ask("a", For(0ms), held).cause.sentence, "The site took too long.");
+  EXPECT_EQ(jobs.Ask("a", For(0ms), held).cause.sentence, "The site took too long.");
   EXPECT_EQ(WaitFor(stopped.Number(), For(0ms)), Waited::Ready) << "nobody waits for it";
   gone.Set();
-  EXPECT_EQ(errands.Ask("b", {For(60s).deadline, gone.Number()}, held).cause.sentence,
+  EXPECT_EQ(jobs.Ask("b", {For(60s).deadline, gone.Number()}, held).cause.sentence,
             "The gateway gave up before the site had answered.");
-  EXPECT_EQ(errands.Ask("c", For(60s), [](int) -> SiteAnswer { throw std::bad_alloc(); }).cause.sentence,
+  EXPECT_EQ(jobs.Ask("c", For(60s), [](int) -> SiteAnswer { throw std::bad_alloc(); }).cause.sentence,
             "The gateway ran out of memory.");
   const auto again = [](int) { return SiteAnswer{nullptr, "again", {}}; };
-  EXPECT_EQ(errands.Ask("a", For(60s), again).document, "again");
+  EXPECT_EQ(jobs.Ask("a", For(60s), again).document, "again");
 }
 
-TEST(Errands, AnErrandOutlivesAllButItsLastWaiter) {
-  Errands errands;
+TEST(SharedJobs, AnErrandOutlivesAllButItsLastWaiter) {
+  SharedJobs jobs;
   Event started, released;
   std::atomic<int> runs = 0;
   const auto held = [&](int stop) -> SiteAnswer {
@@ -138,27 +138,27 @@ TEST(Errands, AnErrandOutlivesAllButItsLastWaiter) {
     WaitFor(released.Number(), {For(20s).deadline, stop});
     return {nullptr, "answered", {}};
   };
-  std::thread staying([&] { EXPECT_EQ(errands.Ask("a", For(60s), held).document, "answered"); });
+  std::thread staying([&] { EXPECT_EQ(jobs.Ask("a", For(60s), held).document, "answered"); });
   WaitFor(started.Number(), For(60s));
-  for (int time = 0; time < 2; ++time) EXPECT_EQ(errands.Ask("a", For(0ms), held).document, "");
+  for (int time = 0; time < 2; ++time) EXPECT_EQ(jobs.Ask("a", For(0ms), held).document, "");
   EXPECT_EQ(runs, 1);
   released.Set();
   staying.join();
 }
 
-TEST(Errands, NothingStartsOnceTheyEnd) {
-  auto errands = std::make_unique<Errands>();
+TEST(SharedJobs, NothingStartsOnceTheyEnd) {
+  auto jobs = std::make_unique<SharedJobs>();
   Event started;
   std::string nested;
-  const auto held = [&, all = errands.get()](int stop) -> SiteAnswer {
+  const auto held = [&, all = jobs.get()](int stop) -> SiteAnswer {
     started.Set();
     WaitFor(stop, For(60s));
     nested = all->Ask("b", For(60s), [](int) { return SiteAnswer(); }).cause.sentence;
     return {};
   };
-  std::thread asking([&, all = errands.get()] { all->Ask("a", For(60s), held); });
+  std::thread asking([&, all = jobs.get()] { all->Ask("a", For(60s), held); });
   WaitFor(started.Number(), For(60s));
-  errands.reset();
+  jobs.reset();
   asking.join();
   EXPECT_EQ(nested, "The gateway can't fetch anything now.");
 }

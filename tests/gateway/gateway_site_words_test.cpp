@@ -243,11 +243,11 @@ TEST(GatewaySiteWords, AChildWithoutMessagesIsJudgedByItsEnd) {
     EXPECT_EQ(cause.sentence, sentence);
     EXPECT_EQ(cause.effect == Effect::Outdated, how == How::Crashed || how == How::Exited) << sentence;
   }
-  EXPECT_EQ(WordsWorthKeeping("a\nWARNING: w\rx\nERROR: e\nyt-dlp: error: f\nERROR: e\n"),
+  EXPECT_EQ(LinesToLog("a\nWARNING: w\rx\nERROR: e\nyt-dlp: error: f\nERROR: e\n"),
             "ERROR: e / yt-dlp: error: f / ERROR: e / WARNING: wx");
-  EXPECT_EQ(WordsWorthKeeping("ERROR: e\nERROR: e\nz"), "ERROR: e");
-  EXPECT_EQ(WordsWorthKeeping("Traceback\nlast\n\n"), "last");
-  EXPECT_EQ(WordsWorthKeeping(""), "");
+  EXPECT_EQ(LinesToLog("ERROR: e\nERROR: e\nz"), "ERROR: e");
+  EXPECT_EQ(LinesToLog("Traceback\nlast\n\n"), "last");
+  EXPECT_EQ(LinesToLog(""), "");
 }
 
 TEST(GatewaySiteWords, AnOldVersionIsAddedToAFailureOrReplacesIt) {
@@ -255,7 +255,7 @@ TEST(GatewaySiteWords, AnOldVersionIsAddedToAFailureOrReplacesIt) {
   const Cause verdict{"This video is private.", Effect::Verdict}, vague{"yt-dlp crashed.", Effect::Outdated};
   const Cause silent{"This video has no captions.", Effect::NoCaptions};
   const auto said = [today](const char* version, const Cause& cause) {
-    return InLightOf(version, today, cause).sentence;
+    return WithDoubtAbout(version, today, cause).sentence;
   };
   EXPECT_EQ(said("2023.03.04", vague), "yt-dlp 2023.03.04 is too old for the site.");
   EXPECT_EQ(said("2023.03.04", verdict), verdict.sentence) << "the site was clear";
@@ -264,10 +264,10 @@ TEST(GatewaySiteWords, AnOldVersionIsAddedToAFailureOrReplacesIt) {
             "This video is unavailable (yt-dlp 2023.03.04 is too old for the site).");
   EXPECT_EQ(said("2025.05.21", silent),
             "This video has no captions (yt-dlp 2025.05.21 is too old for the site).");
-  EXPECT_EQ(InLightOf("2025.05.21", today, silent).effect, Effect::Outdated)
+  EXPECT_EQ(WithDoubtAbout("2025.05.21", today, silent).effect, Effect::Outdated)
       << "an old release may miss captions";
   EXPECT_EQ(said("2025.05.22", vague), "yt-dlp crashed (yt-dlp 2025.05.22 is more than 90 days old).");
-  EXPECT_EQ(InLightOf("2025.05.22", today, silent).effect, Effect::NoCaptions);
+  EXPECT_EQ(WithDoubtAbout("2025.05.22", today, silent).effect, Effect::NoCaptions);
   EXPECT_EQ(said("2026.08.24", vague), "yt-dlp crashed (yt-dlp 2026.08.24 is more than 90 days old).");
   for (const char* fresh : {"2026.10.26", "2026.08.25", "2026.11.22.232959", "", "rubbish"})
     EXPECT_EQ(said(fresh, vague), vague.sentence);

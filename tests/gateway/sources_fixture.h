@@ -52,13 +52,13 @@ class FakeSite final : public gateway::CaptionSource {
   std::atomic<bool> keepsWaiting = false;
   std::atomic<int> asked = 0, left = 0;
 
-  gateway::TrackList Tracks(std::string_view, const gateway::Asker& asker) override {
+  gateway::TrackList Tracks(std::string_view, const gateway::Requester& requester) override {
     ++asked;
-    pollfd client{asker.connection, POLLRDHUP, 0};
+    pollfd client{requester.connection, POLLRDHUP, 0};
     if (keepsWaiting && ::poll(&client, 1, 30'000) == 1) ++left;
     return list;
   }
-  gateway::CaptionText Text(std::string_view, std::string_view language, const gateway::Asker&) override {
+  gateway::CaptionText Text(std::string_view, std::string_view language, const gateway::Requester&) override {
     ++asked;
     const auto found = texts.find(std::string(language));
     if (found == texts.end()) return {std::nullopt, cause};

@@ -21,31 +21,31 @@ struct SiteAnswer {
   Cause cause;
 };
 
-// Each errand runs in a thread of its own. After the last Ask for it has returned, the thread has ended.
-class Errands {
+// Each job runs in a thread of its own. After the last Ask for it has returned, the thread has ended.
+class SharedJobs {
  public:
   // Must return soon after the descriptor `stop` becomes readable.
   using Work = std::function<SiteAnswer(int stop)>;
 
-  Errands() = default;
-  // Stops all errands, and returns once no thread is in Ask.
-  ~Errands();
+  SharedJobs() = default;
+  // Stops all jobs, and returns once no thread is in Ask.
+  ~SharedJobs();
 
-  // The answer of the running errand with this key; if there is none, one is started with work. It is stopped
+  // The answer of the running job with this key; if there is none, one is started with work. It is stopped
   // once all who wait for it have run out of patience.
   SiteAnswer Ask(const std::string& key, const Patience& patience, const Work& work);
 
  private:
-  struct Errand;
+  struct Job;
 
-  std::shared_ptr<Errand> Join(const std::string& key, const Work& work);
-  SiteAnswer Leave(const std::string& key, const std::shared_ptr<Errand>& errand, Waited waited);
-  void Run(const std::string& key, Errand& errand, const Work& work);
-  void Forget(const std::string& key, const Errand& errand);
+  std::shared_ptr<Job> Join(const std::string& key, const Work& work);
+  SiteAnswer Leave(const std::string& key, const std::shared_ptr<Job>& job, Waited waited);
+  void Run(const std::string& key, Job& job, const Work& work);
+  void Forget(const std::string& key, const Job& job);
 
   std::mutex mutex_;
   std::condition_variable allLeft_;
-  std::map<std::string, std::shared_ptr<Errand>> running_;
+  std::map<std::string, std::shared_ptr<Job>> running_;
   std::size_t asking_ = 0;
   bool ended_ = false;
 };
