@@ -39,8 +39,6 @@ TEST(Progress, CountsGiveOneLineOfWords) {
 TEST(Progress, MoreThanTwoSecondsAndAStopAreNamed) {
   Progress list{.languages = 8};
   EXPECT_EQ(list.Words(false, 121), "8 languages, after 2.0 s");
-  EXPECT_EQ(list.Words(false, INT64_MAX), "8 languages, after 153722867280912930.1 s")
-      << "a clock that jumps";
   list.begun = 1'000;
   EXPECT_EQ(list.Words(false, 1'120), "8 languages");
   EXPECT_EQ(list.Words(true, 4'690), "Stopped, 8 languages, after 61.5 s");

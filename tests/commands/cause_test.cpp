@@ -8,12 +8,14 @@
 
 namespace {
 
-std::string Below(const std::string& call) {
-  const std::size_t at = call.find("\ncause: ");
-  return at == call.npos ? "" : call.substr(at + 8);
+// The cause below the one message; "-" if there was none.
+std::string CauseIn(const std::vector<std::string>& calls) {
+  if (calls.size() != 1 || !calls[0].starts_with("message: ")) return "-";
+  const std::size_t at = calls[0].find("\ncause: ");
+  return at == std::string::npos ? "" : calls[0].substr(at + 8);
 }
 
-// The causes after this reply to a search and to a download; "-" if there was no message.
+// The causes after this reply to a search and to a download.
 std::pair<std::string, std::string> CausesOf(Program& program, const Reply& reply) {
   const auto cause = [&](const std::function<void()>& command) {
     const int before = program.server.Answered();
@@ -24,9 +26,7 @@ std::pair<std::string, std::string> CausesOf(Program& program, const Reply& repl
     program.Calls();
     command();
     program.host.onYield = nullptr;
-    const auto calls = program.Calls();
-    const bool isMessage = calls.size() == 1 && calls[0].starts_with("message: ");
-    return isMessage ? Below(calls[0]) : "-";
+    return CauseIn(program.Calls());
   };
   program.server.AnswerAt(ListPath("abc"), reply);
   const std::string ofSearch = cause([&] { program.Search({}); });
@@ -85,6 +85,5 @@ TEST(Causes, AClosedPortIsNamed) {
   Window1& form = Window1::Get();
   form.TextField1.UserTypes("https://host/watch?v=abc");
   form.PushButton2.UserClicks();
-  ASSERT_EQ(host.calls.size(), 1u);
-  EXPECT_EQ(Below(host.calls[0]), "Nothing listens at " + nobody + ".");
+  EXPECT_EQ(CauseIn(host.calls), "Nothing listens at " + nobody + ".");
 }

@@ -30,12 +30,7 @@ constexpr char kNoConnection[] =
 // The file for a document cut at this byte: its complete cues.
 std::string FileOf(const std::string& document) {
   std::string file;
-  std::size_t at = 0;
-  for (const std::string& cue : kSRT) {
-    at = document.find("</text>", at);
-    if (at++ == std::string::npos) break;
-    file += cue;
-  }
+  for (std::size_t cue = 0; cue + 1 < Split(document, "</text>").size(); ++cue) file += kSRT.at(cue);
   return file;
 }
 
