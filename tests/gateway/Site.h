@@ -11,7 +11,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <set>
 #include <string>
 #include <vector>
@@ -33,7 +32,6 @@ inline std::string CodeOf(const std::string& video) { return video + std::string
 class Site {
  public:
   Site() {
-    std::filesystem::create_directory(folder_ / "scratch");
     std::array<int, 2> input{}, output{};
     if (::pipe2(input.data(), O_CLOEXEC) != 0 || ::pipe2(output.data(), O_CLOEXEC) != 0) return;
     pid_ = Spawn({"python3", RAVELYN_SOURCE_DIR "/tests/gateway/site.py", folder_.Path()},
@@ -53,10 +51,10 @@ class Site {
   Site& operator=(const Site&) = delete;
 
   gateway::SiteSettings Settings() const {
-    return {"/usr/bin/yt-dlp", "", folder_ / "yt-dlp.conf", Scratch()};
+    return {"/usr/bin/yt-dlp", "", folder_ / "yt-dlp.conf", scratch_.Path()};
   }
   const TemporaryFolder& Folder() const { return folder_; }
-  std::string Scratch() const { return folder_ / "scratch"; }
+  const TemporaryFolder& Scratch() const { return scratch_; }
 
   // Reads the site's output until a line with this beginning. Each line is read once.
   void Await(const std::string& beginning) {
@@ -97,16 +95,13 @@ class Site {
       std::error_code ignored;
       const std::string folder = std::filesystem::read_symlink(entry.path() / "cwd", ignored).string();
       const bool isOurs = std::atoi(stat.c_str() + std::min(stat.size(), afterName + 4)) == ::getpid();
-      if (isOurs || folder.starts_with(Scratch())) children.insert(process);
+      if (isOurs || folder.starts_with(scratch_.Path())) children.insert(process);
     }
     return children;
   }
-  std::size_t Folders() const {
-    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(Scratch()), {}));
-  }
 
  private:
-  TemporaryFolder folder_;
+  const TemporaryFolder folder_, scratch_;
   pid_t pid_ = -1;
   int input_ = -1, output_ = -1;
 };

@@ -12,7 +12,6 @@
 namespace {
 
 using namespace gateway_test;
-using gateway::TrackList;
 using Lines = std::vector<std::string>;
 
 class Caching : public testing::Test {
@@ -22,10 +21,8 @@ class Caching : public testing::Test {
   std::size_t Files() const {
     return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder_ / "made"), {}));
   }
-  static mode_t ModeOf(const std::string& path) {
-    struct stat facts {};
-    ::stat(path.c_str(), &facts);
-    return facts.st_mode & 07777;
+  static unsigned ModeOf(const std::string& path) {
+    return static_cast<unsigned>(std::filesystem::status(path).permissions());
   }
   // What the log says when two texts can't be kept.
   std::string LogOfKeeping(gateway::CacheSource& cache) const {
@@ -45,15 +42,13 @@ class Caching : public testing::Test {
 TEST_F(Caching, ATextIsFetchedOnceAndAListEachTime) {
   site_.list = {{{"en", "English \"x\"", "English", true}, {"de", "German", "Deutsch"}}, ""};
   site_.texts = {{"en", Srv1("english")}};
-  const TrackList full = site_.list;
   for (int process = 0; process < 2; ++process) {
     gateway::CacheSource cache(site_, folder_ / "made");
     EXPECT_EQ(BytesOf(cache.Text("abc", "en", {})), Srv1("english"));
     EXPECT_EQ(site_.asked, process == 0 ? 1 : 0);
     site_.asked = 0;
-    EXPECT_EQ(Listed(cache.Tracks("abc", {})), Listed(full));
-    EXPECT_EQ(BytesOf(cache.Text("abc", "de", {})), "no network");
-    EXPECT_EQ(BytesOf(cache.Text("abc", "de", {})), "no network");
+    EXPECT_EQ(Listed(cache.Tracks("abc", {})), Listed(site_.list));
+    for (int time = 0; time < 2; ++time) EXPECT_EQ(BytesOf(cache.Text("abc", "de", {})), "no network");
     EXPECT_EQ(site_.asked, 3) << "failures are not kept";
     site_.asked = 0;
   }
@@ -127,23 +122,15 @@ TEST_F(Caching, AFullCacheRemovesTheOldestFilesFirst) {
   for (const char* name : {".new-abcdef", ".newer"}) MakeOlder(Path(name), 61min);
   gateway::CacheSource fresh(site_, folder_ / "made", {5 * text.size(), 24h});
   fresh.Text("f", "en", {});
-  EXPECT_FALSE(Has("[c].en.captions")) << "removed when the first text is kept";
-  EXPECT_FALSE(Has(".new-abcdef"));
-  EXPECT_TRUE(Has(".new-young")) << "may still be written";
-  EXPECT_TRUE(Has(".newer")) << "not ours";
+  EXPECT_FALSE(Has("[c].en.captions") || Has(".new-abcdef")) << "removed when the first text is kept";
+  EXPECT_TRUE(Has(".new-young") && Has(".newer")) << "may still be written, and not ours";
   std::filesystem::remove(Path(".new-young"));
   MakeOlder(Path("[d].en.captions"), 25h);
   fresh.Text("g", "en", {});
   EXPECT_TRUE(Has("[d].en.captions")) << "old files are removed once a day";
-  for (const std::size_t size : {text.size() - 1, text.size()}) {
-    gateway::CacheSource tiny(site_, folder_ / "tiny", {size, 24h});
-    EXPECT_EQ(BytesOf(tiny.Text("e", "en", {})), text);
-    EXPECT_EQ(std::filesystem::exists(folder_ / "tiny/[e].en.captions"), size == text.size());
-  }
 }
 
 TEST_F(Caching, TheEnvironmentGivesTheDefaultFolder) {
-  const std::string home = std::getenv("HOME") ? std::getenv("HOME") : "";
   const auto usual = [](const char* cache, const char* user) {
     ::setenv("XDG_CACHE_HOME", cache, 1);
     ::setenv("HOME", user, 1);
@@ -156,8 +143,6 @@ TEST_F(Caching, TheEnvironmentGivesTheDefaultFolder) {
   site_.texts = {{"en", Srv1("words")}};
   deep.Text("abc", "en", {});
   EXPECT_EQ(ModeOf(folder_ / "a"), 0700u);
-  ::unsetenv("XDG_CACHE_HOME");
-  ::setenv("HOME", home.c_str(), 1);
 }
 
 TEST_F(Caching, ATextThatCannotBeKeptIsServedAndLoggedOnce) {
@@ -166,7 +151,6 @@ TEST_F(Caching, ATextThatCannotBeKeptIsServedAndLoggedOnce) {
   const auto log = [&](const std::string& name, const std::string& fault) {
     return "ravelyn-gateway: can't keep captions in " + folder_ / name + ": " + fault + "\n";
   };
-  const auto open = [&](unsigned mode) { ::chmod((folder_ / "open").c_str(), mode); };
   std::filesystem::create_directory(folder_ / "open");
   WriteFile(folder_ / "file", "");
   for (const char* name : {"file", "file/below"}) {
@@ -174,14 +158,12 @@ TEST_F(Caching, ATextThatCannotBeKeptIsServedAndLoggedOnce) {
     EXPECT_EQ(LogOfKeeping(cache), log(name, "Not a directory"));
   }
   gateway::CacheSource shared(site_, folder_ / "open");
-  for (int time = 0; time < 2; ++time) {
-    open(0777);
-    EXPECT_EQ(LogOfKeeping(shared), log("open", "Operation not permitted"));
-    EXPECT_TRUE(std::filesystem::is_empty(folder_ / "open"));
-    open(0755);
-    EXPECT_EQ(LogOfKeeping(shared), "");
-    for (const char* name : {"open/[abc].en.captions", "open/[abd].en.captions"})
-      EXPECT_TRUE(std::filesystem::remove(folder_ / name));
+  for (const mode_t mode : {0777u, 0755u, 0777u}) {
+    std::filesystem::remove(folder_ / "open/[abc].en.captions");
+    std::filesystem::remove(folder_ / "open/[abd].en.captions");
+    ::chmod((folder_ / "open").c_str(), mode);
+    EXPECT_EQ(LogOfKeeping(shared), mode == 0777u ? log("open", "Operation not permitted") : "");
+    EXPECT_EQ(std::filesystem::is_empty(folder_ / "open"), mode == 0777u);
   }
 
   gateway::CacheSource cache(site_, folder_ / "made");

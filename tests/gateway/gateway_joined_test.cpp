@@ -29,7 +29,6 @@ TEST(Joined, AListContainsTheTracksOfBothSources) {
   EXPECT_EQ(BytesOf(joined.Text("abc", "de", {})), "site de");
   EXPECT_EQ(BytesOf(joined.Text("abc", "fr", {})), "no network");
   EXPECT_EQ(BytesOf(joined.Text("bad", "en", {})), "site en");
-  EXPECT_EQ(BytesOf(joined.Text("bad", "fr", {})), "no network");
   site.texts.clear();
   site.list = {{}, "private"};
   EXPECT_EQ(Listed(joined.Tracks("abc", {})), (Lines{"en=English", "private"}));

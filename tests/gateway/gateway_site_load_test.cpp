@@ -5,9 +5,7 @@
 namespace {
 
 using namespace site_test;
-using gateway::CaptionText;
-using gateway::SiteLimits;
-using gateway::SiteSource;
+using namespace gateway;
 
 TEST(GatewaySiteLoad, FiftyRequestsAtOnceForOneVideoStartOneChild) {
   const Site site;
@@ -61,7 +59,7 @@ TEST(GatewaySiteLoad, AFetchStopsWhenItsLastClientLeaves) {
   third.Leave();
   alone.join();
   EXPECT_EQ(site.Children().size(), 1u);
-  EXPECT_EQ(site.Folders(), 1u);
+  EXPECT_EQ(site.Scratch().Count(), 1u);
 }
 
 TEST(GatewaySiteLoad, AnEndDuringRequestsLeavesNothing) {
@@ -78,7 +76,7 @@ TEST(GatewaySiteLoad, AnEndDuringRequestsLeavesNothing) {
   for (auto& thread : asking) thread.join();
   EXPECT_LT(std::chrono::steady_clock::now() - start, 20s);
   EXPECT_EQ(site.Children(), std::set<pid_t>());
-  EXPECT_EQ(site.Folders(), 0u);
+  EXPECT_EQ(site.Scratch().Count(), 0u);
 }
 
 TEST(GatewaySiteLoad, ASlowSiteEndsRequestsAtTheirDeadline) {

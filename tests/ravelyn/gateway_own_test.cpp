@@ -42,16 +42,8 @@ std::string Ask(int port, const std::string& path = "/") {
   return client.Get("http://" + At(port) + path, 20);
 }
 
-constexpr int kPatience = 10'000;  // milliseconds
-
-bool Ends(pid_t process) {
-  const int ended = static_cast<int>(::syscall(SYS_pidfd_open, process, 0));
-  const bool ends = ended < 0 || IsReadyWithin(kPatience, {ended, true, false});
-  ::close(ended);
-  return ends;
-}
-
-bool HasEnded(const OwnGateway& gateway) { return IsReadyWithin(kPatience, {gateway.Ended(), true, false}); }
+// Whether the process with this descriptor ends within ten seconds.
+bool Ends(int process) { return IsReadyWithin(10'000, {process, true, false}); }
 
 // Descriptors, variables and signals of this process, in one line.
 std::string OwnState() {
@@ -163,13 +155,13 @@ TEST(OwnGateway, EndsWithAKilledProgram) {
   char line[32] = {};
   ASSERT_GT(::read(output[0], line, sizeof line - 1), 0);
   const pid_t gateway = std::stoi(NthField(Ask(port), " ", 2)), other = std::stoi(line);
+  const int ended = static_cast<int>(::syscall(SYS_pidfd_open, gateway, 0));
   ::kill(program, SIGKILL);
   ::waitpid(program, nullptr, 0);
-  EXPECT_TRUE(Ends(gateway));
+  EXPECT_TRUE(Ends(ended));
   EXPECT_TRUE(Running(port).gateway.IsListening());
   EXPECT_EQ(::kill(other, SIGKILL), 0) << "which another child of the program did not keep";
-  ::close(output[0]);
-  ::close(output[1]);
+  for (const int descriptor : {output[0], output[1], ended}) ::close(descriptor);
 }
 
 TEST(OwnGateway, OtherEndpointsOrATakenPortStartNothing) {
@@ -178,16 +170,13 @@ TEST(OwnGateway, OtherEndpointsOrATakenPortStartNothing) {
   Endpoints two = EndpointsAt(At(FreePort()));
   two.TimedTextEndpoint = At(FreePort());
   const std::string port = ":" + std::to_string(FreePort());
-  const auto start = std::chrono::steady_clock::now();
   for (const Endpoints& where : {EndpointsAt(At(taken)), two, EndpointsAt("captions.example" + port),
                                  EndpointsAt("127.0.0.1"), EndpointsAt("127.0.0.1:99999")}) {
     OwnGateway gateway(where, {kSelf, "--gateway"});
     gateway.Start();
+    EXPECT_EQ(std::pair(gateway.Ended(), gateway.Process()), std::pair(-1, -1)) << where.TrackListEndpoint;
     EXPECT_FALSE(gateway.IsListening()) << where.TrackListEndpoint;
-    EXPECT_EQ(gateway.Ended(), -1) << where.TrackListEndpoint;
-    EXPECT_EQ(gateway.Process(), -1) << where.TrackListEndpoint;
   }
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10)) << "no end is waited for";
   Running later(taken);
   later.gateway.Start();
   EXPECT_EQ(later.gateway.Ended(), -1);
@@ -208,23 +197,20 @@ TEST(OwnGateway, RestartsThreeTimesAMinuteAfterCrashes) {
     const pid_t process = own.gateway.Process();
     EXPECT_TRUE(Ask(own.port).starts_with("pid " + std::to_string(process) + " "));
     EXPECT_EQ(Ask(own.port, "/crash"), "");
-    ASSERT_TRUE(HasEnded(own.gateway));
+    ASSERT_TRUE(Ends(own.gateway.Ended()));
     own.gateway.Start();
     EXPECT_EQ(::kill(process, 0), -1) << "it is waited for";
     EXPECT_EQ(descriptors(), crashes < 3 ? open : open - 3);
   }
-  EXPECT_EQ(own.gateway.Ended(), -1);
-  EXPECT_EQ(own.gateway.Process(), -1);
-  HTTPSocket client;
-  EXPECT_EQ(client.Get("http://" + At(own.port) + "/", 20), "");
-  EXPECT_EQ(client.LastErrorCode(), ECONNREFUSED);
+  EXPECT_EQ(std::pair(own.gateway.Ended(), own.gateway.Process()), std::pair(-1, -1));
+  EXPECT_FALSE(own.gateway.IsListening());
 }
 
 TEST(OwnGateway, AProgramThatCantRunClosesThePort) {
   OwnGateway gateway(EndpointsAt(At(FreePort())), {"/nowhere/ravelyn-gateway"});
   for (int i = 0; i < 4 && gateway.IsListening(); ++i) {
     gateway.Start();
-    EXPECT_TRUE(gateway.Ended() < 0 || HasEnded(gateway));
+    EXPECT_TRUE(gateway.Ended() < 0 || Ends(gateway.Ended()));
   }
   EXPECT_FALSE(gateway.IsListening());
   int status = 0;
@@ -271,10 +257,8 @@ TEST(OwnGateway, ServesTheUsersFilesAndEndsInOrder) {
   {
     OwnGateway gateway(EndpointsAt(At(port)), GatewayCommand());
     gateway.Start();
-    ASSERT_GE(gateway.Ended(), 0);
     process = gateway.Process();
     EXPECT_EQ(Ask(port, TrackPath("abcdefghijk", "en")), Document({{"1.500", "2.000", "Hello"}}));
-    EXPECT_NE(Ask(port, ListPath("abcdefghijk")).find("lang_code=\"en\""), std::string::npos);
   }
   EXPECT_EQ(::kill(process, 0), -1) << "it is waited for";
   EXPECT_TRUE(Running(port).gateway.IsListening()) << "and the next program finds the port free";
