@@ -192,6 +192,7 @@ TEST(OwnGateway, RestartsThreeTimesAMinuteAfterCrashes) {
   const auto descriptors = [] { return std::distance(fs::directory_iterator("/proc/self/fd"), {}); };
   Running own;
   own.gateway.Start();
+  EXPECT_NE(Ask(own.port), "") << "the client's first call opens descriptors that stay open";
   const auto open = descriptors();
   for (int crashes = 1; crashes <= 3; ++crashes) {
     const pid_t process = own.gateway.Process();
