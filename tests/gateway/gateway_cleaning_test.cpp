@@ -127,7 +127,6 @@ TEST(Cleaning, BlanksAndInvisibleCharactersAreTidied) {
   for (const char* language : {"km", "th-TH", "LO", "my_MM-orig"})
     EXPECT_EQ(CuesOf("vtt", khmer, {language}), (Lines{"1.000+1.000 a b c\u200Bd e f \u200B g"})) << language;
   EXPECT_EQ(CuesOf("vtt", khmer, {"kmb"}), (Lines{"1.000+1.000 a b cd e f g"}));
-  EXPECT_EQ(Convert("vtt", Vtt(At("01.000", "02.000", words))).document.find('\r'), std::string::npos);
 }
 
 TEST(Documents, AFileOverALimitIsTooLarge) {

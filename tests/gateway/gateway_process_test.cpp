@@ -1,10 +1,8 @@
 // The gateway as a process: its options, its first line, and its end.
 
 #include <fcntl.h>
-#include <sys/un.h>
 
 #include <regex>
-#include <sstream>
 
 #include "app/Endpoints.h"
 #include "gateway/options.h"
@@ -59,12 +57,6 @@ TEST(GatewayProcess, InvalidOptionsPrintAnErrorAndTheUsage) {
   }
 }
 
-std::string Counted(auto count, const char* unit) {
-  std::ostringstream text;
-  text << count << ' ' << unit;
-  return text.str();
-}
-
 // The text on one line, without the backslashes of a man page.
 std::string Flattened(const std::string& text) {
   return std::regex_replace(ReplaceAll(text, "\\", ""), std::regex("\\s+"), " ");
@@ -73,16 +65,19 @@ std::string Flattened(const std::string& text) {
 TEST(GatewayOptions, HelpAndManPageGiveTheLimitsOfTheCode) {
   const Limits limits;
   const gateway::CacheLimits cache;
-  const auto seconds = [](std::chrono::duration<double> time) { return Counted(time.count(), "seconds"); };
+  const auto counted = [](auto count, const char* unit) { return std::to_string(count) + ' ' + unit; };
+  const auto seconds = [&](std::chrono::milliseconds time) {
+    return counted(time.count() / 1000, "seconds");
+  };
   const std::string port = std::to_string(gateway::kDefaultPort);
   Lines phrases = {
       "Default: " + port,
-      "may have " + Counted(limits.headBytes >> 10, "KiB") + " and take " + seconds(limits.head) +
+      "may have " + counted(limits.headBytes >> 10, "KiB") + " and take " + seconds(limits.head) +
           ", its answer " + seconds(limits.answer),
-      Counted(limits.connections, "connections are served at a time"),
+      counted(limits.connections, "connections are served at a time"),
       "are given up to " + seconds(limits.farewell),
-      "of more than " + Counted(gateway::kLargestCaptionFile >> 20, "MiB"),
-      "kept for " + Counted(cache.age.count() / 86'400, "days, ") + Counted(cache.bytes >> 20, "MiB in all"),
+      "of more than " + counted(gateway::kLargestCaptionFile >> 20, "MiB"),
+      "kept for " + counted(cache.age.count() / 86'400, "days, ") + counted(cache.bytes >> 20, "MiB in all"),
       seconds(gateway::kSitePatience) + " for the site",
   };
   const std::string root = RAVELYN_SOURCE_DIR, help = Flattened(gateway::HelpText());
@@ -202,21 +197,11 @@ TEST(GatewayProcess, MissingAndUnreadableFoldersAndATakenPortAreReported) {
   EXPECT_EQ(second.End(), 1);
 }
 
-// A local socket of this type, with a name that the system chose.
-Descriptor ListenerOf(int type) {
-  const sockaddr_un nameless{AF_UNIX, {}};
-  Descriptor listener(::socket(AF_UNIX, type | SOCK_CLOEXEC, 0));
-  const auto* address = static_cast<const sockaddr*>(static_cast<const void*>(&nameless));
-  EXPECT_EQ(::bind(listener.Number(), address, sizeof(sa_family_t)), 0);
-  EXPECT_EQ(::listen(listener.Number(), 1), 0);
-  return listener;
-}
-
 TEST(GatewayProcess, APassedSocketIsServed) {
   const Descriptor listener = gateway::ListenOnLoopback(0);
   const std::uint16_t port = PortIn(gateway::AddressOf(listener));
   const std::string handOver = "LISTEN_FDS=1 LISTEN_PID=$$ exec \"$@\"";
-  const std::vector<std::string> arguments = {"--folder", RAVELYN_SAMPLES_DIR};
+  const Lines arguments = {"--folder", RAVELYN_SAMPLES_DIR, "--port=0"};
   const auto flags = [&] { return ::fcntl(listener.Number(), F_GETFL); };
   for (int time = 0; time < 2; ++time) {
     const Descriptor early = ConnectTo(port);  // before the gateway is started
@@ -230,27 +215,11 @@ TEST(GatewayProcess, APassedSocketIsServed) {
   }
   Process two("LISTEN_FDS=2 LISTEN_PID=$$ exec \"$@\"", arguments, listener.Number());
   EXPECT_EQ(two.ReadLine(), "ravelyn-gateway: was handed 2 sockets, can serve one");
-  const Descriptor refused[] = {Descriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC)),
-                                Descriptor(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)),
-                                ListenerOf(SOCK_SEQPACKET)};
-  for (const Descriptor& each : refused) {
-    Process process(handOver, arguments, each.Number());
-    EXPECT_EQ(process.ReadLine(), "ravelyn-gateway: was handed a descriptor that is not a listening socket");
-    EXPECT_EQ(process.End(), 1);
-  }
-  const TemporaryFolder folder;
-  const std::string program = folder / "yt-dlp";
-  WriteFile(program, "#!/bin/sh\n[ -z \"$LISTEN_PID$LISTEN_FDS$LISTEN_FDNAMES\" ] && echo 2999.01.01\n");
-  std::filesystem::permissions(program, std::filesystem::perms::owner_all);
-  const Descriptor local = ListenerOf(SOCK_STREAM);
-  Process fetching("LISTEN_FDNAMES=x " + handOver, {"--fetch", "--no-cache", "--ytdlp", program},
-                   local.Number());
-  EXPECT_EQ(fetching.ReadLine(),
-            "ravelyn-gateway: the socket that was handed over serves 0 videos with 0 tracks from no folder; "
-            "fetches by " +
-                program + ", 2999.01.01");
-  Process others("LISTEN_FDS=1 LISTEN_PID=1 exec \"$@\"", {"--folder", RAVELYN_SAMPLES_DIR, "--port", "0"},
-                 listener.Number());
+  const Descriptor silent(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  Process refusing(handOver, arguments, silent.Number());
+  EXPECT_EQ(refusing.ReadLine(), "ravelyn-gateway: was handed a descriptor that is not a listening socket");
+  EXPECT_EQ(refusing.End(), 1);
+  Process others("LISTEN_FDS=1 LISTEN_PID=1 exec \"$@\"", arguments, listener.Number());
   const std::string line = others.ReadLine();
   EXPECT_NE(line.find("serves 3 videos"), std::string::npos) << line;
   EXPECT_EQ(line.find(":" + std::to_string(port)), std::string::npos) << "passed to another process";

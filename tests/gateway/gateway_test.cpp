@@ -169,7 +169,6 @@ TEST(GatewayServing, OnlyCaptionFilesOfTheFolderAreServed) {
        {"fr", "ru", "de", "ja", "it", "EN", "en.srv1", "", "../en", "en%00", "xx", "en]", "%2e%2e%2fen"}) {
     const Reply reply = server.Captions("abc", language);
     EXPECT_EQ(reply.Status(), "HTTP/1.1 404 Not Found") << language;
-    EXPECT_TRUE(reply.Has("Content-Length: 0"));
     EXPECT_EQ(reply.body, "") << language;
   }
   const auto stock = gateway::FolderSource({folder.Path()}).TakeStock();
