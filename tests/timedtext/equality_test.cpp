@@ -80,10 +80,10 @@ TEST(Equality, FormsTimecodesOfEveryThousandthAroundCarries) {
 
 TEST(Equality, FormsTimecodesOfRandomAndOddTexts) {
   std::mt19937 random(7);
-  std::vector<std::string> texts = {"",    ".",          "1.",       ".5",   "-1.5",
-                                    "+2",  "1e3",        "1.2345",   "12 s", "0x10",
-                                    "1,5", "9999999999", "00012.50", "007",  std::string(400, '9'),
-                                    "inf", "1..2",       " 1"};
+  std::vector<std::string> texts =
+      Split("|.|1.|.5|-1.5|+2|1e3|1.2345|12 s|0x10|1,5|9999999999|00012.50|007|inf|1..2| 1|" +
+                std::string(400, '9'),
+            "|");
   for (int i = 0; i < 3000; ++i) {
     texts.push_back(std::to_string(random() % 20000) + "." + std::to_string(random() % 1000));
     texts.push_back(std::to_string(random() % 200) + "." + std::to_string(random() % 100) + "5");
@@ -91,20 +91,6 @@ TEST(Equality, FormsTimecodesOfRandomAndOddTexts) {
   for (const std::string& start : texts) {
     const std::string& dur = texts[random() % texts.size()];
     ASSERT_EQ(QuickTimes(start, dur), PlainTimes(start, dur)) << start << " + " << dur;
-  }
-}
-
-// Start plus duration prints as the next start, by either way, for any third decimal.
-TEST(Equality, AdjoiningCuesShareTheirTimecode) {
-  std::mt19937 random(5);
-  const auto decimal = [](std::uint64_t thousandths) {
-    return std::to_string(thousandths / 1000) + "." + std::to_string(thousandths % 1000 + 1000).substr(1);
-  };
-  for (std::uint64_t i = 0, start = 0; i < 20000; ++i) {
-    const std::uint64_t dur = i % 2 ? random() % 9000 : random() % 1800 * 5;
-    ASSERT_EQ(QuickTimes(decimal(start), decimal(dur))[1], QuickTimes(decimal(start + dur), "0")[0])
-        << start << " + " << dur;
-    start = i % 1000 ? start + dur : i;
   }
 }
 
