@@ -154,10 +154,8 @@ TEST(GatewayProcess, ClosedStandardDescriptorsAreOpened) {
   const std::string descriptors = "/proc/" + process.ReadLine() + "/fd/";
   const std::uint16_t port = PortIn(Address(process.ReadLine()));
   EXPECT_EQ(ReadReply(ConnectTo(port, kList)).Status(), "HTTP/1.1 200 OK");
-  Lines opened;
-  for (const char* number : {"0", "2", "3", "5"})
-    opened.push_back(std::filesystem::read_symlink(descriptors + number));
-  EXPECT_EQ(opened, (Lines{"/dev/null", "/dev/null", "anon_inode:[signalfd]", "anon_inode:[eventfd]"}));
+  for (const char* number : {"0", "2"})
+    EXPECT_EQ(std::filesystem::read_symlink(descriptors + number), "/dev/null") << number;
 }
 
 TEST(GatewayProcess, HelpAndVersionArePrinted) {
