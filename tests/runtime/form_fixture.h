@@ -68,9 +68,6 @@ class RecordingApplication : public Application {
  private:
   void Event_Close() override { events.push_back("close"); }
   void Event_CommandBegins() override { events.push_back("begins"); }
-  void Event_UserAnswered(std::int64_t ticks) override {
-    events.push_back("answer " + std::to_string(ticks));
-  }
   std::string CommandOutcome(bool stopped) const override { return stopped ? "stopped" : "finished"; }
 };
 
