@@ -131,7 +131,12 @@ TEST(Saving, AFailureGivesItsErrnoAndLeavesTheFolderAsItWas) {
       {"/dev/full", ENOSPC},          {folder / "pipe", ENXIO},
       {folder.Path() + "/", EINVAL},  {folder / "a\0b"s, EINVAL},
   };
+  const auto descriptors = [] {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+  };
+  const auto before = descriptors();
   for (const auto& [path, error] : cases) EXPECT_EQ(Save(path, "x"), error) << path;
+  EXPECT_EQ(descriptors(), before);
   EXPECT_EQ(ReadFile(folder / "file"), "old");
   EXPECT_EQ(folder.Count(), 3u);
 }
