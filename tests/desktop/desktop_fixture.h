@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <array>
 #include <deque>
 #include <memory>
 
@@ -27,15 +28,16 @@
 #include "support/captions.h"
 #include "wordsearch/SearchWin.h"
 
+using Texts = std::vector<std::string>;
+
 class TestHost : public QtPlatform {
  public:
   TestHost() {
     leaveLoop = [this] { hasLeft = true; };
   }
 
-  std::vector<std::string> calls;  // "message: ...", "save: FILTER NAME", "open: ADDRESS or PATH"
+  Texts calls;  // "message: ...", "save: FILTER NAME (STEP)", "open: ADDRESS or PATH"
   std::deque<std::optional<std::string>> saves;  // answers to the next save dialogs; later ones are cancelled
-  std::vector<std::string> steps;                // the command's steps at its save dialogs
   bool realMessages = false, realSaves = false;  // shows them as well
   bool realOpening = false;                      // by the first xdg-open in PATH
   bool hasLeft = false;
@@ -49,8 +51,7 @@ class TestHost : public QtPlatform {
     if (realMessages) QtPlatform::MessageBox(text, cause);
   }
   std::optional<std::string> AskSavePath(const std::string& filter, const std::string& name) override {
-    calls.push_back("save: " + filter + " " + name);
-    steps.push_back(App::Get().CommandStep());
+    calls.push_back("save: " + filter + " " + name + " (" + App::Get().CommandStep() + ")");
     ahead_ += answering;
     if (realSaves) return QtPlatform::AskSavePath(filter, name);
     if (saves.empty()) return std::nullopt;
@@ -88,19 +89,29 @@ D* shownDialog() {
 
 inline bool waitFor(const std::function<bool()>& happens) { return QTest::qWaitFor(happens, 5000); }
 
+// Calls isTime between the program's other events until it is true, and then act.
+inline void when(const std::function<bool()>& isTime, const std::function<void()>& act) {
+  auto* const turn = new QTimer(qApp);
+  QObject::connect(turn, &QTimer::timeout, turn, [turn, isTime, act] {
+    if (!isTime()) return;
+    turn->stop();
+    turn->deleteLater();
+    act();
+  });
+  turn->start(0);
+}
+
 class Desktop : public ::testing::Test {
  protected:
-  void SetUp() override { start(); }
-  void TearDown() override {
-    host.dropViews();
-    if (app) app->Stop();
-  }
-
-  void start() {
+  void SetUp() override {
     app = std::make_unique<App>(host, kCommands, EndpointsAt(server.Host()));
     app->Start();
     host.calls.clear();  // of the probe's message on a machine without ping
     ASSERT_TRUE(QTest::qWaitForWindowActive(host.viewOf(form())));
+  }
+  void TearDown() override {
+    host.dropViews();
+    if (app) app->Stop();
   }
 
   static Window1& form() { return Window1::Get(); }
@@ -138,10 +149,24 @@ class Desktop : public ::testing::Test {
     press(Qt::Key_Return);
     draw();
   }
-  std::string nameOfFocus() {
-    const Control* focus = app->FocusedControl();
-    return focus ? focus->Name() : "";
+  // Opens the results with these times and texts.
+  ListView& showResults(const std::vector<std::array<std::string, 2>>& hits) {
+    Listbox& results = SearchWin::Get().resultsList;
+    for (const auto& [time, text] : hits) {
+      results.AddRow(time);
+      results.SetCell(results.LastIndex(), 1, text);
+    }
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&view(SearchWin::Get())));
+    draw();
+    return widget<ListView>(results);
   }
+  QPushButton& stopOf(const Window& window) {
+    return *view(window).findChild<QPushButton*>(QStringLiteral("stop"));
+  }
+  QLabel& statusOf(const Window& window) {
+    return *view(window).findChild<QLabel*>(QString(), Qt::FindDirectChildrenOnly);
+  }
+  std::string nameOfFocus() { return app->FocusedControl()->Name(); }
 
   LoopbackServer server;
   TestHost host;

@@ -36,19 +36,19 @@ class Opening : public Desktop {
 }  // namespace
 
 TEST_F(Desktop, ALinkDroppedAnywhereOnTheFormReplacesTheText) {
-  const auto drop = [&](QWidget& where, QMimeData& data) {
+  const auto drop = [&](QWidget& where, QMimeData& data) -> std::string {
     QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    enter.ignore();
     QApplication::sendEvent(&where, &enter);
-    EXPECT_TRUE(enter.isAccepted());
     QDropEvent dropped(QPointF(5, 5), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
                        Qt::ShiftModifier);
     widget<QWidget>(form().searchField).setFocus();
     QApplication::sendEvent(&where, &dropped);
     draw();
-    EXPECT_TRUE(dropped.isAccepted());
+    EXPECT_EQ(dropped.isAccepted(), enter.isAccepted());
+    if (!dropped.isAccepted()) return "refused";
     EXPECT_EQ(dropped.dropAction(), Qt::CopyAction);
     EXPECT_EQ(nameOfFocus(), "TextField1");
-    EXPECT_EQ(link().text().toStdString(), form().TextField1.Text());
     return form().TextField1.Text();
   };
   aboutWin::Get().Show();
@@ -60,22 +60,12 @@ TEST_F(Desktop, ALinkDroppedAnywhereOnTheFormReplacesTheText) {
   EXPECT_EQ(drop(link(), text), "https://www.youtube.com/watch?v=hB7rV2kQx0w")
       << "in place of the earlier text";
   EXPECT_EQ(drop(view(form()), address), "https://youtu.be/abc");
+  EXPECT_EQ(drop(view(form()), nothing), "refused");
+  EXPECT_EQ(drop(view(aboutWin::Get()), address), "refused");
   QDragMoveEvent move({5, 5}, Qt::CopyAction, &address, Qt::LeftButton, Qt::NoModifier);
   move.ignore();
   static_cast<QObject&>(link()).event(&move);
   EXPECT_TRUE(move.isAccepted());
-  const auto expectRefused = [](QWidget& where, QMimeData& data) {
-    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    enter.ignore();
-    QApplication::sendEvent(&where, &enter);
-    EXPECT_FALSE(enter.isAccepted());
-    QDropEvent dropped(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&where, &dropped);
-    EXPECT_FALSE(dropped.isAccepted());
-  };
-  expectRefused(view(form()), nothing);
-  expectRefused(view(aboutWin::Get()), address);
-  EXPECT_EQ(form().TextField1.Text(), "https://youtu.be/abc");
 }
 
 TEST_F(Desktop, APastedLinkIsMadePlainAndATypedOneStays) {
@@ -84,7 +74,6 @@ TEST_F(Desktop, APastedLinkIsMadePlainAndATypedOneStays) {
   QApplication::clipboard()->setText(shared);
   link().setFocus();
   press(Qt::Key_V, Qt::ControlModifier);
-  EXPECT_EQ(form().TextField1.Text(), plain);
   EXPECT_EQ(link().text().toStdString(), plain);
   press(Qt::Key_A, Qt::ControlModifier);
   write(shared);
@@ -113,29 +102,19 @@ TEST_F(Opening, AnOpenerIsGivenEncodedAddresses) {
 }
 
 TEST_F(Opening, AFailureOfTheOpenerIsReportedAfterItEnds) {
-  for (const int status : {3, 4}) {
-    installOpener(status);
-    host.ShowURL("https://www.youtube.com/watch?v=a&t=1");
-    EXPECT_FALSE(shownDialog()) << "the user does not wait for the opener";
-    ASSERT_TRUE(waitFor([] { return shownDialog() != nullptr; }));
-    EXPECT_TRUE(
-        shownDialog<QMessageBox>()->text().startsWith(QStringLiteral("No program could open this address:")));
-    shownDialog()->accept();
-  }
+  installOpener(3);
+  host.ShowURL("https://www.youtube.com/watch?v=a&t=1");
+  EXPECT_FALSE(shownDialog()) << "the user does not wait for the opener";
+  EXPECT_TRUE(waitFor(shownDialog<QMessageBox>));
 }
 
 TEST_F(Opening, AFailureOfTheOpenerLeavesARunningCommandAlone) {
   installOpener(3);
   server.Answer({"HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\n", Reply::End::Stall});
-  link().setFocus();
-  QTimer looking;
-  QObject::connect(&looking, &QTimer::timeout, [&] {
-    if (!shownDialog()) return;
-    looking.stop();
+  when(shownDialog<QMessageBox>, [&] {
     EXPECT_TRUE(shownDialog()->testAttribute(Qt::WA_ShowWithoutActivating));
     QTest::keyClick(&link(), Qt::Key_Escape);
   });
-  looking.start(5);
   host.ShowURL("https://www.youtube.com/watch?v=a");
   search(QStringLiteral("abc"));
   EXPECT_FALSE(app->IsCommandRunning()) << "Escape stopped it";
@@ -145,11 +124,10 @@ TEST_F(Opening, AFailureOfTheOpenerLeavesARunningCommandAlone) {
 }
 
 TEST_F(Opening, AnAddressThatCannotBeOpenedIsShownForCopying) {
-  std::vector<QString> texts;
+  QStringList texts;
   const auto dismiss = [&texts] {
     auto* box = shownDialog<QMessageBox>();
-    ASSERT_TRUE(box);
-    texts.push_back(box->text());
+    texts << box->text();
     for (QAbstractButton* button : box->buttons()) {
       if (box->buttonRole(button) == QMessageBox::ActionRole) button->click();
     }
@@ -160,18 +138,15 @@ TEST_F(Opening, AnAddressThatCannotBeOpenedIsShownForCopying) {
   EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("https://www.youtube.com/watch?v=a b&t=1"));
   QTimer::singleShot(0, dismiss);
   host.Launch("/tmp/a;\xC3\xA9.txt");
+  EXPECT_EQ(texts.back(), QStringLiteral("No program could open this file:\n\n/tmp/a;\u00E9.txt"));
   installOpener(0);
-  const std::vector<std::string> others = {"file:///etc/passwd", "ftp://host/", "https:///path"};
-  for (const std::string& other : others) {
+  for (const char* other : {"file:///etc/passwd", "ftp://host/", "https:///path"}) {
     QTimer::singleShot(0, dismiss);
     host.ShowURL(other);
-    EXPECT_EQ(texts.back(), QStringLiteral("No program could open this address:\n\n") + other.c_str());
+    EXPECT_EQ(texts.back(), QStringLiteral("No program could open this address:\n\n") + other);
   }
-  EXPECT_EQ(opened(), "") << "only the web is browsed";
-  ASSERT_EQ(texts.size(), 5U);
-  EXPECT_EQ(texts[1], QStringLiteral("No program could open this file:\n\n/tmp/a;\u00E9.txt"));
   host.ShowURL("http://host/");
-  EXPECT_TRUE(waitFor([&] { return opened() == "http://host/\n"; }));
+  EXPECT_TRUE(waitFor([&] { return opened() == "http://host/\n"; })) << "only the web is browsed";
 }
 
 int main(int count, char** arguments) { return runOffscreen(count, arguments); }

@@ -7,8 +7,6 @@
 
 namespace {
 
-using Texts = std::vector<std::string>;
-
 QAccessibleInterface& spoken(QWidget& widget) { return *QAccessible::queryAccessibleInterface(&widget); }
 
 std::string nameOf(const QAccessibleInterface& node) { return node.text(QAccessible::Name).toStdString(); }
@@ -29,13 +27,10 @@ TEST_F(Desktop, AClickOnAControlReachesItThroughAllGroups) {
   draw();
   QWidget& content = view(form()).content();
   for (const Control* control : form().Controls()) {
-    const bool seen =
-        control->Visible() && control->Kind() != ControlKind::Line && control != &form().TextArea1;
-    if (!seen) continue;
-    const QRect place = widget<QWidget>(*control).geometry();
-    QWidget* at = content.childAt(place.center());
-    while (at && !view(form()).controlOf(at)) at = at->parentWidget();
-    EXPECT_EQ(at, &widget<QWidget>(*control)) << control->Name();
+    const QWidget* seen = view(form()).widgetOf(*control);
+    if (!seen || !control->Visible() || control == &form().TextArea1) continue;
+    const QWidget* at = content.childAt(seen->geometry().center());
+    EXPECT_TRUE(at == seen || seen->isAncestorOf(at)) << control->Name();
   }
   EXPECT_EQ(content.childAt(20, 20), nullptr);
   form().SRTBox.SetVisible(false);
@@ -44,42 +39,30 @@ TEST_F(Desktop, AClickOnAControlReachesItThroughAllGroups) {
 }
 
 TEST_F(Desktop, AListIsSpokenWithHeadingsAndWithoutRowNumbers) {
-  Listbox& results = SearchWin::Get().resultsList;
-  ASSERT_TRUE(QTest::qWaitForWindowActive(&view(SearchWin::Get())));
-  for (const char* time : {"00:00:01.500", "00:00:02.500"}) {
-    results.AddRow(time);
-    results.SetCell(results.LastIndex(), 1, std::string("at ") + time);
-  }
-  draw();
-  QAccessibleInterface& list = spoken(widget<QWidget>(results));
+  QAccessibleInterface& list = spoken(showResults({{"00:00:01.500", "one"}, {"00:00:02.500", "two"}}));
   const QAccessibleTableInterface& table = *list.tableInterface();
   Texts names;
   for (int i = 0; i < list.childCount(); ++i) {
     names.push_back(nameOf(*list.child(i)));
     EXPECT_EQ(list.indexOfChild(list.child(i)), i);
     EXPECT_EQ(list.child(i)->role(), i < 2 ? QAccessible::ColumnHeader : QAccessible::Cell);
-    EXPECT_EQ(list.child(i)->tableCellInterface() != nullptr, i >= 2);
     EXPECT_EQ(list.child(i)->text(QAccessible::Description), QString());
   }
-  EXPECT_EQ(names,
-            (Texts{"Time", "Text", "00:00:01.500", "at 00:00:01.500", "00:00:02.500", "at 00:00:02.500"}));
+  EXPECT_EQ(names, (Texts{"Time", "Text", "00:00:01.500", "one", "00:00:02.500", "two"}));
   EXPECT_EQ(list.indexOfChild(&list), -1);
-  EXPECT_EQ(table.columnDescription(1), QStringLiteral("Text"));
   EXPECT_EQ(stateOf(*list.child(0)), "invisible ");
   for (const auto& [row, column] : {std::pair(-1, 0), {2, 0}, {0, -1}, {0, 2}})
     EXPECT_EQ(table.cellAt(row, column), nullptr);
   for (const int index : {-1, 6}) EXPECT_EQ(list.child(index), nullptr);
   QAccessibleInterface& hit = *table.cellAt(1, 1);
   EXPECT_EQ(nameOf(*hit.tableCellInterface()->columnHeaderCells().first()), "Text");
-  EXPECT_EQ(hit.window(), view(SearchWin::Get()).windowHandle());
   const QString press = QAccessibleActionInterface::pressAction();
   EXPECT_EQ(hit.actionInterface()->actionNames(),
             (QStringList{press, QAccessibleActionInterface::toggleAction()}));
   EXPECT_EQ(hit.actionInterface()->localizedActionDescription(press), QStringLiteral("Open in Browser"));
   hit.actionInterface()->doAction(press);
-  EXPECT_TRUE(host.calls.empty()) << "the screen reader gets its answer first";
-  EXPECT_TRUE(waitFor([&] { return !host.calls.empty(); }));
-  EXPECT_EQ(host.calls, Texts{"open: https://www.youtube.com/watch?v=&t=2"});
+  EXPECT_EQ(host.calls, Texts()) << "the screen reader gets its answer first";
+  EXPECT_TRUE(waitFor([&] { return host.calls == Texts{"open: https://www.youtube.com/watch?v=&t=2"}; }));
   EXPECT_EQ(stateOf(hit), "selectable focusable selected focused ");
   EXPECT_EQ(stateOf(*table.cellAt(1, 0)), "selectable focusable selected ");
   const QPoint middle = hit.rect().center();
@@ -89,15 +72,14 @@ TEST_F(Desktop, AListIsSpokenWithHeadingsAndWithoutRowNumbers) {
   widget<QWidget>(SearchWin::Get().closeBtn).setFocus();
   EXPECT_EQ(list.focusChild(), nullptr);
   EXPECT_EQ(stateOf(hit), "selectable focusable selected ");
-  results.RemoveRow(0);
+  SearchWin::Get().resultsList.RemoveRow(0);
   draw();
-  EXPECT_EQ(nameOf(*table.cellAt(0, 1)), "at 00:00:02.500");
+  EXPECT_EQ(nameOf(*table.cellAt(0, 1)), "two");
   EXPECT_EQ(list.childCount(), 4);
 }
 
 TEST_F(Desktop, AScreenReaderSelectsRows) {
   for (int row = 0; row < 40; ++row) form().Listbox1.AddRow("language " + std::to_string(row));
-  for (const char* time : {"00:00:01.500", "00:00:02.500"}) SearchWin::Get().resultsList.AddRow(time);
   draw();
   QAccessibleInterface& list = spoken(languages());
   QAccessibleTableInterface& table = *list.tableInterface();
@@ -115,12 +97,13 @@ TEST_F(Desktop, AScreenReaderSelectsRows) {
   EXPECT_EQ(table.selectedRows(), (QList<int>{2, 0}));
   EXPECT_EQ(nameOf(*table.selectedCells().at(0)), "language 2");
   EXPECT_EQ(table.selectedCellCount(), 2);
-  EXPECT_TRUE(form().Listbox1.Selected(0) && form().Listbox1.Selected(2));
+  EXPECT_EQ(form().Listbox1.SelCount(), 2);
   first.actionInterface()->doAction(toggle);
-  EXPECT_TRUE(table.isRowSelected(2) && !table.isRowSelected(0));
-  EXPECT_EQ(form().Listbox1.SelCount(), 1);
+  EXPECT_TRUE(form().Listbox1.Selected(2) && !form().Listbox1.Selected(0));
+}
 
-  QAccessibleInterface& hits = spoken(widget<QWidget>(SearchWin::Get().resultsList));
+TEST_F(Desktop, AScreenReaderSelectsOneOfTheHits) {
+  QAccessibleInterface& hits = spoken(showResults({{"00:00:01.500", "one"}, {"00:00:02.500", "two"}}));
   EXPECT_FALSE(hits.state().multiSelectable);
   for (const int row : {0, 1}) EXPECT_TRUE(hits.tableInterface()->selectRow(row));
   EXPECT_EQ(hits.tableInterface()->selectedRows(), QList<int>{1});
@@ -156,7 +139,7 @@ TEST_F(Desktop, ACommandIsAnnouncedWhenItStartsAndEndsAndWithdrawnLater) {
 
 TEST_F(Desktop, ActionsOfAScreenReaderReachTheRecords) {
   const auto act = [&](const Control& control, const QString& action) {
-    QAccessible::queryAccessibleInterface(&widget<QWidget>(control))->actionInterface()->doAction(action);
+    spoken(widget<QWidget>(control)).actionInterface()->doAction(action);
     QCoreApplication::processEvents();
     draw();
   };
@@ -168,11 +151,8 @@ TEST_F(Desktop, ActionsOfAScreenReaderReachTheRecords) {
       EXPECT_EQ(widget<QAbstractButton>(*each).isChecked(), each == chosen) << each->Name();
     }
   }
-  EXPECT_EQ(app->checkedDL, "SRT");
   act(form().openBox, toggle);
   EXPECT_EQ(app->openDL, "false");
-  act(form().openBox, toggle);
-  EXPECT_EQ(app->openDL, "true");
   widget<QAbstractButton>(form().lineBox).setEnabled(true);
   act(form().lineBox, toggle);
   EXPECT_FALSE(widget<QAbstractButton>(form().lineBox).isChecked()) << "its record is disabled";

@@ -7,32 +7,21 @@
 
 #include "desktop_fixture.h"
 
-using Calls = std::vector<std::string>;
-
 TEST_F(Desktop, TheSelectedLanguagesOfALinkAreSaved) {
   const TemporaryFolder folder;
   Offer(server, "abc", kTwoLanguages);
   host.saves = {folder / "one.srt", std::nullopt};
   host.answering = 600;
   search(QStringLiteral("abc"));
-  ASSERT_EQ(languages().model()->rowCount(), 2);
-  EXPECT_EQ(languages().model()->index(1, 0).data().toString(), QStringLiteral("German"));
-
   clickRow(languages(), 0);
   clickRow(languages(), 1, Qt::ControlModifier);
-  EXPECT_EQ(form().Listbox1.SelCount(), 2);
   click(form().SRTBox, {8, 10});
   draw();
   EXPECT_EQ(widget<QPushButton>(form().PushButton1).text(), QStringLiteral("Download SRT File(s)"));
   click(form().PushButton1);
-  EXPECT_EQ(host.calls, (Calls{"save:  English.srt", "open: " + folder / "one.srt", "save:  German.srt"}));
-  EXPECT_EQ(ReadFile(folder / "one.srt"),
-            "1\n00:00:00,000 --> 00:00:02,500\nThe harbour wakes\n\n"
-            "2\n00:01:02,500 --> 00:01:05,500\nA gull over the harbour\n\n");
-  EXPECT_EQ(host.steps, (Calls{"English, 1 of 2", "German, 2 of 2"}));
-  QStringList shown;
-  for (const QLabel* label : view(form()).findChildren<QLabel*>()) shown << label->text();
-  EXPECT_TRUE(shown.contains(QStringLiteral("1 saved, 1 cancelled")))
+  EXPECT_EQ(host.calls, (Texts{"save:  English.srt (English, 1 of 2)", "open: " + folder / "one.srt",
+                               "save:  German.srt (German, 2 of 2)"}));
+  EXPECT_EQ(statusOf(form()).text(), QStringLiteral("1 saved, 1 cancelled"))
       << "no time is shown: the user alone took it";
   EXPECT_EQ(languages().selectionModel()->selectedRows().size(), 2);
 }
@@ -48,13 +37,10 @@ TEST_F(Desktop, AWordIsFoundAndTheVideoOpenedThere) {
   ListView& hits = widget<ListView>(SearchWin::Get().resultsList);
   ASSERT_TRUE(QTest::qWaitForWindowActive(hits.window()));
   draw();
-  ASSERT_EQ(hits.model()->rowCount(), 2);
   clickRow(hits, 1, {}, 1);
-  EXPECT_EQ(host.calls, Calls{"open: https://www.youtube.com/watch?v=abc&t=62"});
   hits.setFocus();
   press(Qt::Key_Up);
   press(Qt::Key_Return);
-  EXPECT_EQ(host.calls.back(), "open: https://www.youtube.com/watch?v=abc&t=0");
   press(Qt::Key_C, Qt::ControlModifier);
   EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("00:00:00.000\tThe harbour wakes"));
   press(Qt::Key_F10, Qt::ShiftModifier);
@@ -65,30 +51,25 @@ TEST_F(Desktop, AWordIsFoundAndTheVideoOpenedThere) {
   EXPECT_EQ(items, (QStringList{"Open in Browser1", "Copy1", "Select All0"}));
   QTest::keyClick(menu, Qt::Key_Down);
   QTest::keyClick(menu, Qt::Key_Return);
-  EXPECT_EQ(host.calls.size(), 3U);
-  EXPECT_EQ(host.calls.back(), "open: https://www.youtube.com/watch?v=abc&t=0");
-  EXPECT_EQ(hits.accessibleName(), QStringLiteral("Displaying 2 results for search term: \"HARBOUR\"."));
-
-  click(SearchWin::Get().closeBtn);
-  EXPECT_EQ(app->FindWindow(SearchWin::kName), nullptr);
+  const std::string video = "open: https://www.youtube.com/watch?v=abc&t=";
+  EXPECT_EQ(host.calls, (Texts{video + "62", video + "0", video + "0"}));
 }
 
 TEST_F(Desktop, TheKeyboardAloneDoesTheWholeJob) {
   const TemporaryFolder folder;
   Offer(server, "abc", kTwoLanguages);
   host.saves = {folder / "text.txt"};
-  EXPECT_EQ(nameOfFocus(), "TextField1");
+  const auto tabTo = [&](const std::string& name) {
+    for (int i = 0; i < 20 && nameOfFocus() != name; ++i) press(Qt::Key_Tab), draw();
+    EXPECT_EQ(nameOfFocus(), name);
+  };
   write(QStringLiteral("youtu.be/abc"));
   press(Qt::Key_Return);
   draw();
-  press(Qt::Key_Tab);
-  EXPECT_EQ(nameOfFocus(), "PushButton2");
-  press(Qt::Key_Tab);
-  EXPECT_EQ(nameOfFocus(), "Listbox1");
+  tabTo("Listbox1");
   press(Qt::Key_Down);
   EXPECT_TRUE(form().Listbox1.Selected(0));
   press(Qt::Key_A, Qt::ControlModifier);
-  EXPECT_EQ(form().Listbox1.SelCount(), 2);
   press(Qt::Key_C, Qt::ControlModifier);
   EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("English\ten\nGerman\tde"));
   const auto selectedAfter = [&](Qt::Key key, Qt::KeyboardModifiers keys = {}) {
@@ -105,19 +86,12 @@ TEST_F(Desktop, TheKeyboardAloneDoesTheWholeJob) {
     const bool down = key == Qt::Key_Down;  // selects the row with the focus
     EXPECT_EQ(selectedAfter(key), std::pair(!down, down));
   }
-  const auto tabTo = [&](const std::string& name) {
-    for (int i = 0; i < 20 && nameOfFocus() != name; ++i) press(Qt::Key_Tab), draw();
-    EXPECT_EQ(nameOfFocus(), name);
-  };
-  tabTo("TextBox");
-  press(Qt::Key_Space);
-  draw();
-  tabTo("lineBox");
-  press(Qt::Key_Space);
-  tabTo("openBox");
-  press(Qt::Key_Space);
+  for (const char* box : {"TextBox", "lineBox", "openBox"}) {
+    tabTo(box);
+    press(Qt::Key_Space);
+    draw();
+  }
   press(Qt::Key_Return);
-  EXPECT_EQ(host.calls, Calls{"save: text/plain English.txt"});
   EXPECT_EQ(ReadFile(folder / "text.txt"), "The harbour wakes\nA gull over the harbour\n");
   tabTo("Canvas1");
   press(Qt::Key_Space);
@@ -133,32 +107,24 @@ TEST_F(Desktop, ReturnPressesTheButtonThatBelongsToTheFocus) {
   };
   EXPECT_EQ(pressed(form().TextField1), "message: Please paste a YouTube URL into the form first.");
   EXPECT_TRUE(pressed(form().searchField).ends_with("before you can do a word search."));
-  EXPECT_TRUE(pressed(form().Listbox1).starts_with("message: You must paste"));
-  EXPECT_TRUE(pressed(form().openBox).ends_with("download the transcripts."));
+  EXPECT_TRUE(pressed(form().Listbox1).ends_with("download the transcripts."));
   EXPECT_TRUE(pressed(form().PushButton3).ends_with("before you can do a word search."));
   EXPECT_EQ(nameOfFocus(), "TextField1") << "the command puts it there";
   EXPECT_TRUE(pressed(form().WebVTTBox).ends_with("download the transcripts."));
-  const auto calls = [&](Qt::Key key, Qt::KeyboardModifiers keys) {
-    host.calls.clear();
-    press(key, keys);
-    return host.calls.size();
-  };
-  EXPECT_EQ(calls(Qt::Key_Enter, Qt::KeypadModifier), 1U);
-  EXPECT_EQ(calls(Qt::Key_Return, Qt::ShiftModifier), 0U);
-  EXPECT_EQ(calls(Qt::Key_F5, {}), 0U);
+  press(Qt::Key_Return, Qt::ShiftModifier);
+  press(Qt::Key_F5);
+  EXPECT_EQ(host.calls.size(), 1U);
+  press(Qt::Key_Enter, Qt::KeypadModifier);
+  EXPECT_EQ(host.calls.size(), 2U);
 }
 
 TEST_F(Desktop, RecordsAndWidgetsFollowEachOther) {
   form().TextField1.SetText("by code");
   form().openBox.SetValue(false);
   form().SRTBox.SetValue(true);
-  form().Listbox1.AddRow("one");
   EXPECT_EQ(link().text(), QString()) << "not before the frame is due";
   ASSERT_TRUE(waitFor([&] { return link().text() == QStringLiteral("by code"); }));
   EXPECT_FALSE(widget<QCheckBox>(form().openBox).isChecked());
-  EXPECT_EQ(languages().model()->rowCount(), 1);
-  EXPECT_FALSE(widget<QWidget>(form().paragraphBox).isEnabled());
-
   link().setCursorPosition(2);
   form().TextField1.SetText("by code again");
   draw();
@@ -168,11 +134,6 @@ TEST_F(Desktop, RecordsAndWidgetsFollowEachOther) {
   link().paste();
   draw();
   EXPECT_EQ(form().TextField1.Text(), "twolines");
-  EXPECT_EQ(link().text(), QStringLiteral("twolines"));
-  const QString lengthy(40'000, QChar(u'x'));
-  link().setText(lengthy);
-  EXPECT_EQ(form().TextField1.Text().size(), 40'000U);
-
   form().SRTBox.SetValue(false);
   draw();
   EXPECT_FALSE(widget<QAbstractButton>(form().SRTBox).isChecked()) << "all buttons of the group can be off";
@@ -184,30 +145,25 @@ TEST_F(Desktop, AListKeepsItsSelectionThroughChanges) {
   draw();
   clickRow(languages(), 1);
   clickRow(languages(), 3, Qt::ShiftModifier);
-  EXPECT_EQ(list.SelCount(), 3);
   list.RemoveRow(0);
   draw();
   EXPECT_EQ(list.SelCount(), 3) << "a removed row deselects no other";
   list.AddRow("e");
-  draw();
-  QStringList selected;
-  for (const QModelIndex& row : languages().selectionModel()->selectedRows())
-    selected << row.data().toString();
-  selected.sort();
-  EXPECT_EQ(selected, (QStringList{QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("d")}));
-  EXPECT_EQ(list.SelCount(), 3) << "showing a selection is no selection by the user";
-  for (const std::vector<std::int64_t>& rows : {std::vector<std::int64_t>{0, 2, 3}, {1}, {}, {0, 1, 2, 3}}) {
-    list.UserSelects(rows);
+  using Rows = std::vector<std::int64_t>;
+  const auto seen = [&] {
     draw();
-    std::vector<std::int64_t> seen;
+    Rows rows;
     for (int row = 0; row < 4; ++row) {
-      if (languages().selectionModel()->isRowSelected(row)) seen.push_back(row);
+      if (languages().selectionModel()->isRowSelected(row)) rows.push_back(row);
     }
-    EXPECT_EQ(seen, rows);
+    return rows;
+  };
+  EXPECT_EQ(seen(), (Rows{0, 1, 2}));
+  EXPECT_EQ(list.SelCount(), 3) << "showing a selection is no selection by the user";
+  for (const Rows& rows : {Rows{0, 2, 3}, {1}, {}, {0, 1, 2, 3}}) {
+    list.UserSelects(rows);
+    EXPECT_EQ(seen(), rows);
   }
-  list.RemoveRowsFrom(0);
-  draw();
-  EXPECT_EQ(languages().model()->rowCount(), 0);
 }
 
 TEST_F(Desktop, TheEditMenuActsOnTheFocusedWidget) {
@@ -249,19 +205,21 @@ TEST_F(Desktop, TheEditMenuActsOnTheFocusedWidget) {
   languages().setFocus();
   EXPECT_EQ(copyAll(), "one\t\ntwo\t");
   widget<QWidget>(form().TextArea1).setFocus();
-  EXPECT_EQ(enabled(), "");
   form().TextArea1.SetText("document");
   draw();
   EXPECT_EQ(copyAll(), "document");
   widget<QWidget>(form().openBox).setFocus();
   EXPECT_EQ(enabled(), "");
+}
+
+TEST_F(Desktop, F10OpensTheMenuAndF1TheHelp) {
   press(Qt::Key_F10);
-  ASSERT_TRUE(QApplication::activePopupWidget());
-  EXPECT_EQ(dynamic_cast<QMenu&>(*QApplication::activePopupWidget()).activeAction()->text(),
-            QStringLiteral("&Quit"));
-  QApplication::activePopupWidget()->close();
+  auto* menu = dynamic_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_TRUE(menu);
+  EXPECT_EQ(menu->activeAction()->text(), QStringLiteral("&Quit"));
+  menu->close();
   press(Qt::Key_F1);
-  EXPECT_EQ(host.calls, Calls{"open: http://" + app->endpoints.ProductPage});
+  EXPECT_EQ(host.calls, Texts{"open: http://" + app->endpoints.ProductPage});
 }
 
 int main(int count, char** arguments) { return runOffscreen(count, arguments); }

@@ -1,5 +1,5 @@
-// The end of the program, from all sides: real processes that run the program's own event loop, driven from
-// inside by the events of a user.
+// The start and the end of the program, in real processes: from a shell, and from all sides while its own
+// event loop runs, driven from inside by the events of a user.
 
 #include <sys/wait.h>
 
@@ -23,18 +23,6 @@ class Answering : public QtPlatform {
   std::string path_;
 };
 
-// Calls isTime between the program's other events until it is true, and then act.
-void when(const std::function<bool()>& isTime, const std::function<void()>& act) {
-  auto* const turn = new QTimer(qApp);
-  QObject::connect(turn, &QTimer::timeout, turn, [turn, isTime, act] {
-    if (!isTime()) return;
-    turn->stop();
-    turn->deleteLater();
-    act();
-  });
-  turn->start(0);
-}
-
 void end(const std::string& how) {
   if (how == "session") {
     QEvent quit(QEvent::Quit);  // what Qt sends when the session manager ends the session
@@ -45,10 +33,6 @@ void end(const std::string& how) {
     if (how == "TERM" && ::signal(SIGHUP, SIG_IGN) != SIG_IGN) std::_Exit(1);
     ::raise(how == "TERM" ? SIGTERM : how == "INT" ? SIGINT : SIGHUP);
   }
-}
-
-std::size_t filesIn(const std::string& folder) {
-  return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder), {}));
 }
 
 // Chooses SRT, and not to open saved files; then works until `moment`, at which end is called.
@@ -80,19 +64,14 @@ int runProgram(int count, char** arguments) {
       {"idle", [] { return true; }},
       {"message", [] { return shownDialog() != nullptr; }},
       {"fetching", [&app] { return app.IsCommandRunning(); }},
-      {"writing", [folder] { return filesIn(folder) > 0; }}};
+      {"writing", [folder] { return !std::filesystem::is_empty(folder); }}};
   when([&app] { return app.preferencesLoaded; },
        [&] { workUntil(moment, isTime.at(moment), [how] { end(how); }); });
   return run(app, platform);
 }
 
-struct Ended {
-  int status;
-  std::string preferences;
-  std::size_t files;
-};
-
-Ended runAndEnd(const std::string& how, const std::string& moment, const std::string& server) {
+// The exit status, the number of files and the preferences that are left; status -1 is an end by a signal.
+std::string runAndEnd(const std::string& how, const std::string& moment, const std::string& server) {
   const TemporaryFolder config, folder;
   const std::string self = std::filesystem::read_symlink("/proc/self/exe");
   const pid_t process = ::fork();
@@ -106,10 +85,38 @@ Ended runAndEnd(const std::string& how, const std::string& moment, const std::st
   }
   int status = -1;
   ::waitpid(process, &status, 0);
-  return {status, ReadFile(config / "com.tarnvale.ravelyn.user.prefs"), filesIn(folder.Path())};
+  return std::to_string(WIFEXITED(status) ? WEXITSTATUS(status) : -1) + " " + std::to_string(folder.Count()) +
+         " " + ReadFile(config / "com.tarnvale.ravelyn.user.prefs");
+}
+
+// Runs the program from a shell with this variable of the environment, and gives its exit status and what it
+// printed.
+std::string runFromShell(const std::string& variable, const std::string& arguments) {
+  const TemporaryFolder folder;
+  const std::string command = "env -u DISPLAY -u WAYLAND_DISPLAY " + variable +
+                              " XDG_RUNTIME_DIR=" + folder.Path() + " " RAVELYN_PATH " " + arguments +
+                              " < /dev/null > " + (folder / "out") + " 2> " + (folder / "err");
+  const int status = std::system(command.c_str());
+  return std::to_string(WEXITSTATUS(status)) + " " + ReadFile(folder / "out") + "/" +
+         ReadFile(folder / "err");
 }
 
 }  // namespace
+
+TEST(Start, HelpAndErrorsNeedNoScreen) {
+  const std::string noScreen = "-u QT_QPA_PLATFORM", offscreen = "QT_QPA_PLATFORM=offscreen";
+  EXPECT_TRUE(runFromShell(noScreen, "--help").starts_with("0 Usage: ravelyn [OPTION ...] [LINK]\n"));
+  EXPECT_EQ(runFromShell(noScreen, "--version"), "0 ravelyn " RAVELYN_VERSION "\n/");
+  const std::string missing =
+      "there is no screen to show the window on; DISPLAY or WAYLAND_DISPLAY must name one";
+  const std::string cases[][4] = {{noScreen, "", "1", missing},
+                                  {noScreen, "hB7rV2kQx0w", "1", missing},
+                                  {offscreen, "--odd", "2", "unknown option \"--odd\", see --help"},
+                                  {offscreen, "-x link", "2", "unknown option \"-x\", see --help"},
+                                  {offscreen, "one -- -two", "2", "more than one link, see --help"}};
+  for (const auto& [variable, arguments, status, error] : cases)
+    EXPECT_EQ(runFromShell(variable, arguments), status + " /ravelyn: " + error + "\n");
+}
 
 TEST(End, EveryEndKeepsThePreferencesAndLeavesNoPartialFile) {
   LoopbackServer server;
@@ -121,12 +128,10 @@ TEST(End, EveryEndKeepsThePreferencesAndLeavesNoPartialFile) {
   for (const std::string how : {"TERM", "INT", "HUP", "session", "screen"}) {
     for (const std::string moment : {"idle", "message", "fetching", "writing"}) {
       if (how == "screen" && moment == "writing") continue;
-      SCOPED_TRACE(how + " while " + moment);
-      const Ended ended = runAndEnd(how, moment, moment == "fetching" ? stalling.Host() : server.Host());
-      EXPECT_EQ(WEXITSTATUS(ended.status), how == "screen" ? 1 : 0);
-      EXPECT_TRUE(WIFEXITED(ended.status));
-      EXPECT_EQ(ended.preferences, "SRT\nfalse\nfalse\nfalse\nfalse\n");
-      EXPECT_EQ(ended.files, 0U);
+      const std::string& host = moment == "fetching" ? stalling.Host() : server.Host();
+      EXPECT_EQ(runAndEnd(how, moment, host),
+                (how == "screen" ? "1" : "0") + std::string(" 0 SRT\nfalse\nfalse\nfalse\nfalse\n"))
+          << how << " while " << moment;
     }
   }
 }
