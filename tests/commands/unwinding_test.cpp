@@ -160,6 +160,25 @@ TEST(Unwinding, ClosingTheResultsEndsTheWordSearchAtOnce) {
       });
 }
 
+TEST(Unwinding, ANewFormSearchesBeforeTheOldSearchHasUnwound) {
+  Program program(kTracks);
+  program.server.AnswerAt(ListPath("slow"), {"", Reply::End::Stall});
+  program.Form().TextField1.UserTypes("?v=slow");
+  std::int64_t listed = 0;
+  program.host.onYield = [&] {
+    if (program.server.Requests().empty()) return;  // the server takes the next request only after this one
+    program.Form().UserCloses();
+    program.host.onYield = [&] {  // at the new form's probe
+      program.Search({});
+      listed = program.Form().Listbox1.ListCount();
+    };
+    program.app.ChooseMenuItem("FileNewWindow");
+    program.host.onYield = [] {};
+  };
+  program.Click("PushButton2");
+  EXPECT_EQ(listed, 2);
+}
+
 TEST(Unwinding, QuittingEndsEveryCommandAndSavesThePreferences) {
   AtEveryYield([](Stage& stage) { stage.app.ChooseMenuItem("FileQuit"); },
                [](Stage& stage) {

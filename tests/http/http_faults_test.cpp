@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <utility>
 
 #include "http/HTTPSocket.h"
 #include "runtime/Application.h"
@@ -177,6 +178,25 @@ TEST(Waiting, SleepsUntilTheTimeOut) {
   socket.Get(server.Host() + "/", 1);
   EXPECT_EQ(socket.ErrorCode(), kErrorTimeOut);
   EXPECT_LT(host.waits, 8);
+}
+
+// Half the time-out passes with each piece that is sent, and hardly any time in between.
+TEST(Uploads, EachPieceSentRestartsTheTimeOut) {
+  FakePlatform host;
+  const Application app(host);
+  LoopbackServer server;
+  server.Answer(Page("taken"));
+  HTTPSocket socket;
+  std::size_t left = 0;
+  int steps = 0;
+  host.onYield = [&] {
+    const bool moved = socket.BytesToSend() != std::exchange(left, socket.BytesToSend());
+    host.ticks += moved ? kTimeOut * 30 : 1;
+    steps += moved;
+  };
+  socket.SetRequestContent(std::string(32 << 20, 'u'), "text/plain");
+  EXPECT_EQ(socket.Post(server.Host() + "/", kTimeOut), "taken");
+  EXPECT_GT(steps, 4);
 }
 
 }  // namespace

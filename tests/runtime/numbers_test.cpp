@@ -4,10 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 
 #include "runtime/Random.h"
+#include "support/TemporaryFolder.h"
 #include "support/rows.h"
 
 namespace {
@@ -72,6 +75,25 @@ TEST(Numbers, ToIntegerTruncatesAndSaturates) {
 TEST(Random, TwoGeneratorsHaveDifferentSeeds) {
   Random first, second;
   EXPECT_NE(first.InRange(0, INT64_MAX), second.InRange(0, INT64_MAX));
+}
+
+// Compiles its own locale: not every machine has one with a decimal comma.
+TEST(Numbers, IgnoreTheLocale) {
+  const TemporaryFolder folder;
+  WriteFile(folder / "source",
+            "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \".\"\ngrouping 3\nEND LC_NUMERIC\n");
+  WriteFile(folder / "ascii", "<code_set_name> ASCII\nCHARMAP\n<U0000>..<U007F> /x00\nEND CHARMAP\n");
+  // localedef complains about the missing categories and compiles the one that is there.
+  const std::string make = "localedef -c -i '" + (folder / "source") + "' -f '" + (folder / "ascii") + "' '" +
+                           (folder / "comma") + "' 2> '" + (folder / "complaints") + "'";
+  static_cast<void>(std::system(make.c_str()));
+  ::setenv("LOCPATH", folder.Path().c_str(), 1);
+  ASSERT_NE(std::setlocale(LC_ALL, "comma"), nullptr) << ReadFile(folder / "complaints");
+  ASSERT_STREQ(std::localeconv()->decimal_point, ",");
+  EXPECT_EQ(Val("1.5"), 1.5);
+  EXPECT_EQ(Str(1.5) + Format(1234.5, "0.00"), "1.51234.50");
+  std::setlocale(LC_ALL, "C");
+  ::unsetenv("LOCPATH");
 }
 
 }  // namespace

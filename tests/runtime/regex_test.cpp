@@ -92,6 +92,20 @@ TEST(RegEx, OptionsChangeTheMatch) {
   }
 }
 
+// Slow searches, none of which exceeds the limit by itself.
+TEST(RegEx, GivesUpWhenAllSearchesTogetherTakeTooLong) {
+  std::string target = "aaaaaaaaaaaaaaaa!";
+  for (auto taken = Clock::duration(); taken < std::chrono::milliseconds(50) && target.size() < 60;) {
+    target.insert(0, "a");
+    const auto start = Clock::now();
+    EXPECT_EQ(Found("(a+)+$", target), "");
+    taken = Clock::now() - start;
+  }
+  RegEx regex;
+  regex.SearchPattern = "(a+)+$";
+  EXPECT_THROW(for (int i = 0; i < 100; ++i) regex.Search(target), RegExMatchLimitException);
+}
+
 // With a callout at each item the pattern is too large to compile; no match may be reported then.
 TEST(RegEx, GivesUpIfThePatternIsTooLargeForTheTimeLimit) {
   std::string words;

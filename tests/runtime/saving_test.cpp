@@ -243,4 +243,14 @@ TEST_F(Pipes, AFullPipeIsWrittenAsItIsRead) {
   EXPECT_EQ(silences, host.yields / 2) << "each wait ends as soon as the pipe takes bytes";
 }
 
+TEST_F(Pipes, QuittingEndsTheWaitForAPipe) {
+  bool continued = false;
+  host.onYield = [&] {
+    if (host.yields == 3) app.Quit();
+  };
+  app.Dispatch(nullptr, [&] { Save(path, text), continued = true; });
+  EXPECT_FALSE(continued);
+  EXPECT_EQ(host.calls, std::vector<std::string>()) << "without a message";
+}
+
 }  // namespace

@@ -94,6 +94,20 @@ TEST(Equality, FormsTimecodesOfRandomAndOddTexts) {
   }
 }
 
+// Start plus duration prints as the next start, by either way, for any third decimal.
+TEST(Equality, AdjoiningCuesShareTheirTimecode) {
+  std::mt19937 random(5);
+  const auto decimal = [](std::uint64_t thousandths) {
+    return std::to_string(thousandths / 1000) + "." + std::to_string(thousandths % 1000 + 1000).substr(1);
+  };
+  for (std::uint64_t i = 0, start = 0; i < 20000; ++i) {
+    const std::uint64_t dur = i % 2 ? random() % 9000 : random() % 1800 * 5;
+    ASSERT_EQ(QuickTimes(decimal(start), decimal(dur))[1], QuickTimes(decimal(start + dur), "0")[0])
+        << start << " + " << dur;
+    start = i % 1000 ? start + dur : i;
+  }
+}
+
 TEST(Equality, CleansRandomCueTexts) {
   std::mt19937 random(11);
   std::string buffer;
