@@ -115,7 +115,7 @@ TEST(FaultyDisk, ARefusedWriteLeavesTheEarlierFile) {
     const Lines calls = program.Run({Page(Document(many))});
     ::setrlimit(RLIMIT_FSIZE, &before);
     EXPECT_EQ(calls, (Lines{program.saved[0], "message: \"a.srt\" could not be saved: File too large."}));
-    EXPECT_EQ(ReadFile(program.target), kOld);
+    EXPECT_EQ(ReadFile(program.target) + ReadFile(program.prefsPath), std::string(kOld) + kOldPrefs);
     EXPECT_EQ(program.folder.Count(), 1U);
   }
   const rlimit none{0, before.rlim_max};
