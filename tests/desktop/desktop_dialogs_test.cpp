@@ -108,7 +108,9 @@ TEST_F(Desktop, ASaveDialogStartsInTheFolderOfTheLastFile) {
     WriteFile(folder / "a.srt", "kept");
     when(shownDialog<QMessageBox>, [&] {
       if (!replaces) when(shownDialog<QFileDialog>, [] { shownDialog()->reject(); });
-      shownDialog<QMessageBox>()->button(replaces ? QMessageBox::Yes : QMessageBox::No)->click();
+      auto* question = shownDialog<QMessageBox>();
+      EXPECT_EQ(question->defaultButton(), question->button(QMessageBox::No));
+      question->button(replaces ? QMessageBox::Yes : QMessageBox::No)->click();
     });
     EXPECT_EQ(ask(folder / "a.srt"), replaces ? std::optional(folder / "a.srt") : std::nullopt);
   }

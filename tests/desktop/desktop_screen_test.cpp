@@ -1,5 +1,6 @@
 // The look of the windows: foreign text, colours, screens of high resolution, long lists.
 
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <map>
 
@@ -107,6 +108,14 @@ TEST(Colors, AreChangedAsLittleAsTheirContrastNeeds) {
       << "as far as possible";
   EXPECT_EQ(mutedOn(Qt::white, Qt::black).name().toStdString(), "#757575");
   EXPECT_EQ(mutedOn(Qt::white, Qt::black, kDiscernible).name().toStdString(), "#7f7f7f");
+}
+
+TEST(Pictures, AreDrawnFromTheFirstTimeOn) {
+  QImage image(8, 8, QImage::Format_ARGB32);
+  image.fill(Qt::transparent);
+  QPainter painter(&image);
+  drawPicture(painter, image.rect(), "icon-128.png");
+  EXPECT_NE(image.pixelColor(4, 4).alpha(), 0);
 }
 
 // The screen of this test has four pixels for a point (see main).

@@ -1,11 +1,26 @@
 // Downloads, and requests that report by events.
 
+#include <dlfcn.h>
+#include <sys/stat.h>
+
 #include <cerrno>
 #include <filesystem>
 #include <utility>
 
 #include "http_fixture.h"
 #include "runtime/Text.h"
+
+// Closing the file at this path fails, unless it is empty.
+static thread_local std::string closesBadly;
+extern "C" int close(int descriptor) {
+  static const auto real = reinterpret_cast<decltype(&close)>(::dlsym(RTLD_NEXT, "close"));
+  struct stat bad, own;
+  const bool fails = !closesBadly.empty() && ::stat(closesBadly.c_str(), &bad) == 0 &&
+                     ::fstat(descriptor, &own) == 0 && own.st_ino == bad.st_ino && bad.st_size > 0;
+  const int closed = real(descriptor);
+  if (fails) errno = EDQUOT;
+  return fails ? -1 : closed;
+}
 
 namespace {
 
@@ -113,6 +128,18 @@ TEST_F(Events, AHandlerMayAskForTheNextPage) {
   socket.Get(Url("/"));
   Wait();
   EXPECT_EQ(pages, Lines({"one", "two", "two"}));
+}
+
+// Some disks report an exceeded quota only when the file is closed.
+TEST_F(Events, AFailedCloseOfTheDownloadIsAnError) {
+  server.Answer(Page("body"));
+  closesBadly = folder / "f";
+  EXPECT_FALSE(socket.Get(Url("/"), File("f"), kPatience));
+  EXPECT_EQ(socket.ErrorCode(), EDQUOT);
+  socket.Get(Url("/"), File("f"));
+  EXPECT_EQ(Wait().back(), "error " + std::to_string(EDQUOT));
+  closesBadly.clear();
+  EXPECT_TRUE(socket.Get(Url("/"), File("f"), kPatience));
 }
 
 }  // namespace
