@@ -75,7 +75,7 @@ int Print(const std::string& text) {
 
 int Run(const Options& options) {
   if (options.Has("--help")) return Print(HelpText());
-  if (options.Has("--version")) return Print("ravelyn-gateway " RAVELYN_VERSION "\n");
+  if (options.Has("--version")) return Print(std::string("ravelyn-gateway ") + RAVELYN_VERSION + "\n");
   return Serve(options);
 }
 

@@ -40,7 +40,7 @@ struct HeldSource : CaptionSource {
 
 std::string CauseOf(const std::optional<TrackList>& list) { return list ? list->cause : "none"; }
 
-TEST(BackgroundLists, ARequestOutlivesAnAskerWithoutPatience) {
+TEST(BackgroundLists, ARequestOutlivesARequesterWithoutPatience) {
   HeldSource source;
   BackgroundLists lists(source);
   EXPECT_EQ(CauseOf(lists.Ask("a", {}, 0ms)), "none");
