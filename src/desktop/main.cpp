@@ -67,7 +67,7 @@ void startQt(std::optional<QApplication>& qt, int& count, char** arguments) {
 int main(int count, char** arguments) {
   const auto given = [&] { return readCommandLine({arguments + 1, static_cast<std::size_t>(count) - 1}); };
   if (const CommandLine line = given(); !line.output.empty())
-    return std::fputs(line.output.c_str(), stdout) < 0 ? 1 : 0;
+    return std::fputs(line.output.c_str(), stdout) < 0 || std::fflush(stdout) != 0 ? 1 : 0;
   std::optional<QApplication> qt;
   startQt(qt, count, arguments);
   const CommandLine line = given();

@@ -93,9 +93,9 @@ std::string runAndEnd(const std::string& how, const std::string& moment, const s
 // printed.
 std::string runFromShell(const std::string& variable, const std::string& arguments) {
   const TemporaryFolder folder;
-  const std::string command = "env -u DISPLAY -u WAYLAND_DISPLAY " + variable +
-                              " XDG_RUNTIME_DIR=" + folder.Path() + " " RAVELYN_PATH " " + arguments +
-                              " < /dev/null > " + (folder / "out") + " 2> " + (folder / "err");
+  const std::string command = "</dev/null >" + (folder / "out") + " 2>" + (folder / "err") +
+                              " env -u DISPLAY -u WAYLAND_DISPLAY " + variable +
+                              " XDG_RUNTIME_DIR=" + folder.Path() + " " RAVELYN_PATH " " + arguments;
   const int status = std::system(command.c_str());
   return std::to_string(WEXITSTATUS(status)) + " " + ReadFile(folder / "out") + "/" +
          ReadFile(folder / "err");
@@ -107,6 +107,7 @@ TEST(Start, HelpAndErrorsNeedNoScreen) {
   const std::string noScreen = "-u QT_QPA_PLATFORM", offscreen = "QT_QPA_PLATFORM=offscreen";
   EXPECT_TRUE(runFromShell(noScreen, "--help").starts_with("0 Usage: ravelyn [OPTION ...] [LINK]\n"));
   EXPECT_EQ(runFromShell(noScreen, "--version"), "0 ravelyn " RAVELYN_VERSION "\n/");
+  EXPECT_EQ(runFromShell(noScreen, "--version >/dev/full"), "1 /");
   const std::string missing =
       "there is no screen to show the window on; DISPLAY or WAYLAND_DISPLAY must name one";
   const std::string cases[][4] = {{noScreen, "", "1", missing},

@@ -29,8 +29,8 @@ std::string Rows(SessionDriver& driver) { return Of(driver, "Listbox1")["rows"].
 std::pair<int, std::string> RunTool(const std::string& options, const std::string& input) {
   TemporaryFolder folder;
   WriteFile(folder / "in", input);
-  const std::string command = "TMPDIR=" + folder.Path() + " " RAVELYN_SESSION_PATH " " + options + " <" +
-                              (folder / "in") + " >" + (folder / "out") + " 2>&1";
+  const std::string command = "<" + (folder / "in") + " >" + (folder / "out") +
+                              " 2>&1 TMPDIR=" + folder.Path() + " " RAVELYN_SESSION_PATH " " + options;
   const int status = std::system(command.c_str());
   EXPECT_EQ(folder.Count(), 2u) << "its temporary folder is removed";
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(folder / "out")};
@@ -215,6 +215,8 @@ TEST(SessionTool, EndsWith2AfterAWrongOptionAndAnActionThatCantBeDone) {
       {"", "open\nclick Nobody\r\n", opened + Refused(2, "Window1 has no control Nobody") + "\n"},
       {"--version", "", std::string("ravelyn-session ") + kVersion + "\n", 0},
       {"--help", "", "Usage: ravelyn-session [OPTION]...\n", 0},
+      {"--help >/dev/full", "", ""},
+      {">/dev/full", "open\nquit\n", ""},
       {"--frobnicate x", "open", wrong + "--frobnicate\n"},
       {"--track-list", "open", wrong + "--track-list\n"},
       {"--track-list ''", "open", wrong + "--track-list\n"},

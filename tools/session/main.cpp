@@ -21,7 +21,7 @@ constexpr char kUsage[] =
     "Actions: open, quit, type CONTROL TEXT, paste CONTROL TEXT,\n"
     "click [WINDOW.]CONTROL, select ROW..., save PATH, cancel, cell ROW COLUMN,\n"
     "menu ITEM, activate WINDOW, close WINDOW, resize WINDOW WIDTH HEIGHT, dump.\n\n"
-    "Exit status: 0; 2 if an action can't be done or an option is wrong.\n";
+    "Exit status: 0; 2 if an action can't be done, an option is wrong, or the output can't be written.\n";
 
 struct Options {
   Endpoints endpoints;
@@ -69,6 +69,9 @@ class TemporaryFolder {
   std::string path_;
 };
 
+// The exit status: output that is lost counts as an error.
+int Status(bool hadErrors) { return hadErrors || !std::cout.flush() ? 2 : 0; }
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -76,8 +79,8 @@ int main(int count, char** arguments) {
   options.endpoints.ProbeAddress = "127.0.0.1";
   for (int i = 1; i < count; i += 2) {
     const std::string name = arguments[i];
-    if (name == "--help") return std::cout << kUsage, 0;
-    if (name == "--version") return std::cout << "ravelyn-session " << kVersion << "\n", 0;
+    if (name == "--help") return std::cout << kUsage, Status(false);
+    if (name == "--version") return std::cout << "ravelyn-session " << kVersion << "\n", Status(false);
     if (i + 1 == count || !TakeOption(options, name, arguments[i + 1])) {
       std::cerr << "ravelyn-session: wrong option or value: " << name << "\n" << kUsage;
       return 2;
@@ -86,5 +89,5 @@ int main(int count, char** arguments) {
   const TemporaryFolder folder;
   Session session(options.endpoints, options.prefs.value_or(folder.Path()), std::cout);
   session.Run(std::cin);
-  return session.HadErrors() ? 2 : 0;
+  return Status(session.HadErrors());
 }
