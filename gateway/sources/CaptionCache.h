@@ -13,8 +13,8 @@
 namespace gateway {
 
 struct CacheLimits {
-  std::uint64_t bytes = 256u << 20;              // of all files together; the oldest are removed first
-  std::chrono::seconds age{30 * 24 * 60 * 60L};  // of a file; an older one counts as absent
+  std::uint64_t bytes = 256u << 20;                  // of all files together; the oldest are removed first
+  std::chrono::seconds age = std::chrono::days{30};  // of a file; an older one counts as absent
 };
 
 // ravelyn/captions in $XDG_CACHE_HOME, else in ~/.cache; "" if the environment gives neither.

@@ -7,9 +7,9 @@
 namespace gateway {
 namespace {
 
-constexpr std::int64_t kSecond = 1'000'000'000;
-
-std::int64_t Nanoseconds(const timespec& time) { return time.tv_sec * kSecond + time.tv_nsec; }
+std::chrono::nanoseconds Since1970(const timespec& time) {
+  return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
 
 void Judge(OpenedFile& opened, const struct stat& facts) {
   opened.state = FileState::Of(facts);
@@ -19,13 +19,13 @@ void Judge(OpenedFile& opened, const struct stat& facts) {
 }  // namespace
 
 FileState FileState::Of(const struct stat& facts) {
-  return {facts.st_dev, facts.st_ino, facts.st_size, Nanoseconds(facts.st_mtim), Nanoseconds(facts.st_ctim)};
+  return {facts.st_dev, facts.st_ino, facts.st_size, Since1970(facts.st_mtim), Since1970(facts.st_ctim)};
 }
 
 bool FileState::IsSettled(std::chrono::milliseconds settling) const {
   timespec now{};
   ::clock_gettime(CLOCK_REALTIME, &now);
-  return changed < Nanoseconds(now) - std::chrono::nanoseconds(settling).count();
+  return changed < Since1970(now) - settling;
 }
 
 std::string FaultIn(const struct stat& facts) {

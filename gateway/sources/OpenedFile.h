@@ -17,7 +17,7 @@ struct FileState {
   dev_t device = 0;
   ino_t number = 0;
   off_t size = 0;
-  std::int64_t modified = 0, changed = 0;  // in nanoseconds since 1970
+  std::chrono::nanoseconds modified{}, changed{};  // since 1970
 
   static FileState Of(const struct stat& facts);
   bool operator==(const FileState&) const = default;
