@@ -1,5 +1,6 @@
 // A child process with limited resources. It gets an argument vector, descriptors 0 to 2, a session and a
-// folder of its own, and no blocked signals. Destroying the object kills the child and its process group.
+// folder of its own, and no blocked signals. Destroying the object kills the child and its process group, and
+// waits for the child alone: the others of the group may take a moment to die.
 #pragma once
 
 #include <sys/types.h>

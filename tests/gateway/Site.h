@@ -3,6 +3,8 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -15,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "gateway/sources/Descriptor.h"
 #include "gateway/sources/SiteSettings.h"
 #include "support/processes.h"
 
@@ -28,6 +31,13 @@ inline std::string WriteScript(const std::string& path, const std::string& scrip
 }
 
 inline std::string CodeOf(const std::string& video) { return video + std::string(11 - video.size(), '-'); }
+
+// Whether a process ends within a minute, or has ended.
+inline bool Ends(pid_t process) {
+  const gateway::Descriptor descriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
+  pollfd waiting{descriptor.Number(), POLLIN, 0};
+  return !descriptor || ::poll(&waiting, 1, 60'000) == 1;
+}
 
 class Site {
  public:
@@ -98,6 +108,11 @@ class Site {
       if (isOurs || folder.starts_with(scratch_.Path())) children.insert(process);
     }
     return children;
+  }
+  // Those that remain once all that were killed have died.
+  std::set<pid_t> ChildrenLeft() const {
+    for (const pid_t child : Children()) Ends(child);
+    return Children();
   }
 
  private:

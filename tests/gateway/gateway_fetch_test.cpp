@@ -138,7 +138,7 @@ TEST_F(Fetching, AnEndDuringAFetchLeavesNothing) {
   EXPECT_GE(site_.Children().size(), 2u) << "the gateway and its yt-dlp";
   EXPECT_EQ(process.End(SIGTERM), 0);
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(15));
-  EXPECT_EQ(site_.Children(), std::set<pid_t>());
+  EXPECT_EQ(site_.ChildrenLeft(), std::set<pid_t>());
   EXPECT_EQ(site_.Scratch().Count(), 0u);
   EXPECT_FALSE(std::filesystem::exists(folder_ / "cache"));
 }

@@ -75,7 +75,7 @@ TEST(GatewaySiteLoad, AnEndDuringRequestsLeavesNothing) {
   source.reset();
   for (auto& thread : asking) thread.join();
   EXPECT_LT(std::chrono::steady_clock::now() - start, 20s);
-  EXPECT_EQ(site.Children(), std::set<pid_t>());
+  EXPECT_EQ(site.ChildrenLeft(), std::set<pid_t>());
   EXPECT_EQ(site.Scratch().Count(), 0u);
 }
 

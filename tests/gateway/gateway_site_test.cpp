@@ -30,7 +30,7 @@ TEST(GatewaySite, AVideoIsListedAndFetchedAndNothingIsLeft) {
     EXPECT_NE(TextOf(source.Text(CodeOf("-Qn3_tW8"), "en", {})).find(">R&D in en<"), std::string::npos)
         << "a text without a list fetches the list first";
   }
-  EXPECT_EQ(site.Children(), std::set<pid_t>());
+  EXPECT_EQ(site.ChildrenLeft(), std::set<pid_t>());
   EXPECT_EQ(site.Scratch().Count(), 0u);
   EXPECT_EQ(OpenDescriptors(), descriptors);
 }
@@ -65,7 +65,7 @@ TEST(GatewaySite, AnEmptyListHasItsCauseAndOnlyVerdictsAreKept) {
     const std::size_t asked = site.Requests("list " + CodeOf(video)).size(), lists = i < kVerdicts ? 1 : 2;
     EXPECT_TRUE(asked == lists || (video == "e500" && asked == 4)) << video << " " << asked;
   });
-  EXPECT_EQ(site.Children(), std::set<pid_t>()) << "no text can follow";
+  EXPECT_EQ(site.ChildrenLeft(), std::set<pid_t>()) << "no text can follow";
 }
 
 TEST(GatewaySite, AMissingTextHasItsCause) {

@@ -1,9 +1,6 @@
 // Requests to the source that runs the real yt-dlp with the site on the loopback.
 #pragma once
 
-#include <sys/syscall.h>
-#include <unistd.h>
-
 #include <string>
 #include <thread>
 #include <vector>
@@ -23,13 +20,6 @@ inline gateway::SiteLimits Quick() {
   limits.betweenLists = 0ms;
   limits.text = limits.list = limits.warm = 200s;
   return limits;
-}
-
-// Whether a process ends within a minute, or has ended.
-inline bool Ends(pid_t process) {
-  const gateway::Descriptor descriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
-  pollfd waiting{descriptor.Number(), POLLIN, 0};
-  return !descriptor || ::poll(&waiting, 1, 60'000) == 1;
 }
 
 // Calls ask with each number below count, all at the same time.
