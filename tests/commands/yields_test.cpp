@@ -31,6 +31,7 @@ TEST_F(Yields, RowsYieldWhenFoundListedRemovedAndRead) {
   program.Form().Listbox1.UserSelects({0});
   program.Click("SRTBox");
   EXPECT_EQ(LoopsOf("PushButton1"), 3) << "rows, cues formed and cues written";
+  EXPECT_EQ(LoopsOf("PushButton3"), 3) << "rows, cues and hits";
   program.server.AnswerAt(ListPath("abc"), {Page(TrackList({{"en", "English", ""}}))});
   EXPECT_EQ(LoopsOf("PushButton2"), 1);
 }
