@@ -6,6 +6,7 @@
 
 #include "app/Endpoints.h"
 #include "runtime/Text.h"
+#include "support/recorded.h"
 
 namespace {
 
@@ -13,40 +14,26 @@ const Endpoints kEndpoints;
 const std::string kPage = "https://www.youtube.com/watch?v=-Az09_Za5Qy";
 std::string Pasted(const std::string& text) { return PastedLink(text, kEndpoints); }
 
-// Replaces CODE with a video's code.
-std::vector<std::string> TextsIn(const std::string& list) {
-  return Split(ReplaceAll(list, "CODE", "-Az09_Za5Qy"), "|");
+// links.txt has texts that name the video CODE and then, after an empty line, texts that name none.
+StringArray Texts(std::size_t paragraph) {
+  return Split(ReplaceAll(PartsOf("app/links.txt", "\n\n").at(paragraph), "CODE", "-Az09_Za5Qy"), "\n");
 }
 
 }  // namespace
 
 TEST(PastedLink, ATextThatNamesAVideoGivesItsWatchPage) {
-  for (const std::string& text :
-       TextsIn("https://www.youtube.com/watch?v=CODE|"
-               "https://www.youtube.com/watch?app=desktop&list=PLv=1&v=CODE&t=30s#top|"
-               "https://www.youtube.com/watch/?v=CODE|HTTPS://M.YouTube.COM/Watch?feature=share&amp;v=CODE|"
-               "//music.youtube.com/watch?v=CODE&si=abc|youtube.com/watch?v=CODE|"
-               "https://youtu.be/CODE?si=Xy_9-abcdefghijk|https://youtu.be/CODE&t=30|youtu.be/CODE#t=1m2s|"
-               "http://www.youtu.be/CODE|https://www.youtube.com/shorts/CODE?feature=share|"
-               "https://youtube.com/live/CODE|https://www.youtube.com/embed/CODE?start=5|"
-               "https://www.youtube-nocookie.com/embed/CODE|https://www.youtube.com/v/CODE|"
-               "https://www.youtube.com/e/CODE/|CODE| \tCODE\r\n|Look (https://youtu.be/CODE), it is good.|"
-               "first\nhttps://youtu.be/CODE\nhttps://youtu.be/hB7rV2kQx0w|"
-               "<a href=\"https://www.youtube.com/watch?v=CODE\">|"
-               "https://www.youtube.com/@someone then https://youtu.be/CODE"))
-    EXPECT_EQ(Pasted(text), kPage) << text;
+  for (const std::string& text : Texts(0)) {
+    for (const std::string& around : {text, " \t" + text + "\r\n"})
+      EXPECT_EQ(Pasted(around), kPage) << around;
+  }
+  EXPECT_EQ(Pasted("first\nyoutu.be/-Az09_Za5Qy\nyoutu.be/hB7rV2kQx0w"), kPage);
 }
 
 TEST(PastedLink, ATextThatNamesNoVideoIsUnchanged) {
-  for (
-      const std::string& text : TextsIn(
-          "| two words |-Az09_Za5Q|CODEd|-Az09_Za5Q.|https://www.youtube.com/watch?v=-Az09_Za5Q|"
-          "https://www.youtube.com/watch?v=CODEd|https://www.youtube.com/watch?list=x &v=CODE|"
-          "https://www.youtube.com/watch?ampsv=CODE&v_CODE|https://www.youtube.com/watch#?v=CODE|https://www.youtube.com/@CODE|"
-          "https://notyoutube.com/watch?v=CODE|https://x.youtube.com/watch?v=CODE|"
-          "https://www.youtube.com.example/watch?v=CODE|https://xyoutu.be/CODE|xyoutu.be/CODE|me@youtu.be/CODE|"
-          "https://host/watch?v=abc"))
-    EXPECT_EQ(Pasted(text), text);
+  for (const std::string& text : Texts(1)) {
+    for (const std::string& around : {text, " " + text + " "}) EXPECT_EQ(Pasted(around), around);
+  }
+  EXPECT_EQ(Pasted(""), "");
   std::string beginnings;
   while (beginnings.size() < 2'000'000) beginnings += "/youtube.com/watch?&";
   EXPECT_EQ(Pasted(beginnings), beginnings) << "quickly";

@@ -14,6 +14,7 @@
 #include "gateway_fixture.h"
 #include "runtime/Text.h"
 #include "sources_fixture.h"
+#include "support/recorded.h"
 
 namespace {
 
@@ -25,15 +26,12 @@ constexpr auto kSettledAtOnce = std::chrono::milliseconds(-3'600'000);
 
 // Each line of track_names.txt: "code=name", with " *" if automatic.
 TEST(TrackNames, CodesOfYtDlpGiveEnglishNames) {
-  const std::string table = ReadFile(RAVELYN_SOURCE_DIR "/tests/gateway/track_names.txt");
-  std::string named;
-  for (const std::string& row : Split(table.substr(0, table.size() - 1), "\n")) {
+  for (const std::string& row : PartsOf("gateway/track_names.txt", "\n")) {
     const std::string code = NthField(row, "=", 1);
     const auto name = gateway::NameOfTrack(code);
-    named += code + "=" + name.english + (name.automatic ? " *\n" : "\n");
+    EXPECT_EQ(code + "=" + name.english + (name.automatic ? " *" : ""), row);
     EXPECT_FALSE(name.own.empty()) << row;
   }
-  EXPECT_EQ(named, table);
   EXPECT_EQ(gateway::NameOfTrack("de-en").own, "Deutsch");
 }
 

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <fstream>
 
 #include "gateway/sources/causes.h"
 #include "gateway/sources/site_list.h"
@@ -17,7 +16,6 @@ namespace {
 using namespace gateway;
 
 constexpr char kCode[] = "Qn3_tW8-yLc";
-const std::string kFolder = RAVELYN_SOURCE_DIR "/tests/gateway/";
 
 // A track's entry with other members besides its format and its URL, which ends with this query.
 std::string Entry(const std::string& query = "", const std::string& others = "") {
@@ -51,7 +49,7 @@ std::string Judged(const Cause& cause) {
 
 // Each paragraph of site_lists.txt has written tracks, automatic tracks and how they are listed.
 TEST(GatewaySiteWords, EachTrackIsListedOnceWithAName) {
-  for (const std::string& row : Split(ReadFile(kFolder + "site_lists.txt"), "\n\n")) {
+  for (const std::string& row : PartsOf("gateway/site_lists.txt", "\n\n")) {
     const std::string written = NthField(row, "\n", 1), automatic = NthField(row, "\n", 2);
     EXPECT_EQ("listed" + Shown(Read(NthField(written, "written:", 2), NthField(automatic, "automatic:", 2))),
               NthField(row, "\n", 3))
@@ -145,10 +143,8 @@ TEST(GatewaySiteWords, ErrorsGiveTheCauseBeforeWarnings) {
 
 // messages.txt has each cause, and below it the words of yt-dlp that give it.
 TEST(GatewaySiteWords, EachMessageOfYtDlpGivesItsCause) {
-  std::ifstream rows(kFolder + "messages.txt");
-  ASSERT_TRUE(rows);
   std::string cause;
-  for (std::string line; std::getline(rows, line);) {
+  for (std::string& line : PartsOf("gateway/messages.txt", "\n")) {
     if (!line.starts_with("  ")) {
       cause = line;
       continue;

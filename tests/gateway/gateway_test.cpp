@@ -10,6 +10,7 @@
 #include "gateway/sources/language_name.h"
 #include "gateway_fixture.h"
 #include "support/documents.h"
+#include "support/recorded.h"
 
 namespace {
 
@@ -62,19 +63,8 @@ TEST(GatewayNames, NamesAreReadFromTheRight) {
 }
 
 TEST(GatewayTargets, TailsOfPastedCodesAreCut) {
-  // Target, kind, code and language.
-  const std::string rows =
-      "/timedtext?type=list&v=abc~list~abc~|/timedtext?type=list&v=~list~~|"
-      "/timedtext?type=list&v=abc&t=30&type=x~list~abc~|/timedtext?type=list&v=abc%26t=30~list~abc~|"
-      "/timedtext?type=list&v=abc%3Fsi%3Dx~list~abc~|/timedtext?type=list&v=abc ~list~abc~|"
-      "/timedtext?type=list&v=%61b%6g%6~list~ab%6g%6~|h:///timedtext?type=list&v=abc~list~abc~|"
-      "/api/timedtext?&v=abc&lang=pt-BR~text~abc~pt-BR|/api/timedtext?&v=abc?si=x&lang=en~text~abc~en|"
-      "/api/timedtext?&v=abc#t=1&lang=en~text~abc~en|"
-      "/api/timedtext?&v=abc&list=PL&lang=de&v=x&lang=%65%6e~text~abc~en|/api/timedtext?&v=abc&lang=~text~abc~|"
-      "/api/timedtext~text~~|/timedtext?v=abc~unknown~abc~|/timedtext/?type=list&v=abc~unknown~abc~|"
-      "/x?u=http://h/timedtext?type=list&v=abc~unknown~abc~|h:/x/timedtext?type=list&v=abc~unknown~abc~|"
-      "http://127.0.0.1~unknown~~|~unknown~~";
-  for (const std::string& row : Split(rows, "|")) {
+  // Each line has a target, its kind, code and language.
+  for (const std::string& row : PartsOf("gateway/targets.txt", "\n")) {
     const CaptionRequest request = gateway::ReadTarget(NthField(row, "~", 1));
     const std::string kind = request.kind == CaptionRequest::Kind::TrackList   ? "list"
                              : request.kind == CaptionRequest::Kind::TimedText ? "text"
