@@ -7,7 +7,6 @@
 #include "runtime/Text.h"
 #include "support/SessionDriver.h"
 #include "support/recorded.h"
-#include "support/rows.h"
 
 namespace {
 
@@ -81,22 +80,9 @@ TEST(Session, AnActionThatCantBeDoneGivesOneErrorAndTheNextOneRuns) {
             (Lines{Refused(1, "nothing is open yet"), Refused(2, "nothing is open yet"),
                    Refused(5, "nothing is open yet")}));
   driver.OpenWith(kThree, "1");
-  for (
-      const auto& row : Rows(
-          "open~the program was opened before|frobnicate PushButton1~unknown action \"frobnicate\"|"
-          "click Nobody~Window1 has no control Nobody|click~Window1 has no control |"
-          "click Label1~Label1 takes no clicks|click Listbox1~Listbox1 takes no clicks|"
-          "click aboutWin.BevelButton1~no window aboutWin is open|"
-          "click Window1.PushButton1.more~Window1 has no control PushButton1.more|"
-          "type Nobody x~Window1 has no control Nobody|type PushButton1 x~PushButton1 is no text field|"
-          "select 3~Listbox1 has no row 3|select 0 -1~Listbox1 has no row -1|select 1.5~\"1.5\" is no number|"
-          "select 99999999999999999999~\"99999999999999999999\" is no number|"
-          "cell 0 0~no window SearchWin is open|save~save takes a path|"
-          "menu FileMenu~there is no menu item FileMenu|"
-          "menu EditSeparator1~there is no menu item EditSeparator1|"
-          "activate SearchWin~no window SearchWin is open|close Nobody~no window Nobody is open|"
-          "resize Window1 100~resize takes a width and a height|resize Window1 a b~\"a\" is no number"))
-    EXPECT_EQ(driver.Run(row[0]), Lines{Refused(1, row[1])}) << row[0];
+  for (const std::string& row : PartsOf("session/refused.txt", "\n")) {
+    EXPECT_EQ(driver.Run(NthField(row, "~", 1)), Lines{Refused(1, NthField(row, "~", 2))}) << row;
+  }
   EXPECT_EQ(Of(driver, "Listbox1")["selected"].dump(), "[1]");
   EXPECT_EQ(driver.Run("quit\nclick PushButton1\nopen"),
             (Lines{Refused(2, "the program has quit"), Refused(3, "the program was opened before")}));
@@ -120,13 +106,8 @@ TEST(Search, TakesTheCodeOutOfALink) {
   driver.server.Answer(Page(TrackList({kThree[0]})));
   driver.Run("open");
   // The code ends at the next "v="; the long form takes precedence.
-  for (const auto& row :
-       Rows("https://host/watch?v=abc~abc|https://host/watch?v=abc&t=30#x~abc&t=30#x|"
-            "https://host/watch?v=abc&v=second~abc&|http://v=front/?v=abc~front/?|"
-            "https://elsewhere.example/?v=abc~abc|https://host/watch?v=~|https://host/watch?v=a b~a b|"
-            "https://youtu.be/abc?si=1~abc?si=1|YOUTU.BE/x youtu.be/abc~abc|youtu.be/short?v=long~long|"
-            "youtu.be/a.be/b~a|youtuXbe/x.be/abc~abc")) {
-    const std::string link = row[0], code = row[1];
+  for (const std::string& row : PartsOf("session/codes.txt", "\n")) {
+    const std::string link = NthField(row, "~", 1), code = NthField(row, "~", 2);
     EXPECT_EQ(driver.Run("type TextField1 " + link + "\nclick PushButton2"), Lines{}) << link;
     EXPECT_EQ(driver.State()["app"]["vidCode"], code) << link;
     EXPECT_EQ(driver.server.Requests().back(),
