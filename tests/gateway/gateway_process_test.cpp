@@ -40,15 +40,7 @@ TEST(GatewayProcess, TheFirstLineShowsWhatIsServedAndASignalEndsIt) {
 }
 
 TEST(GatewayProcess, InvalidOptionsPrintAnErrorAndTheUsage) {
-  const std::string nothing = "there is no --folder to serve, and no --fetch";
-  for (const std::string& row :
-       Split("~" + nothing + "|--port 0 --as-is~" + nothing +
-                 "|--folder~--folder wants a value|--fetch --cache=~--cache wants a value|"
-                 "--fetch=yes~unknown option \"--fetch=yes\"|--folder /tmp more~unknown option \"more\"|"
-                 "--folder /tmp --port 65536~--port wants a number from 0 to 65535, not \"65536\"|"
-                 "--folder /tmp --port=-1~--port wants a number from 0 to 65535, not \"-1\"|"
-                 "--help --port 80x~--port wants a number from 0 to 65535, not \"80x\"",
-             "|")) {
+  for (const std::string& row : PartsOf("gateway/invalid_options.txt", "\n")) {
     const std::string arguments = NthField(row, "~", 1);
     Process process(arguments.empty() ? Lines{} : Split(arguments, " "));
     EXPECT_EQ(process.ReadLine(), "ravelyn-gateway: " + NthField(row, "~", 2));

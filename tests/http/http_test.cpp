@@ -160,6 +160,8 @@ TEST_F(HTTP, TheBodyEndsAtItsLengthOrAtTheClose) {
       EXPECT_FALSE(fresh.IsConnected()) << c.reply;
     }
   }
+  server.Answer({ok + "Content-Length: 3000000\r\n\r\n", Reply::End::Stall, 0, false, 4'000'000});
+  EXPECT_EQ(socket.Get(Url("/"), kPatience).size(), 3'000'000u);
 }
 
 TEST_F(HTTP, OneObjectMakesManyRequests) {

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "support/SessionDriver.h"
+#include "wordsearch/SearchWin.h"
 
 namespace {
 
@@ -37,7 +38,7 @@ Results ResultsOf(SessionDriver& driver) {
   return {controls["resultsList"]["rows"].dump(), controls["searchTerm"]["text"], count};
 }
 
-std::string Label(const std::string& count, const std::string& term) {
+std::string Displaying(const std::string& count, const std::string& term) {
   return "Displaying " + count + " results for search term: \"" + term + "\".";
 }
 
@@ -73,7 +74,7 @@ TEST(WordSearch, FindsEachTermInTheCuesOfATrack) {
     SessionDriver driver;
     driver.OpenWith(kTracks, "");
     EXPECT_EQ(Search(driver, row, term), kTwice) << term;
-    EXPECT_EQ(ResultsOf(driver), (Results{rows, Label(count, term), count}));
+    EXPECT_EQ(ResultsOf(driver), (Results{rows, Displaying(count, term), count}));
   }
 }
 
@@ -95,16 +96,16 @@ TEST(WordSearch, AddsTheRowsOfEachRunAndLabelsTheLastOneWithHits) {
                    NotFound("orchestra")}));
   const std::string rows = kFirst + "," + kThird + "," + kGerman;
   // The Russian track has no hit, and the empty one is not searched.
-  EXPECT_EQ(ResultsOf(driver), (Results{"[" + rows + "]", Label("1", "orchestra"), "0"}));
+  EXPECT_EQ(ResultsOf(driver), (Results{"[" + rows + "]", Displaying("1", "orchestra"), "0"}));
   EXPECT_EQ(Search(driver, "0", "BEGINS"), Lines{Shown("SearchWin")});
-  EXPECT_EQ(ResultsOf(driver), (Results{"[" + rows + "," + kFirst + "]", Label("1", "BEGINS"), "1"}));
+  EXPECT_EQ(ResultsOf(driver), (Results{"[" + rows + "," + kFirst + "]", Displaying("1", "BEGINS"), "1"}));
   EXPECT_EQ(Search(driver, "4", "x"), Lines{NotFound("x")});
   EXPECT_EQ(ResultsOf(driver)[2], "1");
   EXPECT_EQ(Search(driver, "5", "x"), Lines{NotFound("x")});
   EXPECT_EQ(ResultsOf(driver)[2], "0");
   EXPECT_EQ(driver.Run("click SearchWin.closeBtn"), Lines{Closed("SearchWin")});
   EXPECT_EQ(Search(driver, "1", "und"), kTwice);
-  EXPECT_EQ(ResultsOf(driver), (Results{"[" + kGerman + "]", Label("1", "und"), "1"}));
+  EXPECT_EQ(ResultsOf(driver), (Results{"[" + kGerman + "]", Displaying("1", "und"), "1"}));
 }
 
 TEST(WordSearch, AsksForTheLinkThenTheTracksThenALanguage) {
@@ -139,7 +140,7 @@ TEST(WordSearch, ARunawayTermLosesTheRowsThatItHasShown) {
   EXPECT_EQ(Search(driver, "3 4", runaway), (Lines{Shown("SearchWin"), Closed("SearchWin"), message}));
   Search(driver, "1", "und");
   EXPECT_EQ(Search(driver, "3 4", runaway), Lines{message});
-  EXPECT_EQ(ResultsOf(driver), (Results{"[" + kGerman + "]", Label("1", "und"), "1"}));
+  EXPECT_EQ(ResultsOf(driver), (Results{"[" + kGerman + "]", Displaying("1", "und"), "1"}));
 }
 
 TEST(Results, AClickedCellOpensTheVideoAtItsSecond) {
@@ -166,6 +167,7 @@ TEST(Results, AreSavedAsALineForEachRow) {
   const std::string text = "a  b   c    d<<p>p>e<P>f <p> g <pp>";
   driver.OpenWith({{"en", "English", Document({{"62.5", "1", text}, {"880.12", "1", "two"}})}}, "0");
   driver.Run("type searchField .\nclick PushButton3");
+  SearchWin::Get().resultsList.SetCell(1, 0, "00:14:40,120");
   const std::string path = driver.folder / "out";
   EXPECT_EQ(driver.Run("type searchField it's <p>  new\nsave " + path + "\nclick SearchWin.saveBtn"),
             (Lines{Saved("TEXT", "search_results.txt", path), Launched(path)}));
