@@ -22,15 +22,10 @@ std::string homeFolder() {
 }
 
 std::string wantedFolder() {
-#ifdef __APPLE__
-  constexpr char kBelowHome[] = "/Library/Preferences";
-#else
-  constexpr char kBelowHome[] = "/.config";
   const std::string configHome = absoluteOf("XDG_CONFIG_HOME");
   if (!configHome.empty()) return configHome;
-#endif
   const std::string home = homeFolder();
-  return home.empty() ? "" : home + kBelowHome;
+  return home.empty() ? "" : home + "/.config";
 }
 
 }  // namespace
