@@ -47,8 +47,8 @@ TEST_F(Desktop, ACommandForAMinimisedWindowRestoresIt) {
 }
 
 TEST_F(Desktop, OnlyAResizeByTheUserMovesTheControls) {
+  showResults({{"00:00:00.000", "cue"}});
   SearchWin& results = SearchWin::Get();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(&view(results)));
   EXPECT_EQ(results.resultsList.Width(), 560);
   view(results).resize(700, 500);
   EXPECT_TRUE(waitFor([&] { return results.resultsList.Width() == 660; }));
