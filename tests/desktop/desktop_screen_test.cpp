@@ -71,6 +71,8 @@ TEST_F(Desktop, TextsAndMarksAreLegibleOnLightAndDark) {
   dark.setColor(QPalette::Base, QColor(0x1E, 0x1E, 0x1E));
   aboutWin::Get().Show();
   SearchWin::Get();
+  const QSize size = view(form()).size() + QSize(100, 50);
+  view(form()).resize(size);
   for (const QPalette& palette : {light, dark}) {
     QApplication::setPalette(palette);
     QCoreApplication::processEvents();
@@ -93,6 +95,7 @@ TEST_F(Desktop, TextsAndMarksAreLegibleOnLightAndDark) {
             std::max(best, contrast(seen.pixelColor(x, seen.height() / 2), palette.color(QPalette::Window)));
       EXPECT_GE(best, 3) << box->Name();
     }
+    EXPECT_EQ(view(form()).size(), size);
   }
   QApplication::setPalette(before);
 }
