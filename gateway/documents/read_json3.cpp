@@ -42,7 +42,6 @@ class EventTaker final : public nlohmann::json_sax<Json> {
   }
   bool start_object(std::size_t) override {
     if (++depth_ == kEvent) event_ = {};
-    ForgetKey();
     return true;
   }
   bool end_object() override {
@@ -52,7 +51,8 @@ class EventTaker final : public nlohmann::json_sax<Json> {
   }
   bool start_array(std::size_t) override {
     ++depth_;
-    ForgetKey();
+    if (depth_ < keys_.size()) keys_[depth_].clear();  // the members of an array have no keys
+    sawEvents_ = sawEvents_ || (depth_ == kFile + 1 && IsInEvents());
     return true;
   }
   bool end_array() override {
@@ -74,10 +74,6 @@ class EventTaker final : public nlohmann::json_sax<Json> {
   };
 
   bool IsInEvents() const { return keys_[kFile] == "events"; }
-  void ForgetKey() {
-    if (depth_ < keys_.size()) keys_[depth_].clear();
-    sawEvents_ = sawEvents_ || (depth_ == kFile + 1 && IsInEvents());
-  }
   bool TakeNumber(double value) {
     if (depth_ != kEvent || !IsInEvents()) return true;
     const std::string& name = keys_[kEvent];

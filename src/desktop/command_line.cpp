@@ -16,7 +16,7 @@ Options:
 
 Exit status:
   0  the user quit, or --help or --version
-  1  there is no screen to show the window on, or the text can't be printed
+  1  there is no screen to show the window on, or the output can't be written
   2  wrong arguments
 )";
 
