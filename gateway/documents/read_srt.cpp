@@ -45,8 +45,8 @@ bool IsIndex(std::string_view line) {
 std::string ReadSrt(std::string text, Cues& cues) {
   UnifyLineEnds(text);
   std::optional<Times> open;
-  std::string_view words = std::string_view(text).substr(0, 0);  // of the open cue; may end with an index
-  std::string_view before;                                       // the previous line
+  std::string_view words = text;  // of the open cue; may end with an index
+  std::string_view before;        // the previous line
   const auto close = [&](std::size_t length) {
     if (open)
       cues.Close(open->start, open->end, AppendMarkedUp(cues.words, words.substr(0, length), kMarkup));

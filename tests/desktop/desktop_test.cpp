@@ -166,6 +166,18 @@ TEST_F(Desktop, AListKeepsItsSelectionThroughChanges) {
   }
 }
 
+TEST_F(Desktop, AListDrawsOnlyChangedRowsAgain) {
+  Texts drawn;
+  QObject::connect(languages().model(), &QAbstractItemModel::dataChanged,
+                   [&drawn](const QModelIndex& from, const QModelIndex& to) {
+                     drawn.push_back(std::to_string(from.row()) + " to " + std::to_string(to.row()));
+                   });
+  for (const char* row : {"a", "b", "c"}) form().Listbox1.AddRow(row), draw();
+  form().Listbox1.RemoveRow(0);
+  draw();
+  EXPECT_EQ(drawn, (Texts{"0 to 0", "1 to 1", "0 to 1"}));
+}
+
 TEST_F(Desktop, TheEditMenuActsOnTheFocusedWidget) {
   QMenu& menu = *view(form()).findChild<QMenuBar*>()->actions().at(1)->menu();
   const auto enabled = [&menu] {
