@@ -20,10 +20,10 @@ class Opening : public Desktop {
     qputenv("PATH", path_);
     Desktop::TearDown();
   }
-  // Gives it one, which writes down what it opens and ends with this status.
+  // Gives it one, which writes down what it opens if its input is a device, and ends with this status.
   void installOpener(int status) {
-    WriteFile(programs_ / "xdg-open", "#!/bin/sh\necho \"$1\" >> '" + programs_ / "opened" + "'\nexit " +
-                                          std::to_string(status) + "\n");
+    WriteFile(programs_ / "xdg-open", "#!/bin/sh\n[ ! -c /dev/stdin ] || echo \"$1\" >> '" +
+                                          programs_ / "opened" + "'\nexit " + std::to_string(status) + "\n");
     std::filesystem::permissions(programs_ / "xdg-open", std::filesystem::perms::owner_all);
   }
   std::string opened() const { return ReadFile(programs_ / "opened"); }
