@@ -83,6 +83,7 @@ TEST(Documents, TheEncodingOfAFileIsRecognised) {
       {"+/v8-\n" + srt("a+AGE-"), "a+AGE-"},
       {"\xF7\x64L\n" + srt("caf\xE9"), "caf\u00E9"},
       {"\xE9\n" + srt("\xC3\xA9"), "\u00C3\u00A9"},
+      {"<?xml encoding='koi8-r'?>\n" + srt("\xC4"), "\u00C4"},
   };
   for (const auto& [bytes, shown] : rows) EXPECT_EQ(CuesOf("srt", bytes), Lines{"1.000+1.000 " + shown});
   EXPECT_EQ(CuesOf("srv1", wide("<transcript><text start='1' dur='1'>a</text></transcript>", true)),
