@@ -9,12 +9,7 @@ namespace {
 // name is a resource's, without its extension.
 QPixmap pixmap(const QString& name) {
   static std::map<QString, QPixmap> pixmaps;
-  const auto [at, isNew] = pixmaps.try_emplace(name);
-  if (isNew) {
-    at->second.load(QStringLiteral(":/%1.png").arg(name));
-    at->second.setDevicePixelRatio(1);
-  }
-  return at->second;
+  return pixmaps.try_emplace(name, QStringLiteral(":/%1.png").arg(name)).first->second;
 }
 
 }  // namespace

@@ -129,6 +129,10 @@ TEST_F(Sizes, ATextThatIsTooWideGetsASmallerFontAndThenANarrowerOne) {
     EXPECT_EQ(font.stretch(), c.fittingShare) << c.points << " in " << c.size;
     EXPECT_DOUBLE_EQ(scale(), std::max(1.0, c.body * 3 / 40.0));
   }
+  QFont body = before;
+  body.setPointSizeF(11);  // 15 pixels; 14 points are as many at this scale
+  QApplication::setFont(body);
+  EXPECT_EQ(fontOf({.fontSize = 14}).pixelSize(), 16) << "a heading is larger than the text";
   QApplication::setFont(before);
 }
 

@@ -21,6 +21,17 @@ TEST_F(Desktop, ClosedWindowsComeBackAndTheLastOneQuits) {
   EXPECT_TRUE(host.hasLeft) << "it was the last window";
 }
 
+namespace {
+
+struct Raises : QObject {
+  bool eventFilter(QObject*, QEvent* event) override {
+    return count += event->type() == QEvent::ZOrderChange, false;
+  }
+  int count = 0;
+};
+
+}  // namespace
+
 TEST_F(Desktop, ACommandForAMinimisedWindowRestoresIt) {
   Offer(server, "abc", kTwoLanguages);
   search(QStringLiteral("abc"));
@@ -39,7 +50,10 @@ TEST_F(Desktop, ACommandForAMinimisedWindowRestoresIt) {
       view(window).setWindowState(kept);
       view(window).showMinimized();
       ASSERT_TRUE(view(window).isMinimized());
+      Raises raises;
+      view(window).installEventFilter(&raises);
       open();
+      EXPECT_GT(raises.count, 0);
       EXPECT_EQ(view(window).windowState() & ~Qt::WindowActive, kept) << window.Name();
       EXPECT_TRUE(QTest::qWaitForWindowActive(&view(window))) << window.Name();
     }
