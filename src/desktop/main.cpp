@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QSocketNotifier>
 #include <QTimer>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
@@ -12,15 +11,11 @@
 #include "app/App.h"
 #include "desktop/QtPlatform.h"
 #include "desktop/command_line.h"
-#include "desktop/pictures.h"
 #include "desktop/run.h"
 #include "ravelyn/OwnGateway.h"
 #include "ravelyn/commands.h"
 
 namespace {
-
-// Lets the first window be drawn before the icon's pictures are loaded and the gateway is started.
-constexpr std::chrono::milliseconds kAfterTheWindow{200};
 
 // Starts the gateway, and restarts it whenever it ends.
 void keepRunning(OwnGateway& gateway) {
@@ -82,7 +77,6 @@ int main(int count, char** arguments) {
 
   OwnGateway gateway({}, GatewayCommand());
   QTimer::singleShot(kAfterTheWindow, qApp, [&gateway] {
-    QApplication::setWindowIcon(programIcon());
     keepRunning(gateway);
     takeOver(gateway);
   });

@@ -13,6 +13,7 @@
 #include "app/App.h"
 #include "app/Window1.h"
 #include "desktop/QtPlatform.h"
+#include "desktop/pictures.h"
 
 namespace {
 
@@ -73,6 +74,7 @@ int run(App& app, QtPlatform& platform, const std::string& link) {
   QTimer::singleShot(0, qApp, [&app] { app.Start(); });
   // Delivered during the start, which waits for the probe of the connection.
   QTimer::singleShot(0, qApp, [&link] { searchFor(link); });
+  QTimer::singleShot(kAfterTheWindow, qApp, [] { QApplication::setWindowIcon(programIcon()); });
   const int result = QApplication::exec();
   platform.dropViews();
   app.Stop();

@@ -61,7 +61,7 @@ int runProgram(int count, char** arguments) {
   Answering platform(folder + "/a.srt");
   App app(platform, kCommands, EndpointsAt(arguments[4]));
   const std::map<std::string, std::function<bool()>> isTime = {
-      {"idle", [] { return true; }},
+      {"idle", [] { return !QApplication::windowIcon().isNull(); }},
       {"message", [] { return shownDialog() != nullptr; }},
       {"fetching", [&app] { return app.IsCommandRunning(); }},
       {"writing", [folder] { return !std::filesystem::is_empty(folder); }}};
