@@ -4,7 +4,7 @@
 #include "desktop/SpokenList.h"
 
 void* SpokenCell::interface_cast(QAccessible::InterfaceType type) {
-  if (isHeading()) return nullptr;
+  if (isHeading()) return nullptr;  // no action is asked of one
   if (type == QAccessible::TableCellInterface) return static_cast<QAccessibleTableCellInterface*>(this);
   if (type == QAccessible::ActionInterface) return static_cast<QAccessibleActionInterface*>(this);
   return nullptr;
@@ -57,7 +57,7 @@ QList<QAccessibleInterface*> SpokenCell::columnHeaderCells() const {
 }
 
 QStringList SpokenCell::actionNames() const {
-  if (!isValid() || isHeading()) return {};
+  if (!isValid()) return {};
   return list_->clickOpens().isEmpty() ? QStringList{toggleAction()}
                                        : QStringList{pressAction(), toggleAction()};
 }
@@ -69,7 +69,7 @@ QString SpokenCell::localizedActionDescription(const QString& name) const {
 
 // A click may open a dialog, so it is queued until the screen reader has its answer.
 void SpokenCell::doAction(const QString& name) {
-  if (!isValid() || isHeading()) return;
+  if (!isValid()) return;
   if (name == toggleAction()) SpokenList::select(*list_, row_, !isSelected());
   if (name != pressAction()) return;
   const QPersistentModelIndex cell = index();

@@ -60,6 +60,7 @@ TEST_F(Desktop, AListIsSpokenWithHeadingsAndWithoutRowNumbers) {
   EXPECT_EQ(hit.actionInterface()->actionNames(),
             (QStringList{press, QAccessibleActionInterface::toggleAction()}));
   EXPECT_EQ(hit.actionInterface()->localizedActionDescription(press), QStringLiteral("Open in Browser"));
+  EXPECT_EQ(list.child(0)->actionInterface(), nullptr) << "of a heading";
   hit.actionInterface()->doAction(press);
   EXPECT_EQ(host.calls, Texts()) << "the screen reader gets its answer first";
   EXPECT_TRUE(waitFor([&] { return host.calls == Texts{"open: https://www.youtube.com/watch?v=&t=2"}; }));
