@@ -45,7 +45,8 @@ TEST_F(Desktop, AFormThatClosesDismissesItsMessage) {
       form().UserCloses();
     });
     form().TextField1.UserTypes("no link");
-    form().PushButton2.UserClicks();
+    if (isLast) form().PushButton2.UserClicks();
+    if (!isLast) app->Dispatch(&form(), [] { MsgBox("of a handler that is no command"); });
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_FALSE(shownDialog());
     EXPECT_EQ(host.hasLeft, isLast);

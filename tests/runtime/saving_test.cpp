@@ -96,6 +96,7 @@ TEST(Saving, LinksAreFollowedAndStay) {
   }
   EXPECT_EQ(ReadFile(folder / "sub/target") + ReadFile(folder / "sub/none"), "seconddangling");
   EXPECT_EQ(folder.Count(), 5u);
+  // Each adds a link to "first", which is one itself: 39 are followed.
   for (int link = 1; link <= 40; ++link) {
     const std::string name = folder / std::to_string(link);
     std::filesystem::create_symlink(link == 1 ? "first" : std::to_string(link - 1), name);

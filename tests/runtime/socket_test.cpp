@@ -172,6 +172,15 @@ TEST(Sending, AResetIsReportedOnceWithItsErrno) {
   EXPECT_EQ(pair.socket.LastErrorCode(), 0) << "of the new connection";
 }
 
+TEST(Waiting, SleepsWhileAConnectionIsSilent) {
+  Pair pair;
+  int waits = 0;
+  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(200);
+  for (; std::chrono::steady_clock::now() < end; ++waits) pair.socket.Wait(200);
+  EXPECT_LT(waits, 20);
+  ::close(pair.peer);
+}
+
 // Sixteen times the content to a peer that reads little at a time: if every piece moved the rest, it would be
 // 256 times the work.
 TEST(Sending, TakesLinearTime) {
