@@ -4,7 +4,7 @@
 #include "desktop/SpokenList.h"
 
 void* SpokenCell::interface_cast(QAccessible::InterfaceType type) {
-  if (isHeading()) return nullptr;  // no action is asked of one
+  if (isHeading()) return nullptr;  // which offers no action
   if (type == QAccessible::TableCellInterface) return static_cast<QAccessibleTableCellInterface*>(this);
   if (type == QAccessible::ActionInterface) return static_cast<QAccessibleActionInterface*>(this);
   return nullptr;
