@@ -58,12 +58,13 @@ std::optional<std::string_view> VideoCode(const std::string& link) {
   return std::nullopt;
 }
 
+// Between searches both lists have the same number of rows (see UnfinishedLists).
 void RemoveOldRows(Window1& form) {
   if (form.Listbox1.ListCount() == 0) return;
   form.TextArea1.SetText("");
   for (std::int64_t row = form.Listbox1.ListCount() - 1; row >= 0; --row) {
     form.Listbox1.RemoveRow(row);
-    if (row < form.XMLList.ListCount()) form.XMLList.RemoveRow(row);
+    form.XMLList.RemoveRow(row);
     RuntimeBackgroundTask();
   }
 }

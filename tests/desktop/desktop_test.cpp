@@ -55,6 +55,21 @@ TEST_F(Desktop, AWordIsFoundAndTheVideoOpenedThere) {
   EXPECT_EQ(host.calls, (Texts{video + "62", video + "0", video + "0"}));
 }
 
+TEST_F(Desktop, AllRowsCanBeSelectedIfThereIsOne) {
+  for (const int rows : {0, 1}) {
+    if (rows > 0) form().Listbox1.AddRow("English");
+    draw();
+    languages().setFocus();
+    press(Qt::Key_F10, Qt::ShiftModifier);
+    auto* menu = dynamic_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_TRUE(menu);
+    QTest::keyClick(menu, Qt::Key_Up);
+    QTest::keyClick(menu, Qt::Key_Return);
+    menu->close();
+    EXPECT_EQ(form().Listbox1.SelCount(), rows);
+  }
+}
+
 TEST_F(Desktop, TheKeyboardAloneDoesTheWholeJob) {
   const TemporaryFolder folder;
   Offer(server, "abc", kTwoLanguages);

@@ -150,6 +150,8 @@ TEST_F(Lists, AnAbsentRowOrColumnRaisesAndChangesNothing) {
   for (const auto& [row, column] : {std::pair(-1, 0), {4, 0}, {0, 2}, {0, -1}})
     EXPECT_THROW(list.Cell(row, column), OutOfBoundsException);
   EXPECT_THROW(list.Selected(4), OutOfBoundsException);
+  Fill(form.single);
+  EXPECT_THROW(form.single.Cell(0, 1), OutOfBoundsException) << "one column, if no number is given";
   EXPECT_THROW(list.UserClicksCell(4, 0), OutOfBoundsException);
 }
 
